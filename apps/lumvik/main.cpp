@@ -1,0 +1,46 @@
+// The command `lumvik`: reads the arguments, runs the command they name and turns its outcome into an exit
+// status. Data goes to standard output, messages go to standard error.
+#include <CLI/CLI.hpp>
+#include <exception>
+#include <iostream>
+#include <stdexcept>
+#include <string>
+
+#include "develop_command.h"
+#include "lumvik.h"
+
+namespace {
+
+enum ExitStatus { kSuccess = 0, kFailure = 1, kUsage = 2 };
+
+int Fail(const std::exception& error, ExitStatus status) {
+  std::cerr << "lumvik: " << error.what() << '\n';
+  return status;
+}
+
+void RunCommand(int argc, char** argv) {
+  CLI::App app("Develops photographs.", "lumvik");
+  app.set_version_flag("--version", std::string("lumvik ") + lumvik_version(), "Print the version and exit");
+  app.set_help_flag("-h,--help", "Print this help and exit");
+  app.require_subcommand(1);
+  lumvik::AddDevelopCommand(app);
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& help_or_version) {
+    app.exit(help_or_version);
+  }
+  if (!std::cout.flush()) throw std::runtime_error("cannot write to the standard output");
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    RunCommand(argc, argv);
+    return kSuccess;
+  } catch (const CLI::ParseError& error) {
+    return Fail(error, kUsage);
+  } catch (const std::exception& error) {
+    return Fail(error, kFailure);
+  }
+}

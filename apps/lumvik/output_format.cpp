@@ -1,0 +1,41 @@
+#include "output_format.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace lumvik {
+namespace {
+
+struct Ending {
+  const char* text;
+  OutputFormat format;
+};
+
+// The usual ending of a format stands before its others.
+constexpr Ending kEndings[] = {
+    {".jpg", OutputFormat::kJpeg}, {".jpeg", OutputFormat::kJpeg}, {".png", OutputFormat::kPng},
+    {".tif", OutputFormat::kTiff}, {".tiff", OutputFormat::kTiff},
+};
+
+char LowerAscii(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+}  // namespace
+
+std::optional<OutputFormat> OutputFormatOf(const std::string& path) {
+  std::string ending = std::filesystem::path(path).extension().string();
+  std::transform(ending.begin(), ending.end(), ending.begin(), LowerAscii);
+  for (const Ending& known : kEndings) {
+    if (ending == known.text) return known.format;
+  }
+  return std::nullopt;
+}
+
+const char* EndingOf(OutputFormat format) {
+  return std::find_if(std::begin(kEndings), std::end(kEndings),
+                      [=](const Ending& ending) { return ending.format == format; })
+      ->text;
+}
+
+}  // namespace lumvik

@@ -1,0 +1,74 @@
+#include "photograph_paths.h"
+
+#include <cerrno>
+#include <fstream>
+#include <stdexcept>
+#include <system_error>
+
+namespace lumvik {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kMostLinks = 40;  // as many as the kernel follows
+
+std::runtime_error Failure(const std::string& what, const fs::path& path, const std::string& why) {
+  return std::runtime_error(what + " '" + path.string() + "': " + why);
+}
+
+std::string LastSystemError() {
+  return std::generic_category().message(errno);
+}
+
+// The status of what `path` leads to; a status that cannot be had is a failure, a missing file is not.
+fs::file_status StatusOf(const std::string& what, const fs::path& path) {
+  std::error_code error;
+  const fs::file_status status = fs::status(path, error);
+  if (status.type() == fs::file_type::none) throw Failure(what, path, error.message());
+  return status;
+}
+
+fs::path FollowLinks(const fs::path& output) {
+  fs::path target = fs::absolute(output);
+  for (int followed = 0; fs::is_symlink(fs::symlink_status(target)); ++followed) {
+    if (followed == kMostLinks) throw Failure("cannot write", output, "too many links lead on from it");
+    target = target.parent_path() / fs::read_symlink(target);
+  }
+  return target;
+}
+
+}  // namespace
+
+void RequirePhotograph(const std::string& input) {
+  const fs::file_status status = StatusOf("cannot read", input);
+  if (!fs::exists(status)) throw Failure("cannot read", input, "there is no such file");
+  if (fs::is_directory(status)) throw Failure("cannot read", input, "it is a folder");
+  // A pipe or a device could keep the decoder waiting for ever.
+  if (!fs::is_regular_file(status)) throw Failure("cannot read", input, "it is not a regular file");
+  if (!std::ifstream(input)) throw Failure("cannot read", input, LastSystemError());
+}
+
+fs::path ResolveOutput(const std::string& output, const std::string& input) {
+  const fs::path target = FollowLinks(output);
+  const fs::path folder = target.parent_path();
+  const fs::file_status folder_status = StatusOf("cannot write into the folder", folder);
+  if (!fs::exists(folder_status)) {
+    throw Failure("cannot write", output, "there is no folder '" + folder.string() + "'");
+  }
+  if (!fs::is_directory(folder_status)) {
+    throw Failure("cannot write", output, "'" + folder.string() + "' is not a folder");
+  }
+
+  const fs::file_status status = StatusOf("cannot write", target);
+  if (!fs::exists(status)) return target;
+  if (fs::is_directory(status)) throw Failure("cannot write", output, "it is a folder");
+  if (!fs::is_regular_file(status)) throw Failure("cannot write", output, "it is not a regular file");
+  if (fs::equivalent(target, input)) {
+    throw Failure("cannot write", output, "it is the photograph to be developed, which is never overwritten");
+  }
+  // Opening to append changes nothing in a file; renaming over it would not ask for the permission.
+  if (!std::ofstream(target, std::ios::app)) throw Failure("cannot write", output, LastSystemError());
+  return target;
+}
+
+}  // namespace lumvik

@@ -1,0 +1,50 @@
+#include "staged_file.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <memory>
+#include <random>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+namespace lumvik {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Creates a file under a name that nothing in the folder had before, and returns its path.
+std::string ReserveFile(const fs::path& folder, const std::string& ending) {
+  std::random_device random;
+  for (;;) {
+    const std::string path = (folder / (".lumvik-" + std::to_string(random()) + ending)).string();
+    // The mode "x" refuses a file that exists.
+    if (std::FILE* file = std::fopen(path.c_str(), "wbx")) {
+      std::fclose(file);
+      return path;
+    }
+    if (errno != EEXIST) {
+      throw std::runtime_error("cannot write into the folder '" + folder.string() +
+                               "': " + std::generic_category().message(errno));
+    }
+  }
+}
+
+}  // namespace
+
+StagedFile::StagedFile(fs::path target, const std::string& ending)
+    : target_(std::move(target)), temporary_path_(ReserveFile(target_.parent_path(), ending)) {}
+
+StagedFile::~StagedFile() {
+  std::error_code ignored;  // after a Commit there is nothing to remove
+  fs::remove(temporary_path_, ignored);
+}
+
+void StagedFile::Commit() {
+  std::error_code error;
+  if (fs::exists(target_, error)) fs::permissions(temporary_path_, fs::status(target_).permissions(), error);
+  if (!error) fs::rename(temporary_path_, target_, error);
+  if (error) throw std::runtime_error("cannot write '" + target_.string() + "': " + error.message());
+}
+
+}  // namespace lumvik

@@ -1,0 +1,33 @@
+// A file that appears complete or not at all.
+#ifndef LUMVIK_APPS_STAGED_FILE_H_
+#define LUMVIK_APPS_STAGED_FILE_H_
+
+#include <filesystem>
+#include <string>
+
+namespace lumvik {
+
+// Reserves a temporary file beside the target; Commit moves it to the target in one step. Without a Commit
+// the temporary is removed and the target stays as it was.
+class StagedFile {
+ public:
+  // `ending` is that of the temporary's name, as writers go by it. Throws std::runtime_error when the folder
+  // of `target` takes no file.
+  StagedFile(std::filesystem::path target, const std::string& ending);
+  ~StagedFile();
+  StagedFile(const StagedFile&) = delete;
+  StagedFile& operator=(const StagedFile&) = delete;
+
+  const std::string& temporary_path() const { return temporary_path_; }
+
+  // Replaces the target, whose permissions are kept. Throws std::runtime_error when that fails.
+  void Commit();
+
+ private:
+  std::filesystem::path target_;
+  std::string temporary_path_;
+};
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_APPS_STAGED_FILE_H_

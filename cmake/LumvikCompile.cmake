@@ -1,0 +1,30 @@
+# How our own code is compiled. `lumvik_compile_options(target)` is the one place where a flag is set.
+
+set(CMAKE_CXX_STANDARD 17)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_C_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+find_program(LUMVIK_CCACHE ccache)
+if(LUMVIK_CCACHE)
+  set(CMAKE_C_COMPILER_LAUNCHER ${LUMVIK_CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${LUMVIK_CCACHE})
+endif()
+
+function(lumvik_compile_options target)
+  # Contraction would let the compiler fuse a multiply and an add on some instruction sets and not on
+  # others; with it off the same photograph gives the same bytes everywhere.
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion -Wshadow -Wno-psabi -ffp-contract=off)
+  if(LUMVIK_WERROR)
+    target_compile_options(${target} PRIVATE -Werror)
+  endif()
+  if(LUMVIK_SANITIZE)
+    target_compile_options(${target} PRIVATE -fsanitize=${LUMVIK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_link_options(${target} PRIVATE -fsanitize=${LUMVIK_SANITIZE})
+  endif()
+endfunction()

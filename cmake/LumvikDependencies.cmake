@@ -1,0 +1,24 @@
+# The libraries the engine calls: OpenCV (core, imgproc, imgcodecs), LibRaw (its thread-safe build),
+# libexif and Little CMS 2, gathered in the one target lumvik_dependencies.
+
+find_package(PkgConfig REQUIRED)
+pkg_check_modules(LIBRAW REQUIRED IMPORTED_TARGET libraw_r>=0.20)
+pkg_check_modules(LIBEXIF REQUIRED IMPORTED_TARGET libexif>=0.6.22)
+pkg_check_modules(LCMS REQUIRED IMPORTED_TARGET lcms2>=2.12)
+
+add_library(lumvik_dependencies INTERFACE)
+target_link_libraries(lumvik_dependencies INTERFACE PkgConfig::LIBRAW PkgConfig::LIBEXIF PkgConfig::LCMS)
+
+# The small Debian packages libopencv-{core,imgproc,imgcodecs}-dev bring no OpenCVConfig.cmake, a built-from-source OpenCV does.
+find_package(OpenCV 4 QUIET COMPONENTS core imgproc imgcodecs)
+if(OpenCV_FOUND)
+  target_link_libraries(lumvik_dependencies INTERFACE ${OpenCV_LIBS})
+  target_include_directories(lumvik_dependencies SYSTEM INTERFACE ${OpenCV_INCLUDE_DIRS})
+else()
+  find_path(LUMVIK_OPENCV_INCLUDE opencv2/core.hpp PATH_SUFFIXES opencv4 REQUIRED)
+  target_include_directories(lumvik_dependencies SYSTEM INTERFACE ${LUMVIK_OPENCV_INCLUDE})
+  foreach(module imgcodecs imgproc core)
+    find_library(LUMVIK_OPENCV_${module} opencv_${module} REQUIRED)
+    target_link_libraries(lumvik_dependencies INTERFACE ${LUMVIK_OPENCV_${module}})
+  endforeach()
+endif()

@@ -1,0 +1,12 @@
+#!/usr/bin/env bash
+# Fails when clang-format would change a file; --fix changes it.
+set -euo pipefail
+# shellcheck source-path=SCRIPTDIR source=common.sh
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+mode=(--dry-run --Werror)
+[[ ${1:-} == --fix ]] && mode=(-i)
+
+cd "$ROOT"
+find . \( -path ./build -o -name '.?*' \) -prune -o -type f \( -name '*.cpp' -o -name '*.c' -o -name '*.h' \) -print0 |
+  xargs -0 -P "$JOBS" -n 16 clang-format "${mode[@]}"

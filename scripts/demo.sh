@@ -1,0 +1,22 @@
+#!/usr/bin/env bash
+# Develops a photograph (RAW, JPEG, PNG, TIFF, BMP or WebP) and says where the picture is. Installs and builds first
+# what that takes.
+#
+#   scripts/demo.sh [PHOTO]
+set -euo pipefail
+# shellcheck source-path=SCRIPTDIR source=common.sh
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+photo=${1:-$ROOT/samples/sample_small.ARW}
+[[ -f $photo ]] || fail "no such photo: $photo"
+photo=$(realpath -- "$photo")
+
+"$ROOT/scripts/install-dependencies.sh" --build
+configure release "$ROOT/build/release"
+cmake --build "$ROOT/build/release" --target apps/all
+
+name=$(basename -- "$photo")
+picture=$ROOT/build/demo/${name%.*}.jpg
+mkdir -p "$ROOT/build/demo"
+"$ROOT/build/release/apps/lumvik" develop "$photo" -o "$picture" --exposure 0.5 --contrast 20
+echo "The developed picture: $picture"

@@ -1,0 +1,67 @@
+#!/usr/bin/env bash
+# Installs the Debian packages lumvik needs; those already there are left alone, and when none is missing
+# nothing is asked of the network.
+#
+#   scripts/install-dependencies.sh --build          what `cmake --preset release` needs
+#   scripts/install-dependencies.sh --build --test   and what scripts/test.sh calls besides
+set -euo pipefail
+
+build_packages=(
+  g++                      # the compiler: C++17
+  cmake                    # presets of version 5 need 3.25
+  ninja-build              # the generator of every preset
+  pkg-config               # finds LibRaw, libexif and Little CMS
+  ccache                   # a second build directory or a second run costs little
+  libopencv-core-dev       # matrices and worker threads
+  libopencv-imgproc-dev    # filters and geometry
+  libopencv-imgcodecs-dev  # reads and writes JPEG, PNG, TIFF, BMP, WebP
+  libraw-dev               # reads camera RAW files
+  libexif-dev              # reads EXIF and writes the block kept in an exported JPEG
+  liblcms2-dev             # colour profiles
+  libcli11-dev             # the command line's options
+  libgtest-dev             # the tests: a release build holds them
+  libgmock-dev             # the tests' matchers
+  libbenchmark-dev         # the benchmarks
+)
+test_packages=(
+  clang-format  # the check of the layout
+  clang-tidy    # the static analysis
+)
+
+sets=()
+for argument in "$@"; do
+  case $argument in
+    --build) sets+=("${build_packages[@]}") ;;
+    --test) sets+=("${test_packages[@]}") ;;
+    *)
+      echo "usage: $0 [--build] [--test]" >&2
+      exit 2
+      ;;
+  esac
+done
+
+if ! command -v apt-get >/dev/null; then
+  echo "Not a Debian system: the counterparts of these packages are taken to be installed: ${sets[*]}" >&2
+  exit 0
+fi
+
+missing=()
+for package in "${sets[@]}"; do
+  [[ $(dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null) == installed ]] || missing+=("$package")
+done
+((${#missing[@]})) || exit 0
+
+as_root=()
+if ((EUID != 0)); then
+  command -v sudo >/dev/null || { echo "Run as root or install sudo; missing: ${missing[*]}" >&2; exit 1; }
+  as_root=(sudo)
+fi
+
+apt_get() {
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive \
+    apt-get -q -o Acquire::Retries=3 -o DPkg::Lock::Timeout=300 "$@" </dev/null
+}
+
+echo "Installing: ${missing[*]}"
+apt_get update
+apt_get install -y --no-install-recommends "${missing[@]}"

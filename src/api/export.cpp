@@ -1,0 +1,59 @@
+// Writing the developed photograph to a file.
+#include <algorithm>
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include "api/engine_context.h"
+#include "image/exif_splice.h"
+#include "image/image_writer.h"
+
+namespace lumvik {
+namespace {
+
+constexpr int kMinJpegQuality = 1;
+constexpr int kMaxJpegQuality = 100;
+constexpr int kDeepPngBits = 16;
+
+// In the encoders' channel order, blue first.
+cv::Mat ToBgr8(const ImageBuffer& image) {
+  cv::Mat bgr;
+  cv::cvtColor(ToRgba8(image), bgr, cv::COLOR_RGBA2BGR);
+  return bgr;
+}
+
+cv::Mat ToBgr16(const ImageBuffer& image) {
+  cv::Mat bgr;
+  cv::cvtColor(ToRgb16(image), bgr, cv::COLOR_RGB2BGR);
+  return bgr;
+}
+
+// `convert` makes what the encoder takes from the rendered image; `failure` is the text of a failed write.
+int Export(EngineContext* context, const char* path, cv::Mat (*convert)(const ImageBuffer&),
+           const std::vector<int>& params, const char* failure) {
+  if (context == nullptr || path == nullptr || !RequireImage(*context)) return kFailure;
+  RenderIfStale(*context);
+  return WriteImageFile(path, convert(context->rendered), params) ? kSuccess : Fail(*context, failure);
+}
+
+}  // namespace
+}  // namespace lumvik
+
+int lumvik_export_jpeg(EngineContext* ctx, const char* path, int quality, int /*reserved*/, int keep_exif) {
+  const int clamped = std::clamp(quality, lumvik::kMinJpegQuality, lumvik::kMaxJpegQuality);
+  const int status =
+      lumvik::Export(ctx, path, lumvik::ToBgr8, {cv::IMWRITE_JPEG_QUALITY, clamped}, "JPEG write failed");
+  // A photograph without EXIF, or one whose EXIF cannot be carried over, is still exported.
+  if (status == lumvik::kSuccess && keep_exif != 0 && !ctx->source_path.empty()) {
+    lumvik::CopyExifToJpeg(ctx->source_path, path);
+  }
+  return status;
+}
+
+int lumvik_export_png(EngineContext* ctx, const char* path, int bit_depth) {
+  const auto convert = bit_depth == lumvik::kDeepPngBits ? lumvik::ToBgr16 : lumvik::ToBgr8;
+  return lumvik::Export(ctx, path, convert, {}, "PNG write failed");
+}
+
+int lumvik_export_tiff(EngineContext* ctx, const char* path) {
+  return lumvik::Export(ctx, path, lumvik::ToBgr16, {}, "TIFF write failed");
+}

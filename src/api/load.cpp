@@ -1,0 +1,55 @@
+// Loading and unloading a photograph.
+#include <algorithm>
+
+#include "api/engine_context.h"
+#include "image/image_loader.h"
+
+namespace lumvik {
+namespace {
+
+// Everything that can throw happens before the first member of the context changes: after an exception the
+// earlier photograph is still there.
+void ReplacePhotograph(EngineContext& context, DecodedImage decoded, ImageBuffer source, std::string path) {
+  context.decoded = std::move(decoded);
+  context.source = std::move(source);
+  context.source_path = std::move(path);
+  ResetAdjustments(context);
+}
+
+int LoadStandard(EngineContext& context, std::string path) {
+  ImageBuffer source = LoadStandardImage(path);
+  if (source.empty()) return Fail(context, "OpenCV could not read: " + path);
+  ReplacePhotograph(context, DecodedImage(), std::move(source), std::move(path));
+  return kSuccess;
+}
+
+int LoadRaw(EngineContext& context, std::string path, int quality) {
+  DecodedImage decoded = context.decoded;
+  if (!DecodeRaw(path, std::clamp<int>(quality, kRawFull, kRawQuarter), decoded)) {
+    context.decoded = std::move(decoded);
+    return Fail(context, context.decoded.error);
+  }
+  ImageBuffer source;
+  AssignImage(source, decoded.image);
+  ReplacePhotograph(context, std::move(decoded), std::move(source), std::move(path));
+  return kSuccess;
+}
+
+}  // namespace
+}  // namespace lumvik
+
+int lumvik_load_arw(EngineContext* ctx, const char* path, int quality) {
+  if (ctx == nullptr || path == nullptr) return lumvik::kFailure;
+  ctx->render_valid = false;
+  return lumvik::IsStandardImagePath(path) ? lumvik::LoadStandard(*ctx, path)
+                                           : lumvik::LoadRaw(*ctx, path, quality);
+}
+
+void lumvik_unload(EngineContext* ctx) {
+  if (ctx == nullptr) return;
+  ctx->decoded = lumvik::DecodedImage();
+  ctx->source.release();
+  ctx->rendered.release();
+  ctx->render_valid = false;
+  ctx->source_path.clear();
+}

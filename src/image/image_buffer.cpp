@@ -1,0 +1,81 @@
+#include "image/image_buffer.h"
+
+#include <algorithm>
+#include <opencv2/imgproc.hpp>
+#include <stdexcept>
+
+namespace lumvik {
+namespace {
+
+constexpr double kWiden8To16 = 257.0;
+constexpr double kNarrow16To8 = 1.0 / 257.0;
+constexpr double k16ToUnit = 1.0 / 65535.0;
+
+cv::Mat Widened(const cv::Mat& image) {
+  cv::Mat wide;
+  image.convertTo(wide, CV_16U, kWiden8To16);
+  return wide;
+}
+
+// OpenCV fills the new alpha of a 16-bit image with its full scale.
+cv::Mat WithOpaqueAlpha(const cv::Mat& rgb16) {
+  cv::Mat rgba;
+  cv::cvtColor(rgb16, rgba, cv::COLOR_RGB2RGBA);
+  return rgba;
+}
+
+}  // namespace
+
+ImageBuffer ToImageBuffer(const cv::Mat& image) {
+  if (image.empty()) return {};
+  switch (image.type()) {
+    case CV_16UC4:
+      return image.clone();
+    case CV_16UC3:
+      return WithOpaqueAlpha(image);
+    case CV_8UC3:
+      return WithOpaqueAlpha(Widened(image));
+    case CV_8UC4:
+      return Widened(image);
+    default:
+      throw std::invalid_argument("ImageBuffer: unsupported cv::Mat type");
+  }
+}
+
+ImageBuffer ResizedImageBuffer(const cv::Mat& image, int width, int height, int interpolation) {
+  cv::Mat resized;
+  cv::resize(image, resized, cv::Size(width, height), 0, 0, interpolation);
+  return ToImageBuffer(resized);
+}
+
+cv::Mat ToRgba8(const ImageBuffer& image) {
+  cv::Mat rgba;
+  image.convertTo(rgba, CV_8U, kNarrow16To8);
+  return rgba;
+}
+
+cv::Mat ToRgbaFloat(const ImageBuffer& image) {
+  cv::Mat rgba;
+  image.convertTo(rgba, CV_32F, k16ToUnit);
+  return rgba;
+}
+
+cv::Mat ToRgb16(const ImageBuffer& image) {
+  cv::Mat rgb;
+  if (!image.empty()) cv::cvtColor(image, rgb, cv::COLOR_RGBA2RGB);
+  return rgb;
+}
+
+void AssignImage(ImageBuffer& destination, const ImageBuffer& source) {
+  destination = source.clone();
+}
+
+void ShrinkImage(cv::Mat& image, float factor) {
+  const double scale = factor;
+  const bool too_thin = cvRound(std::min(image.cols, image.rows) * scale) < 1;
+  const cv::Size at_least_one_pixel(std::max(cvRound(image.cols * scale), 1),
+                                    std::max(cvRound(image.rows * scale), 1));
+  cv::resize(image, image, too_thin ? at_least_one_pixel : cv::Size(), scale, scale, cv::INTER_AREA);
+}
+
+}  // namespace lumvik

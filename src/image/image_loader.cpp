@@ -1,0 +1,55 @@
+#include "image/image_loader.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+#include <string_view>
+
+#include "image/file_io.h"
+
+namespace lumvik {
+namespace {
+
+constexpr std::array<std::string_view, 7> kStandardEndings = {".jpg",  ".jpeg", ".png", ".tif",
+                                                              ".tiff", ".bmp",  ".webp"};
+constexpr int kMaxLongSide = 4096;
+
+}  // namespace
+
+bool IsStandardImagePath(const std::string& path) {
+  std::string lowered = path;
+  std::transform(lowered.begin(), lowered.end(), lowered.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  const auto ends_with = [&lowered](std::string_view ending) {
+    return lowered.size() >= ending.size() &&
+           lowered.compare(lowered.size() - ending.size(), ending.size(), ending) == 0;
+  };
+  return std::any_of(kStandardEndings.begin(), kStandardEndings.end(), ends_with);
+}
+
+cv::Mat ReadImageFileUtf8(const std::string& path, int flag) {
+  const std::vector<uint8_t> bytes = ReadWholeFile(path);
+  if (bytes.empty()) return {};  // cv::imdecode throws on an empty buffer
+  try {
+    return cv::imdecode(bytes, flag);
+  } catch (const cv::Exception& error) {
+    // The decoder refuses some headers (sizes beyond its limits) by throwing: that is the file's failure.
+    if (error.code == cv::Error::StsNoMem) throw;
+    return {};
+  }
+}
+
+ImageBuffer LoadStandardImage(const std::string& path) {
+  cv::Mat image = ReadImageFileUtf8(path, cv::IMREAD_COLOR);
+  if (image.empty()) return {};
+  cv::cvtColor(image, image, cv::COLOR_BGR2RGB);
+  const int long_side = std::max(image.cols, image.rows);
+  if (long_side > kMaxLongSide) {
+    ShrinkImage(image, static_cast<float>(kMaxLongSide) / static_cast<float>(long_side));
+  }
+  return ToImageBuffer(image);
+}
+
+}  // namespace lumvik

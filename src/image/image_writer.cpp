@@ -1,0 +1,18 @@
+#include "image/image_writer.h"
+
+#include <opencv2/imgcodecs.hpp>
+#include <stdexcept>
+
+#include "image/file_io.h"
+
+namespace lumvik {
+
+bool WriteImageFile(const std::string& path, const cv::Mat& image, const std::vector<int>& params) {
+  const size_t dot = path.rfind('.');
+  // Thrown here because the text of std::string's own error differs between standard libraries.
+  if (dot == std::string::npos) throw std::out_of_range("invalid string position");
+  std::vector<uint8_t> encoded;
+  return cv::imencode(path.substr(dot), image, encoded, params) && WriteWholeFile(path, encoded);
+}
+
+}  // namespace lumvik

@@ -1,0 +1,133 @@
+#include "image/raw_decoder.h"
+
+#include <libraw/libraw.h>
+
+#include <algorithm>
+#include <iterator>
+#include <memory>
+#include <opencv2/core/utility.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include "image/base_curve.h"
+#include "image/file_io.h"
+#include "image/fixed_text.h"
+
+namespace lumvik {
+namespace {
+
+constexpr int kMaxLongSide = 2000;
+constexpr int kColors = 3;
+constexpr int kBitsPerSample = 16;
+
+using MemoryImage = std::unique_ptr<libraw_processed_image_t, decltype(&LibRaw::dcraw_clear_mem)>;
+
+void SetProcessingParameters(libraw_output_params_t& params, int quality) {
+  constexpr int kSrgb = 1;
+  constexpr int kAhd = 3;
+  params.half_size = quality >= kRawHalf ? 1 : 0;
+  params.use_camera_wb = 1;
+  params.output_color = kSrgb;
+  params.gamm[0] = 1.0 / 2.4;
+  params.gamm[1] = 12.92;
+  params.output_bps = kBitsPerSample;
+  params.user_qual = kAhd;
+  params.no_auto_bright = 1;
+}
+
+std::string Failure(const char* step, int code) {
+  return std::string("LibRaw ") + step + " failed: " + libraw_strerror(code);
+}
+
+// Runs LibRaw's steps up to the finished image in memory; null with `error` set when one fails.
+MemoryImage Develop(LibRaw& raw, const std::string& path, int quality, std::string& error) {
+  MemoryImage image(nullptr, &LibRaw::dcraw_clear_mem);
+  const auto failed = [&error](const char* step, int code) {
+    if (code != LIBRAW_SUCCESS) error = Failure(step, code);
+    return code != LIBRAW_SUCCESS;
+  };
+  // LibRaw would wait for ever for the other end of a pipe.
+  const int opened = ReadingMayBlock(path) ? LIBRAW_IO_ERROR : raw.open_file(path.c_str());
+  if (failed("open_file", opened)) return image;
+  SetProcessingParameters(raw.imgdata.params, quality);
+  if (failed("unpack", raw.unpack())) return image;
+  if (failed("dcraw_process", raw.dcraw_process())) return image;
+  int code = LIBRAW_SUCCESS;
+  image.reset(raw.dcraw_make_mem_image(&code));
+  // A monochrome sensor gives one colour; reading it as three would run past its end.
+  const bool usable = image && image->colors == kColors && image->bits == kBitsPerSample;
+  if (!usable) {
+    error = Failure("dcraw_make_mem_image", image ? LIBRAW_FILE_UNSUPPORTED : code);
+    image.reset();
+  }
+  return image;
+}
+
+cv::Mat ThroughBaseCurve(const libraw_processed_image_t& image) {
+  const auto& table = BaseCurveTable();
+  const size_t row_samples = size_t{image.width} * kColors;
+  const auto* samples = reinterpret_cast<const uint16_t*>(image.data);
+  cv::Mat curved(image.height, image.width, CV_16UC3);
+  cv::parallel_for_(cv::Range(0, image.height), [&](const cv::Range& rows) {
+    for (int y = rows.start; y < rows.end; ++y) {
+      const uint16_t* from = samples + static_cast<size_t>(y) * row_samples;
+      std::transform(from, from + row_samples, curved.ptr<uint16_t>(y),
+                     [&table](uint16_t sample) { return table[sample]; });
+    }
+  });
+  return curved;
+}
+
+// A quarter-size decode is halved and then reduced by the factor of the size before the halving, so that a
+// large file ends at about half the usual long side: a quick proxy.
+void ReduceToWorkingSize(cv::Mat& image, int quality) {
+  const int long_side = std::max(image.cols, image.rows);
+  if (quality == kRawQuarter) {
+    cv::resize(image, image, cv::Size(image.cols / 2, image.rows / 2), 0, 0, cv::INTER_AREA);
+  }
+  if (long_side > kMaxLongSide) {
+    ShrinkImage(image, static_cast<float>(kMaxLongSide) / static_cast<float>(long_side));
+  }
+}
+
+void CopyMetadata(const libraw_data_t& data, DecodedImage& decoded) {
+  decoded.iso_speed = data.other.iso_speed;
+  decoded.shutter = data.other.shutter;
+  decoded.aperture = data.other.aperture;
+  decoded.focal_len = data.other.focal_len;
+  CopyText(decoded.make, data.idata.make);
+  CopyText(decoded.model, data.idata.model);
+  std::copy(std::begin(data.color.cam_mul), std::end(data.color.cam_mul), decoded.cam_mul.begin());
+  decoded.orientation = data.sizes.flip;
+  for (size_t row = 0; row < decoded.rgb_cam.size(); ++row) {
+    std::copy(std::begin(data.color.rgb_cam[row]), std::end(data.color.rgb_cam[row]),
+              decoded.rgb_cam[row].begin());
+  }
+}
+
+}  // namespace
+
+bool DecodeRaw(const std::string& path, int quality, DecodedImage& decoded) {
+  DecodedImage result;
+  result.path = path;
+  const auto raw = std::make_unique<LibRaw>();  // far too large for the stack
+  // Its default handler reports damaged data on the host's standard error.
+  raw->set_dataerror_handler(nullptr, nullptr);
+  MemoryImage memory = Develop(*raw, path, quality, result.error);
+  if (!memory) {
+    decoded.path = std::move(result.path);
+    decoded.error = std::move(result.error);
+    return false;
+  }
+  CopyMetadata(raw->imgdata, result);
+  cv::Mat image = ThroughBaseCurve(*memory);
+  memory.reset();
+  raw->recycle();
+  ReduceToWorkingSize(image, quality);
+  result.image = ToImageBuffer(image);
+  result.width = result.image.cols;
+  result.height = result.image.rows;
+  decoded = std::move(result);
+  return true;
+}
+
+}  // namespace lumvik

@@ -1,0 +1,35 @@
+#include "pipeline/brightness.h"
+
+#include <algorithm>
+
+#include "pipeline/pixel_math.h"
+
+namespace lumvik {
+namespace {
+
+constexpr float kMinExponent = 0.1F;
+constexpr float kMaxExponent = 10.0F;
+
+void Raise(float* values, int count, float exponent) {
+  for (int i = 0; i < count; ++i) values[i] = FastPow(values[i], exponent);
+}
+
+}  // namespace
+
+float BrightnessExponent(float brightness) {
+  const float exponent = 1.0F / (brightness / 100.0F * 0.5F + 1.0F);
+  return std::max(std::min(exponent, kMaxExponent), kMinExponent);
+}
+
+RowKernel Brightness(float brightness) {
+  const float exponent = BrightnessExponent(brightness);
+  // A brightness too small to move the exponent must not cost the last bits of every value.
+  if (brightness == 0.0F || exponent == 1.0F) return {};
+  return [exponent](const PixelRow& row) {
+    Raise(row.red, row.columns, exponent);
+    Raise(row.green, row.columns, exponent);
+    Raise(row.blue, row.columns, exponent);
+  };
+}
+
+}  // namespace lumvik

@@ -1,0 +1,17 @@
+// The develop pipeline: source image and adjustments in, rendered image out.
+#ifndef LUMVIK_PIPELINE_DEVELOP_PIPELINE_H_
+#define LUMVIK_PIPELINE_DEVELOP_PIPELINE_H_
+
+#include "api/adjustments.h"
+#include "image/image_buffer.h"
+
+namespace lumvik {
+
+// Runs every stage that the adjustments wake, in their fixed order, and replaces `rendered` by the result,
+// which never shares pixels with `source`. An empty source leaves `rendered` as it is, and so does an
+// exception of a stage. The bytes do not depend on the number of threads.
+void DevelopPipeline(const ImageBuffer& source, const Adjustments& adjustments, ImageBuffer& rendered);
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_PIPELINE_DEVELOP_PIPELINE_H_

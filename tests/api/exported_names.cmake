@@ -1,0 +1,10 @@
+# Fails unless the shared library exports exactly the names of a list.
+execute_process(COMMAND ${NM} -D --defined-only ${LIBRARY} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+string(REGEX REPLACE "[0-9a-f]+ [A-Za-z] ([^\n]+)" "\\1" symbols "${symbols}")
+string(REGEX MATCHALL "[^\n]+" exported "${symbols}")
+list(SORT exported)
+file(STRINGS ${EXPECTED} expected)
+list(SORT expected)
+if(NOT "${exported}" STREQUAL "${expected}")
+  message(FATAL_ERROR "The library exports\n${exported}\nbut should export\n${expected}")
+endif()

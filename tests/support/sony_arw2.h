@@ -1,0 +1,20 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <opencv2/core.hpp>
+#include <vector>
+
+// Sony's lossy RAW compression of one byte a pixel, as cameras since 2008 write it.
+namespace lumvik::test {
+
+// The knees of the tone curve in four times its 12-bit code: beyond each the curve climbs twice as fast.
+inline constexpr std::array<uint16_t, 4> kArw2CurveKnees = {8000, 10400, 12900, 14100};
+
+// The columns coded together; a row must hold whole groups.
+inline constexpr int kArw2GroupColumns = 32;
+
+// `sensor`: CV_16UC1 of linear 14-bit samples, columns a multiple of kArw2GroupColumns.
+std::vector<uint8_t> EncodeArw2(const cv::Mat& sensor);
+
+}  // namespace lumvik::test

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace lumvik::test {
+
+struct Rational {
+  uint32_t numerator = 0;
+  uint32_t denominator = 1;
+};
+
+// One image file directory of a TIFF file in the making. Setting a tag again replaces its value.
+class TiffDirectory {
+ public:
+  void SetBytes(uint16_t tag, const std::vector<uint8_t>& values);
+  void SetAscii(uint16_t tag, const std::string& text);
+  void SetShorts(uint16_t tag, const std::vector<uint16_t>& values);
+  void SetLongs(uint16_t tag, const std::vector<uint32_t>& values);
+  void SetRationals(uint16_t tag, const std::vector<Rational>& values);
+  // Written as signed fractions of ten million.
+  void SetReals(uint16_t tag, const std::vector<double>& values);
+
+  // `offset_tag` points to the directory, which comes behind this one in the file.
+  void SetDirectory(uint16_t offset_tag, TiffDirectory directory);
+  // `offset_tag` points to the bytes and `length_tag` counts them.
+  void SetData(uint16_t offset_tag, uint16_t length_tag, std::vector<uint8_t> bytes);
+
+  // A little-endian file: header, the directories, then the data blocks, those of the directory before
+  // those of its sub-directories.
+  std::vector<uint8_t> Serialize() const;
+
+ private:
+  friend class TiffSerializer;
+
+  struct Field {
+    uint16_t type;
+    uint32_t count;
+    std::vector<uint8_t> value;
+  };
+  struct Child;
+
+  std::map<uint16_t, Field> fields_;  // TIFF wants them in the order of their tags
+  std::map<uint16_t, std::vector<uint8_t>> data_;
+  std::vector<Child> children_;
+};
+
+struct TiffDirectory::Child {
+  uint16_t offset_tag;
+  TiffDirectory directory;
+};
+
+}  // namespace lumvik::test
