@@ -40,7 +40,8 @@
  * use the last render and make a new one only when it is stale: after a load (even a failed one),
  * lumvik_unload() and lumvik_reset_adjustments(). <b>Setters never make it stale</b>: after a
  * setter, an export still writes the last render, if there is one, until the host renders again.
- * An export leaves a stale render stale; the other three make it current.
+ * The other three make a render current; an export leaves a stale one stale, so that until one of
+ * them is called every export renders anew.
  *
  * @par Memory
  * Output buffers are the host's. Paths and curve points are copied, and need not outlive the call.
@@ -59,8 +60,8 @@
  * threads, and returns when all of it is done.
  *
  * @par Exceptions
- * The library throws none of its own, but lets those of the image library (cv::Exception) and of
- * the C++ runtime pass. They leave the context as it was before the call, without a text, ready to
+ * Exceptions of the image library (cv::Exception) and of the C++ runtime leave the call; they are
+ * not turned into a status. The context is then as it was before the call, without a text, and can
  * be used or destroyed. A C host cannot catch them and should avoid their causes:
  * - a render with a positive sharpening amount and a sharpening radius that is not positive;
  * - an export to a path without a "." (std::out_of_range), or whose ending no encoder knows;
@@ -153,9 +154,10 @@ LUMVIK_API int lumvik_get_height(EngineContext* ctx);
 /**
  * Loads the photograph at @p path in place of the one loaded before.
  *
- * The name decides: ".jpg", ".jpeg", ".png", ".tif", ".tiff", ".bmp" and ".webp" (in any case) are
- * ordinary images, everything else goes to the RAW decoder, despite the function's name any make.
- * The size held here is the size of every render and export.
+ * Despite the function's name it may be an ordinary image, or a RAW file of any make. The ending of
+ * the name decides: ".jpg", ".jpeg", ".png", ".tif", ".tiff", ".bmp" and ".webp" (in any case) are
+ * ordinary images, everything else goes to the RAW decoder. The size held is, before cropping, the
+ * size of every render and export.
  *
  * - Ordinary: decoded to 8-bit colour (deeper files are reduced, grey expanded, alpha dropped),
  *   turned upright by its EXIF orientation, shrunk to a long side of at most 4096.
@@ -168,10 +170,10 @@ LUMVIK_API int lumvik_get_height(EngineContext* ctx);
  * image and its adjustments, but makes its render stale; so does an exception.
  *
  * @retval  0 loaded
- * @retval -1 "OpenCV could not read: " + path, for an ordinary image that is missing or undecodable
- * @retval -1 for a RAW file, one of these texts followed by LibRaw's own:
- *            "LibRaw open_file failed: " (a missing file too), "LibRaw unpack failed: ",
- *            "LibRaw dcraw_process failed: ", "LibRaw dcraw_make_mem_image failed: "
+ * @retval -1 An ordinary image that is missing or cannot be decoded: "OpenCV could not read: "
+ *            followed by the path as given. A RAW file: "LibRaw open_file failed: " (a missing file
+ *            too), "LibRaw unpack failed: ", "LibRaw dcraw_process failed: " or
+ *            "LibRaw dcraw_make_mem_image failed: ", followed by LibRaw's own text.
  * @throws cv::Exception see Exceptions
  */
 LUMVIK_API int lumvik_load_arw(EngineContext* ctx, const char* path, int quality);
@@ -213,9 +215,7 @@ LUMVIK_API int lumvik_process(EngineContext* ctx);
  * A mask of another size is stretched to the preview.
  *
  * @retval  0 copied
- * @retval -1 "no image loaded"
- * @retval -1 "pipeline produced empty result"
- * @retval -1 "output buffer too small"; @p out is untouched
+ * @retval -1 "no image loaded", "pipeline produced empty result" or "output buffer too small"
  * @throws cv::Exception see Exceptions
  */
 LUMVIK_API int lumvik_get_preview(EngineContext* ctx, uint8_t* out, int capacity);
@@ -251,11 +251,11 @@ typedef struct ExifInfo {
   float focal_length;   /**< Millimetres. */
   float f_number;       /**< Or derived from the APEX aperture. */
   float exposure_time;  /**< Seconds; or derived from the APEX shutter speed. */
-  int32_t iso;          /**< ISO speed, truncated. */
+  int32_t iso;          /**< ISO speed. */
   char datetime[32];    /**< Time taken, as in the file ("2024:05:31 18:20:00"); "" in a fallback. */
   int32_t width;        /**< Pixels by the EXIF tag (16-bit values only); fallback: as held. */
   int32_t height;       /**< Like width. */
-  int32_t orientation;  /**< EXIF code 1 to 8; fallback: LibRaw's code (0, 3, 5 or 6). */
+  int32_t orientation;  /**< EXIF code, 1 to 8; fallback: LibRaw's, 0, 3, 5 or 6. */
   int32_t reserved;     /**< 0. */
   double gps_latitude;  /**< Degrees, south negative; NaN in a fallback. */
   double gps_longitude; /**< Degrees, west negative; NaN in a fallback. */
@@ -266,7 +266,7 @@ typedef struct ExifInfo {
 #define LUMVIK_STATIC_ASSERT(condition, text) static_assert(condition, text)
 #elif defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L
 #define LUMVIK_STATIC_ASSERT(condition, text) _Static_assert(condition, text)
-#else
+#else /* Older C has no such assertion: declare the struct once more instead. */
 #define LUMVIK_STATIC_ASSERT(condition, text) struct ExifInfo
 #endif
 #define LUMVIK_EXIF_FIELD(field, offset) \
@@ -305,7 +305,7 @@ LUMVIK_API int lumvik_get_exif(EngineContext* ctx, ExifInfo* info);
 
 /**
  * @defgroup lumvik_export Export
- * Write the render (see Stale render: not the current adjustments) at its own size, without alpha.
+ * Write the render, by the rule of Stale render, at its own size and without alpha.
  *
  * The ending of the path chooses the encoder, not the function: lumvik_export_jpeg() to "a.png"
  * writes a PNG. The ending begins at the last "." of the whole path, folders included.
@@ -325,8 +325,7 @@ LUMVIK_API int lumvik_get_exif(EngineContext* ctx, ExifInfo* info);
  * gets a wrong length.
  *
  * @retval  0 written
- * @retval -1 "no image loaded"
- * @retval -1 "JPEG write failed"
+ * @retval -1 "no image loaded" or "JPEG write failed"
  * @throws std::out_of_range for a path without a "."
  * @throws cv::Exception for an unknown ending; see Exceptions
  */
@@ -337,8 +336,7 @@ LUMVIK_API int lumvik_export_jpeg(EngineContext* ctx, const char* path, int qual
  * Writes 16 bits per channel when @p bit_depth is 16, else 8.
  *
  * @retval  0 written
- * @retval -1 "no image loaded"
- * @retval -1 "PNG write failed"
+ * @retval -1 "no image loaded" or "PNG write failed"
  * @throws std::out_of_range for a path without a "."
  * @throws cv::Exception for an unknown ending; see Exceptions
  */
@@ -348,8 +346,7 @@ LUMVIK_API int lumvik_export_png(EngineContext* ctx, const char* path, int bit_d
  * Writes 16 bits per channel.
  *
  * @retval  0 written
- * @retval -1 "no image loaded"
- * @retval -1 "TIFF write failed"
+ * @retval -1 "no image loaded" or "TIFF write failed"
  * @throws std::out_of_range for a path without a "."
  * @throws cv::Exception for an unknown ending; see Exceptions
  */
@@ -364,12 +361,12 @@ LUMVIK_API int lumvik_export_tiff(EngineContext* ctx, const char* path);
  *
  * Each setter states unit, normal range and default. Values outside the range are taken as they
  * are, so pass finite values. Percent means -100 to 100 unless stated. Levels are on the scale
- * 0 (black) to 1 (white) of the gamma-encoded image; distances in pixels of the loaded image, so the
- * same setting reaches relatively further in a smaller one.
+ * 0 (black) to 1 (white) of the gamma-encoded image; distances are in pixels of the loaded image,
+ * so the same setting reaches relatively further in a smaller one.
  *
- * Order of a render: white balance, exposure, brightness, highlights and shadows, whites and blacks,
- * contrast, tone curves, clarity and texture, dehaze, saturation and vibrance, hue bands, split
- * toning, noise reduction, sharpening, lens corrections (distortion, chromatic aberration,
+ * Order of a render: white balance, exposure, brightness, highlights and shadows, whites and
+ * blacks, contrast, tone curves, clarity and texture, dehaze, saturation and vibrance, hue bands,
+ * split toning, noise reduction, sharpening, lens corrections (distortion, chromatic aberration,
  * vignetting, defringe), geometry (flips, rotation, perspective, crop), vignette, grain.
  * @{
  */
@@ -392,7 +389,7 @@ LUMVIK_API void lumvik_set_exposure(EngineContext* ctx, float stops);
 LUMVIK_API void lumvik_set_brightness(EngineContext* ctx, float percent);
 
 /**
- * Contrast by an S-curve about 0.5. Percent, default 0.
+ * Contrast by an S-curve about 0.5: positive is steeper. Percent, default 0.
  * Not the identity near 0: any other value, however small, moves black to about 0.083 and white to
  * 0.917. Only from about 31 % up are pure black and white reached again.
  */
@@ -428,7 +425,10 @@ LUMVIK_API void lumvik_set_blacks(EngineContext* ctx, float percent);
  */
 LUMVIK_API void lumvik_set_temperature(EngineContext* ctx, float kelvin);
 
-/** White-balance tint, -150 to 150, default 0. Positive is magenta (green x 0.85 at 150). */
+/**
+ * White-balance tint, -150 to 150, default 0. Positive is magenta (green x 0.85 at 150).
+ * From 0.1 up, either way, red and blue are multiplied too, as told at lumvik_set_temperature().
+ */
 LUMVIK_API void lumvik_set_tint(EngineContext* ctx, float tint);
 
 /** Colour intensity. Percent, default 0; -100 gives grey, 100 doubles. */
@@ -448,17 +448,17 @@ enum {
 /**
  * Sets one tone curve, a spline through @p count points. Default: none, which is exactly straight.
  *
- * @p points holds x0, y0, x1, y1, ...: 2 x @p count floats, input and output level, 0 to 1. Pass them
- * in ascending x: they are neither sorted nor checked. Null points, fewer than 2 points or a channel
- * outside 0..3 is ignored, and the old curve stays.
+ * @p points holds x0, y0, x1, y1, ...: 2 x @p count floats, input and output level, 0 to 1. Pass
+ * them in ascending x: they are neither sorted nor checked. Null points, fewer than 2 points or a
+ * channel outside 0..3 is ignored, and the old curve stays.
  *
  * A curve of the two points (0, 0), (1, 1) counts as straight only while all four curves are
- * straight. Beside any other curve it bends mildly to an S (0.25 becomes 0.203, 0.75 becomes 0.797).
+ * straight. Beside any other curve it is a mild S (0.25 becomes 0.203, 0.75 becomes 0.797).
  */
 LUMVIK_API void lumvik_set_tone_curve(EngineContext* ctx, int channel, const float* points, int count);
 
 /**
- * Sets one tone curve to (0, 0), (1, 1), with the S described there beside another curve.
+ * Sets one tone curve to (0, 0), (1, 1): beside another curve an S, see lumvik_set_tone_curve().
  * Only lumvik_reset_adjustments() and loading bring back the exactly straight default. A channel
  * outside 0..3 is ignored.
  */
@@ -490,7 +490,9 @@ enum {
 };
 
 /**
- * Shifts one hue band: @p hue by degrees, @p saturation and @p luminance by percent. Defaults 0.
+ * Shifts one hue band: @p hue in degrees, -180 to 180, @p saturation and @p luminance in percent.
+ * Defaults 0.
+ *
  * A band's effect falls from its centre to nothing at 32.4 degrees away; where bands overlap, their
  * shifts add up. A luminance of 100 adds 0.5 to the lightness. Greys never change. A band outside
  * 0..7 is ignored.
@@ -502,9 +504,12 @@ enum { LUMVIK_ZONE_HIGHLIGHTS = 0, LUMVIK_ZONE_SHADOWS = 1 };
 
 /**
  * Tints the bright (zone 0) or the dark tones (any other zone).
- * @p hue in degrees, 0 to 360; @p saturation 0 to 100 percent. Both saturations 0 (the default) is
- * off. @p balance, in percent, is stored <b>by zone 0 only</b>, for both zones; positive favours the
- * highlights. Hues mix along the scale, not around the circle: a tint near 0 may pass through others.
+ * @p hue in degrees, 0 to 360; @p saturation 0 to 100 percent. Both saturations 0 is off. All
+ * defaults 0.
+ *
+ * @p balance, in percent, is stored <b>by zone 0 only</b>, for both zones; positive favours the
+ * highlights. Hues mix along the scale, not around the circle: on the way to a hue near 0 or 360 a
+ * colour may pass through all the others.
  */
 LUMVIK_API void lumvik_set_split_toning(EngineContext* ctx, int zone, float hue, float saturation,
                                         float balance);
@@ -542,7 +547,7 @@ LUMVIK_API void lumvik_set_distortion(EngineContext* ctx, float percent);
  */
 LUMVIK_API void lumvik_set_ca_correction(EngineContext* ctx, float percent);
 
-/** Brightens the corners, by 1.5 at 100. 0 to 100 percent, default 0; negative is off. */
+/** Brightens the corners, 1.5 times at 100. 0 to 100 percent, default 0; negative is off. */
 LUMVIK_API void lumvik_set_lens_vignette(EngineContext* ctx, float percent);
 
 /**
@@ -577,9 +582,9 @@ LUMVIK_API void lumvik_set_perspective_v(EngineContext* ctx, float percent);
 
 /**
  * Crops to a rectangle, in fractions of width and height of the turned image. Default 0, 0, 0, 0.
- * @p x and @p y are the left top corner. What reaches over the right or lower edge is cut off. There
- * is no crop when @p w or @p h is 0 or less, when (0, 0) comes with a width and height of at least
- * 0.99, or when the result would be <b>less than 11 pixels</b> wide or high.
+ * @p x and @p y are the top left corner. What reaches over the right or bottom edge is cut off.
+ * There is no crop when @p w or @p h is 0 or less, when @p x and @p y are 0 with @p w and @p h at
+ * least 0.99, or when the result would be <b>less than 11 pixels</b> wide or high.
  */
 LUMVIK_API void lumvik_set_crop(EngineContext* ctx, float x, float y, float w, float h);
 
@@ -596,12 +601,12 @@ LUMVIK_API void lumvik_set_vignette_midpoint(EngineContext* ctx, float percent);
 LUMVIK_API void lumvik_set_vignette_roundness(EngineContext* ctx, float percent);
 
 /**
- * Adds colourless grain. 0 to 100 percent, default 0; negative is off. 100 has a deviation of 0.05.
- * <b>Not seeded</b>: every render has other grain.
+ * Adds colourless grain. 0 to 100 percent, default 0; negative is off. Its standard deviation at
+ * 100 is 0.05 of full scale. <b>Not seeded</b>: every render has other grain.
  */
 LUMVIK_API void lumvik_set_grain_amount(EngineContext* ctx, float percent);
 
-/** Coarseness of the grain: single pixels up to 1, a sigma of 2.5 pixels at 100. Default 25. */
+/** Coarseness of the grain, 0 (single pixels) to 100 (a sigma of 2.5 pixels), default 25. */
 LUMVIK_API void lumvik_set_grain_size(EngineContext* ctx, float percent);
 
 /** @} */
@@ -637,17 +642,18 @@ enum { LUMVIK_ENHANCE_SLOTS = 32 };
 /**
  * Suggests a whole set of adjustments: LUMVIK_ENHANCE_SLOTS floats.
  *
- * Slot | Adjustment    | Value        | Slot  | Adjustment           | Value
- * ---- | ------------- | ------------ | ----- | -------------------- | -------
- * 0    | exposure      | -0.25 to 1   | 9     | saturation           | 5
- * 1    | brightness    | 0            | 10    | vibrance             | 16
- * 2    | contrast      | -15 to 28    | 11    | sharpening_amount    | 6
- * 3    | highlights    | -40 to 0     | 12    | sharpening_radius    | 0 (skip)
- * 4    | shadows       | 15 to 25     | 13    | sharpening_threshold | 0
- * 5    | whites        | 0            | 14    | nr_luminance         | 0 to 35
- * 6    | blacks        | 5            | 15    | nr_color             | 1
- * 7    | temperature   | 6500         | 16-31 | none                 | 0
- * 8    | tint          | 0            |       |                      |
+ * Slot | Adjustment  | Value      | Slot | Adjustment           | Value
+ * ---- | ----------- | ---------- | ---- | -------------------- | -------
+ * 0    | exposure    | -0.25 to 1 | 8    | tint                 | 0
+ * 1    | brightness  | 0          | 9    | saturation           | 5
+ * 2    | contrast    | -15 to 28  | 10   | vibrance             | 16
+ * 3    | highlights  | -40 to 0   | 11   | sharpening_amount    | 6
+ * 4    | shadows     | 15 to 25   | 12   | sharpening_radius    | 0
+ * 5    | whites      | 0          | 13   | sharpening_threshold | 0
+ * 6    | blacks      | 5          | 14   | nr_luminance         | 0 to 35
+ * 7    | temperature | 6500       | 15   | nr_color             | 1
+ *
+ * Slots 16 to 31 are 0 and stand for nothing to apply.
  *
  * <b>Do not apply slot 12</b>: a radius of 0 with the amount of slot 11 makes every render raise an
  * exception. Leave lumvik_set_sharpening_radius() as it is.
@@ -683,8 +689,8 @@ LUMVIK_API int lumvik_auto_straighten(EngineContext* ctx, float* angle);
 
 /**
  * @defgroup lumvik_subject Subject
- * A mask of the photographed subject: 8 bits, 255 on the subject, 0 on the background, a soft edge of
- * a few pixels between. Made of the RAW image before development, at its size.
+ * A mask of the photographed subject: 8 bits, 255 on the subject, 0 on the background, a soft edge
+ * of a few pixels between. Made of the RAW image before development, at its size.
  *
  * The mask stays until the next successful segmentation: loads, lumvik_unload() and resets keep it,
  * though it belongs to the earlier image, and geometry adjustments do not move it.
@@ -694,8 +700,8 @@ LUMVIK_API int lumvik_auto_straighten(EngineContext* ctx, float* angle);
 /**
  * Finds the subject around a point and stores the mask. Works on RAW files only.
  *
- * @p x and @p y are fractions of width and height; a negative value or NaN means the middle. The
- * subject is sought in a rectangle of 60 % of each side about the point, cut off at the borders.
+ * The point is given in fractions of width and height; a negative value or NaN means the middle.
+ * The subject is sought in a rectangle of 60 % of each side about it, cut off at the borders.
  * Failure keeps the earlier mask. The render does not become stale.
  *
  * @retval  0 found
@@ -704,7 +710,7 @@ LUMVIK_API int lumvik_auto_straighten(EngineContext* ctx, float* angle);
  *            segmentation broke down
  * @throws cv::Exception see Exceptions
  */
-LUMVIK_API int lumvik_segment_subject(EngineContext* ctx, float x, float y);
+LUMVIK_API int lumvik_segment_subject(EngineContext* ctx, float subject_x, float subject_y);
 
 /**
  * Copies the mask to @p out: a byte per pixel, rows from top to bottom without padding.
@@ -757,7 +763,7 @@ LUMVIK_API int lumvik_export_subject_png(EngineContext* ctx, const char* path);
  * unchanged, at whatever size; a bitmap preview is encoded with red and blue swapped.
  *
  * On success the host releases @p *data by lumvik_free_thumb(). On failure @p *data is null and
- * @p *size 0, except that a null argument touches neither and -4 leaves the size.
+ * @p *size 0; but a null argument leaves both untouched, and -4 sets the size.
  *
  * @retval  0 @p *data points to @p *size bytes
  * @retval -1 null argument, or a file that cannot be read
@@ -774,8 +780,8 @@ LUMVIK_API void lumvik_free_thumb(void* data);
 /**
  * Computes a 64-bit hash of how the picture looks, to find copies of it.
  *
- * The fewer bits differ between two hashes, the more alike the pictures; resizing, recompressing and
- * RAW against JPEG change few. On failure @p *hash is 0, but untouched by a null argument.
+ * The fewer bits differ between two hashes, the more alike the pictures; resizing, recompressing
+ * and RAW against JPEG change few. On failure @p *hash is 0; a null argument leaves it untouched.
  *
  * @retval  0 computed
  * @retval -1 null argument, or a file that cannot be read

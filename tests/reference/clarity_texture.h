@@ -1,0 +1,15 @@
+// Plain clarity and texture: high-passes of the luminance at two radii, added to each channel.
+#ifndef LUMVIK_TESTS_REFERENCE_CLARITY_TEXTURE_H_
+#define LUMVIK_TESTS_REFERENCE_CLARITY_TEXTURE_H_
+
+#include <opencv2/core.hpp>
+
+#include "api/adjustments.h"
+
+namespace lumvik::reference {
+
+void ClarityTexture(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+
+}  // namespace lumvik::reference
+
+#endif  // LUMVIK_TESTS_REFERENCE_CLARITY_TEXTURE_H_

@@ -1,0 +1,21 @@
+// Plain dehaze by the dark-channel prior (He, Sun and Tang).
+#ifndef LUMVIK_TESTS_REFERENCE_DEHAZE_H_
+#define LUMVIK_TESTS_REFERENCE_DEHAZE_H_
+
+#include <opencv2/core.hpp>
+
+#include "api/adjustments.h"
+
+namespace lumvik::reference {
+
+// Side of the erosion kernel: 2 % of the width, odd, at least 3.
+int DehazePatchSize(int columns);
+
+// Mean of the brightest thousandth of the eroded dark plane (CV_32F), at least 0.01.
+float Airlight(const cv::Mat& eroded_dark);
+
+void Dehaze(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+
+}  // namespace lumvik::reference
+
+#endif  // LUMVIK_TESTS_REFERENCE_DEHAZE_H_

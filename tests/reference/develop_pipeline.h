@@ -1,0 +1,25 @@
+// The plain pipeline, step by step, single-threaded: what the engine's fast kernels are held against.
+#ifndef LUMVIK_TESTS_REFERENCE_DEVELOP_PIPELINE_H_
+#define LUMVIK_TESTS_REFERENCE_DEVELOP_PIPELINE_H_
+
+#include "api/adjustments.h"
+#include "image/image_buffer.h"
+
+namespace lumvik::reference {
+
+// CV_32FC4 of a CV_16UC4 image: source / 65535.
+cv::Mat ToWorkingImage(const ImageBuffer& source);
+
+// CV_16UC4 of a working image, rounded and saturated.
+ImageBuffer FromWorkingImage(const cv::Mat& working);
+
+// The two steps too small for files of their own. Neither skips at 0; the driver does.
+void Brightness(cv::Mat& working, float brightness);
+void Contrast(cv::Mat& working, float contrast);
+
+// The rendered image, all eighteen steps in order; empty for an empty source.
+ImageBuffer DevelopPipeline(const ImageBuffer& source, const Adjustments& adjustments);
+
+}  // namespace lumvik::reference
+
+#endif  // LUMVIK_TESTS_REFERENCE_DEVELOP_PIPELINE_H_

@@ -1,0 +1,15 @@
+// Plain geometry: flips, rotation, perspective, crop.
+#ifndef LUMVIK_TESTS_REFERENCE_GEOMETRY_H_
+#define LUMVIK_TESTS_REFERENCE_GEOMETRY_H_
+
+#include <opencv2/core.hpp>
+
+#include "api/adjustments.h"
+
+namespace lumvik::reference {
+
+void Geometry(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+
+}  // namespace lumvik::reference
+
+#endif  // LUMVIK_TESTS_REFERENCE_GEOMETRY_H_

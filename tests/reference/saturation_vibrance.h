@@ -1,0 +1,15 @@
+// Plain saturation and vibrance: distance from the luminance, scaled.
+#ifndef LUMVIK_TESTS_REFERENCE_SATURATION_VIBRANCE_H_
+#define LUMVIK_TESTS_REFERENCE_SATURATION_VIBRANCE_H_
+
+#include <opencv2/core.hpp>
+
+#include "api/adjustments.h"
+
+namespace lumvik::reference {
+
+void SaturationVibrance(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+
+}  // namespace lumvik::reference
+
+#endif  // LUMVIK_TESTS_REFERENCE_SATURATION_VIBRANCE_H_

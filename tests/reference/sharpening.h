@@ -1,0 +1,15 @@
+// Plain sharpening: an unsharp mask that leaves detail up to a threshold alone.
+#ifndef LUMVIK_TESTS_REFERENCE_SHARPENING_H_
+#define LUMVIK_TESTS_REFERENCE_SHARPENING_H_
+
+#include <opencv2/core.hpp>
+
+#include "api/adjustments.h"
+
+namespace lumvik::reference {
+
+void Sharpening(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+
+}  // namespace lumvik::reference
+
+#endif  // LUMVIK_TESTS_REFERENCE_SHARPENING_H_

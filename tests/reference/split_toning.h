@@ -1,0 +1,15 @@
+// Plain split toning: tints bright and dark tones towards two hues.
+#ifndef LUMVIK_TESTS_REFERENCE_SPLIT_TONING_H_
+#define LUMVIK_TESTS_REFERENCE_SPLIT_TONING_H_
+
+#include <opencv2/core.hpp>
+
+#include "api/adjustments.h"
+
+namespace lumvik::reference {
+
+void SplitToning(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+
+}  // namespace lumvik::reference
+
+#endif  // LUMVIK_TESTS_REFERENCE_SPLIT_TONING_H_

@@ -1,0 +1,22 @@
+// Plain tone curve: a master table, then one table a channel.
+#ifndef LUMVIK_TESTS_REFERENCE_TONE_CURVE_H_
+#define LUMVIK_TESTS_REFERENCE_TONE_CURVE_H_
+
+#include <opencv2/core.hpp>
+#include <vector>
+
+#include "api/adjustments.h"
+
+namespace lumvik::reference {
+
+constexpr int kCurveTableSize = 65536;
+
+// Entry i is the curve at i / 65535: a uniform Catmull-Rom spline through the points in the order given.
+// `source` takes no part.
+std::vector<float> BuildCurveTable(const cv::Mat& source, const ToneCurve& points);
+
+void ToneCurveStage(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+
+}  // namespace lumvik::reference
+
+#endif  // LUMVIK_TESTS_REFERENCE_TONE_CURVE_H_

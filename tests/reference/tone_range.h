@@ -1,0 +1,17 @@
+// Plain tone range: highlights and shadows by luminance, whites and blacks by levels.
+#ifndef LUMVIK_TESTS_REFERENCE_TONE_RANGE_H_
+#define LUMVIK_TESTS_REFERENCE_TONE_RANGE_H_
+
+#include <opencv2/core.hpp>
+
+#include "api/adjustments.h"
+
+namespace lumvik::reference {
+
+void HighlightsShadows(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+
+void WhitesBlacks(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+
+}  // namespace lumvik::reference
+
+#endif  // LUMVIK_TESTS_REFERENCE_TONE_RANGE_H_

@@ -1,0 +1,31 @@
+// Images to test on, and how far two of them lie apart.
+#ifndef LUMVIK_TESTS_SUPPORT_TEST_IMAGES_H_
+#define LUMVIK_TESTS_SUPPORT_TEST_IMAGES_H_
+
+#include <opencv2/core.hpp>
+#include <vector>
+
+namespace lumvik::test {
+
+// Uniform noise over the full range in all four channels (CV_16UC4), the same for the same seed.
+cv::Mat NoiseImage(cv::Size size, uint64_t seed);
+
+// A photograph of tests/data as an image buffer (CV_16UC4), reduced to `width` columns.
+cv::Mat Photograph(const char* name, int width);
+
+// Sizes at which loops go wrong: single pixels, rows and columns, widths around the vector lengths.
+const std::vector<cv::Size>& OddSizes();
+
+// How two 16-bit images of the same size and type differ.
+struct Difference {
+  int largest = 0;         // in 16-bit codes
+  double share_above = 0;  // of the samples, those that differ by more than `tolerance`
+};
+Difference Compare(const cv::Mat& a, const cv::Mat& b, int tolerance);
+
+// True when type, size and every byte agree.
+bool SameBytes(const cv::Mat& a, const cv::Mat& b);
+
+}  // namespace lumvik::test
+
+#endif  // LUMVIK_TESTS_SUPPORT_TEST_IMAGES_H_
