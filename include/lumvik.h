@@ -67,7 +67,6 @@
  * - an export to a path without a "." (std::out_of_range), or whose ending no encoder knows;
  * - lumvik_export_subject_png() when mask and render differ in size;
  * - adjustments that are not finite or lie far outside the ranges given;
- * - an image so narrow or flat that a reduced copy of it would have no columns or rows;
  * - exhausted memory (but lumvik_create_context() then returns null).
  *
  * @par Determinism

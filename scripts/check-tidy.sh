@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over the engine and its hosts, with the commands of the release build, which must be up to date.
-# A file is not looked at again as long as nothing it is made of has changed: itself, our headers it includes, its
-# command, the checks, clang-tidy. The digest of all these names the stamp that says it passed.
+# Runs clang-tidy over the engine and its hosts, with the commands of the release build, which must be up to
+# date. A file is not looked at again as long as nothing it is made of has changed: itself, our headers it
+# includes, its command, the checks, clang-tidy. The digest of all these names the stamp that says it passed.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -36,5 +36,6 @@ export -f digest check
 mkdir -p "$STAMPS"
 ninja -C "$BUILD" -t deps >"$STAMPS/dependencies"
 # shellcheck disable=SC2016 # $0 is for the inner shell
-sed -n 's/^ *"file": "\(.*\)".*/\1/p' "$BUILD/compile_commands.json" | grep -E "^$ROOT/(src|apps)/" | sort -u |
-  xargs -d '\n' -P "$JOBS" -I {} bash -euo pipefail -c 'check "$0"' {}
+awk -F '"' -v src="$ROOT/src/" -v apps="$ROOT/apps/" '
+  $2 == "file" && (index($4, src) == 1 || index($4, apps) == 1) { print $4 }' "$BUILD/compile_commands.json" |
+  sort -u | xargs -d '\n' -P "$JOBS" -I {} bash -euo pipefail -c 'check "$0"' {}

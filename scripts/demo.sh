@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Develops a photograph (RAW, JPEG, PNG, TIFF, BMP or WebP) and says where the picture is. Installs and builds first
-# what that takes.
+# Develops a photograph (RAW, JPEG, PNG, TIFF, BMP or WebP) and says where the picture is. Installs and builds
+# first what that takes.
 #
 #   scripts/demo.sh [PHOTO]
 set -euo pipefail
@@ -13,10 +13,10 @@ photo=$(realpath -- "$photo")
 
 "$ROOT/scripts/install-dependencies.sh" --build
 configure release "$ROOT/build/release"
-cmake --build "$ROOT/build/release" --target apps/all
+cmake --build "$ROOT/build/release" --target lumvik_cli
 
 name=$(basename -- "$photo")
 picture=$ROOT/build/demo/${name%.*}.jpg
 mkdir -p "$ROOT/build/demo"
-"$ROOT/build/release/apps/lumvik" develop "$photo" -o "$picture" --exposure 0.5 --contrast 20
+"$ROOT/build/release/apps/lumvik/lumvik" develop "$photo" -o "$picture" --exposure 0.5 --contrast 20
 echo "The developed picture: $picture"

@@ -14,7 +14,7 @@
 #include "output_format.h"
 #include "photograph_paths.h"
 #include "staged_file.h"
-#include "upright_exif.h"
+#include "written_jpeg.h"
 
 namespace lumvik {
 namespace {
@@ -40,27 +40,22 @@ void CheckBits(std::optional<int> bits, OutputFormat format) {
   }
 }
 
+int ExportJpeg(EngineContext* context, const DevelopOptions& options, const char* path) {
+  const int status = lumvik_export_jpeg(context, path, options.jpeg_quality, 0, options.no_exif ? 0 : 1);
+  if (status == 0 && !options.no_exif) FinishExif(path);
+  return status;
+}
+
 int Export(EngineContext* context, const DevelopOptions& options, OutputFormat format, const char* path) {
   switch (format) {
     case OutputFormat::kJpeg:
-      return lumvik_export_jpeg(context, path, options.jpeg_quality, 0, options.no_exif ? 0 : 1);
+      return ExportJpeg(context, options, path);
     case OutputFormat::kPng:
       return lumvik_export_png(context, path, options.bits.value_or(8));
     case OutputFormat::kTiff:
       return lumvik_export_tiff(context, path);
   }
   return -1;
-}
-
-// Writes the photograph under a temporary name first, so that a failure costs no file that was there before.
-void Write(Engine& engine, const DevelopOptions& options, OutputFormat format,
-           const std::filesystem::path& target) {
-  StagedFile file(target, EndingOf(format));
-  engine.Run("cannot write '" + options.output + "'", [&](EngineContext* context) {
-    return Export(context, options, format, file.temporary_path().c_str());
-  });
-  if (format == OutputFormat::kJpeg && !options.no_exif) MarkUpright(file.temporary_path(), options.output);
-  file.Commit();
 }
 
 void Develop(const DevelopOptions& options) {
@@ -76,7 +71,12 @@ void Develop(const DevelopOptions& options) {
   // After loading, which puts every adjustment back to its default.
   options.adjustments.Apply(engine.context());
   engine.Run("cannot develop '" + options.input + "'", lumvik_process);
-  Write(engine, options, format, target);
+
+  StagedFile file(target, EndingOf(format));
+  engine.Run("cannot write '" + options.output + "'", [&](EngineContext* context) {
+    return Export(context, options, format, file.temporary_path().c_str());
+  });
+  file.Commit();
   std::cout << options.output << ' ' << lumvik_get_width(engine.context()) << 'x'
             << lumvik_get_height(engine.context()) << '\n';
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <new>
 #include <stdexcept>
 
 namespace lumvik {
@@ -25,6 +26,8 @@ void Engine::Run(const std::string& failure, const std::function<int(EngineConte
   try {
     if (call(context_.get()) == 0) return;
     reason = lumvik_last_error(context_.get());
+  } catch (const std::bad_alloc&) {
+    reason = "not enough memory";
   } catch (const std::exception& error) {
     reason = error.what();
   }

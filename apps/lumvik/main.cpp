@@ -22,10 +22,11 @@ void RunCommand(int argc, char** argv) {
   CLI::App app("Develops photographs.", "lumvik");
   app.set_version_flag("--version", std::string("lumvik ") + lumvik_version(), "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
-  app.require_subcommand(1);
+  app.require_subcommand(0, 1);  // not 1, 1, which hides the name of an unknown command
   lumvik::AddDevelopCommand(app);
   try {
     app.parse(argc, argv);
+    if (app.get_subcommands().empty()) throw CLI::RequiredError("A command (see lumvik --help)");
   } catch (const CLI::Success& help_or_version) {
     app.exit(help_or_version);
   }

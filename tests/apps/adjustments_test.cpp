@@ -10,15 +10,16 @@ const std::vector<std::string> kNeutral = {"--temperature", "6500"};
 using AdjustmentsTest = CommandTest;
 
 TEST_F(AdjustmentsTest, NeutralSettingsGiveTheSamePicture) {
-  EXPECT_EQ(GreatestDifference(Developed(Photograph("in.png"), Path("out.png"), kNeutral), SmallPicture()), 0);
+  EXPECT_EQ(GreatestDifference(Developed(Photograph("in.png"), Path("out.png"), kNeutral), SmallPicture()),
+            0);
 }
 
 TEST_F(AdjustmentsTest, WhatIsNotGivenKeepsTheDefault) {
   const std::string in = Photograph("in.png");
   const cv::Mat plain = Developed(in, Path("plain.png"));
-  const cv::Mat spelled = Developed(in, Path("spelled.png"),
-                                    {"--exposure", "0", "--brightness", "0", "--contrast", "0",
-                                     "--temperature", "5500", "--tint", "0"});
+  const cv::Mat spelled = Developed(
+      in, Path("spelled.png"),
+      {"--exposure", "0", "--brightness", "0", "--contrast", "0", "--temperature", "5500", "--tint", "0"});
   EXPECT_EQ(GreatestDifference(plain, spelled), 0);
   EXPECT_GT(MeanDifference(plain, SmallPicture()), 1);  // 5500 K is not neutral
 }
@@ -54,7 +55,8 @@ TEST_F(DirectionTest, ContrastSpreadsTheTones) {
   const std::string in = Photograph("in.png");
   const auto spread = [&](const char* contrast) {
     cv::Scalar mean, deviation;
-    cv::meanStdDev(Developed(in, Path("out.png"), {"--temperature=6500", "--contrast", contrast}), mean, deviation);
+    cv::meanStdDev(Developed(in, Path("out.png"), {"--temperature=6500", "--contrast", contrast}), mean,
+                   deviation);
     return deviation[0];
   };
   EXPECT_GT(spread("80"), spread("0") + 5);

@@ -22,7 +22,9 @@ fs::path MakeFolder() {
 
 }  // namespace
 
-std::vector<std::string> Command() { return {LUMVIK_COMMAND}; }
+std::vector<std::string> Command() {
+  return {LUMVIK_COMMAND};
+}
 
 std::vector<std::string> UnprivilegedCommand() {
   if (geteuid() != 0) return Command();
@@ -43,17 +45,21 @@ cv::Mat SmallPicture() {
   cv::Mat picture(40, 60, CV_8UC3);
   for (int y = 0; y < picture.rows; ++y) {
     for (int x = 0; x < picture.cols; ++x) {
-      picture.at<cv::Vec3b>(y, x) = {cv::saturate_cast<uchar>(30 + 2 * x), cv::saturate_cast<uchar>(40 + 3 * y),
+      picture.at<cv::Vec3b>(y, x) = {cv::saturate_cast<uchar>(30 + 2 * x),
+                                     cv::saturate_cast<uchar>(40 + 3 * y),
                                      cv::saturate_cast<uchar>(150 - x - y)};
     }
   }
   return picture;
 }
 
-double GreatestDifference(const cv::Mat& a, const cv::Mat& b) { return cv::norm(a, b, cv::NORM_INF); }
+double GreatestDifference(const cv::Mat& a, const cv::Mat& b) {
+  return cv::norm(a, b, cv::NORM_INF);
+}
 
 double MeanDifference(const cv::Mat& a, const cv::Mat& b) {
-  return cv::norm(a, b, cv::NORM_L1) / static_cast<double>(a.total() * static_cast<std::size_t>(a.channels()));
+  return cv::norm(a, b, cv::NORM_L1) /
+         static_cast<double>(a.total() * static_cast<std::size_t>(a.channels()));
 }
 
 void ExpectRefusal(const ProcessResult& result, int status, const std::string& part) {
@@ -73,7 +79,8 @@ CommandTest::~CommandTest() {
 
 void CommandTest::TearDown() {
   for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder_)) {
-    EXPECT_NE(entry.path().filename().string().rfind(".lumvik-", 0), 0U) << entry.path() << " was left behind";
+    EXPECT_NE(entry.path().filename().string().rfind(".lumvik-", 0), 0U)
+        << entry.path() << " was left behind";
   }
 }
 

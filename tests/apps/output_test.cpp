@@ -27,8 +27,8 @@ TEST_F(OutputTest, TheEndingChoosesTheFormat) {
     const std::string& start;
     int depth;
   } cases[] = {
-      {"a.jpg", kJpegStart, CV_8U}, {"b.jpeg", kJpegStart, CV_8U}, {"c.JPG", kJpegStart, CV_8U},
-      {"d.png", kPngStart, CV_8U},  {"e.Png", kPngStart, CV_8U},   {"f.tif", kTiffStart, CV_16U},
+      {"a.jpg", kJpegStart, CV_8U},   {"b.jpeg", kJpegStart, CV_8U},  {"c.JPG", kJpegStart, CV_8U},
+      {"d.png", kPngStart, CV_8U},    {"e.Png", kPngStart, CV_8U},    {"f.tif", kTiffStart, CV_16U},
       {"g.tiff", kTiffStart, CV_16U}, {"h.TIFF", kTiffStart, CV_16U}, {"many.dots.in.png", kPngStart, CV_8U},
   };
   for (const auto& c : cases) {
@@ -66,7 +66,8 @@ TEST_F(OutputTest, TheFileAndItsSizeArePrinted) {
 
 TEST_F(OutputTest, JpegQualityDecidesTheFileSize) {
   const std::string in = Photograph("in.png");
-  for (const char* quality : {"5", "90", "100"}) Develop(in, Path(std::string(quality) + ".jpg"), {"--jpeg-quality", quality});
+  for (const char* quality : {"5", "90", "100"})
+    Develop(in, Path(std::string(quality) + ".jpg"), {"--jpeg-quality", quality});
   Develop(in, Path("default.jpg"));
   EXPECT_LT(fs::file_size(Path("5.jpg")), fs::file_size(Path("90.jpg")));
   EXPECT_LT(fs::file_size(Path("90.jpg")), fs::file_size(Path("100.jpg")));
@@ -81,7 +82,8 @@ TEST_F(OutputTest, DecodeQualityDecidesTheSizeOfARawPhotograph) {
 
 TEST_F(OutputTest, DecodeQualityLeavesAnOrdinaryPhotographAlone) {
   const std::string in = Photograph("in.png");
-  EXPECT_EQ(GreatestDifference(Developed(in, Path("1.png")), Developed(in, Path("4.png"), {"--quality", "4"})), 0);
+  EXPECT_EQ(
+      GreatestDifference(Developed(in, Path("1.png")), Developed(in, Path("4.png"), {"--quality", "4"})), 0);
 }
 
 TEST_F(OutputTest, NamesMayHoldSpacesAndAnyLetters) {
@@ -99,6 +101,15 @@ TEST_F(OutputTest, NamesRelativeToTheWorkingFolderWork) {
   EXPECT_EQ(result.status, kSuccess) << result.err;
   EXPECT_EQ(result.out, "out.jpg 60x40\n");
   EXPECT_TRUE(fs::exists(Path("out.jpg")));
+}
+
+TEST_F(OutputTest, ANameThatLooksLikeAnOptionStandsBehindTwoDashes) {
+  Photograph("-in.png");
+  const ProcessResult result =
+      RunProcess({"env", "-C", Path(""), LUMVIK_COMMAND, "develop", "-o", "-out.jpg", "--", "-in.png"});
+  EXPECT_EQ(result.status, kSuccess) << result.err;
+  EXPECT_EQ(result.out, "-out.jpg 60x40\n");
+  EXPECT_TRUE(fs::exists(Path("-out.jpg")));
 }
 
 TEST_F(OutputTest, ANameMayBeAsLongAsTheFileSystemAllows) {

@@ -18,7 +18,7 @@ const cv::Matx33d kXyzFromSrgb(0.4124564, 0.3575761, 0.1804375,  //
 
 // IEC 61966-2-1 for every 16-bit code.
 const std::vector<float>& LinearFromCode() {
-  static const std::vector<float> table = [] {
+  static const std::vector<float> kTable = [] {
     std::vector<float> linear(65536);
     for (size_t code = 0; code < linear.size(); ++code) {
       const double v = static_cast<double>(code) / 65535.0;
@@ -26,7 +26,7 @@ const std::vector<float>& LinearFromCode() {
     }
     return linear;
   }();
-  return table;
+  return kTable;
 }
 
 // Each sample is `weights[row parity][column parity]` times the pixel's linear colour, 0..1 of the range.
@@ -53,7 +53,9 @@ cv::Mat Record(const cv::Mat& rgb, const cv::Vec3f weights[2][2]) {
 
 }  // namespace
 
-cv::Matx33d SrgbFromXyz() { return kXyzFromSrgb.inv(); }
+cv::Matx33d SrgbFromXyz() {
+  return kXyzFromSrgb.inv();
+}
 
 cv::Matx33d CameraFromSrgb(const cv::Matx33d& camera_from_xyz) {
   cv::Matx33d camera = camera_from_xyz * kXyzFromSrgb;

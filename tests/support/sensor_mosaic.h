@@ -1,9 +1,10 @@
-#pragma once
+// What a sensor with 14 bits would have recorded of a picture.
+#ifndef LUMVIK_TESTS_SUPPORT_SENSOR_MOSAIC_H_
+#define LUMVIK_TESTS_SUPPORT_SENSOR_MOSAIC_H_
 
 #include <array>
 #include <opencv2/core.hpp>
 
-// What a sensor with 14 bits would have recorded of a picture.
 namespace lumvik::test {
 
 inline constexpr int kSensorBlack = 512;
@@ -26,3 +27,5 @@ cv::Mat MosaicRggb(const cv::Mat& rgb, const cv::Matx33d& camera_from_srgb,
 cv::Mat RecordLuminance(const cv::Mat& rgb);
 
 }  // namespace lumvik::test
+
+#endif  // LUMVIK_TESTS_SUPPORT_SENSOR_MOSAIC_H_

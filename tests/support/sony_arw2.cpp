@@ -45,9 +45,9 @@ class BitWriter {
  public:
   explicit BitWriter(uint8_t* block) : block_(block) {}
   void Put(int value, int bits) {
-    for (int bit = 0; bit < bits; ++bit, ++position_) {
-      block_[position_ / 8] |= static_cast<uint8_t>((value >> bit & 1) << (position_ % 8));
-    }
+    auto rest = static_cast<uint32_t>(value) << (position_ % 8);
+    for (int byte = position_ / 8; rest != 0; ++byte, rest >>= 8) block_[byte] |= static_cast<uint8_t>(rest);
+    position_ += bits;
   }
 
  private:
@@ -80,7 +80,7 @@ void EncodeBlock(const std::array<int, kBlockSamples>& codes, uint8_t* block) {
 
 std::vector<uint8_t> EncodeArw2(const cv::Mat& sensor) {
   CV_Assert(sensor.type() == CV_16UC1 && sensor.cols % kArw2GroupColumns == 0);
-  static const CodeTable code_of = CodeFromLinear();
+  static const CodeTable kCodeOf = CodeFromLinear();
   std::vector<uint8_t> bytes(sensor.total());
   uint8_t* block = bytes.data();
   std::array<int, kBlockSamples> codes;
@@ -89,7 +89,7 @@ std::vector<uint8_t> EncodeArw2(const cv::Mat& sensor) {
     for (int group = 0; group < sensor.cols; group += kArw2GroupColumns) {
       for (int parity = 0; parity < 2; ++parity) {  // a block holds one colour of the row
         for (int i = 0; i < kBlockSamples; ++i) {
-          codes[static_cast<size_t>(i)] = code_of[samples[group + parity + 2 * i]];
+          codes[static_cast<size_t>(i)] = kCodeOf[samples[group + parity + 2 * i]];
         }
         EncodeBlock(codes, block);
         block += kBlockBytes;

@@ -1,11 +1,12 @@
-#pragma once
+// Sony's lossy RAW compression of one byte a pixel, as its cameras write it.
+#ifndef LUMVIK_TESTS_SUPPORT_SONY_ARW2_H_
+#define LUMVIK_TESTS_SUPPORT_SONY_ARW2_H_
 
 #include <array>
 #include <cstdint>
 #include <opencv2/core.hpp>
 #include <vector>
 
-// Sony's lossy RAW compression of one byte a pixel, as cameras since 2008 write it.
 namespace lumvik::test {
 
 // The knees of the tone curve in four times its 12-bit code: beyond each the curve climbs twice as fast.
@@ -18,3 +19,5 @@ inline constexpr int kArw2GroupColumns = 32;
 std::vector<uint8_t> EncodeArw2(const cv::Mat& sensor);
 
 }  // namespace lumvik::test
+
+#endif  // LUMVIK_TESTS_SUPPORT_SONY_ARW2_H_

@@ -1,8 +1,9 @@
-#pragma once
+// The TIFF, EXIF, DNG and Sony tags that our RAW files carry.
+#ifndef LUMVIK_TESTS_SUPPORT_TIFF_TAGS_H_
+#define LUMVIK_TESTS_SUPPORT_TIFF_TAGS_H_
 
 #include <cstdint>
 
-// The TIFF, EXIF, DNG and Sony tags that our RAW files carry.
 namespace lumvik::test::tag {
 
 inline constexpr uint16_t kNewSubfileType = 0x00fe;
@@ -49,3 +50,5 @@ inline constexpr uint16_t kSonyBlackLevel = 0x7310;
 inline constexpr uint16_t kSonyRggbLevels = 0x7313;
 
 }  // namespace lumvik::test::tag
+
+#endif  // LUMVIK_TESTS_SUPPORT_TIFF_TAGS_H_

@@ -1,5 +1,6 @@
 #include "support/tiff_writer.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
 
@@ -28,26 +29,33 @@ void Put(std::vector<uint8_t>& bytes, size_t position, const std::vector<uint8_t
 
 }  // namespace
 
+void TiffDirectory::Set(uint16_t tag, Field field) {
+  fields_[tag] = std::move(field);
+  data_.erase(tag);
+  const auto replaced = [tag](const Child& child) { return child.offset_tag == tag; };
+  children_.erase(std::remove_if(children_.begin(), children_.end(), replaced), children_.end());
+}
+
 void TiffDirectory::SetBytes(uint16_t tag, const std::vector<uint8_t>& values) {
-  fields_[tag] = {kByte, static_cast<uint32_t>(values.size()), values};
+  Set(tag, {kByte, static_cast<uint32_t>(values.size()), values});
 }
 
 void TiffDirectory::SetAscii(uint16_t tag, const std::string& text) {
   std::vector<uint8_t> value(text.begin(), text.end());
   value.push_back(0);
-  fields_[tag] = {kAscii, static_cast<uint32_t>(value.size()), value};
+  Set(tag, {kAscii, static_cast<uint32_t>(value.size()), value});
 }
 
 void TiffDirectory::SetShorts(uint16_t tag, const std::vector<uint16_t>& values) {
   Field field{kShort, static_cast<uint32_t>(values.size()), {}};
   for (const uint16_t value : values) Append16(field.value, value);
-  fields_[tag] = std::move(field);
+  Set(tag, std::move(field));
 }
 
 void TiffDirectory::SetLongs(uint16_t tag, const std::vector<uint32_t>& values) {
   Field field{kLong, static_cast<uint32_t>(values.size()), {}};
   for (const uint32_t value : values) Append32(field.value, value);
-  fields_[tag] = std::move(field);
+  Set(tag, std::move(field));
 }
 
 void TiffDirectory::SetRationals(uint16_t tag, const std::vector<Rational>& values) {
@@ -56,7 +64,7 @@ void TiffDirectory::SetRationals(uint16_t tag, const std::vector<Rational>& valu
     Append32(field.value, value.numerator);
     Append32(field.value, value.denominator);
   }
-  fields_[tag] = std::move(field);
+  Set(tag, std::move(field));
 }
 
 void TiffDirectory::SetReals(uint16_t tag, const std::vector<double>& values) {
@@ -65,7 +73,7 @@ void TiffDirectory::SetReals(uint16_t tag, const std::vector<double>& values) {
     Append32(field.value, static_cast<uint32_t>(std::lround(value * kRealDenominator)));
     Append32(field.value, kRealDenominator);
   }
-  fields_[tag] = std::move(field);
+  Set(tag, std::move(field));
 }
 
 void TiffDirectory::SetDirectory(uint16_t offset_tag, TiffDirectory directory) {
@@ -149,6 +157,8 @@ class TiffSerializer {
   std::vector<Block> blocks_;
 };
 
-std::vector<uint8_t> TiffDirectory::Serialize() const { return TiffSerializer().Run(*this); }
+std::vector<uint8_t> TiffDirectory::Serialize() const {
+  return TiffSerializer().Run(*this);
+}
 
 }  // namespace lumvik::test

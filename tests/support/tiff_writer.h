@@ -1,4 +1,6 @@
-#pragma once
+// TIFF files in the making: the container of all our RAW files.
+#ifndef LUMVIK_TESTS_SUPPORT_TIFF_WRITER_H_
+#define LUMVIK_TESTS_SUPPORT_TIFF_WRITER_H_
 
 #include <cstdint>
 #include <map>
@@ -42,6 +44,8 @@ class TiffDirectory {
   };
   struct Child;
 
+  void Set(uint16_t tag, Field field);
+
   std::map<uint16_t, Field> fields_;  // TIFF wants them in the order of their tags
   std::map<uint16_t, std::vector<uint8_t>> data_;
   std::vector<Child> children_;
@@ -53,3 +57,5 @@ struct TiffDirectory::Child {
 };
 
 }  // namespace lumvik::test
+
+#endif  // LUMVIK_TESTS_SUPPORT_TIFF_WRITER_H_

@@ -1,0 +1,75 @@
+// What the tests of the exported functions share: contexts, small photographs, and a look at all that a
+// context holds.
+#ifndef LUMVIK_TESTS_API_API_TEST_H_
+#define LUMVIK_TESTS_API_API_TEST_H_
+
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <opencv2/core.hpp>
+#include <string>
+#include <vector>
+
+#include "api/engine_context.h"
+#include "lumvik.h"
+#include "support/file_bytes.h"
+#include "support/raw_writer.h"
+#include "support/temp_dir.h"
+#include "support/test_images.h"
+
+namespace lumvik::test {
+
+inline constexpr int kFailed = -1;
+
+// The texts of Last error that are fixed.
+inline constexpr char kNoImage[] = "no image loaded";
+inline constexpr char kNoFile[] = "no file loaded";
+inline constexpr char kUnreadable[] = "OpenCV could not read: ";
+
+struct ContextDeleter {
+  void operator()(EngineContext* context) const { lumvik_destroy_context(context); }
+};
+using ContextPtr = std::unique_ptr<EngineContext, ContextDeleter>;
+ContextPtr CreateContext();
+
+using Bytes = std::vector<uint8_t>;
+
+// 48x32, 8 bits, blue first; no mirroring or turning leaves it as it is, no channel equals another.
+cv::Mat SmallPicture();
+// The picture as 16 bits: what neutral settings make of it.
+cv::Mat Widened(const cv::Mat& picture);
+// Every field by name.
+std::string Describe(const Adjustments& adjustments);
+std::string Describe(const ExifInfo& info);
+// All that the context holds, images by size and digest; the rendered one only while it means something.
+std::string Describe(const EngineContext& context);
+
+class ApiTest : public ::testing::Test {
+ protected:
+  std::string Path(const std::string& name) const { return folder_.File(name); }
+  const std::filesystem::path& folder() const { return folder_.path(); }
+  std::string WritePicture(const std::string& name, const cv::Mat& picture = SmallPicture()) const;
+  std::string WriteRaw(const std::string& name, const RawOptions& options = {},
+                       const cv::Mat& picture = SmallPicture()) const;
+
+  std::string LastError() const { return lumvik_last_error(ctx()); }
+  // The samples that an export would write now: 16 bits, blue first.
+  cv::Mat Exported() const { return Exported(ctx()); }
+  cv::Mat Exported(EngineContext* context) const;
+
+  // Loads SmallPicture() with settings that leave every sample as it is.
+  void LoadNeutral() const;
+
+  EngineContext* ctx() const { return context_.get(); }
+
+  // Gives the context up, so that a test may destroy it itself.
+  EngineContext* Release() { return context_.release(); }
+
+ private:
+  TempDir folder_;
+  ContextPtr context_ = CreateContext();
+};
+
+}  // namespace lumvik::test
+
+#endif  // LUMVIK_TESTS_API_API_TEST_H_

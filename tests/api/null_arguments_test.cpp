@@ -1,0 +1,181 @@
+// Null handed to every function in every place, in every state of the context: the documented answer, no
+// text, and nothing changed.
+#include <algorithm>
+#include <cstring>
+#include <fstream>
+#include <functional>
+#include <set>
+
+#include "api_test.h"
+#include "float_setters.h"
+
+namespace lumvik::test {
+namespace {
+
+// Uses the context it is given in the places that are not null.
+struct NullCall {
+  std::string function;
+  const char* null;  // the argument
+  int answer;
+  std::function<int(EngineContext*)> call;
+};
+
+// The answer of a function that has none.
+constexpr int kNothing = 0;
+
+const float kPoints[] = {0, 0.5F, 1, 1};
+
+template <typename Function>
+std::function<int(EngineContext*)> Silent(Function function) {
+  return [function](EngineContext* context) {
+    function(context);
+    return kNothing;
+  };
+}
+
+std::vector<NullCall> NullCalls() {
+  static ExifInfo info;
+  std::vector<NullCall> calls = {
+      {"lumvik_destroy_context", "ctx", kNothing, Silent([](auto*) { lumvik_destroy_context(nullptr); })},
+      {"lumvik_last_error", "ctx", 0,
+       [](auto*) { return std::strcmp(lumvik_last_error(nullptr), "null context"); }},
+      {"lumvik_get_width", "ctx", 0, [](auto*) { return lumvik_get_width(nullptr); }},
+      {"lumvik_get_height", "ctx", 0, [](auto*) { return lumvik_get_height(nullptr); }},
+      {"lumvik_load_arw", "ctx", -1, [](auto*) { return lumvik_load_arw(nullptr, "a.png", 1); }},
+      {"lumvik_load_arw", "path", -1, [](auto* c) { return lumvik_load_arw(c, nullptr, 1); }},
+      {"lumvik_load_arw", "both", -1, [](auto*) { return lumvik_load_arw(nullptr, nullptr, 1); }},
+      {"lumvik_unload", "ctx", kNothing, Silent([](auto*) { lumvik_unload(nullptr); })},
+      {"lumvik_process", "ctx", -1, [](auto*) { return lumvik_process(nullptr); }},
+      {"lumvik_get_exif", "ctx", -1, [](auto*) { return lumvik_get_exif(nullptr, &info); }},
+      {"lumvik_get_exif", "info", -1, [](auto* c) { return lumvik_get_exif(c, nullptr); }},
+      {"lumvik_get_exif", "both", -1, [](auto*) { return lumvik_get_exif(nullptr, nullptr); }},
+      {"lumvik_export_jpeg", "ctx", -1, [](auto*) { return lumvik_export_jpeg(nullptr, "a", 90, 0, 1); }},
+      {"lumvik_export_jpeg", "path", -1, [](auto* c) { return lumvik_export_jpeg(c, nullptr, 90, 0, 1); }},
+      {"lumvik_export_jpeg", "both", -1,
+       [](auto*) { return lumvik_export_jpeg(nullptr, nullptr, 90, 0, 1); }},
+      {"lumvik_export_png", "ctx", -1, [](auto*) { return lumvik_export_png(nullptr, "a", 8); }},
+      {"lumvik_export_png", "path", -1, [](auto* c) { return lumvik_export_png(c, nullptr, 16); }},
+      {"lumvik_export_png", "both", -1, [](auto*) { return lumvik_export_png(nullptr, nullptr, 8); }},
+      {"lumvik_export_tiff", "ctx", -1, [](auto*) { return lumvik_export_tiff(nullptr, "a"); }},
+      {"lumvik_export_tiff", "path", -1, [](auto* c) { return lumvik_export_tiff(c, nullptr); }},
+      {"lumvik_export_tiff", "both", -1, [](auto*) { return lumvik_export_tiff(nullptr, nullptr); }},
+      {"lumvik_set_flip_h", "ctx", kNothing, Silent([](auto*) { lumvik_set_flip_h(nullptr, 1); })},
+      {"lumvik_set_flip_v", "ctx", kNothing, Silent([](auto*) { lumvik_set_flip_v(nullptr, 1); })},
+      {"lumvik_set_crop", "ctx", kNothing, Silent([](auto*) { lumvik_set_crop(nullptr, 0, 0, 0.5F, 0.5F); })},
+      {"lumvik_set_hsl", "ctx", kNothing, Silent([](auto*) { lumvik_set_hsl(nullptr, 0, 1, 2, 3); })},
+      {"lumvik_set_split_toning", "ctx", kNothing,
+       Silent([](auto*) { lumvik_set_split_toning(nullptr, 0, 1, 2, 3); })},
+      {"lumvik_set_bg_blur", "ctx", kNothing, Silent([](auto*) { lumvik_set_bg_blur(nullptr, 50); })},
+      {"lumvik_set_tone_curve", "ctx", kNothing,
+       Silent([](auto*) { lumvik_set_tone_curve(nullptr, 0, kPoints, 2); })},
+      {"lumvik_set_tone_curve", "points", kNothing,
+       Silent([](auto* c) { lumvik_set_tone_curve(c, 0, nullptr, 2); })},
+      {"lumvik_set_tone_curve", "both", kNothing,
+       Silent([](auto*) { lumvik_set_tone_curve(nullptr, 0, nullptr, 2); })},
+      {"lumvik_reset_tone_curve", "ctx", kNothing,
+       Silent([](auto*) { lumvik_reset_tone_curve(nullptr, 0); })},
+      {"lumvik_reset_adjustments", "ctx", kNothing, Silent([](auto*) { lumvik_reset_adjustments(nullptr); })},
+  };
+  for (const FloatSetter& setter : kFloatSetters) {
+    calls.push_back({setter.name, "ctx", kNothing, Silent([set = setter.set](auto*) { set(nullptr, 50); })});
+  }
+  return calls;
+}
+
+// How the context came to be as it is.
+struct State {
+  const char* name;
+  std::function<void(EngineContext*, const std::string& picture)> reach;
+};
+
+void Load(EngineContext* context, const std::string& path) {
+  ASSERT_EQ(lumvik_load_arw(context, path.c_str(), 1), LUMVIK_OK) << lumvik_last_error(context);
+  lumvik_set_exposure(context, 0.5F);
+  lumvik_set_tone_curve(context, 0, kPoints, 2);
+}
+
+void LoadAndRender(EngineContext* context, const std::string& path) {
+  Load(context, path);
+  ASSERT_EQ(lumvik_process(context), LUMVIK_OK);
+}
+
+const State kStates[] = {
+    {"fresh", [](auto*, auto&) {}},
+    {"loaded", Load},
+    {"rendered", LoadAndRender},
+    {"unloaded",
+     [](auto* context, auto& path) {
+       LoadAndRender(context, path);
+       lumvik_unload(context);
+     }},
+    {"after_a_failed_load",
+     [](auto* context, auto& path) {
+       LoadAndRender(context, path);
+       EXPECT_EQ(lumvik_load_arw(context, (path + ".missing.png").c_str(), 1), kFailed);
+     }},
+    {"after_a_failed_raw_load",
+     [](auto* context, auto& path) {
+       LoadAndRender(context, path);
+       EXPECT_EQ(lumvik_load_arw(context, (path + ".missing.arw").c_str(), 1), kFailed);
+     }},
+    {"after_a_failed_export",
+     [](auto* context, auto& path) {
+       LoadAndRender(context, path);
+       EXPECT_EQ(lumvik_export_tiff(context, (path + "/a.tif").c_str()), kFailed);
+     }},
+    {"after_an_exception",
+     [](auto* context, auto& path) {
+       LoadAndRender(context, path);
+       EXPECT_THROW(lumvik_export_png(context, (path + ".unknown").c_str(), 8), cv::Exception);
+     }},
+};
+
+class NullArgumentsTest : public ApiTest, public ::testing::WithParamInterface<State> {
+ protected:
+  void ExpectNothingChanged() const {
+    const std::string before = Describe(*ctx());
+    const char* text = lumvik_last_error(ctx());
+    for (const NullCall& null : NullCalls()) {
+      SCOPED_TRACE(null.function + " with null for " + null.null);
+      EXPECT_EQ(null.call(ctx()), null.answer);
+      EXPECT_EQ(lumvik_last_error(ctx()), text);
+      EXPECT_EQ(Describe(*ctx()), before);
+    }
+  }
+};
+
+TEST_P(NullArgumentsTest, ChangeNothing) {
+  GetParam().reach(ctx(), WritePicture("a.png"));
+  ExpectNothingChanged();
+}
+
+TEST_P(NullArgumentsTest, ChangeNothingOfARawFile) {
+  GetParam().reach(ctx(), WriteRaw("a.arw"));
+  ExpectNothingChanged();
+}
+
+INSTANTIATE_TEST_SUITE_P(States, NullArgumentsTest, ::testing::ValuesIn(kStates),
+                         [](const auto& state) { return std::string(state.param.name); });
+
+TEST(NullArgumentsTableTest, EveryExportedFunctionIsInTheTable) {
+  // These take no pointer.
+  std::set<std::string> covered = {"lumvik_init", "lumvik_shutdown", "lumvik_version",
+                                   "lumvik_create_context"};
+  for (const NullCall& null : NullCalls()) covered.insert(null.function);
+  std::set<std::string> exported;
+  std::ifstream names(LUMVIK_TEST_DATA "/../api/exported_names.txt");
+  for (std::string name; std::getline(names, name);) exported.insert(name);
+  EXPECT_GT(exported.size(), 50U);
+  EXPECT_EQ(covered, exported);
+}
+
+TEST(NullArgumentsTableTest, AResultWithoutAContextIsNotWritten) {
+  ExifInfo untouched;
+  std::memset(&untouched, 0x5a, sizeof(untouched));
+  ExifInfo info = untouched;
+  EXPECT_EQ(lumvik_get_exif(nullptr, &info), kFailed);
+  EXPECT_EQ(std::memcmp(&info, &untouched, sizeof(info)), 0);
+}
+
+}  // namespace
+}  // namespace lumvik::test

@@ -1,0 +1,106 @@
+// Memory that runs out: the call fails or throws, and the context is as it was before.
+#include <cstdlib>
+#include <new>
+
+#include "api_test.h"
+
+namespace {
+
+// Counts the allocations of this thread down; the one that reaches 0 fails. Negative: none does.
+thread_local int allocations_left = -1;
+
+}  // namespace
+
+// The whole program's, whose own use is not disturbed: nothing counts unless a test says so.
+void* operator new(std::size_t size) {
+  if (allocations_left >= 0 && allocations_left-- == 0) throw std::bad_alloc();
+  if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
+  throw std::bad_alloc();
+}
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+
+namespace lumvik::test {
+namespace {
+
+class OutOfMemoryTest : public ApiTest {
+ protected:
+  // Runs `call` with the allocation after the next `successes` failing. True when it came to that.
+  template <typename Call>
+  static bool Starve(int successes, Call call) {
+    allocations_left = successes;
+    try {
+      call();
+    } catch (const std::bad_alloc&) {
+    } catch (const cv::Exception&) {
+    }
+    const bool failed = allocations_left < 0;
+    allocations_left = -1;
+    return failed;
+  }
+};
+
+TEST_F(OutOfMemoryTest, CreatingAContextGivesNull) {
+  EngineContext* created = ctx();
+  EXPECT_TRUE(Starve(0, [&] { created = lumvik_create_context(); }));
+  EXPECT_EQ(created, nullptr);
+}
+
+TEST_F(OutOfMemoryTest, AToneCurveStaysAsItWas) {
+  lumvik_reset_tone_curve(ctx(), 0);
+  const std::string before = Describe(*ctx());
+  const std::vector<float> points(100, 0.5F);
+  EXPECT_TRUE(Starve(0, [&] { lumvik_set_tone_curve(ctx(), 0, points.data(), 50); }));
+  EXPECT_EQ(Describe(*ctx()), before);
+}
+
+// Each allocation of a load fails once. Some library underneath may take that for a damaged file.
+TEST_F(OutOfMemoryTest, ALoadLeavesTheEarlierPhotograph) {
+  const std::string next = Path("next");
+  std::filesystem::rename(WritePicture("a.png"), next + ".png");
+  std::filesystem::rename(WriteRaw("a.arw"), next + ".arw");
+  for (const std::string& loaded : {WritePicture("before.png"), WriteRaw("before.arw")}) {
+    for (const std::string& path : {next + ".png", next + ".arw"}) {
+      ASSERT_EQ(lumvik_load_arw(ctx(), loaded.c_str(), 1), LUMVIK_OK);
+      lumvik_set_exposure(ctx(), 0.5F);
+      const ContextPtr expected = CreateContext();
+      ASSERT_EQ(lumvik_load_arw(expected.get(), loaded.c_str(), 1), LUMVIK_OK);
+      lumvik_set_exposure(expected.get(), 0.5F);
+      int status = kFailed;
+      int failures = 0;
+      while (Starve(failures, [&] { status = lumvik_load_arw(ctx(), path.c_str(), 1); }) &&
+             status != LUMVIK_OK) {
+        ctx()->last_error.clear();
+        ctx()->decoded.path = expected->decoded.path;
+        ctx()->decoded.error = expected->decoded.error;
+        EXPECT_EQ(Describe(*ctx()), Describe(*expected)) << failures;
+        ++failures;
+      }
+      EXPECT_GT(failures, 3);
+      EXPECT_EQ(status, LUMVIK_OK);
+      EXPECT_EQ(ctx()->source_path, path);
+    }
+  }
+}
+
+TEST_F(OutOfMemoryTest, ARenderLeavesTheEarlierRender) {
+  LoadNeutral();
+  ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+  const std::string before = Describe(*ctx());
+  int status = kFailed;
+  int failures = 0;
+  while (Starve(failures, [&] { status = lumvik_process(ctx()); })) {
+    EXPECT_EQ(status, kFailed);
+    EXPECT_EQ(Describe(*ctx()), before);
+    ++failures;
+  }
+  EXPECT_GT(failures, 0);
+  EXPECT_EQ(status, LUMVIK_OK);
+}
+
+}  // namespace
+}  // namespace lumvik::test

@@ -1,0 +1,173 @@
+// Rendering on request, and which render an export writes.
+#include "api_test.h"
+
+namespace lumvik::test {
+namespace {
+
+class RenderTest : public ApiTest {
+ protected:
+  // What a context that loaded the same photograph makes of this exposure.
+  cv::Mat NeutralAt(float exposure) const {
+    const ContextPtr fresh = CreateContext();
+    EXPECT_EQ(lumvik_load_arw(fresh.get(), Path("neutral.png").c_str(), 1), LUMVIK_OK);
+    lumvik_set_temperature(fresh.get(), 6500);
+    lumvik_set_exposure(fresh.get(), exposure);
+    EXPECT_EQ(lumvik_process(fresh.get()), LUMVIK_OK);
+    return Exported(fresh.get());
+  }
+};
+
+TEST_F(RenderTest, NeutralSettingsLeaveEverySample) {
+  LoadNeutral();
+  ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+  EXPECT_TRUE(SameBytes(Exported(), Widened(SmallPicture())));
+}
+
+TEST_F(RenderTest, DefaultSettingsChangeTheColours) {
+  LoadNeutral();
+  lumvik_reset_adjustments(ctx());
+  ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+  EXPECT_GT(cv::norm(Exported(), Widened(SmallPicture()), cv::NORM_INF), 1000);
+}
+
+TEST_F(RenderTest, WhiteBalanceRestsOnlyNextToNeutral) {
+  LoadNeutral();
+  const auto changes = [this](float temperature, float tint) {
+    lumvik_set_temperature(ctx(), temperature);
+    lumvik_set_tint(ctx(), tint);
+    EXPECT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+    return !SameBytes(Exported(), Widened(SmallPicture()));
+  };
+  EXPECT_FALSE(changes(6500, 0));
+  EXPECT_FALSE(changes(6500.9F, 0.09F));
+  EXPECT_TRUE(changes(6501, 0));
+  EXPECT_TRUE(changes(6499, 0));
+  EXPECT_TRUE(changes(6500, 0.2F));
+}
+
+TEST_F(RenderTest, ProcessingRendersTheCurrentSettings) {
+  LoadNeutral();
+  for (const float exposure : {0.5F, -1.0F, 0.0F}) {
+    lumvik_set_exposure(ctx(), exposure);
+    ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+    EXPECT_TRUE(SameBytes(Exported(), NeutralAt(exposure))) << exposure;
+  }
+  EXPECT_FALSE(SameBytes(NeutralAt(0.5F), NeutralAt(-1)));
+}
+
+TEST_F(RenderTest, RenderingStartsFromTheLoadedImageEveryTime) {
+  LoadNeutral();
+  lumvik_set_exposure(ctx(), 0.5F);
+  ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+  const cv::Mat once = Exported();
+  ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+  EXPECT_TRUE(SameBytes(Exported(), once));
+  EXPECT_TRUE(SameBytes(once, NeutralAt(0.5F)));
+}
+
+TEST_F(RenderTest, AnOrdinaryImageAndARawFileBothRender) {
+  for (const std::string& path : {WritePicture("a.png"), WriteRaw("a.arw")}) {
+    ASSERT_EQ(lumvik_load_arw(ctx(), path.c_str(), 1), LUMVIK_OK) << LastError();
+    EXPECT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+    EXPECT_TRUE(ctx()->render_valid);
+    EXPECT_EQ(Exported().size(), cv::Size(48, 32));
+  }
+}
+
+TEST_F(RenderTest, ARenderLeavesTheLoadedImageAlone) {
+  ASSERT_EQ(lumvik_load_arw(ctx(), WriteRaw("a.arw").c_str(), 1), LUMVIK_OK);
+  const cv::Mat source = ctx()->source.clone();
+  const cv::Mat decoded = ctx()->decoded.image.clone();
+  lumvik_set_exposure(ctx(), 2);
+  ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+  EXPECT_TRUE(SameBytes(ctx()->source, source));
+  EXPECT_TRUE(SameBytes(ctx()->decoded.image, decoded));
+}
+
+TEST_F(RenderTest, AfterASetterAnExportStillWritesTheLastRender) {
+  LoadNeutral();
+  ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+  lumvik_set_exposure(ctx(), 1);
+  EXPECT_TRUE(SameBytes(Exported(), NeutralAt(0)));
+  ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+  EXPECT_TRUE(SameBytes(Exported(), NeutralAt(1)));
+}
+
+TEST_F(RenderTest, WithoutARenderEveryExportRendersAnew) {
+  LoadNeutral();
+  for (const float exposure : {0.0F, 1.0F, -1.0F}) {
+    lumvik_set_exposure(ctx(), exposure);
+    EXPECT_TRUE(SameBytes(Exported(), NeutralAt(exposure))) << exposure;
+    EXPECT_FALSE(ctx()->render_valid);
+  }
+}
+
+TEST_F(RenderTest, AResetMakesTheRenderStale) {
+  LoadNeutral();
+  ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+  lumvik_reset_adjustments(ctx());
+  EXPECT_FALSE(ctx()->render_valid);
+  lumvik_set_temperature(ctx(), 6500);
+  lumvik_set_exposure(ctx(), 1);
+  EXPECT_TRUE(SameBytes(Exported(), NeutralAt(1)));
+}
+
+TEST_F(RenderTest, ALoadMakesTheRenderStale) {
+  LoadNeutral();
+  lumvik_set_exposure(ctx(), 1);
+  ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+  LoadNeutral();
+  EXPECT_TRUE(SameBytes(Exported(), NeutralAt(0)));
+}
+
+TEST_F(RenderTest, AFailedLoadMakesTheRenderStale) {
+  LoadNeutral();
+  for (const char* missing : {"missing.png", "missing.arw"}) {
+    lumvik_set_exposure(ctx(), 0);
+    ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+    lumvik_set_exposure(ctx(), 1);
+    EXPECT_EQ(lumvik_load_arw(ctx(), Path(missing).c_str(), 1), kFailed);
+    EXPECT_FALSE(ctx()->render_valid);
+    EXPECT_TRUE(SameBytes(Exported(), NeutralAt(1))) << missing;
+  }
+}
+
+TEST_F(RenderTest, ALoadWithoutAPathKeepsTheRender) {
+  LoadNeutral();
+  ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+  lumvik_set_exposure(ctx(), 1);
+  EXPECT_EQ(lumvik_load_arw(ctx(), nullptr, 1), kFailed);
+  EXPECT_TRUE(ctx()->render_valid);
+  EXPECT_TRUE(SameBytes(Exported(), NeutralAt(0)));
+}
+
+TEST_F(RenderTest, AFailedOrThrowingExportKeepsTheRender) {
+  LoadNeutral();
+  ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+  lumvik_set_exposure(ctx(), 1);
+  EXPECT_EQ(lumvik_export_png(ctx(), Path("no such folder/a.png").c_str(), 8), kFailed);
+  EXPECT_THROW(lumvik_export_png(ctx(), Path("a.unknown").c_str(), 8), cv::Exception);
+  EXPECT_TRUE(ctx()->render_valid);
+  EXPECT_TRUE(SameBytes(Exported(), NeutralAt(0)));
+}
+
+TEST_F(RenderTest, AThrowingExportLeavesAStaleRenderStale) {
+  LoadNeutral();
+  EXPECT_THROW(lumvik_export_png(ctx(), Path("a.unknown").c_str(), 8), cv::Exception);
+  EXPECT_FALSE(ctx()->render_valid);
+  lumvik_set_exposure(ctx(), 1);
+  EXPECT_TRUE(SameBytes(Exported(), NeutralAt(1)));
+}
+
+TEST_F(RenderTest, UnloadingEmptiesTheRender) {
+  LoadNeutral();
+  ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+  lumvik_unload(ctx());
+  EXPECT_FALSE(ctx()->render_valid);
+  EXPECT_TRUE(ctx()->rendered.empty());
+  EXPECT_EQ(lumvik_process(ctx()), kFailed);
+  EXPECT_EQ(LastError(), "no image loaded");
+}
+
+}  // namespace
+}  // namespace lumvik::test

@@ -1,0 +1,109 @@
+// Contexts used by several threads at once, one by each, do what they do alone.
+#include <algorithm>
+#include <atomic>
+#include <thread>
+
+#include "api_test.h"
+
+namespace lumvik::test {
+namespace {
+
+constexpr int kRounds = 3;
+
+// One photograph with settings of its own.
+struct Job {
+  std::string photograph;
+  int quality;
+  float exposure;
+};
+
+// All that came of it: statuses, texts, sizes, records and files, one behind the other.
+using Outcome = std::string;
+
+class ThreadTest : public ApiTest {
+ protected:
+  ThreadTest() {
+    RawOptions uncompressed;
+    uncompressed.format = RawFormat::kArwUncompressed;
+    uncompressed.iso = 800;
+    RawOptions dng;
+    dng.format = RawFormat::kDng;
+    const std::string missing_ordinary = Path("missing.png");
+    const std::string missing_raw = Path("missing.arw");
+    jobs_ = {
+        {WriteRaw("a.arw"), 1, 0.5F},
+        {WriteRaw("b.arw", uncompressed), 2, -0.5F},
+        {WriteRaw("c.dng", dng), 1, 0.25F},
+        {WritePicture("d.png"), 1, 1},
+        {missing_ordinary, 1, 0},
+        {missing_raw, 1, 0},
+        {LUMVIK_SAMPLES "/sample_small.ARW", 2, 0.75F},
+    };
+  }
+
+  // Runs one job in a context of its own, with files whose names begin with `prefix`.
+  Outcome Run(const Job& job, const std::string& prefix) const;
+
+  std::vector<Job> jobs_;
+};
+
+Outcome ThreadTest::Run(const Job& job, const std::string& prefix) const {
+  const ContextPtr context = CreateContext();
+  EngineContext* c = context.get();
+  Outcome outcome = std::to_string(lumvik_load_arw(c, job.photograph.c_str(), job.quality));
+  outcome += lumvik_last_error(c);
+  lumvik_set_exposure(c, job.exposure);
+  lumvik_set_contrast(c, 20);
+  outcome += std::to_string(lumvik_process(c)) + "," + std::to_string(lumvik_get_width(c)) + "x" +
+             std::to_string(lumvik_get_height(c)) + lumvik_version();
+  ExifInfo info = {};
+  outcome += std::to_string(lumvik_get_exif(c, &info));
+  outcome.append(reinterpret_cast<const char*>(&info), sizeof(info));
+  const std::string jpeg = Path(prefix + ".jpg");
+  const std::string png = Path(prefix + ".png");
+  const std::string tiff = Path(prefix + ".tif");
+  outcome += std::to_string(lumvik_export_jpeg(c, jpeg.c_str(), 90, 0, 1));
+  outcome += std::to_string(lumvik_export_png(c, png.c_str(), 16));
+  outcome += std::to_string(lumvik_export_tiff(c, tiff.c_str()));
+  for (const std::string& file : {jpeg, png, tiff}) {
+    if (!std::filesystem::exists(file)) continue;
+    for (const uint8_t byte : ReadBytes(file)) outcome.push_back(static_cast<char>(byte));
+    std::filesystem::remove(file);
+  }
+  return outcome + lumvik_last_error(c) + lumvik_last_error(nullptr);
+}
+
+// First all at once, so that what the library prepares on first use is prepared then.
+TEST_F(ThreadTest, AllAtOnceGiveTheBytesOfOneAfterTheOther) {
+  std::vector<std::vector<Outcome>> together(jobs_.size());
+  std::atomic<size_t> waiting = jobs_.size();
+  std::vector<std::thread> threads;
+  for (size_t i = 0; i < jobs_.size(); ++i) {
+    threads.emplace_back([&, i] {
+      --waiting;
+      while (waiting > 0) std::this_thread::yield();
+      for (int round = 0; round < kRounds; ++round) {
+        together[i].push_back(Run(jobs_[i], "together" + std::to_string(i)));
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  std::vector<Outcome> alone;
+  for (const Job& job : jobs_) alone.push_back(Run(job, "alone"));
+  for (size_t i = 0; i < jobs_.size(); ++i) {
+    for (const Outcome& outcome : together[i]) EXPECT_TRUE(outcome == alone[i]) << jobs_[i].photograph;
+    EXPECT_EQ(std::count(alone.begin(), alone.end(), alone[i]), 1) << jobs_[i].photograph;
+  }
+}
+
+TEST_F(ThreadTest, AContextMayMoveFromThreadToThread) {
+  const auto in_a_thread = [](auto work) { std::thread(work).join(); };
+  in_a_thread([this] { LoadNeutral(); });
+  in_a_thread([this] { EXPECT_EQ(lumvik_process(ctx()), LUMVIK_OK); });
+  cv::Mat exported;
+  in_a_thread([&] { exported = Exported(); });
+  EXPECT_TRUE(SameBytes(exported, Widened(SmallPicture())));
+}
+
+}  // namespace
+}  // namespace lumvik::test

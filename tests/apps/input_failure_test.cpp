@@ -1,0 +1,129 @@
+// Photographs that cannot be developed: status 1, one sentence, no file.
+#include <sys/stat.h>
+
+#include <array>
+#include <cstdint>
+#include <filesystem>
+
+#include "command_test.h"
+
+namespace lumvik::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class InputFailureTest : public CommandTest {
+ protected:
+  void TearDown() override {
+    EXPECT_FALSE(fs::exists(Path("out.jpg")));
+    CommandTest::TearDown();
+  }
+
+  void ExpectRefusedInput(const std::string& input, const std::string& reason) const {
+    ExpectRefusal(Develop(input, Path("out.jpg")), kFailure, "cannot read '" + input + "': " + reason);
+  }
+};
+
+void AppendBigEndian(std::string& bytes, std::uint32_t value) {
+  for (int shift = 24; shift >= 0; shift -= 8) bytes.push_back(static_cast<char>(value >> shift & 0xFF));
+}
+
+// The checksum that ends a chunk of a PNG file.
+std::uint32_t Crc32(const std::string& bytes) {
+  std::uint32_t crc = ~0U;
+  for (const char c : bytes) {
+    crc ^= static_cast<unsigned char>(c);
+    for (int bit = 0; bit < 8; ++bit) crc = crc >> 1 ^ (crc & 1 ? 0xEDB88320U : 0);
+  }
+  return ~crc;
+}
+
+void AppendPngChunk(std::string& file, const std::string& type, const std::string& data) {
+  AppendBigEndian(file, static_cast<std::uint32_t>(data.size()));
+  file += type + data;
+  AppendBigEndian(file, Crc32(type + data));
+}
+
+// A PNG file that promises a picture of this size and holds none of it.
+std::string EmptyPng(std::uint32_t width, std::uint32_t height) {
+  std::string header;
+  AppendBigEndian(header, width);
+  AppendBigEndian(header, height);
+  header += std::string("\x08\x02\x00\x00\x00", 5);  // 8 bits, RGB, the only methods there are
+  std::string file = "\x89PNG\r\n\x1A\n";
+  AppendPngChunk(file, "IHDR", header);
+  AppendPngChunk(file, "IDAT", "");
+  return file;
+}
+
+TEST_F(InputFailureTest, AMissingFile) {
+  ExpectRefusedInput(Path("missing.jpg"), "there is no such file");
+  ExpectRefusedInput(Path("no folder/missing.ARW"), "there is no such file");
+  ExpectRefusedInput("", "there is no such file");
+}
+
+TEST_F(InputFailureTest, AFolder) {
+  fs::create_directory(Path("folder.jpg"));
+  ExpectRefusedInput(Path("folder.jpg"), "it is a folder");
+}
+
+TEST_F(InputFailureTest, APipeIsNotWaitedFor) {
+  ASSERT_EQ(mkfifo(Path("pipe.jpg").c_str(), 0600), 0);
+  ExpectRefusedInput(Path("pipe.jpg"), "it is not a regular file");
+}
+
+TEST_F(InputFailureTest, AFileThatMayNotBeRead) {
+  const std::string in = Photograph("secret.jpg");
+  ASSERT_EQ(Develop(in, Path("readable.jpg"), {}, UnprivilegedCommand()).status, kSuccess);
+  fs::permissions(in, fs::perms::none);
+  ExpectRefusal(Develop(in, Path("out.jpg"), {}, UnprivilegedCommand()), kFailure,
+                "cannot read '" + in + "': Permission denied");
+}
+
+TEST_F(InputFailureTest, AFolderThatMayNotBeSearched) {
+  fs::create_directory(Path("closed"));
+  const std::string in = Photograph("closed/in.jpg");
+  fs::permissions(Path("closed"), fs::perms::none);
+  ExpectRefusal(Develop(in, Path("out.jpg"), {}, UnprivilegedCommand()), kFailure,
+                "cannot read '" + in + "': Permission denied");
+  fs::permissions(Path("closed"), fs::perms::owner_all);
+}
+
+TEST_F(InputFailureTest, FilesThatAreNoPhotographs) {
+  WriteFile(Path("text.jpg"), "not a photograph at all\n");
+  WriteFile(Path("empty.png"), "");
+  WriteFile(Path("text.ARW"), "not a photograph either\n");
+  WriteFile(Path("empty"), "");
+  ExpectRefusedInput(Path("text.jpg"), "OpenCV could not read: " + Path("text.jpg"));
+  ExpectRefusedInput(Path("empty.png"), "OpenCV could not read: " + Path("empty.png"));
+  ExpectRefusedInput(Path("text.ARW"), "LibRaw open_file failed: ");
+  ExpectRefusedInput(Path("empty"), "LibRaw open_file failed: ");
+}
+
+TEST_F(InputFailureTest, ASizeBeyondTheDecodersLimits) {
+  WriteFile(Path("giant.png"), EmptyPng(60000, 60000));
+  ExpectRefusedInput(Path("giant.png"), "OpenCV could not read: " + Path("giant.png"));
+}
+
+// The engine lets the image library's exception for exhausted memory pass; 3 GB of picture meet a limit of 2.
+TEST_F(InputFailureTest, AnExceptionFromTheEngine) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "the sanitizer itself needs more memory than the limit leaves";
+#endif
+  WriteFile(Path("huge.png"), EmptyPng(32000, 32000));
+  const std::vector<std::string> with_little_memory = {"sh", "-c", "ulimit -v 2000000; exec \"$0\" \"$@\"",
+                                                       LUMVIK_COMMAND};
+  const ProcessResult result = Develop(Path("huge.png"), Path("out.jpg"), {}, with_little_memory);
+  ExpectRefusal(result, kFailure, "cannot read '" + Path("huge.png") + "': OpenCV(");
+  EXPECT_NE(result.err.find("Failed to allocate 3072000000 bytes"), std::string::npos) << result.err;
+}
+
+TEST_F(InputFailureTest, AnExistingOutputIsKept) {
+  WriteFile(Path("text.jpg"), "not a photograph at all\n");
+  WriteFile(Path("good.jpg"), "last year's work");
+  ExpectRefusal(Develop(Path("text.jpg"), Path("good.jpg")), kFailure, "cannot read");
+  EXPECT_EQ(ReadFile(Path("good.jpg")), "last year's work");
+}
+
+}  // namespace
+}  // namespace lumvik::test

@@ -1,0 +1,140 @@
+// Places that cannot be written: status 1, one sentence, and nothing lost that was there before.
+#include <sys/stat.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <opencv2/imgcodecs.hpp>
+
+#include "command_test.h"
+#include "exif_file.h"
+
+namespace lumvik::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+class OutputFailureTest : public CommandTest {
+ protected:
+  void ExpectRefusedOutput(const std::string& output, const std::string& reason) const {
+    ExpectRefusal(Develop(Photograph("in.png"), output), kFailure, reason);
+  }
+};
+
+TEST_F(OutputFailureTest, AMissingFolder) {
+  ExpectRefusedOutput(Path("no folder/out.jpg"), "there is no folder '" + Path("no folder") + "'");
+  EXPECT_FALSE(fs::exists(Path("no folder")));
+}
+
+TEST_F(OutputFailureTest, AFolderThatIsAFile) {
+  WriteFile(Path("file"), "content");
+  ExpectRefusedOutput(Path("file/out.jpg"), "'" + Path("file") + "' is not a folder");
+}
+
+TEST_F(OutputFailureTest, AFolder) {
+  fs::create_directory(Path("out.jpg"));
+  ExpectRefusedOutput(Path("out.jpg"), "it is a folder");
+}
+
+// A pipe stands for the devices, which a test should not put at risk.
+TEST_F(OutputFailureTest, AFileThatIsNotRegular) {
+  ASSERT_EQ(mkfifo(Path("pipe.jpg").c_str(), 0600), 0);
+  fs::create_symlink("pipe.jpg", Path("out.jpg"));
+  ExpectRefusedOutput(Path("pipe.jpg"), "it is not a regular file");
+  ExpectRefusedOutput(Path("out.jpg"), "it is not a regular file");
+  EXPECT_TRUE(fs::is_symlink(Path("out.jpg")));
+  EXPECT_TRUE(fs::is_fifo(Path("pipe.jpg")));
+}
+
+TEST_F(OutputFailureTest, LinksWithoutEnd) {
+  fs::create_symlink("other.jpg", Path("out.jpg"));
+  fs::create_symlink("out.jpg", Path("other.jpg"));
+  ExpectRefusedOutput(Path("out.jpg"), "too many links");
+}
+
+TEST_F(OutputFailureTest, AFolderThatMayNotBeWritten) {
+  const std::string in = Photograph("in.png");
+  fs::create_directory(Path("closed"));
+  WriteFile(Path("closed/old.jpg"), "last year's work");
+  fs::permissions(Path("closed"), fs::perms::owner_read | fs::perms::owner_exec);
+  for (const char* name : {"closed/new.jpg", "closed/old.jpg"}) {
+    ExpectRefusal(Develop(in, Path(name), {}, UnprivilegedCommand()), kFailure,
+                  "cannot write into the folder '" + Path("closed") + "': Permission denied");
+  }
+  fs::permissions(Path("closed"), fs::perms::owner_all);
+  EXPECT_EQ(ReadFile(Path("closed/old.jpg")), "last year's work");
+  EXPECT_FALSE(fs::exists(Path("closed/new.jpg")));
+}
+
+TEST_F(OutputFailureTest, AFileThatMayNotBeWritten) {
+  const std::string in = Photograph("in.png");
+  WriteFile(Path("old.jpg"), "last year's work");
+  fs::permissions(Path("old.jpg"), fs::perms::owner_read);
+  ExpectRefusal(Develop(in, Path("old.jpg"), {}, UnprivilegedCommand()), kFailure,
+                "cannot write '" + Path("old.jpg") + "': Permission denied");
+  EXPECT_EQ(ReadFile(Path("old.jpg")), "last year's work");
+}
+
+// The photograph under its own name, by a detour, by a symbolic and by a hard link.
+TEST_F(OutputFailureTest, ThePhotographItselfIsNeverOverwritten) {
+  const std::string in = Photograph("in.png");
+  const std::string before = ReadFile(in);
+  fs::create_directory(Path("folder"));
+  fs::create_symlink("in.png", Path("symbolic.png"));
+  fs::create_hard_link(in, Path("hard.jpg"));
+  for (const char* name : {"in.png", "folder/../in.png", "symbolic.png", "hard.jpg"}) {
+    ExpectRefusal(Develop(in, Path(name)), kFailure, "it is the photograph to be developed");
+  }
+  ExpectRefusal(Develop(Path("symbolic.png"), in), kFailure, "it is the photograph to be developed");
+  EXPECT_EQ(ReadFile(in), before);
+}
+
+// A limit on the size of files stands for a full disk: the write that crosses it comes out short.
+class FullDiskTest : public CommandTest {
+ protected:
+  static constexpr std::uintmax_t kBlock = 512;
+
+  FullDiskTest() : photograph_(Path("noise.jpg")) {
+    cv::Mat noise(400, 600, CV_8UC3);
+    cv::randu(noise, 0, 256);
+    EXPECT_TRUE(cv::imwrite(photograph_, noise));
+  }
+
+  // Expects the failure with and without a file under the name `output`.
+  void ExpectNothingLost(const std::string& output, std::uintmax_t blocks, const std::string& reason) const {
+    const std::vector<std::string> prefix = {
+        "sh", "-c", "trap '' XFSZ; ulimit -f " + std::to_string(blocks) + "; exec \"$0\" \"$@\"",
+        LUMVIK_COMMAND};
+    const std::string failure = "cannot write '" + output + "': " + reason;
+    ExpectRefusal(Develop(photograph_, output, {}, prefix), kFailure, failure);
+    EXPECT_FALSE(fs::exists(output));
+    WriteFile(output, "last year's work");
+    ExpectRefusal(Develop(photograph_, output, {}, prefix), kFailure, failure);
+    EXPECT_EQ(ReadFile(output), "last year's work");
+  }
+
+  const std::string photograph_;
+};
+
+TEST_F(FullDiskTest, ThePictureDoesNotFit) {
+  const std::uintmax_t half = fs::file_size(photograph_) / 2 / kBlock;
+  ExpectNothingLost(Path("out.jpg"), half, "JPEG write failed");
+  ExpectNothingLost(Path("out.png"), half, "PNG write failed");
+  ExpectNothingLost(Path("out.tif"), half, "TIFF write failed");
+}
+
+TEST_F(FullDiskTest, ThePictureFitsButNotWithItsExif) {
+  ASSERT_EQ(Develop(photograph_, Path("bare.jpg")).status, kSuccess);
+  Exiv2::ExifData exif;
+  exif["Exif.Photo.UserComment"] = std::string(50000, 'c');
+  WriteExif(photograph_, exif);
+  ExpectNothingLost(Path("out.jpg"), fs::file_size(Path("bare.jpg")) / kBlock + 8,
+                    "the file came out incomplete");
+}
+
+TEST_F(OutputFailureTest, AFullStandardOutputIsReported) {
+  const ProcessResult result = RunProcess({"sh", "-c", "\"$0\" --version > /dev/full", LUMVIK_COMMAND});
+  ExpectRefusal(result, kFailure, "cannot write to the standard output");
+}
+
+}  // namespace
+}  // namespace lumvik::test

@@ -1,0 +1,472 @@
+#include "image/raw_decoder.h"
+
+#include <gtest/gtest.h>
+#include <libraw/libraw.h>
+
+#include <filesystem>
+#include <memory>
+#include <opencv2/imgproc.hpp>
+#include <string>
+
+#include "image/base_curve.h"
+#include "support/broken_raw.h"
+#include "support/file_bytes.h"
+#include "support/process_state.h"
+#include "support/raw_writer.h"
+#include "support/temp_dir.h"
+#include "support/test_images.h"
+
+namespace lumvik::test {
+namespace {
+
+namespace fs = std::filesystem;
+
+using Rgba16 = cv::Vec<uint16_t, 4>;
+
+constexpr char kUnsupported[] = "Unsupported file format or not RAW file";
+
+const std::string kSample = LUMVIK_SAMPLES "/sample_small.ARW";
+const std::string kData = LUMVIK_TEST_DATA "/";
+
+// Waves of colour, without white.
+cv::Mat Picture(int rows, int cols) {
+  cv::Mat rgb(rows, cols, CV_8UC3);
+  for (int y = 0; y < rows; ++y) {
+    for (int x = 0; x < cols; ++x) {
+      rgb.at<cv::Vec3b>(y, x) =
+          cv::Vec3b(static_cast<uint8_t>(30 + x * 180 / cols), static_cast<uint8_t>(40 + y * 150 / rows),
+                    static_cast<uint8_t>(60 + (x / 7 + y / 5) % 100));
+    }
+  }
+  return rgb;
+}
+
+std::vector<uint8_t> RawFile(const cv::Mat& rgb, RawFormat format) {
+  RawOptions options;
+  options.format = format;
+  return MakeRawFile(rgb, options);
+}
+
+// The decode written down step by step, with LibRaw's own calls.
+class PlainDecode {
+ public:
+  PlainDecode(const std::string& path, int quality) : raw_(std::make_unique<LibRaw>()) {
+    EXPECT_EQ(raw_->open_file(path.c_str()), LIBRAW_SUCCESS);
+    auto& params = raw_->imgdata.params;
+    params.half_size = quality >= 2 ? 1 : 0;
+    params.use_camera_wb = 1;
+    params.output_color = 1;
+    params.gamm[0] = 0.4166666666666667;
+    params.gamm[1] = 12.92;
+    params.output_bps = 16;
+    params.user_qual = 3;
+    params.no_auto_bright = 1;
+    EXPECT_EQ(raw_->unpack(), LIBRAW_SUCCESS);
+    EXPECT_EQ(raw_->dcraw_process(), LIBRAW_SUCCESS);
+    int code = 0;
+    libraw_processed_image_t* memory = raw_->dcraw_make_mem_image(&code);
+    image_ = cv::Mat(memory->height, memory->width, CV_16UC3, memory->data).clone();
+    LibRaw::dcraw_clear_mem(memory);
+    for (int y = 0; y < image_.rows; ++y) {
+      for (int i = 0; i < image_.cols * 3; ++i) {
+        auto& sample = image_.ptr<uint16_t>(y)[i];
+        sample = BaseCurveTable()[sample];
+      }
+    }
+    Reduce(quality);
+  }
+
+  // 16-bit red, green, blue.
+  const cv::Mat& Image() const { return image_; }
+  const libraw_data_t& Data() const { return raw_->imgdata; }
+
+ private:
+  void Reduce(int quality) {
+    const int long_side = std::max(image_.cols, image_.rows);
+    if (quality == 4) {
+      cv::resize(image_, image_, cv::Size(image_.cols / 2, image_.rows / 2), 0, 0, cv::INTER_AREA);
+    }
+    if (long_side > 2000) {
+      const auto factor = static_cast<double>(2000.0F / static_cast<float>(long_side));
+      cv::resize(image_, image_, cv::Size(), factor, factor, cv::INTER_AREA);
+    }
+  }
+
+  std::unique_ptr<LibRaw> raw_;
+  cv::Mat image_;
+};
+
+// Expects the opaque picture, and the size to be told with it.
+void ExpectImage(const DecodedImage& decoded, const cv::Mat& rgb) {
+  ASSERT_EQ(decoded.image.type(), CV_16UC4);
+  EXPECT_EQ(decoded.image.size(), rgb.size());
+  EXPECT_EQ(decoded.width, rgb.cols);
+  EXPECT_EQ(decoded.height, rgb.rows);
+  std::vector<cv::Mat> planes;
+  cv::split(decoded.image, planes);
+  EXPECT_EQ(cv::countNonZero(planes[3] != 65535), 0);
+  planes.pop_back();
+  cv::Mat colors;
+  cv::merge(planes, colors);
+  EXPECT_TRUE(SameBytes(colors, rgb));
+}
+
+class RawDecoder : public ::testing::Test {
+ protected:
+  std::string Write(const std::string& name, const std::vector<uint8_t>& bytes) const {
+    return WriteBytes(dir_.File(name), bytes);
+  }
+
+  TempDir dir_;
+};
+
+class RawDecoderFiles : public ::testing::TestWithParam<std::string> {};
+
+TEST_P(RawDecoderFiles, AreDevelopedAsStated) {
+  for (int quality = 1; quality <= 4; ++quality) {
+    SCOPED_TRACE(quality);
+    DecodedImage decoded;
+    ASSERT_TRUE(DecodeRaw(GetParam(), quality, decoded)) << decoded.error;
+    ExpectImage(decoded, PlainDecode(GetParam(), quality).Image());
+    EXPECT_EQ(decoded.path, GetParam());
+    EXPECT_EQ(decoded.error, "");
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(RawDecoder, RawDecoderFiles,
+                         ::testing::Values(kSample, kData + "uncompressed.ARW", kData + "no_thumb.dng"),
+                         [](const auto& file) { return fs::path(file.param).stem().string(); });
+
+TEST_F(RawDecoder, LargePicturesAreReducedTo2000) {
+  const std::string path = Write("a.dng", RawFile(Picture(1400, 2101), RawFormat::kDng));
+  for (const int quality : {1, 4}) {
+    DecodedImage decoded;
+    ASSERT_TRUE(DecodeRaw(path, quality, decoded)) << decoded.error;
+    ExpectImage(decoded, PlainDecode(path, quality).Image());
+    EXPECT_EQ(decoded.image.size(), quality == 1 ? cv::Size(2000, 1333) : cv::Size(525, 350));
+  }
+}
+
+TEST_F(RawDecoder, PicturesOf2000KeepTheirSize) {
+  for (const cv::Size size : {cv::Size(2000, 30), cv::Size(24, 2000)}) {
+    DecodedImage decoded;
+    ASSERT_TRUE(
+        DecodeRaw(Write("a.dng", RawFile(Picture(size.height, size.width), RawFormat::kDng)), 1, decoded));
+    EXPECT_EQ(decoded.image.size(), size);
+  }
+}
+
+TEST_F(RawDecoder, TwentyFourMegapixelsAtEveryQuality) {
+  const std::string path = Write("a.ARW", RawFile(Picture(4000, 6000), RawFormat::kArwCompressed));
+  const cv::Size sizes[] = {{2000, 1333}, {2000, 1333}, {2000, 1333}, {1000, 667}};
+  for (int quality = 1; quality <= 4; ++quality) {
+    DecodedImage decoded;
+    ASSERT_TRUE(DecodeRaw(path, quality, decoded)) << decoded.error;
+    EXPECT_EQ(decoded.image.size(), sizes[quality - 1]) << quality;
+    if (quality == 4) ExpectImage(decoded, PlainDecode(path, quality).Image());
+  }
+}
+
+TEST_F(RawDecoder, QualitiesTwoAndThreeAreHalfTheSize) {
+  const std::string path = Write("a.dng", RawFile(Picture(45, 63), RawFormat::kDng));
+  const cv::Size sizes[] = {{63, 45}, {32, 23}, {32, 23}, {16, 11}};
+  for (int quality = 1; quality <= 4; ++quality) {
+    DecodedImage decoded;
+    ASSERT_TRUE(DecodeRaw(path, quality, decoded));
+    EXPECT_EQ(decoded.image.size(), sizes[quality - 1]) << quality;
+  }
+}
+
+TEST_F(RawDecoder, ThePictureComesBackLiftedByTheBaseCurve) {
+  const cv::Mat grey(60, 80, CV_8UC3, cv::Scalar(128, 128, 128));
+  for (const RawFormat format : {RawFormat::kArwCompressed, RawFormat::kArwUncompressed, RawFormat::kDng}) {
+    DecodedImage decoded;
+    ASSERT_TRUE(DecodeRaw(Write("a", RawFile(grey, format)), 1, decoded)) << decoded.error;
+    ASSERT_EQ(decoded.image.size(), grey.size());
+    for (int c = 0; c < 3; ++c) {
+      EXPECT_NEAR(decoded.image.at<Rgba16>(30, 40)[c], BaseCurveTable()[128 * 257], 500) << c;
+    }
+  }
+}
+
+TEST_F(RawDecoder, ChannelsAreRedGreenBlue) {
+  const cv::Mat orange(60, 80, CV_8UC3, cv::Scalar(200, 120, 60));
+  DecodedImage decoded;
+  ASSERT_TRUE(DecodeRaw(Write("a.dng", RawFile(orange, RawFormat::kDng)), 1, decoded));
+  const auto& pixel = decoded.image.at<Rgba16>(30, 40);
+  EXPECT_NEAR(pixel[0], BaseCurveTable()[200 * 257], 800);
+  EXPECT_NEAR(pixel[1], BaseCurveTable()[120 * 257], 800);
+  EXPECT_NEAR(pixel[2], BaseCurveTable()[60 * 257], 800);
+}
+
+TEST_F(RawDecoder, TellsHowThePictureWasTaken) {
+  RawOptions options;
+  options.format = RawFormat::kDng;
+  options.make = "Testmaker";
+  options.model = "Model 7";
+  options.iso = 800;
+  options.exposure_time = {1, 50};
+  options.f_number = {56, 10};
+  options.focal_length = {105, 2};
+  options.multipliers = {2.0F, 1.0F, 1.5F};
+  const std::string path = Write("a.dng", MakeRawFile(Picture(40, 60), options));
+  DecodedImage decoded;
+  ASSERT_TRUE(DecodeRaw(path, 1, decoded));
+  EXPECT_STREQ(decoded.make, "Testmaker");
+  EXPECT_STREQ(decoded.model, "Model 7");
+  EXPECT_EQ(decoded.iso_speed, 800.0F);
+  EXPECT_FLOAT_EQ(decoded.shutter, 0.02F);
+  EXPECT_FLOAT_EQ(decoded.aperture, 5.6F);
+  EXPECT_FLOAT_EQ(decoded.focal_len, 52.5F);
+  EXPECT_NEAR(decoded.cam_mul[0], 2.0F, 1e-5);
+  EXPECT_NEAR(decoded.cam_mul[1], 1.0F, 1e-5);
+  EXPECT_NEAR(decoded.cam_mul[2], 1.5F, 1e-5);
+  EXPECT_EQ(decoded.cam_mul[3], 0.0F);
+  EXPECT_EQ(decoded.orientation, 0);
+}
+
+TEST(DecodeRaw, TellsHowASampleWasTaken) {
+  DecodedImage decoded;
+  ASSERT_TRUE(DecodeRaw(kSample, 2, decoded));
+  EXPECT_STREQ(decoded.make, "Sony");
+  EXPECT_STREQ(decoded.model, "ILCE-7M3");
+  EXPECT_EQ(decoded.iso_speed, 100.0F);
+  EXPECT_FLOAT_EQ(decoded.shutter, 1.0F / 250.0F);
+  EXPECT_EQ(decoded.aperture, 8.0F);
+  EXPECT_EQ(decoded.focal_len, 35.0F);
+  EXPECT_EQ(decoded.cam_mul, (std::array<float, 4>{2253, 1024, 1638, 1024}));
+  const PlainDecode plain(kSample, 2);
+  for (size_t row = 0; row < 3; ++row) {
+    for (size_t column = 0; column < 4; ++column) {
+      EXPECT_EQ(decoded.rgb_cam[row][column], plain.Data().color.rgb_cam[row][column]);
+    }
+  }
+}
+
+TEST(DecodedImageRecord, IsEmptyAtFirst) {
+  const DecodedImage decoded;
+  EXPECT_TRUE(decoded.image.empty());
+  EXPECT_EQ(decoded.width, 0);
+  EXPECT_EQ(decoded.height, 0);
+  EXPECT_EQ(decoded.iso_speed, 0.0F);
+  EXPECT_EQ(decoded.shutter, 0.0F);
+  EXPECT_EQ(decoded.aperture, 0.0F);
+  EXPECT_EQ(decoded.focal_len, 0.0F);
+  EXPECT_EQ(std::string(decoded.make, sizeof(decoded.make)), std::string(64, '\0'));
+  EXPECT_EQ(std::string(decoded.model, sizeof(decoded.model)), std::string(64, '\0'));
+  EXPECT_EQ(decoded.cam_mul, (std::array<float, 4>{1, 1, 1, 1}));
+  EXPECT_EQ(decoded.orientation, 0);
+  EXPECT_EQ(decoded.path, "");
+  EXPECT_EQ(decoded.error, "");
+}
+
+// The picture is brightest at its stored top left.
+TEST_F(RawDecoder, PicturesAreTurnedUpright) {
+  cv::Mat rgb(40, 64, CV_8UC3, cv::Scalar::all(60));
+  rgb(cv::Rect(0, 0, 16, 12)).setTo(cv::Scalar::all(180));
+  const struct {
+    int exif, flip;
+    cv::Size size;
+    cv::Point bright;
+  } cases[] = {{1, 0, {64, 40}, {6, 5}},
+               {3, 3, {64, 40}, {57, 34}},
+               {6, 6, {40, 64}, {34, 6}},
+               {8, 5, {40, 64}, {5, 57}}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.exif);
+    RawOptions options;
+    options.format = RawFormat::kDng;
+    options.preview = RawPreview::kNone;
+    options.orientation = c.exif;
+    DecodedImage decoded;
+    ASSERT_TRUE(DecodeRaw(Write("a.dng", MakeRawFile(rgb, options)), 1, decoded));
+    EXPECT_EQ(decoded.orientation, c.flip);
+    EXPECT_EQ(decoded.width, c.size.width);
+    EXPECT_EQ(decoded.height, c.size.height);
+    cv::Point brightest;
+    cv::Mat green, smooth;
+    cv::extractChannel(decoded.image, green, 1);
+    cv::blur(green, smooth, cv::Size(11, 9));
+    cv::minMaxLoc(smooth, nullptr, nullptr, nullptr, &brightest);
+    EXPECT_LE(std::abs(brightest.x - c.bright.x), 6);
+    EXPECT_LE(std::abs(brightest.y - c.bright.y), 6);
+  }
+}
+
+TEST_F(RawDecoder, NamesMayHoldSpacesAndAnyLetters) {
+  DecodedImage decoded;
+  EXPECT_TRUE(DecodeRaw(
+      Write("\xC3\xA9t\xC3\xA9 \xE5\x86\x99\xE7\x9C\x9F", RawFile(Picture(40, 60), RawFormat::kDng)), 1,
+      decoded));
+}
+
+TEST_F(RawDecoder, ThePathMayBeTheRecordsOwn) {
+  DecodedImage decoded;
+  decoded.path = kData + "no_thumb.dng";
+  decoded.error = "earlier";
+  ASSERT_TRUE(DecodeRaw(decoded.path, 1, decoded));
+  EXPECT_EQ(decoded.path, kData + "no_thumb.dng");
+  EXPECT_EQ(decoded.error, "");
+  decoded.path = dir_.File("missing");
+  ASSERT_FALSE(DecodeRaw(decoded.path, 1, decoded));
+  EXPECT_EQ(decoded.path, dir_.File("missing"));
+}
+
+TEST_F(RawDecoder, ASuccessReplacesEverything) {
+  DecodedImage decoded;
+  ASSERT_TRUE(DecodeRaw(kData + "uncompressed.ARW", 1, decoded));
+  ASSERT_TRUE(DecodeRaw(kData + "no_thumb.dng", 1, decoded));
+  EXPECT_EQ(decoded.image.size(), cv::Size(480, 320));
+  EXPECT_STREQ(decoded.make, "Photobench");
+  EXPECT_STREQ(decoded.model, "Bayer 14");
+  EXPECT_EQ(decoded.iso_speed, 200.0F);
+}
+
+// A record that holds a picture.
+const DecodedImage& Earlier() {
+  static const DecodedImage kEarlier = [] {
+    DecodedImage decoded;
+    EXPECT_TRUE(DecodeRaw(kData + "no_thumb.dng", 1, decoded));
+    return decoded;
+  }();
+  return kEarlier;
+}
+
+// Expects the failure, and that it leaves an earlier picture alone.
+void ExpectFailure(const std::string& path, const std::string& error, int quality = 1) {
+  SCOPED_TRACE(path);
+  const DecodedImage& earlier = Earlier();
+  DecodedImage decoded = earlier;
+  decoded.image = earlier.image.clone();
+  EXPECT_FALSE(DecodeRaw(path, quality, decoded));
+  EXPECT_EQ(decoded.error, error);
+  EXPECT_EQ(decoded.path, path);
+
+  EXPECT_TRUE(SameBytes(decoded.image, earlier.image));
+  EXPECT_EQ(decoded.width, 480);
+  EXPECT_EQ(decoded.height, 320);
+  EXPECT_STREQ(decoded.make, "Photobench");
+  EXPECT_STREQ(decoded.model, "Bayer 14");
+  EXPECT_EQ(decoded.iso_speed, 200.0F);
+  EXPECT_EQ(decoded.shutter, earlier.shutter);
+  EXPECT_EQ(decoded.aperture, earlier.aperture);
+  EXPECT_EQ(decoded.focal_len, 50.0F);
+  EXPECT_EQ(decoded.cam_mul, earlier.cam_mul);
+  EXPECT_EQ(decoded.rgb_cam, earlier.rgb_cam);
+  EXPECT_EQ(decoded.orientation, 0);
+}
+
+using RawDecoderFailure = RawDecoder;
+
+TEST_F(RawDecoderFailure, AFileThatCannotBeOpened) {
+  const std::string error = "LibRaw open_file failed: Input/output error";
+  ExpectFailure(dir_.File("missing.ARW"), error);
+  ExpectFailure("", error);
+  ExpectFailure(dir_.path().string(), error);
+  ExpectFailure(Write("empty.ARW", {}), error);
+  ExpectFailure(Write("tiny.ARW", std::vector<uint8_t>(63, 'Z')), error);
+}
+
+TEST_F(RawDecoderFailure, WhatIsNoFileFailsAtOnce) {
+  const Deadline deadline;
+  const std::string error = "LibRaw open_file failed: Input/output error";
+  ExpectFailure(MakePipe(dir_.File("pipe.ARW")), error);
+  ExpectFailure("/dev/zero", error);
+}
+
+TEST_F(RawDecoderFailure, WhatIsNoRawFile) {
+  const std::string error = std::string("LibRaw open_file failed: ") + kUnsupported;
+  ExpectFailure(Write("a.ARW", MakeUnsupportedFile()), error);
+  ExpectFailure(kData + "cat.jpg", error);
+}
+
+TEST_F(RawDecoderFailure, RandomBytesNeverBecomeAPicture) {
+  cv::RNG random(3);
+  for (int i = 0; i < 20; ++i) {
+    cv::Mat noise(1, 5000, CV_8UC1);
+    random.fill(noise, cv::RNG::UNIFORM, 0, 256);
+    ExpectFailure(Write("noise.ARW", {noise.begin<uint8_t>(), noise.end<uint8_t>()}),
+                  std::string("LibRaw open_file failed: ") + kUnsupported);
+  }
+}
+
+TEST_F(RawDecoderFailure, SamplesThatCannotBeUnpacked) {
+  for (const RawFormat format : {RawFormat::kArwUncompressed, RawFormat::kDng}) {
+    ExpectFailure(Write("cut.ARW", MakeTruncatedRaw(format)), "LibRaw unpack failed: Input/output error");
+  }
+  ExpectFailure(Write("deflated.dng", MakeUndecodableRaw()),
+                "LibRaw unpack failed: Corrupted data or unexpected EOF");
+  ExpectFailure(Write("huge.dng", MakeOversizedRaw()), "LibRaw unpack failed: Image too big for processing");
+}
+
+TEST_F(RawDecoderFailure, ASensorThatCannotBeDeveloped) {
+  const std::string path = Write("a.dng", MakeUndevelopableRaw());
+  ExpectFailure(path, "LibRaw dcraw_process failed: Input/output error");
+  DecodedImage decoded;
+  EXPECT_TRUE(DecodeRaw(path, 2, decoded)) << decoded.error;  // it is only demosaiced at full size
+}
+
+TEST_F(RawDecoderFailure, SensorsWithoutThreeColors) {
+  RawOptions monochrome;
+  monochrome.format = RawFormat::kDng;
+  monochrome.monochrome = true;
+  const std::string error = std::string("LibRaw dcraw_make_mem_image failed: ") + kUnsupported;
+  for (int quality = 1; quality <= 4; ++quality) {
+    ExpectFailure(Write("grey.dng", MakeRawFile(Picture(40, 60), monochrome)), error, quality);
+    ExpectFailure(Write("two.dng", MakeTwoColorRaw()), error, quality);
+  }
+}
+
+TEST_F(RawDecoderFailure, ADevelopedImageWithoutPixels) {
+  ExpectFailure(Write("diagonal.dng", MakeDiagonalRaw(46340)),
+                std::string("LibRaw dcraw_make_mem_image failed: ") + kUnsupported);
+}
+
+TEST_F(RawDecoderFailure, TheTextIsReplacedByTheNextAttempt) {
+  DecodedImage decoded;
+  EXPECT_FALSE(DecodeRaw(Write("a.dng", MakeUndevelopableRaw()), 1, decoded));
+  EXPECT_FALSE(DecodeRaw(dir_.File("missing"), 1, decoded));
+  EXPECT_EQ(decoded.error, "LibRaw open_file failed: Input/output error");
+  EXPECT_TRUE(DecodeRaw(kData + "no_thumb.dng", 1, decoded));
+  EXPECT_EQ(decoded.error, "");
+}
+
+TEST_F(RawDecoderFailure, ACutFileFailsOrKeepsItsSize) {
+  for (const RawFormat format : {RawFormat::kArwCompressed, RawFormat::kArwUncompressed, RawFormat::kDng}) {
+    const std::vector<uint8_t> whole = RawFile(Picture(32, 64), format);
+    for (size_t size = 0; size < whole.size(); size += 1 + size / 6) {
+      const std::vector<uint8_t> cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
+      DecodedImage decoded;
+      if (DecodeRaw(Write("cut", cut), 1, decoded)) {
+        EXPECT_EQ(decoded.image.size(), cv::Size(64, 32)) << size;
+      } else {
+        EXPECT_EQ(decoded.error.substr(0, 7), "LibRaw ") << size;
+        EXPECT_TRUE(decoded.image.empty()) << size;
+      }
+    }
+  }
+}
+
+TEST_F(RawDecoderFailure, DamagedFilesPrintNothing) {
+  const std::string files[] = {kData + "truncated.ARW",
+                               Write("a", MakeTruncatedRaw(RawFormat::kArwCompressed)),
+                               Write("b", MakeTruncatedRaw(RawFormat::kDng)),
+                               Write("c", MakeUndecodableRaw()),
+                               Write("d", MakeUndevelopableRaw()),
+                               Write("e", MakeUnsupportedFile())};
+  for (const std::string& path : files) {
+    StderrCapture capture;
+    DecodedImage decoded;
+    DecodeRaw(path, 1, decoded);
+    EXPECT_EQ(capture.Take(), "") << path;
+  }
+}
+
+TEST(DecodeRaw, ACutCompressedFileKeepsItsSize) {
+  DecodedImage decoded;
+  ASSERT_TRUE(DecodeRaw(kData + "truncated.ARW", 1, decoded)) << decoded.error;
+  EXPECT_EQ(decoded.image.size(), cv::Size(1600, 1066));
+}
+
+}  // namespace
+}  // namespace lumvik::test

@@ -1,0 +1,45 @@
+// RAW files that LibRaw gives up on at a given step, or that it develops into something unexpected. Its
+// dcraw_make_mem_image fails only when memory runs out, which no file can bring about by itself.
+#ifndef LUMVIK_TESTS_SUPPORT_BROKEN_RAW_H_
+#define LUMVIK_TESTS_SUPPORT_BROKEN_RAW_H_
+
+#include <cstdint>
+#include <vector>
+
+#include "support/raw_writer.h"
+
+namespace lumvik::test {
+
+// open_file: "Unsupported file format or not RAW file". (A file of less than 64 bytes: "Input/output error".)
+std::vector<uint8_t> MakeUnsupportedFile();
+
+// The last rows are missing. unpack: "Input/output error"; a compressed ARW is developed nevertheless, its
+// last present row taking the place of the missing ones.
+std::vector<uint8_t> MakeTruncatedRaw(RawFormat format);
+
+// A small file that says it holds 64000 x 64000 pixels. unpack: "Image too big for processing".
+std::vector<uint8_t> MakeOversizedRaw();
+
+// Says to be deflated, which LibRaw reads for floating point only. unpack: "Corrupted data or unexpected
+// EOF".
+std::vector<uint8_t> MakeUndecodableRaw();
+
+// A 6 x 6 colour pattern on fewer than 512 pixels. dcraw_process: "Input/output error", unless it is asked
+// for half the size.
+std::vector<uint8_t> MakeUndevelopableRaw();
+
+// Red and green only: LibRaw delivers an image of two colours.
+std::vector<uint8_t> MakeTwoColorRaw();
+
+// A DNG whose JPEG preview holds no image. unpack_thumb succeeds, dcraw_make_mem_thumb: "Unsupported
+// thumbnail format".
+std::vector<uint8_t> MakeDamagedPreviewRaw();
+
+// A diagonal sensor of 22 columns, which LibRaw first lays out in a square of about rows x rows pixels: the
+// memory it takes grows with the square of the file's size. (From 46340 rows on the number of pixels
+// overflows: every step succeeds and the image has no pixels and no colours.)
+std::vector<uint8_t> MakeDiagonalRaw(int rows);
+
+}  // namespace lumvik::test
+
+#endif  // LUMVIK_TESTS_SUPPORT_BROKEN_RAW_H_
