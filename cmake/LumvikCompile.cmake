@@ -19,7 +19,7 @@ endif()
 function(lumvik_compile_options target)
   # Contraction would let the compiler fuse a multiply and an add on some instruction sets and not on
   # others; with it off the same photograph gives the same bytes everywhere.
-  target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion -Wshadow -Wno-psabi -ffp-contract=off)
+  target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion -Wshadow -Wno-psabi -ffp-contract=off -fno-math-errno)
   if(LUMVIK_WERROR)
     target_compile_options(${target} PRIVATE -Werror)
   endif()

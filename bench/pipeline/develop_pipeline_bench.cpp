@@ -1,30 +1,91 @@
-// Whole renders: each stage alone and all together, beside the plain version of the pipeline.
+// Whole renders: each stage alone, typical settings and all stages, beside the plain version of the pipeline.
+#include <memory>
+
 #include "alternating.h"
 #include "pipeline/develop_pipeline.h"
 #include "reference/develop_pipeline.h"
+#include "support/random_adjustments.h"
 #include "support/test_images.h"
 
 namespace lumvik::bench {
 namespace {
 
-Adjustments With(float Adjustments::*field, float value) {
-  Adjustments adjustments;
-  adjustments.temperature = 6500;
-  adjustments.*field = value;
-  return adjustments;
+struct Setting {
+  const char* name;
+  void (*set)(Adjustments&);
+};
+
+void SetTypical(Adjustments& a) {
+  a = Adjustments();
+  a.exposure = 0.5F;
+  a.contrast = 20;
+  a.highlights = -30;
+  a.shadows = 25;
+  a.vibrance = 16;
+  a.saturation = 5;
+  a.clarity = 15;
+  a.sharpening_amount = 40;
 }
 
-Adjustments Everything() {
-  Adjustments adjustments;
-  adjustments.tint = 10;
-  adjustments.exposure = 0.5F;
-  adjustments.brightness = 15;
-  adjustments.contrast = 20;
-  return adjustments;
+void SetEverything(Adjustments& a) {
+  SetTypical(a);
+  a.tint = 10;
+  a.brightness = 10;
+  a.whites = -10;
+  a.blacks = 10;
+  a.tone_curves[kMasterCurve] = {{0, 0}, {0.25F, 0.2F}, {0.5F, 0.5F}, {0.75F, 0.8F}, {1, 1}};
+  a.texture = 15;
+  a.dehaze = 20;
+  test::SetHslBands(a, 15);
+  test::SetSplitToning(a, 20);
+  a.nr_luminance = 25;
+  a.nr_color = 25;
+  a.distortion = 10;
+  a.ca_correction = 30;
+  a.lens_vignette = 30;
+  a.defringe = 30;
+  a.rotation = 1.5F;
+  a.perspective_h = 10;
+  a.crop = {0.02F, 0.02F, 0.96F, 0.96F};
+  a.vignette_amount = 20;
+  a.grain_amount = 20;
 }
 
-Comparison Render(cv::Size size, const Adjustments& adjustments) {
-  const cv::Mat source = test::NoiseImage(size, 1);
+constexpr Setting kSettings[] = {
+    {"default", [](Adjustments& a) { a = Adjustments(); }},
+    {"typical", SetTypical},
+    {"everything", SetEverything},
+    {"white_balance", [](Adjustments& a) { a.temperature = 5000; }},
+    {"exposure", [](Adjustments& a) { a.exposure = 0.5F; }},
+    {"brightness", [](Adjustments& a) { a.brightness = 20; }},
+    {"highlights_shadows", [](Adjustments& a) { a.highlights = -30, a.shadows = 30; }},
+    {"whites_blacks", [](Adjustments& a) { a.whites = -20, a.blacks = 20; }},
+    {"contrast", [](Adjustments& a) { a.contrast = 20; }},
+    {"tone_curve", [](Adjustments& a) { test::SetToneCurves(a, 1); }},
+    {"clarity", [](Adjustments& a) { a.clarity = 50; }},
+    {"texture", [](Adjustments& a) { a.texture = 50; }},
+    {"dehaze", [](Adjustments& a) { a.dehaze = 40; }},
+    {"saturation_vibrance", [](Adjustments& a) { a.saturation = 10, a.vibrance = 30; }},
+    {"hsl_bands", [](Adjustments& a) { test::SetHslBands(a, 30); }},
+    {"split_toning", [](Adjustments& a) { test::SetSplitToning(a, 30); }},
+    {"noise_reduction", [](Adjustments& a) { a.nr_luminance = 40, a.nr_color = 40; }},
+    {"sharpening", [](Adjustments& a) { a.sharpening_amount = 40; }},
+    {"distortion", [](Adjustments& a) { a.distortion = 20; }},
+    {"ca_correction", [](Adjustments& a) { a.ca_correction = 30; }},
+    {"lens_vignette", [](Adjustments& a) { a.lens_vignette = 40; }},
+    {"defringe", [](Adjustments& a) { a.defringe = 40; }},
+    {"geometry",
+     [](Adjustments& a) {
+       a.rotation = 2, a.perspective_h = 10, a.crop = {0.1F, 0.1F, 0.8F, 0.8F};
+     }},
+    {"vignette", [](Adjustments& a) { a.vignette_amount = 40; }},
+    {"grain", [](Adjustments& a) { a.grain_amount = 30; }},
+};
+
+Comparison Render(cv::Size size, const Setting& setting) {
+  const cv::Mat source = test::ResizedPhotograph("cat.jpg", size);
+  Adjustments adjustments = test::NeutralAdjustments();
+  setting.set(adjustments);
   const auto rendered = std::make_shared<cv::Mat>();
   const auto bytes = static_cast<int64_t>(source.total() * source.elemSize());
   return {[=] { DevelopPipeline(source, adjustments, *rendered); },
@@ -34,16 +95,10 @@ Comparison Render(cv::Size size, const Adjustments& adjustments) {
 
 const bool kRegistered = [] {
   for (const cv::Size size : {cv::Size(2000, 1333), cv::Size(4096, 2731)}) {
-    const auto add = [size](const std::string& name, const Adjustments& adjustments) {
-      RegisterComparison("render/" + name + "/" + std::to_string(size.width),
-                         [=] { return Render(size, adjustments); });
-    };
-    add("default", Adjustments());
-    add("white_balance", With(&Adjustments::temperature, 5000));
-    add("exposure", With(&Adjustments::exposure, 0.5F));
-    add("brightness", With(&Adjustments::brightness, 20));
-    add("contrast", With(&Adjustments::contrast, 20));
-    add("everything", Everything());
+    for (const Setting& setting : kSettings) {
+      RegisterComparison(std::string("render/") + setting.name + "/" + std::to_string(size.width),
+                         [size, setting] { return Render(size, setting); });
+    }
   }
   return true;
 }();

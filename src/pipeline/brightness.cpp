@@ -10,10 +10,6 @@ namespace {
 constexpr float kMinExponent = 0.1F;
 constexpr float kMaxExponent = 10.0F;
 
-void Raise(float* values, int count, float exponent) {
-  for (int i = 0; i < count; ++i) values[i] = FastPow(values[i], exponent);
-}
-
 }  // namespace
 
 float BrightnessExponent(float brightness) {
@@ -25,11 +21,7 @@ RowKernel Brightness(float brightness) {
   const float exponent = BrightnessExponent(brightness);
   // A brightness too small to move the exponent must not cost the last bits of every value.
   if (brightness == 0.0F || exponent == 1.0F) return {};
-  return [exponent](const PixelRow& row) {
-    Raise(row.red, row.columns, exponent);
-    Raise(row.green, row.columns, exponent);
-    Raise(row.blue, row.columns, exponent);
-  };
+  return EachValue([exponent](float value) { return FastPow(value, exponent); });
 }
 
 }  // namespace lumvik

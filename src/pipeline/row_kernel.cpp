@@ -63,10 +63,11 @@ void RunRows(const cv::Mat& input, const std::vector<RowKernel>& kernels, cv::Ma
   const int columns = input.cols;
   cv::parallel_for_(cv::Range(0, input.rows), [&](const cv::Range& range) {
     std::vector<float> planes(static_cast<size_t>(columns) * 3);
-    const PixelRow row{planes.data(), planes.data() + columns, planes.data() + 2 * columns, columns};
+    PixelRow row{planes.data(), planes.data() + columns, planes.data() + 2 * columns, columns, 0};
     for (int y = range.start; y < range.end; ++y) {
       const From* from = input.ptr<From>(y);
       To* to = output.ptr<To>(y);
+      row.y = y;
       LoadRow(from, row);
       for (const RowKernel& kernel : kernels) kernel(row);
       CopyAlpha(from, to, columns);

@@ -40,18 +40,25 @@ INSTANTIATE_TEST_SUITE_P(Reference, WhiteBalanceTable,
                                          GainsRow{10000, 1.3918F, 0.6834F, 5e-5F, 5e-5F},
                                          GainsRow{25000, 1.3661F, 0.4717F, 5e-5F, 5e-5F}));
 
-TEST(WhiteBalance, LocusBranchesMeetAtTheirBounds) {
-  const Chromaticity below = KelvinToChromaticity(4000);
-  const Chromaticity above = KelvinToChromaticity(4000.5F);
-  EXPECT_NEAR(below.x, above.x, 1e-3);
-  EXPECT_NEAR(below.y, above.y, 1e-3);
-  EXPECT_NEAR(KelvinToChromaticity(2222).y, KelvinToChromaticity(2222.5F).y, 1e-3);
-}
+struct LocusRow {
+  float temperature;
+  double x;
+  double y;
+};
 
-TEST(WhiteBalance, ReferenceWhiteIsNearD65) {
-  const Chromaticity white = KelvinToChromaticity(6504);
-  EXPECT_NEAR(white.x, 0.3135, 1e-3);
-  EXPECT_NEAR(white.y, 0.3237, 1e-3);
+// The three pieces of the locus, with the bounds 2222 and 4000 on their lower side; the polynomials in double
+// precision. Planck's law itself gives 0.4476, 0.4074 at 2856 K and 0.3451, 0.3516 at 5000 K.
+TEST(WhiteBalance, LocusPieces) {
+  const LocusRow rows[] = {{1667, 0.564638, 0.402887},  {2000, 0.526903, 0.413265},
+                           {2222, 0.503188, 0.415251},  {2300, 0.495342, 0.415216},
+                           {2856, 0.447071, 0.407509},  {4000, 0.380528, 0.376733},
+                           {4100, 0.376132, 0.373957},  {5000, 0.344992, 0.351587},
+                           {10000, 0.280698, 0.288306}, {25000, 0.252473, 0.252255}};
+  for (const LocusRow& row : rows) {
+    const Chromaticity locus = KelvinToChromaticity(row.temperature);
+    EXPECT_NEAR(locus.x, row.x, 1e-6) << row.temperature;
+    EXPECT_NEAR(locus.y, row.y, 2e-6) << row.temperature;
+  }
 }
 
 TEST(WhiteBalance, TemperatureIsHeldToTheLocus) {

@@ -1,10 +1,10 @@
 #include "support/test_images.h"
 
 #include <cstring>
+#include <map>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 #include <stdexcept>
-#include <string>
 
 #include "image/image_buffer.h"
 
@@ -16,13 +16,31 @@ cv::Mat NoiseImage(cv::Size size, uint64_t seed) {
   return image;
 }
 
-cv::Mat Photograph(const char* name, int width) {
-  const std::string path = std::string(LUMVIK_TEST_DATA "/") + name;
-  cv::Mat image = cv::imread(path);
-  if (image.empty()) throw std::runtime_error("cannot read " + path);
-  cv::cvtColor(image, image, cv::COLOR_BGR2RGB);
-  const cv::Mat wide = ToImageBuffer(image);
-  return ResizedImageBuffer(wide, width, width * wide.rows / wide.cols, cv::INTER_AREA);
+namespace {
+
+// Decoded once.
+const cv::Mat& FullPhotograph(const std::string& name) {
+  static std::map<std::string, cv::Mat> decoded;
+  cv::Mat& image = decoded[name];
+  if (!image.empty()) return image;
+  const std::string path = LUMVIK_TEST_DATA "/" + name;
+  const cv::Mat bgr = cv::imread(path);
+  if (bgr.empty()) throw std::runtime_error("cannot read " + path);
+  cv::Mat rgb;
+  cv::cvtColor(bgr, rgb, cv::COLOR_BGR2RGB);
+  image = ToImageBuffer(rgb);
+  return image;
+}
+
+}  // namespace
+
+cv::Mat Photograph(const std::string& name, int width) {
+  const cv::Mat& full = FullPhotograph(name);
+  return ResizedPhotograph(name, cv::Size(width, width * full.rows / full.cols));
+}
+
+cv::Mat ResizedPhotograph(const std::string& name, cv::Size size) {
+  return ResizedImageBuffer(FullPhotograph(name), size.width, size.height, cv::INTER_AREA);
 }
 
 const std::vector<cv::Size>& OddSizes() {

@@ -3,6 +3,7 @@
 #define LUMVIK_TESTS_SUPPORT_TEST_IMAGES_H_
 
 #include <opencv2/core.hpp>
+#include <string>
 #include <vector>
 
 namespace lumvik::test {
@@ -10,8 +11,9 @@ namespace lumvik::test {
 // Uniform noise over the full range in all four channels (CV_16UC4), the same for the same seed.
 cv::Mat NoiseImage(cv::Size size, uint64_t seed);
 
-// A photograph of tests/data as an image buffer (CV_16UC4), reduced to `width` columns.
-cv::Mat Photograph(const char* name, int width);
+// A photograph of tests/data as an image buffer (CV_16UC4), reduced to `width` columns or brought to a size.
+cv::Mat Photograph(const std::string& name, int width);
+cv::Mat ResizedPhotograph(const std::string& name, cv::Size size);
 
 // Sizes at which loops go wrong: single pixels, rows and columns, widths around the vector lengths.
 const std::vector<cv::Size>& OddSizes();

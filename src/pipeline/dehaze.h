@@ -1,0 +1,16 @@
+// Dehaze: the haze model inverted, with transmission from the dark channel.
+#ifndef LUMVIK_PIPELINE_DEHAZE_H_
+#define LUMVIK_PIPELINE_DEHAZE_H_
+
+#include <opencv2/core.hpp>
+
+namespace lumvik {
+
+// Acts for amounts (percent) above 0 only. Result in 0..1. Transmissions not above 0.1 count as 0, so that
+// such pixels end black or white, whichever side of the airlight they lie on.
+// He, Sun and Tang, Single Image Haze Removal Using Dark Channel Prior, 2009.
+void Dehaze(cv::Mat& working, float amount);
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_PIPELINE_DEHAZE_H_

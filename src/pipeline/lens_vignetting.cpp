@@ -1,0 +1,38 @@
+#include "pipeline/lens_vignetting.h"
+
+#include "pipeline/pixel_math.h"
+
+namespace lumvik {
+namespace {
+
+constexpr float kStrength = 0.5F;
+
+struct Lens {
+  float centre_x;
+  float centre_y;
+  float half_diagonal_squared;
+  float amount;
+};
+
+void Compensate(const PixelRow& row, const Lens& lens) {
+  const float dy = static_cast<float>(row.y) - lens.centre_y;
+  for (int x = 0; x < row.columns; ++x) {
+    const float dx = static_cast<float>(x) - lens.centre_x;
+    const float gain = 1.0F + kStrength * lens.amount * ((dx * dx + dy * dy) / lens.half_diagonal_squared);
+    row.red[x] = ClampUnit(row.red[x] * gain);
+    row.green[x] = ClampUnit(row.green[x] * gain);
+    row.blue[x] = ClampUnit(row.blue[x] * gain);
+  }
+}
+
+}  // namespace
+
+RowKernel LensVignetting(float amount, cv::Size frame) {
+  if (!(amount > 0.0F)) return {};
+  const float centre_x = static_cast<float>(frame.width) * 0.5F;
+  const float centre_y = static_cast<float>(frame.height) * 0.5F;
+  const Lens lens = {centre_x, centre_y, centre_y * centre_y + centre_x * centre_x, amount / 100.0F};
+  return [lens](const PixelRow& row) { Compensate(row, lens); };
+}
+
+}  // namespace lumvik

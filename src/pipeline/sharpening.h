@@ -1,0 +1,16 @@
+// Sharpening: an unsharp mask on each colour plane.
+#ifndef LUMVIK_PIPELINE_SHARPENING_H_
+#define LUMVIK_PIPELINE_SHARPENING_H_
+
+#include <opencv2/core.hpp>
+
+namespace lumvik {
+
+// Adds what a plane holds beyond its blur, where that exceeds the threshold; clamped to 0..1. `amount`: 150
+// adds it whole, 0 or less nothing. `radius`: the blur's sigma in pixels; OpenCV throws when it is not
+// positive. `threshold`: in 16-bit codes.
+void Sharpening(cv::Mat& working, float amount, float radius, float threshold);
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_PIPELINE_SHARPENING_H_

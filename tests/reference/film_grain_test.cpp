@@ -1,0 +1,114 @@
+#include "reference/film_grain.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+
+#include "reference/pixel.h"
+
+namespace lumvik::reference {
+namespace {
+
+constexpr int kSide = 256;
+constexpr uint64_t kSeed = 20240501;
+
+cv::Mat Grained(float amount, float size, const cv::Vec4f& color) {
+  cv::Mat working = Uniform(kSide, kSide, color);
+  Adjustments adjustments;
+  adjustments.grain_amount = amount;
+  adjustments.grain_size = size;
+  FilmGrain({}, working, adjustments);
+  return working;
+}
+
+cv::Mat Seeded(float amount, float size, const cv::Vec4f& color) {
+  cv::theRNG().state = kSeed;
+  return Grained(amount, size, color);
+}
+
+// What was added to the red channel of middle grey.
+cv::Mat Noise(float amount, float size) {
+  cv::Mat plane;
+  cv::extractChannel(Seeded(amount, size, {0.5F, 0.5F, 0.5F, 1}), plane, 0);
+  return plane - 0.5;
+}
+
+double Deviation(const cv::Mat& plane) {
+  cv::Scalar mean;
+  cv::Scalar deviation;
+  cv::meanStdDev(plane, mean, deviation);
+  return deviation[0];
+}
+
+// Correlation of a plane with itself, one column on.
+double NeighbourCorrelation(const cv::Mat& plane) {
+  const cv::Mat left = plane.colRange(0, plane.cols - 1);
+  const cv::Mat right = plane.colRange(1, plane.cols);
+  return left.dot(right) / std::sqrt(left.dot(left) * right.dot(right));
+}
+
+TEST(FilmGrain, DeviationIsIndependentOfTheSize) {
+  // White noise is as strong as the draw (65536 values: 0.3 %), blurred noise is renormalised.
+  EXPECT_NEAR(Deviation(Noise(100, 1)), 0.05, 5e-4);
+  for (const float size : {2.0F, 25.0F, 100.0F, 200.0F}) {
+    EXPECT_NEAR(Deviation(Noise(100, size)), 0.05, 1e-6) << size;
+  }
+  EXPECT_NEAR(Deviation(Noise(40, 25)), 0.02, 1e-6);
+}
+
+TEST(FilmGrain, SizeBlursTheNoise) {
+  // Gaussian noise blurred with sigma correlates by exp(-1 / (4 sigma²)) from column to column.
+  EXPECT_NEAR(NeighbourCorrelation(Noise(50, 100)), std::exp(-1 / (4 * 2.5 * 2.5)), 0.01);
+  EXPECT_NEAR(NeighbourCorrelation(Noise(50, 25)), std::exp(-1 / (4.0 * 1.0)), 0.02);
+}
+
+TEST(FilmGrain, SmallSizesAreWhiteNoise) {
+  cv::theRNG().state = kSeed;
+  cv::Mat draw(kSide, kSide, CV_32F);
+  cv::randn(draw, 0, 0.025);
+  for (const float size : {-10.0F, 0.0F, 1.0F}) {
+    const cv::Mat noise = Noise(50, size);
+    EXPECT_LE(cv::norm(noise, draw, cv::NORM_INF), 1e-6) << size;
+    EXPECT_NEAR(NeighbourCorrelation(noise), 0, 0.02) << size;
+  }
+  EXPECT_GT(cv::norm(Noise(50, 1.5F), draw, cv::NORM_INF), 1e-3);
+}
+
+TEST(FilmGrain, NoiseIsColourless) {
+  std::vector<cv::Mat> planes;
+  cv::split(Seeded(30, 25, {0.4F, 0.5F, 0.6F, 0.7F}), planes);
+  EXPECT_LE(cv::norm(planes[1] - planes[0] - 0.1, cv::NORM_INF), 1e-6);
+  EXPECT_LE(cv::norm(planes[2] - planes[1] - 0.1, cv::NORM_INF), 1e-6);
+  EXPECT_LE(cv::norm(planes[3] - static_cast<double>(0.7F), cv::NORM_INF), 1e-7);
+}
+
+TEST(FilmGrain, ClampsEveryColourValue) {
+  std::vector<cv::Mat> planes;
+  cv::split(Seeded(100, 1, {1, 0, 1.5F, 1.5F}), planes);
+  double low = 0;
+  double high = 0;
+  cv::minMaxLoc(planes[0], &low, &high);
+  EXPECT_EQ(high, 1.0);
+  EXPECT_LT(low, 0.9);
+  cv::minMaxLoc(planes[1], &low, &high);
+  EXPECT_EQ(low, 0.0);
+  EXPECT_GT(high, 0.1);
+  EXPECT_EQ(cv::countNonZero(planes[2] != 1.0), 0);
+  EXPECT_EQ(cv::countNonZero(planes[3] != 1.5), 0);
+}
+
+TEST(FilmGrain, FollowsTheProcessWideGenerator) {
+  const cv::Vec4f grey(0.5F, 0.5F, 0.5F, 1);
+  const cv::Mat first = Seeded(50, 25, grey);
+  EXPECT_FALSE(SamePixels(Grained(50, 25, grey), first)) << "not seeded by the stage";
+  EXPECT_TRUE(SamePixels(Seeded(50, 25, grey), first));
+}
+
+TEST(FilmGrain, OnlyPositiveAmountsAct) {
+  const cv::Vec4f over(1.5F, -0.5F, 0.5F, 1);
+  EXPECT_TRUE(SamePixels(Grained(0, 25, over), Uniform(kSide, kSide, over)));
+  EXPECT_TRUE(SamePixels(Grained(-40, 25, over), Uniform(kSide, kSide, over)));
+}
+
+}  // namespace
+}  // namespace lumvik::reference

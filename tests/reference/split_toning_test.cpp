@@ -1,0 +1,68 @@
+#include "reference/split_toning.h"
+
+#include <gtest/gtest.h>
+
+#include "reference/hsl_color.h"
+#include "reference/pixel.h"
+
+namespace lumvik::reference {
+namespace {
+
+Hsl Toned(const SplitToningSettings& settings, const cv::Vec4f& color) {
+  Adjustments adjustments;
+  adjustments.split_toning = settings;
+  const cv::Vec4f pixel = OnPixel(SplitToning, adjustments, color);
+  EXPECT_EQ(pixel[3], color[3]);
+  return rgb_to_hsl(pixel[0], pixel[1], pixel[2]);
+}
+
+TEST(SplitToning, GreyGainsColourAndKeepsItsLightness) {
+  // k = 0.5, hue 0.5 x 0.5 x 0.25 of the way from 0.
+  const Hsl hsl = Toned({180, 100, 0, 0, 0}, {0.5F, 0.5F, 0.5F, 0.7F});
+  EXPECT_NEAR(hsl.s, 0.5 * 0.3, 1e-5);
+  EXPECT_NEAR(hsl.h, 0.5 * 0.5 * 0.25, 1e-5);
+  EXPECT_NEAR(hsl.l, 0.5, 1e-6);
+}
+
+TEST(SplitToning, MiddleGreyWeighsBothZonesByHalf) {
+  const cv::Vec4f grey(0.5F, 0.5F, 0.5F, 1);
+  EXPECT_NEAR(Toned({0, 80, 0, 0, 0}, grey).s, 0.5 * 0.8 * 0.3, 1e-5);
+  EXPECT_NEAR(Toned({0, 0, 0, 80, 0}, grey).s, 0.5 * 0.8 * 0.3, 1e-5);
+  EXPECT_NEAR(Toned({0, 80, 0, 60, 0}, grey).s, 0.5 * 1.4 * 0.3, 1e-5);
+}
+
+TEST(SplitToning, BalanceMovesTheZones) {
+  const cv::Vec4f grey(0.5F, 0.5F, 0.5F, 1);
+  EXPECT_NEAR(Toned({0, 100, 0, 0, 100}, grey).s, 0.8 * 0.3, 1e-5);
+  EXPECT_NEAR(Toned({0, 0, 0, 100, 100}, grey).s, 0.2 * 0.3, 1e-5);
+  EXPECT_NEAR(Toned({0, 100, 0, 0, -50}, grey).s, 0.35 * 0.3, 1e-5);
+  EXPECT_NEAR(Toned({0, 100, 0, 0, 100}, {0.9F, 0.9F, 0.9F, 1}).s, 0.3, 1e-5) << "the weight ends at 1";
+}
+
+TEST(SplitToning, SaturationAdds) {
+  const Hsl hsl = Toned({120, 100, 120, 100, 0}, {0.4F, 0.6F, 0.4F, 1});
+  EXPECT_NEAR(hsl.s, 0.2 + 0.3, 1e-5);
+}
+
+TEST(SplitToning, HueMovesWithoutWrappingRound) {
+  // A pixel at 330 degrees and a target at 0: half way through the whole circle, 165 degrees.
+  const Rgb pixel = hsl_to_rgb(330 / 360.0F, 0.4F, 0.5F);
+  const Hsl hsl = Toned({0, 100, 0, 100, 0}, {pixel.r, pixel.g, pixel.b, 1});
+  EXPECT_NEAR(hsl.h, 165 / 360.0, 1e-5);
+}
+
+TEST(SplitToning, HueGoesToTheWeightedMix) {
+  // Luminance 0.5: the mix of 60 and 180 degrees is 120; k = 0.5 takes a quarter of the way from 0.
+  const Hsl hsl = Toned({60, 100, 180, 0, 0}, {0.5F, 0.5F, 0.5F, 1});
+  EXPECT_NEAR(hsl.h, 120 / 360.0 * 0.25, 1e-5);
+}
+
+TEST(SplitToning, NoSaturationSkipsTheStage) {
+  Adjustments adjustments;
+  adjustments.split_toning = {200, 0, 40, 0, 50};
+  const cv::Vec4f over(1.5F, -0.5F, 0.5F, 1);
+  EXPECT_EQ(OnPixel(SplitToning, adjustments, over), over);
+}
+
+}  // namespace
+}  // namespace lumvik::reference
