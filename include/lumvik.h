@@ -252,7 +252,7 @@ typedef struct ExifInfo {
   float exposure_time;  /**< Seconds; or derived from the APEX shutter speed. */
   int32_t iso;          /**< ISO speed. */
   char datetime[32];    /**< Time taken, as in the file ("2024:05:31 18:20:00"); "" in a fallback. */
-  int32_t width;        /**< Pixels by the EXIF tag (16-bit values only); fallback: as held. */
+  int32_t width;        /**< Pixels by the EXIF tag (SHORT or LONG); fallback: as held. */
   int32_t height;       /**< Like width. */
   int32_t orientation;  /**< EXIF code, 1 to 8; fallback: LibRaw's, 0, 3, 5 or 6. */
   int32_t reserved;     /**< 0. */

@@ -19,6 +19,7 @@ build_packages=(
   libexif-dev              # reads EXIF and writes the block kept in an exported JPEG
   liblcms2-dev             # colour profiles
   libcli11-dev             # the command line's options
+  nlohmann-json3-dev       # settings files
   libexiv2-dev             # the command line: the orientation in the EXIF of a written JPEG
   libgtest-dev             # the tests: a release build holds them
   libgmock-dev             # the tests' matchers

@@ -1,48 +1,158 @@
 #include "adjustment_options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstddef>
-#include <iterator>
+#include <cstdint>
+#include <sstream>
+#include <stdexcept>
 
 #include "in_range.h"
+#include "number_list.h"
+#include "single_settings.h"
 
 namespace lumvik {
 namespace {
 
-struct Adjustment {
-  const char* name;
-  void (*set)(EngineContext*, float);
-  float lowest;
-  float highest;
-  const char* unit;
-  const char* help;
-};
+std::string OptionFor(std::string key) {
+  std::replace(key.begin(), key.end(), '_', '-');
+  return "--" + key;
+}
 
-constexpr Adjustment kAdjustments[] = {
-    {"--exposure", lumvik_set_exposure, -10, 10, "STOPS", "Darken or brighten by powers of two"},
-    {"--brightness", lumvik_set_brightness, -100, 100, "PERCENT", "Darken or brighten the mid-tones"},
-    {"--contrast", lumvik_set_contrast, -100, 100, "PERCENT", "Flatten or steepen the tones around mid-grey"},
-    {"--temperature", lumvik_set_temperature, 1667, 25000, "KELVIN",
-     "Colour temperature; higher is warmer, 6500 with tint 0 keeps the colours (default 5500)"},
-    {"--tint", lumvik_set_tint, -150, 150, "TINT", "Shift towards green (below 0) or magenta (above 0)"},
-};
+// Points "0,0 0.5,0.6 1,1", or "none" for the straight line that no list of points gives exactly.
+ToneCurve ReadCurve(const std::string& text) {
+  if (text == "none") return {};
+  ToneCurve curve;
+  std::istringstream points(text);
+  for (std::string point; points >> point;) {
+    const std::vector<float> numbers = ReadNumbers(point, {kCurveLevels, kCurveLevels});
+    curve.push_back({numbers[0], numbers[1]});
+  }
+  const std::string fault = CurveFault(curve);
+  if (!fault.empty()) throw std::invalid_argument("'" + text + "': " + fault);
+  return curve;
+}
 
-}  // namespace
-
-void AdjustmentOptions::AddTo(CLI::App& command) {
-  values_.resize(std::size(kAdjustments));
-  for (std::size_t i = 0; i < values_.size(); ++i) {
-    const Adjustment& adjustment = kAdjustments[i];
-    command.add_option(adjustment.name, values_[i], adjustment.help)
-        ->type_name(adjustment.unit)
-        ->check(InRange(adjustment.lowest, adjustment.highest));
+// Runs what reads the value of `option` and turns its complaint into one about the option.
+template <typename Reader>
+void ReadOption(const std::string& option, const Reader& read) {
+  try {
+    read();
+  } catch (const std::invalid_argument& fault) {
+    throw CLI::ValidationError(option, fault.what());
   }
 }
 
-void AdjustmentOptions::Apply(EngineContext* context) const {
-  for (std::size_t i = 0; i < values_.size(); ++i) {
-    if (values_[i]) kAdjustments[i].set(context, *values_[i]);
+void ReadList(const std::string& text, const std::vector<std::string>& keys, Settings& given) {
+  std::vector<Range<float>> ranges;
+  ranges.reserve(keys.size());
+  for (const std::string& key : keys) ranges.push_back(FindSettingRule(key)->range);
+  const std::vector<float> numbers = ReadNumbers(text, ranges);
+  for (std::size_t i = 0; i < keys.size(); ++i) given[keys[i]] = numbers[i];
+}
+
+void ReadBand(const std::string& text, Settings& given) {
+  const std::size_t sign = text.find('=');
+  const std::string band = text.substr(0, sign);
+  const std::string key = "hsl." + band;
+  if (sign == std::string::npos || FindSettingRule(key + ".hue") == nullptr) {
+    throw std::invalid_argument("'" + text + "' does not begin with a band and '='");
   }
+  if (given.count(key + ".hue") != 0) throw std::invalid_argument("the band " + band + " is given twice");
+  ReadList(text.substr(sign + 1), {key + ".hue", key + ".saturation", key + ".luminance"}, given);
+}
+
+void AddSingle(CLI::App& command, const SingleSetting& single, Settings& given) {
+  const auto keep = [&given, key = single.key](const float& value) { given[key] = value; };
+  command.add_option_function<float>(OptionFor(single.key), keep, single.help)
+      ->type_name(single.unit)
+      ->check(InRange(single.range))
+      ->group(single.group);
+}
+
+void AddCurve(CLI::App& command, const std::string& name, Settings& given) {
+  const bool master = name == kCurveNames[LUMVIK_CURVE_MASTER];
+  const std::string option = master ? "--tone-curve" : "--tone-curve-" + name;
+  const std::string help = master ? "Tone curve through points \"0,0 0.25,0.2 1,1\" of ascending X; or none"
+                                  : "The same for " + name + " alone";
+  const auto keep = [=, &given](const std::string& text) {
+    ReadOption(option, [&] { given["tone_curves." + name] = ReadCurve(text); });
+  };
+  command.add_option_function<std::string>(option, keep, help)->type_name("\"X,Y ...\"")->group(kTone);
+}
+
+void AddBands(CLI::App& command, Settings& given) {
+  const auto keep = [&given](const std::vector<std::string>& bands) {
+    for (const std::string& band : bands) ReadOption("--hsl", [&] { ReadBand(band, given); });
+  };
+  command
+      .add_option_function<std::vector<std::string>>(
+          "--hsl", keep,
+          "Shift the colours of one band: red, orange, yellow, green, aqua, blue, purple or magenta; "
+          "-180..180 degrees, -100..100 percent, -100..100 percent. May be given for each band")
+      ->type_name("BAND=HUE,SATURATION,LUMINANCE")
+      ->allow_extra_args(false)
+      ->group(kColour);
+}
+
+// An option that sets some numbers at once.
+struct ListOption {
+  const char* group;
+  const char* name;
+  const char* form;
+  const char* help;
+  std::vector<std::string> keys;
+};
+
+void AddList(CLI::App& command, const ListOption& list, Settings& given) {
+  const auto keep = [name = list.name, keys = list.keys, &given](const std::string& text) {
+    ReadOption(name, [&] { ReadList(text, keys, given); });
+  };
+  command.add_option_function<std::string>(list.name, keep, list.help)
+      ->type_name(list.form)
+      ->group(list.group);
+}
+
+void AddFlip(CLI::App& command, const std::string& key, const std::string& help, Settings& given) {
+  const std::string option = OptionFor(key);
+  const auto keep = [key, &given](std::int64_t count) { given[key] = count > 0; };
+  command.add_flag_function(option + ",!--no-" + option.substr(2), keep, help)
+      ->disable_flag_override()
+      ->multi_option_policy(CLI::MultiOptionPolicy::Throw)
+      ->group(kGeometry);
+}
+
+}  // namespace
+
+void AddAdjustmentOptions(CLI::App& command, Settings& given) {
+  const ListOption lists[] = {
+      {kColour,
+       "--split-highlights",
+       "HUE,SATURATION",
+       "Tint the bright tones: 0..360 degrees, 0..100 percent",
+       {"split_toning.highlight_hue", "split_toning.highlight_saturation"}},
+      {kColour,
+       "--split-shadows",
+       "HUE,SATURATION",
+       "Tint the dark tones: 0..360 degrees, 0..100 percent",
+       {"split_toning.shadow_hue", "split_toning.shadow_saturation"}},
+      {kColour,
+       "--split-balance",
+       "PERCENT:-100..100",
+       "Favour the tint of the dark (below 0) or of the bright tones (above 0)",
+       {"split_toning.balance"}},
+      {kGeometry,
+       "--crop",
+       "X,Y,W,H",
+       "Keep this part: the left top corner and the size, in fractions 0..1 of the picture",
+       {"crop.x", "crop.y", "crop.w", "crop.h"}},
+  };
+  for (const SingleSetting& single : kSingleSettings) AddSingle(command, single, given);
+  for (const char* name : kCurveNames) AddCurve(command, name, given);
+  AddBands(command, given);
+  for (const ListOption& list : lists) AddList(command, list, given);
+  AddFlip(command, "flip_h", "Mirror left and right, or not", given);
+  AddFlip(command, "flip_v", "Mirror top and bottom, or not", given);
 }
 
 }  // namespace lumvik

@@ -5,24 +5,39 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
+#include <system_error>
 
 #include "adjustment_options.h"
 #include "engine.h"
+#include "file_paths.h"
 #include "in_range.h"
 #include "lumvik.h"
 #include "output_format.h"
-#include "photograph_paths.h"
+#include "range.h"
+#include "settings.h"
+#include "settings_file.h"
 #include "staged_file.h"
 #include "written_jpeg.h"
 
 namespace lumvik {
 namespace {
 
+constexpr Range<int> kDecodeQualities = {1, 4};
+constexpr Range<int> kJpegQualities = {1, 100};
+constexpr char kSettingsEnding[] = ".json";
+
+// The headings of the other options in the help.
+constexpr char kSettingsFile[] = "Settings file";
+constexpr char kOutput[] = "Output";
+
 struct DevelopOptions {
   std::string input;
   std::string output;
-  AdjustmentOptions adjustments;
+  Settings given;                            // by options of their own
+  std::optional<std::string> settings;       // the file to read others from
+  std::optional<std::string> save_settings;  // and the one to write them all to
   int decode_quality = 1;
   int jpeg_quality = 90;
   std::optional<int> bits;
@@ -58,25 +73,52 @@ int Export(EngineContext* context, const DevelopOptions& options, OutputFormat f
   return -1;
 }
 
+// What the command line gives goes before what the settings file gives, and that before the defaults.
+Settings CompleteSettings(const DevelopOptions& options) {
+  Settings settings = options.given;
+  if (options.settings) {
+    RequireReadable(*options.settings);
+    settings.merge(ReadSettings(*options.settings));
+  }
+  settings.merge(DefaultSettings());
+  return settings;
+}
+
+// Writes the settings beside `target`; they wait there for their Commit.
+std::unique_ptr<StagedFile> StageSettings(const Settings& settings, const std::filesystem::path& target) {
+  auto file = std::make_unique<StagedFile>(target, kSettingsEnding);
+  try {
+    WriteSettings(settings, file->temporary_path());
+  } catch (const std::system_error& error) {
+    throw std::runtime_error("cannot write '" + target.string() + "': " + error.code().message());
+  }
+  return file;
+}
+
 void Develop(const DevelopOptions& options) {
   const OutputFormat format = *OutputFormatOf(options.output);
   CheckBits(options.bits, format);
-  RequirePhotograph(options.input);
+  RequireReadable(options.input);
   const std::filesystem::path target = ResolveOutput(options.output, options.input);
+  const Settings settings = CompleteSettings(options);
+  std::filesystem::path settings_target;
+  if (options.save_settings) settings_target = ResolveOutput(*options.save_settings, options.input);
 
   Engine engine;
   engine.Run("cannot read '" + options.input + "'", [&](EngineContext* context) {
     return lumvik_load_arw(context, options.input.c_str(), options.decode_quality);
   });
-  // After loading, which puts every adjustment back to its default.
-  options.adjustments.Apply(engine.context());
+  Apply(settings, engine.context());
   engine.Run("cannot develop '" + options.input + "'", lumvik_process);
 
+  std::unique_ptr<StagedFile> settings_file;
+  if (!settings_target.empty()) settings_file = StageSettings(settings, settings_target);
   StagedFile file(target, EndingOf(format));
   engine.Run("cannot write '" + options.output + "'", [&](EngineContext* context) {
     return Export(context, options, format, file.temporary_path().c_str());
   });
   file.Commit();
+  if (settings_file) settings_file->Commit();
   std::cout << options.output << ' ' << lumvik_get_width(engine.context()) << 'x'
             << lumvik_get_height(engine.context()) << '\n';
 }
@@ -86,9 +128,58 @@ std::string KnownEnding(const std::string& path) {
   return "'" + path + "' does not end in .jpg, .jpeg, .png, .tif or .tiff, so its format is unknown";
 }
 
+// Spares the user a photograph lost to a slip of the hand.
+std::string SettingsEnding(const std::string& path) {
+  if (std::filesystem::path(path).extension() == kSettingsEnding) return {};
+  return "'" + path + "' does not end in " + kSettingsEnding;
+}
+
 std::string KnownBits(const std::string& text) {
   if (text == "8" || text == "16") return {};
   return "'" + text + "' is not 8 or 16";
+}
+
+void AddSettingsFileOptions(CLI::App& command, DevelopOptions& options) {
+  command
+      .add_option("--settings", options.settings,
+                  "Read settings from this file; those given as options override it")
+      ->type_name("FILE")
+      ->group(kSettingsFile);
+  command
+      .add_option("--save-settings", options.save_settings,
+                  "Write all settings that were used to this file, which ends in .json")
+      ->type_name("FILE")
+      ->check(CLI::Validator(SettingsEnding, ""))
+      ->group(kSettingsFile);
+}
+
+void AddOutputOptions(CLI::App& command, DevelopOptions& options) {
+  command
+      .add_option("-o,--output", options.output,
+                  "The file to write; its ending .jpg, .jpeg, .png, .tif or .tiff chooses the format")
+      ->required()
+      ->type_name("OUT")
+      ->check(CLI::Validator(KnownEnding, ""))
+      ->group(kOutput);
+  command
+      .add_option("--quality", options.decode_quality,
+                  "Decoding of a camera RAW file: 1 full, 2 and 3 half size first, 4 quarter-size proxy "
+                  "(default 1)")
+      ->type_name("LEVEL")
+      ->check(InRange(kDecodeQualities))
+      ->group(kOutput);
+  command.add_option("--jpeg-quality", options.jpeg_quality, "Quality of a written JPEG (default 90)")
+      ->type_name("QUALITY")
+      ->check(InRange(kJpegQualities))
+      ->group(kOutput);
+  command
+      .add_option("--bits", options.bits,
+                  "Bits a channel: 8 or 16 for PNG (default 8); a JPEG has 8, a TIFF 16")
+      ->type_name("BITS")
+      ->check(CLI::Validator(KnownBits, ""))
+      ->group(kOutput);
+  command.add_flag("--no-exif", options.no_exif, "Leave the photograph's EXIF out of a written JPEG")
+      ->group(kOutput);
 }
 
 }  // namespace
@@ -99,28 +190,9 @@ void AddDevelopCommand(CLI::App& app) {
   command->add_option("IN", options->input, "The photograph: camera RAW, JPEG, PNG, TIFF, BMP or WebP")
       ->required()
       ->type_name("");
-  command
-      ->add_option("-o,--output", options->output,
-                   "The file to write; its ending .jpg, .jpeg, .png, .tif or .tiff chooses the format")
-      ->required()
-      ->type_name("OUT")
-      ->check(CLI::Validator(KnownEnding, ""));
-  options->adjustments.AddTo(*command);
-  command
-      ->add_option("--quality", options->decode_quality,
-                   "Decoding of a camera RAW file: 1 full, 2 and 3 half size first, 4 quarter-size proxy "
-                   "(default 1)")
-      ->type_name("LEVEL")
-      ->check(InRange(1, 4));
-  command->add_option("--jpeg-quality", options->jpeg_quality, "Quality of a written JPEG (default 90)")
-      ->type_name("QUALITY")
-      ->check(InRange(1, 100));
-  command
-      ->add_option("--bits", options->bits,
-                   "Bits a channel: 8 or 16 for PNG (default 8); a JPEG has 8, a TIFF 16")
-      ->type_name("BITS")
-      ->check(CLI::Validator(KnownBits, ""));
-  command->add_flag("--no-exif", options->no_exif, "Leave the photograph's EXIF out of a written JPEG");
+  AddAdjustmentOptions(*command, options->given);
+  AddSettingsFileOptions(*command, *options);
+  AddOutputOptions(*command, *options);
   command->callback([options] { Develop(*options); });
 }
 

@@ -3,25 +3,21 @@
 #define LUMVIK_APPS_IN_RANGE_H_
 
 #include <CLI/CLI.hpp>
-#include <sstream>
 #include <string>
-#include <type_traits>
+
+#include "range.h"
 
 namespace lumvik {
 
-// Accepts a number from `lowest` to `highest`, which the help shows as "lowest..highest". The comparison is
-// worded so that NaN, which is neither below nor above a bound, is refused.
+// Accepts a number of the range, which the help shows as "lowest..highest".
 template <typename Number>
-CLI::Validator InRange(Number lowest, Number highest) {
-  std::ostringstream range;
-  range << lowest << ".." << highest;
-  const std::string kind = std::is_integral_v<Number> ? "a whole number" : "a number";
-  const auto check = [=, shown = range.str()](const std::string& text) -> std::string {
+CLI::Validator InRange(Range<Number> range) {
+  const auto check = [=](const std::string& text) -> std::string {
     Number value{};
-    if (CLI::detail::lexical_cast(text, value) && value >= lowest && value <= highest) return {};
-    return "'" + text + "' is not " + kind + " in " + shown;
+    if (CLI::detail::lexical_cast(text, value) && range.Holds(value)) return {};
+    return range.Fault("'" + text + "'");
   };
-  return CLI::Validator(check, range.str());
+  return CLI::Validator(check, range.Text());
 }
 
 }  // namespace lumvik

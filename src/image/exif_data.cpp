@@ -2,13 +2,16 @@
 
 #include <libexif/exif-loader.h>
 
+#include "image/file_io.h"
+
 namespace lumvik {
 
 ExifDataPtr LoadExifData(const std::string& path) {
   const std::unique_ptr<ExifLoader, decltype(&exif_loader_unref)> loader(exif_loader_new(),
                                                                          &exif_loader_unref);
   ExifDataPtr data(nullptr, &exif_data_unref);
-  if (loader) {
+  // The file may have been replaced by a pipe since it was loaded, and libexif would wait for its other end.
+  if (loader && !ReadingMayBlock(path)) {
     exif_loader_write_file(loader.get(), path.c_str());
     data.reset(exif_loader_get_data(loader.get()));
   }

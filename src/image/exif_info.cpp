@@ -150,7 +150,9 @@ ExifInfo ExifInfoFromDecoded(const DecodedImage& decoded) {
   info.focal_length = decoded.focal_len;
   info.f_number = decoded.aperture;
   info.exposure_time = decoded.shutter;
-  info.iso = static_cast<int32_t>(decoded.iso_speed);
+  // A damaged file may state any number.
+  constexpr float kTooLarge = 2147483648.0F;
+  if (std::fabs(decoded.iso_speed) < kTooLarge) info.iso = static_cast<int32_t>(decoded.iso_speed);
   info.width = decoded.width;
   info.height = decoded.height;
   info.orientation = decoded.orientation;

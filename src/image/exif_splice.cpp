@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <fstream>
 #include <iterator>
+#include <sstream>
 
 #include "image/exif_data.h"
 
@@ -23,6 +24,17 @@ std::vector<uint8_t> SerialiseExif(ExifData& data) {
   exif_data_save_data(&data, &bytes, &size);
   const std::unique_ptr<unsigned char, decltype(&std::free)> owner(bytes, &std::free);
   return bytes == nullptr ? std::vector<uint8_t>() : std::vector<uint8_t>(bytes, bytes + size);
+}
+
+// False when the file cannot be opened, is empty or cannot be read to its end.
+bool ReadStream(const std::string& path, std::vector<uint8_t>& bytes) {
+  std::ifstream input(path, std::ios::binary);
+  std::ostringstream content;
+  content << input.rdbuf();
+  if (!input || !content) return false;
+  const std::string text = content.str();
+  bytes.assign(text.begin(), text.end());
+  return true;
 }
 
 bool IsJpeg(const std::vector<uint8_t>& bytes) {
@@ -59,13 +71,11 @@ std::vector<uint8_t> SpliceExif(const std::vector<uint8_t>& jpeg, const std::vec
 bool CopyExifToJpeg(const std::string& source_path, const std::string& jpeg_path) {
   const ExifDataPtr data = LoadExifData(source_path);
   if (!data) return false;
-  std::ifstream input(jpeg_path, std::ios::binary);
-  const std::vector<uint8_t> jpeg{std::istreambuf_iterator<char>(input), std::istreambuf_iterator<char>()};
-  if (!IsJpeg(jpeg)) return false;
+  std::vector<uint8_t> jpeg;
+  if (!ReadStream(jpeg_path, jpeg) || !IsJpeg(jpeg)) return false;
   const std::vector<uint8_t> exif = SerialiseExif(*data);
   if (exif.empty()) return false;
   const std::vector<uint8_t> spliced = SpliceExif(jpeg, exif);
-  input.close();
   std::ofstream output(jpeg_path, std::ios::binary | std::ios::trunc);
   output.write(reinterpret_cast<const char*>(spliced.data()), static_cast<std::streamsize>(spliced.size()));
   output.close();

@@ -18,6 +18,8 @@ namespace {
 constexpr int kMaxLongSide = 2000;
 constexpr int kColors = 3;
 constexpr int kBitsPerSample = 16;
+constexpr size_t kMaxPixels = size_t{1}
+                              << 29;  // beyond any camera; LibRaw's own sizes overflow at 715 million
 
 using MemoryImage = std::unique_ptr<libraw_processed_image_t, decltype(&LibRaw::dcraw_clear_mem)>;
 
@@ -38,6 +40,18 @@ std::string Failure(const char* step, int code) {
   return std::string("LibRaw ") + step + " failed: " + libraw_strerror(code);
 }
 
+// What LibRaw is about to deliver. A monochrome sensor gives one colour, which must not be read as three, and
+// a file may have its picture stretched beyond all bounds on the way.
+bool HasThreeDeepColors(const LibRaw& raw) {
+  int width = 0;
+  int height = 0;
+  int colors = 0;
+  int bits = 0;
+  raw.get_mem_image_format(&width, &height, &colors, &bits);
+  return colors == kColors && bits == kBitsPerSample &&
+         static_cast<size_t>(width) * static_cast<size_t>(height) <= kMaxPixels;
+}
+
 // Runs LibRaw's steps up to the finished image in memory; null with `error` set when one fails.
 MemoryImage Develop(LibRaw& raw, const std::string& path, int quality, std::string& error) {
   MemoryImage image(nullptr, &LibRaw::dcraw_clear_mem);
@@ -49,16 +63,13 @@ MemoryImage Develop(LibRaw& raw, const std::string& path, int quality, std::stri
   const int opened = ReadingMayBlock(path) ? LIBRAW_IO_ERROR : raw.open_file(path.c_str());
   if (failed("open_file", opened)) return image;
   SetProcessingParameters(raw.imgdata.params, quality);
-  if (failed("unpack", raw.unpack())) return image;
+  const libraw_image_sizes_t& sizes = raw.imgdata.sizes;
+  const bool too_big = size_t{sizes.raw_width} * sizes.raw_height > kMaxPixels;
+  if (failed("unpack", too_big ? LIBRAW_TOO_BIG : raw.unpack())) return image;
   if (failed("dcraw_process", raw.dcraw_process())) return image;
-  int code = LIBRAW_SUCCESS;
-  image.reset(raw.dcraw_make_mem_image(&code));
-  // A monochrome sensor gives one colour; reading it as three would run past its end.
-  const bool usable = image && image->colors == kColors && image->bits == kBitsPerSample;
-  if (!usable) {
-    error = Failure("dcraw_make_mem_image", image ? LIBRAW_FILE_UNSUPPORTED : code);
-    image.reset();
-  }
+  int code = HasThreeDeepColors(raw) ? LIBRAW_SUCCESS : LIBRAW_FILE_UNSUPPORTED;
+  if (code == LIBRAW_SUCCESS) image.reset(raw.dcraw_make_mem_image(&code));
+  if (!image) error = Failure("dcraw_make_mem_image", code);
   return image;
 }
 

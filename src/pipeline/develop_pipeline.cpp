@@ -1,6 +1,7 @@
 #include "pipeline/develop_pipeline.h"
 
 #include <cmath>
+#include <utility>
 #include <vector>
 
 #include "pipeline/brightness.h"
@@ -119,7 +120,7 @@ constexpr Stage kStages[] = {
 // over the rows together; as long as no frame stage is awake there is no working image.
 class Run {
  public:
-  explicit Run(const ImageBuffer& source) : image_(source) {}
+  explicit Run(ImageBuffer source) : image_(std::move(source)) {}
 
   void Pass(const Stage& stage, const A& adjustments) {
     if (stage.point != nullptr) {

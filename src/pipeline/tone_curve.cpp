@@ -34,6 +34,7 @@ float EvaluateSegment(const ToneCurve& points, size_t j, float x) {
 
 // A NaN looks up entry 0.
 size_t Index(float value) {
+  // NOLINTNEXTLINE(bugprone-incorrect-roundings): adding a half and cutting off is how the index is defined
   return static_cast<size_t>(SaturateUnit(value) * kMaxIndex + 0.5F);
 }
 

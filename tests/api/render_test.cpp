@@ -169,5 +169,32 @@ TEST_F(RenderTest, UnloadingEmptiesTheRender) {
   EXPECT_EQ(LastError(), "no image loaded");
 }
 
+TEST_F(RenderTest, SettingsThatAreRefusedLeaveTheEarlierRender) {
+  LoadNeutral();
+  ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+  lumvik_set_exposure(ctx(), 1);
+  lumvik_set_sharpening_amount(ctx(), 50);
+  for (const float radius : {0.0F, -2.0F}) {
+    lumvik_set_sharpening_radius(ctx(), radius);
+    const std::string before = Describe(*ctx());
+    EXPECT_THROW(lumvik_process(ctx()), cv::Exception);
+    EXPECT_EQ(Describe(*ctx()), before);
+    EXPECT_TRUE(SameBytes(Exported(), Widened(SmallPicture()))) << "the render that is still current";
+  }
+  lumvik_set_sharpening_radius(ctx(), 1);
+  EXPECT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+  EXPECT_FALSE(SameBytes(Exported(), Widened(SmallPicture())));
+}
+
+TEST_F(RenderTest, ACropChangesTheReportedSizeOnceItIsRendered) {
+  LoadNeutral();
+  lumvik_set_crop(ctx(), 0.25F, 0.5F, 0.5F, 0.5F);
+  EXPECT_EQ(lumvik_get_width(ctx()), 48);
+  ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
+  EXPECT_EQ(lumvik_get_width(ctx()), 24);
+  EXPECT_EQ(lumvik_get_height(ctx()), 16);
+  EXPECT_EQ(Exported().size(), cv::Size(24, 16));
+}
+
 }  // namespace
 }  // namespace lumvik::test

@@ -3,6 +3,7 @@
 #include <stdlib.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <fstream>
 #include <iterator>
@@ -60,6 +61,12 @@ double GreatestDifference(const cv::Mat& a, const cv::Mat& b) {
 double MeanDifference(const cv::Mat& a, const cv::Mat& b) {
   return cv::norm(a, b, cv::NORM_L1) /
          static_cast<double>(a.total() * static_cast<std::size_t>(a.channels()));
+}
+
+std::string TestNameOf(const std::string& option) {
+  std::string name = option.substr(2);
+  std::replace(name.begin(), name.end(), '-', '_');
+  return name;
 }
 
 void ExpectRefusal(const ProcessResult& result, int status, const std::string& part) {

@@ -31,6 +31,9 @@ cv::Mat SmallPicture();
 double GreatestDifference(const cv::Mat& a, const cv::Mat& b);
 double MeanDifference(const cv::Mat& a, const cv::Mat& b);
 
+// The option without its dashes, as the name of a test may have none.
+std::string TestNameOf(const std::string& option);
+
 // Expects the status, nothing on standard output, and one line "lumvik: ..." with `part` on standard error.
 void ExpectRefusal(const ProcessResult& result, int status, const std::string& part);
 

@@ -1,5 +1,6 @@
 // Arguments: what the command explains, what it accepts and what it refuses with status 2.
 #include <filesystem>
+#include <ostream>
 
 #include "command_test.h"
 
@@ -21,12 +22,42 @@ struct AdjustmentRange {
   const char* too_high;
 };
 
+void PrintTo(const AdjustmentRange& range, std::ostream* out) {
+  *out << range.option;
+}
+
 constexpr AdjustmentRange kRanges[] = {
     {"--exposure", "STOPS", "-10", "10", "-10.01", "10.01"},
     {"--brightness", "PERCENT", "-100", "100", "-100.5", "101"},
     {"--contrast", "PERCENT", "-100", "100", "-101", "100.001"},
     {"--temperature", "KELVIN", "1667", "25000", "1666.9", "25001"},
     {"--tint", "TINT", "-150", "150", "-151", "1e9"},
+    {"--highlights", "PERCENT", "-100", "100", "-101", "101"},
+    {"--shadows", "PERCENT", "-100", "100", "-101", "101"},
+    {"--whites", "PERCENT", "-100", "100", "-101", "101"},
+    {"--blacks", "PERCENT", "-100", "100", "-101", "101"},
+    {"--saturation", "PERCENT", "-100", "100", "-101", "101"},
+    {"--vibrance", "PERCENT", "-100", "100", "-101", "101"},
+    {"--clarity", "PERCENT", "-100", "100", "-101", "101"},
+    {"--texture", "PERCENT", "-100", "100", "-101", "101"},
+    {"--dehaze", "PERCENT", "0", "100", "-1", "101"},
+    {"--nr-luminance", "PERCENT", "0", "100", "-1", "101"},
+    {"--nr-color", "PERCENT", "0", "100", "-1", "101"},
+    {"--sharpening-amount", "AMOUNT", "0", "150", "-1", "151"},
+    {"--sharpening-radius", "PIXELS", "0.01", "100", "0", "101"},
+    {"--sharpening-threshold", "LEVEL", "0", "65535", "-1", "65536"},
+    {"--distortion", "PERCENT", "-100", "100", "-101", "101"},
+    {"--ca-correction", "PERCENT", "0", "100", "-1", "101"},
+    {"--lens-vignette", "PERCENT", "0", "100", "-1", "101"},
+    {"--defringe", "PERCENT", "0", "100", "-1", "101"},
+    {"--rotation", "DEGREES", "-180", "180", "-181", "181"},
+    {"--perspective-h", "PERCENT", "-100", "100", "-101", "101"},
+    {"--perspective-v", "PERCENT", "-100", "100", "-101", "101"},
+    {"--vignette-amount", "PERCENT", "-100", "100", "-101", "101"},
+    {"--vignette-midpoint", "PERCENT", "0", "100", "-1", "101"},
+    {"--vignette-roundness", "PERCENT", "-100", "100", "-101", "101"},
+    {"--grain-amount", "PERCENT", "0", "100", "-1", "101"},
+    {"--grain-size", "PERCENT", "0", "100", "-1", "101"},
 };
 
 using UsageTest = CommandTest;
@@ -54,10 +85,59 @@ TEST_F(UsageTest, HelpOfDevelopNamesEveryOptionWithItsUnitAndRange) {
         std::string(range.option) + " " + range.unit + ":" + range.lowest + ".." + range.highest;
     EXPECT_NE(result.out.find(expected), std::string::npos) << expected << " is missing in:\n" << result.out;
   }
-  for (const char* expected : {"IN", "-o,--output OUT", "--quality LEVEL:1..4",
-                               "--jpeg-quality QUALITY:1..100", "--bits BITS", "--no-exif"}) {
+  for (const char* expected :
+       {"IN", "-o,--output OUT", "--quality LEVEL:1..4", "--jpeg-quality QUALITY:1..100", "--bits BITS",
+        "--no-exif", "--settings FILE", "--save-settings FILE", "--tone-curve \"X,Y ...\"",
+        "--tone-curve-red", "--tone-curve-green", "--tone-curve-blue", "--hsl BAND=HUE,SATURATION,LUMINANCE",
+        "--split-highlights HUE,SATURATION", "--split-shadows HUE,SATURATION",
+        "--split-balance PERCENT:-100..100", "--crop X,Y,W,H", "--flip-h,--no-flip-h",
+        "--flip-v,--no-flip-v"}) {
     EXPECT_NE(result.out.find(expected), std::string::npos) << expected << " is missing in:\n" << result.out;
   }
+}
+
+TEST_F(UsageTest, HelpOfDevelopGroupsTheOptions) {
+  const std::string help = Lumvik({"develop", "--help"}).out;
+  std::size_t at = 0;
+  for (const char* part :
+       {"\nTone:", "--tone-curve-blue", "\nColour:", "--hsl", "\nDetail:", "--sharpening-threshold",
+        "\nLens:", "--defringe", "\nGeometry:", "--flip-v", "\nEffects:", "--grain-size",
+        "\nSettings file:", "--save-settings", "\nOutput:", "--no-exif"}) {
+    at = help.find(part, at);
+    ASSERT_NE(at, std::string::npos) << part << " is missing or out of place in:\n" << help;
+  }
+}
+
+TEST_F(UsageTest, ValuesOfSeveralPartsAreChecked) {
+  const std::string in = Photograph("in.png");
+  const struct {
+    std::vector<std::string> options;
+    const char* told;
+  } cases[] = {
+      {{"--crop", "0,0,1"}, "--crop: '0,0,1' is not 4 numbers parted by commas"},
+      {{"--crop", "0,0,1,"}, "--crop: '' is not a number in 0..1"},
+      {{"--crop", "0,0,1,nan"}, "--crop: 'nan' is not a number in 0..1"},
+      {{"--crop", "-0.1,0,1,1"}, "--crop: '-0.1' is not a number in 0..1"},
+      {{"--split-highlights", "361,5"}, "--split-highlights: '361' is not a number in 0..360"},
+      {{"--split-shadows", "5,-1"}, "--split-shadows: '-1' is not a number in 0..100"},
+      {{"--split-balance", "101"}, "--split-balance: '101' is not a number in -100..100"},
+      {{"--hsl", "red=1,2"}, "--hsl: '1,2' is not 3 numbers parted by commas"},
+      {{"--hsl", "red=181,0,0"}, "--hsl: '181' is not a number in -180..180"},
+      {{"--hsl", "red=0,0,101"}, "--hsl: '101' is not a number in -100..100"},
+      {{"--hsl", "pink=1,2,3"}, "--hsl: 'pink=1,2,3' does not begin with a band"},
+      {{"--hsl", "red"}, "--hsl: 'red' does not begin with a band"},
+      {{"--hsl", "red=1,2,3", "--hsl", "red=1,2,3"}, "--hsl: the band red is given twice"},
+      {{"--tone-curve", ""}, "--tone-curve: '': a curve needs at least two points"},
+      {{"--tone-curve", "0.5,0.5"}, "--tone-curve: '0.5,0.5': a curve needs at least two points"},
+      {{"--tone-curve-red", "0,0 1"}, "--tone-curve-red: '1' is not 2 numbers parted by commas"},
+      {{"--tone-curve-red", "0,0 1,1.1"}, "--tone-curve-red: '1.1' is not a number in 0..1"},
+      {{"--tone-curve-red", "0,0 inf,1"}, "--tone-curve-red: 'inf' is not a number in 0..1"},
+      {{"--tone-curve-blue", "0,0 0.5,1 0.5,1"}, "the points of a curve need ascending x"},
+      {{"--flip-h", "--flip-h"}, "--flip-h"},
+      {{"--flip-h=false"}, "flip-h"},
+  };
+  for (const auto& c : cases) ExpectRefusal(Develop(in, Path("out.png"), c.options), kUsage, c.told);
+  EXPECT_FALSE(std::filesystem::exists(Path("out.png")));
 }
 
 TEST_F(UsageTest, IncompleteOrUnknownArgumentsAreRefused) {
@@ -75,24 +155,26 @@ TEST_F(UsageTest, IncompleteOrUnknownArgumentsAreRefused) {
   EXPECT_FALSE(std::filesystem::exists(out));
 }
 
-TEST_F(UsageTest, BoundsOfAnAdjustmentAreAccepted) {
+class RangeTest : public CommandTest, public ::testing::WithParamInterface<AdjustmentRange> {};
+INSTANTIATE_TEST_SUITE_P(All, RangeTest, ::testing::ValuesIn(kRanges),
+                         [](const auto& range) { return TestNameOf(range.param.option); });
+
+TEST_P(RangeTest, BoundsAreAccepted) {
+  const AdjustmentRange& range = GetParam();
   const std::string in = Photograph("in.png");
-  for (const AdjustmentRange& range : kRanges) {
-    for (const char* value : {range.lowest, range.highest}) {
-      const ProcessResult result = Develop(in, Path("out.png"), {range.option, value});
-      EXPECT_EQ(result.status, kSuccess) << range.option << ' ' << value << ": " << result.err;
-    }
+  for (const char* value : {range.lowest, range.highest}) {
+    const ProcessResult result = Develop(in, Path("out.png"), {range.option, value});
+    EXPECT_EQ(result.status, kSuccess) << range.option << ' ' << value << ": " << result.err;
   }
 }
 
-TEST_F(UsageTest, ValuesOutsideTheRangeAreRefused) {
+TEST_P(RangeTest, ValuesOutsideAreRefused) {
+  const AdjustmentRange& range = GetParam();
   const std::string in = Photograph("in.png");
-  for (const AdjustmentRange& range : kRanges) {
-    for (const char* value : {range.too_low, range.too_high, "nan"}) {
-      ExpectRefusal(Develop(in, Path("out.png"), {range.option, value}), kUsage,
-                    std::string(range.option) + ": '" + value + "' is not a number in " + range.lowest +
-                        ".." + range.highest);
-    }
+  for (const char* value : {range.too_low, range.too_high, "nan"}) {
+    ExpectRefusal(Develop(in, Path("out.png"), {range.option, value}), kUsage,
+                  std::string(range.option) + ": '" + value + "' is not a number in " + range.lowest + ".." +
+                      range.highest);
   }
   EXPECT_FALSE(std::filesystem::exists(Path("out.png")));
 }

@@ -59,5 +59,10 @@ TEST_F(LoadedExif, IsNullWithoutABlock) {
   EXPECT_EQ(LoadExifData(LUMVIK_TEST_DATA "/no_thumb.dng"), nullptr);
 }
 
+TEST_F(LoadedExif, NobodyWaitsForAPipe) {
+  const Deadline deadline;
+  EXPECT_EQ(LoadExifData(MakePipe(dir_.File("pipe.jpg"))), nullptr);
+}
+
 }  // namespace
 }  // namespace lumvik::test

@@ -1,13 +1,8 @@
 // Where a photograph was taken: the coordinates of image/exif_info.h.
-#include <gtest/gtest.h>
-
 #include <cmath>
 
 #include "image/exif_data.h"
-#include "image/exif_info.h"
-#include "support/exif_jpeg.h"
-#include "support/file_bytes.h"
-#include "support/temp_dir.h"
+#include "support/exif_record.h"
 
 namespace lumvik::test {
 namespace {
@@ -18,21 +13,13 @@ const std::vector<Rational> kHalfPast52 = {{52, 1}, {30, 1}, {0, 1}};
 
 class ExifPosition : public ::testing::TestWithParam<ByteOrder> {
  protected:
-  static ExifInfo Read(const ExifBlock& exif) {
-    const TempDir dir;
-    ExifInfo info{};
-    EXPECT_TRUE(ReadExifFile(WriteBytes(dir.File("a.jpg"), JpegWithExif(exif.Serialize())), info));
-    return info;
-  }
-  static double Latitude(const ExifBlock& exif) { return Read(exif).gps_latitude; }
+  static double Latitude(const ExifBlock& exif) { return ReadRecord(exif).gps_latitude; }
 
   ExifBlock exif_{GetParam()};
 };
 
 INSTANTIATE_TEST_SUITE_P(ExifInfo, ExifPosition, ::testing::Values(ByteOrder::kLittle, ByteOrder::kBig),
-                         [](const auto& order) {
-                           return order.param == ByteOrder::kLittle ? "little" : "big";
-                         });
+                         ByteOrderName);
 
 TEST_P(ExifPosition, SouthAndWestAreNegative) {
   const struct {
@@ -49,7 +36,7 @@ TEST_P(ExifPosition, SouthAndWestAreNegative) {
         .Rationals(Ifd::kGps, kLatitude, kHalfPast52)
         .Ascii(Ifd::kGps, kLongitudeRef, c.longitude_ref)
         .Rationals(Ifd::kGps, kLongitude, {{13, 1}, {15, 1}, {0, 1}});
-    const ExifInfo info = Read(exif);
+    const ExifInfo info = ReadRecord(exif);
     EXPECT_DOUBLE_EQ(info.gps_latitude, c.latitude) << c.latitude_ref;
     EXPECT_DOUBLE_EQ(info.gps_longitude, c.longitude) << c.longitude_ref;
   }
@@ -87,8 +74,8 @@ TEST_P(ExifPosition, MoreThanThreeFractionsAreEnough) {
 
 TEST_P(ExifPosition, FewerThanThreeFractionsAreNoPosition) {
   exif_.Rationals(Ifd::kGps, kLatitude, {{52, 1}, {30, 1}}).Rationals(Ifd::kGps, kLongitude, {{13, 1}});
-  EXPECT_TRUE(std::isnan(Read(exif_).gps_latitude));
-  EXPECT_TRUE(std::isnan(Read(exif_).gps_longitude));
+  EXPECT_TRUE(std::isnan(ReadRecord(exif_).gps_latitude));
+  EXPECT_TRUE(std::isnan(ReadRecord(exif_).gps_longitude));
 }
 
 TEST_P(ExifPosition, FractionsThatRunOverTheEndAreNoPosition) {
@@ -99,14 +86,14 @@ TEST_P(ExifPosition, FractionsThatRunOverTheEndAreNoPosition) {
 
 TEST_P(ExifPosition, AReferenceAloneIsNoPosition) {
   exif_.Ascii(Ifd::kGps, kLatitudeRef, "S").Ascii(Ifd::kGps, kLongitudeRef, "W");
-  EXPECT_TRUE(std::isnan(Read(exif_).gps_latitude));
-  EXPECT_TRUE(std::isnan(Read(exif_).gps_longitude));
+  EXPECT_TRUE(std::isnan(ReadRecord(exif_).gps_latitude));
+  EXPECT_TRUE(std::isnan(ReadRecord(exif_).gps_longitude));
 }
 
 TEST_P(ExifPosition, OneCoordinateDoesWithoutTheOther) {
   exif_.Rationals(Ifd::kGps, kLongitude, kHalfPast52);
-  EXPECT_TRUE(std::isnan(Read(exif_).gps_latitude));
-  EXPECT_DOUBLE_EQ(Read(exif_).gps_longitude, 52.5);
+  EXPECT_TRUE(std::isnan(ReadRecord(exif_).gps_latitude));
+  EXPECT_DOUBLE_EQ(ReadRecord(exif_).gps_longitude, 52.5);
 }
 
 TEST_P(ExifPosition, OtherFormatsAreNoPosition) {

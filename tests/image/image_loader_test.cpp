@@ -78,6 +78,11 @@ TEST(IsStandardImagePath, EveryEndingInAnyCase) {
 }
 
 TEST(IsStandardImagePath, EverythingElseIsRaw) {
+  for (const std::string ending : kEndings) {
+    EXPECT_FALSE(IsStandardImagePath("photo" + ending.substr(1))) << ending;
+    EXPECT_FALSE(IsStandardImagePath("photo" + ending + "x")) << ending;
+    EXPECT_FALSE(IsStandardImagePath("photo" + ending + ".arw")) << ending;
+  }
   for (const char* path : {"IMG.ARW", "IMG.dng", "x.jpg.arw", "x.jpg/y", "jpg", "photojpg", "photo.jpg ",
                            "photo.jp", "a.jpgx", "a.gif", "a.webp.", "", ".", "g", "jpeg", "noending"}) {
     EXPECT_FALSE(IsStandardImagePath(path)) << path;

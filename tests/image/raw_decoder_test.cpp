@@ -1,17 +1,15 @@
 #include "image/raw_decoder.h"
 
 #include <gtest/gtest.h>
-#include <libraw/libraw.h>
 
 #include <filesystem>
-#include <memory>
 #include <opencv2/imgproc.hpp>
 #include <string>
+#include <thread>
 
 #include "image/base_curve.h"
-#include "support/broken_raw.h"
 #include "support/file_bytes.h"
-#include "support/process_state.h"
+#include "support/plain_raw_decode.h"
 #include "support/raw_writer.h"
 #include "support/temp_dir.h"
 #include "support/test_images.h"
@@ -22,8 +20,6 @@ namespace {
 namespace fs = std::filesystem;
 
 using Rgba16 = cv::Vec<uint16_t, 4>;
-
-constexpr char kUnsupported[] = "Unsupported file format or not RAW file";
 
 const std::string kSample = LUMVIK_SAMPLES "/sample_small.ARW";
 const std::string kData = LUMVIK_TEST_DATA "/";
@@ -46,55 +42,6 @@ std::vector<uint8_t> RawFile(const cv::Mat& rgb, RawFormat format) {
   options.format = format;
   return MakeRawFile(rgb, options);
 }
-
-// The decode written down step by step, with LibRaw's own calls.
-class PlainDecode {
- public:
-  PlainDecode(const std::string& path, int quality) : raw_(std::make_unique<LibRaw>()) {
-    EXPECT_EQ(raw_->open_file(path.c_str()), LIBRAW_SUCCESS);
-    auto& params = raw_->imgdata.params;
-    params.half_size = quality >= 2 ? 1 : 0;
-    params.use_camera_wb = 1;
-    params.output_color = 1;
-    params.gamm[0] = 0.4166666666666667;
-    params.gamm[1] = 12.92;
-    params.output_bps = 16;
-    params.user_qual = 3;
-    params.no_auto_bright = 1;
-    EXPECT_EQ(raw_->unpack(), LIBRAW_SUCCESS);
-    EXPECT_EQ(raw_->dcraw_process(), LIBRAW_SUCCESS);
-    int code = 0;
-    libraw_processed_image_t* memory = raw_->dcraw_make_mem_image(&code);
-    image_ = cv::Mat(memory->height, memory->width, CV_16UC3, memory->data).clone();
-    LibRaw::dcraw_clear_mem(memory);
-    for (int y = 0; y < image_.rows; ++y) {
-      for (int i = 0; i < image_.cols * 3; ++i) {
-        auto& sample = image_.ptr<uint16_t>(y)[i];
-        sample = BaseCurveTable()[sample];
-      }
-    }
-    Reduce(quality);
-  }
-
-  // 16-bit red, green, blue.
-  const cv::Mat& Image() const { return image_; }
-  const libraw_data_t& Data() const { return raw_->imgdata; }
-
- private:
-  void Reduce(int quality) {
-    const int long_side = std::max(image_.cols, image_.rows);
-    if (quality == 4) {
-      cv::resize(image_, image_, cv::Size(image_.cols / 2, image_.rows / 2), 0, 0, cv::INTER_AREA);
-    }
-    if (long_side > 2000) {
-      const auto factor = static_cast<double>(2000.0F / static_cast<float>(long_side));
-      cv::resize(image_, image_, cv::Size(), factor, factor, cv::INTER_AREA);
-    }
-  }
-
-  std::unique_ptr<LibRaw> raw_;
-  cv::Mat image_;
-};
 
 // Expects the opaque picture, and the size to be told with it.
 void ExpectImage(const DecodedImage& decoded, const cv::Mat& rgb) {
@@ -300,6 +247,17 @@ TEST_F(RawDecoder, NamesMayHoldSpacesAndAnyLetters) {
       decoded));
 }
 
+TEST(DecodeRaw, ThreadsMayDecodeAtOnce) {
+  DecodedImage decoded[4];
+  std::vector<std::thread> threads;
+  for (DecodedImage& one : decoded) {
+    threads.emplace_back([&one] { EXPECT_TRUE(DecodeRaw(kData + "no_thumb.dng", 1, one)); });
+  }
+  for (std::thread& thread : threads) thread.join();
+  const cv::Mat expected = PlainDecode(kData + "no_thumb.dng", 1).Image();
+  for (const DecodedImage& one : decoded) ExpectImage(one, expected);
+}
+
 TEST_F(RawDecoder, ThePathMayBeTheRecordsOwn) {
   DecodedImage decoded;
   decoded.path = kData + "no_thumb.dng";
@@ -320,152 +278,6 @@ TEST_F(RawDecoder, ASuccessReplacesEverything) {
   EXPECT_STREQ(decoded.make, "Photobench");
   EXPECT_STREQ(decoded.model, "Bayer 14");
   EXPECT_EQ(decoded.iso_speed, 200.0F);
-}
-
-// A record that holds a picture.
-const DecodedImage& Earlier() {
-  static const DecodedImage kEarlier = [] {
-    DecodedImage decoded;
-    EXPECT_TRUE(DecodeRaw(kData + "no_thumb.dng", 1, decoded));
-    return decoded;
-  }();
-  return kEarlier;
-}
-
-// Expects the failure, and that it leaves an earlier picture alone.
-void ExpectFailure(const std::string& path, const std::string& error, int quality = 1) {
-  SCOPED_TRACE(path);
-  const DecodedImage& earlier = Earlier();
-  DecodedImage decoded = earlier;
-  decoded.image = earlier.image.clone();
-  EXPECT_FALSE(DecodeRaw(path, quality, decoded));
-  EXPECT_EQ(decoded.error, error);
-  EXPECT_EQ(decoded.path, path);
-
-  EXPECT_TRUE(SameBytes(decoded.image, earlier.image));
-  EXPECT_EQ(decoded.width, 480);
-  EXPECT_EQ(decoded.height, 320);
-  EXPECT_STREQ(decoded.make, "Photobench");
-  EXPECT_STREQ(decoded.model, "Bayer 14");
-  EXPECT_EQ(decoded.iso_speed, 200.0F);
-  EXPECT_EQ(decoded.shutter, earlier.shutter);
-  EXPECT_EQ(decoded.aperture, earlier.aperture);
-  EXPECT_EQ(decoded.focal_len, 50.0F);
-  EXPECT_EQ(decoded.cam_mul, earlier.cam_mul);
-  EXPECT_EQ(decoded.rgb_cam, earlier.rgb_cam);
-  EXPECT_EQ(decoded.orientation, 0);
-}
-
-using RawDecoderFailure = RawDecoder;
-
-TEST_F(RawDecoderFailure, AFileThatCannotBeOpened) {
-  const std::string error = "LibRaw open_file failed: Input/output error";
-  ExpectFailure(dir_.File("missing.ARW"), error);
-  ExpectFailure("", error);
-  ExpectFailure(dir_.path().string(), error);
-  ExpectFailure(Write("empty.ARW", {}), error);
-  ExpectFailure(Write("tiny.ARW", std::vector<uint8_t>(63, 'Z')), error);
-}
-
-TEST_F(RawDecoderFailure, WhatIsNoFileFailsAtOnce) {
-  const Deadline deadline;
-  const std::string error = "LibRaw open_file failed: Input/output error";
-  ExpectFailure(MakePipe(dir_.File("pipe.ARW")), error);
-  ExpectFailure("/dev/zero", error);
-}
-
-TEST_F(RawDecoderFailure, WhatIsNoRawFile) {
-  const std::string error = std::string("LibRaw open_file failed: ") + kUnsupported;
-  ExpectFailure(Write("a.ARW", MakeUnsupportedFile()), error);
-  ExpectFailure(kData + "cat.jpg", error);
-}
-
-TEST_F(RawDecoderFailure, RandomBytesNeverBecomeAPicture) {
-  cv::RNG random(3);
-  for (int i = 0; i < 20; ++i) {
-    cv::Mat noise(1, 5000, CV_8UC1);
-    random.fill(noise, cv::RNG::UNIFORM, 0, 256);
-    ExpectFailure(Write("noise.ARW", {noise.begin<uint8_t>(), noise.end<uint8_t>()}),
-                  std::string("LibRaw open_file failed: ") + kUnsupported);
-  }
-}
-
-TEST_F(RawDecoderFailure, SamplesThatCannotBeUnpacked) {
-  for (const RawFormat format : {RawFormat::kArwUncompressed, RawFormat::kDng}) {
-    ExpectFailure(Write("cut.ARW", MakeTruncatedRaw(format)), "LibRaw unpack failed: Input/output error");
-  }
-  ExpectFailure(Write("deflated.dng", MakeUndecodableRaw()),
-                "LibRaw unpack failed: Corrupted data or unexpected EOF");
-  ExpectFailure(Write("huge.dng", MakeOversizedRaw()), "LibRaw unpack failed: Image too big for processing");
-}
-
-TEST_F(RawDecoderFailure, ASensorThatCannotBeDeveloped) {
-  const std::string path = Write("a.dng", MakeUndevelopableRaw());
-  ExpectFailure(path, "LibRaw dcraw_process failed: Input/output error");
-  DecodedImage decoded;
-  EXPECT_TRUE(DecodeRaw(path, 2, decoded)) << decoded.error;  // it is only demosaiced at full size
-}
-
-TEST_F(RawDecoderFailure, SensorsWithoutThreeColors) {
-  RawOptions monochrome;
-  monochrome.format = RawFormat::kDng;
-  monochrome.monochrome = true;
-  const std::string error = std::string("LibRaw dcraw_make_mem_image failed: ") + kUnsupported;
-  for (int quality = 1; quality <= 4; ++quality) {
-    ExpectFailure(Write("grey.dng", MakeRawFile(Picture(40, 60), monochrome)), error, quality);
-    ExpectFailure(Write("two.dng", MakeTwoColorRaw()), error, quality);
-  }
-}
-
-TEST_F(RawDecoderFailure, ADevelopedImageWithoutPixels) {
-  ExpectFailure(Write("diagonal.dng", MakeDiagonalRaw(46340)),
-                std::string("LibRaw dcraw_make_mem_image failed: ") + kUnsupported);
-}
-
-TEST_F(RawDecoderFailure, TheTextIsReplacedByTheNextAttempt) {
-  DecodedImage decoded;
-  EXPECT_FALSE(DecodeRaw(Write("a.dng", MakeUndevelopableRaw()), 1, decoded));
-  EXPECT_FALSE(DecodeRaw(dir_.File("missing"), 1, decoded));
-  EXPECT_EQ(decoded.error, "LibRaw open_file failed: Input/output error");
-  EXPECT_TRUE(DecodeRaw(kData + "no_thumb.dng", 1, decoded));
-  EXPECT_EQ(decoded.error, "");
-}
-
-TEST_F(RawDecoderFailure, ACutFileFailsOrKeepsItsSize) {
-  for (const RawFormat format : {RawFormat::kArwCompressed, RawFormat::kArwUncompressed, RawFormat::kDng}) {
-    const std::vector<uint8_t> whole = RawFile(Picture(32, 64), format);
-    for (size_t size = 0; size < whole.size(); size += 1 + size / 6) {
-      const std::vector<uint8_t> cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
-      DecodedImage decoded;
-      if (DecodeRaw(Write("cut", cut), 1, decoded)) {
-        EXPECT_EQ(decoded.image.size(), cv::Size(64, 32)) << size;
-      } else {
-        EXPECT_EQ(decoded.error.substr(0, 7), "LibRaw ") << size;
-        EXPECT_TRUE(decoded.image.empty()) << size;
-      }
-    }
-  }
-}
-
-TEST_F(RawDecoderFailure, DamagedFilesPrintNothing) {
-  const std::string files[] = {kData + "truncated.ARW",
-                               Write("a", MakeTruncatedRaw(RawFormat::kArwCompressed)),
-                               Write("b", MakeTruncatedRaw(RawFormat::kDng)),
-                               Write("c", MakeUndecodableRaw()),
-                               Write("d", MakeUndevelopableRaw()),
-                               Write("e", MakeUnsupportedFile())};
-  for (const std::string& path : files) {
-    StderrCapture capture;
-    DecodedImage decoded;
-    DecodeRaw(path, 1, decoded);
-    EXPECT_EQ(capture.Take(), "") << path;
-  }
-}
-
-TEST(DecodeRaw, ACutCompressedFileKeepsItsSize) {
-  DecodedImage decoded;
-  ASSERT_TRUE(DecodeRaw(kData + "truncated.ARW", 1, decoded)) << decoded.error;
-  EXPECT_EQ(decoded.image.size(), cv::Size(1600, 1066));
 }
 
 }  // namespace

@@ -166,5 +166,24 @@ TEST(StageChains, GiveTheSameBytesForAnyNumberOfThreads) {
   cv::setNumThreads(usual);
 }
 
+TEST(StageChains, TheSmallestImagesPassThroughAllStagesAtOnce) {
+  std::mt19937 random(3);
+  for (const cv::Size size :
+       {cv::Size(1, 1), cv::Size(1, 9), cv::Size(9, 1), cv::Size(11, 11), cv::Size(12, 11)}) {
+    Adjustments adjustments = test::RandomAdjustments(random);
+    for (float Adjustments::*field : {&A::clarity, &A::texture, &A::dehaze, &A::nr_luminance, &A::nr_color,
+                                      &A::distortion, &A::ca_correction, &A::rotation, &A::perspective_h}) {
+      adjustments.*field = 20;
+    }
+    test::SetSharpening(adjustments, 80);
+    test::SetGrain(adjustments, 50);
+    const cv::Mat source = test::NoiseImage(size, 8);
+    const cv::Mat expected = Expected(source, adjustments);
+    const cv::Mat actual = Developed(source, adjustments);
+    ASSERT_EQ(actual.size(), expected.size()) << size;
+    EXPECT_LE(test::Compare(actual, expected, 0).largest, ChainTolerance(adjustments)) << size;
+  }
+}
+
 }  // namespace
 }  // namespace lumvik

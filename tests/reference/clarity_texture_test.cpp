@@ -9,7 +9,7 @@
 namespace lumvik::reference {
 namespace {
 
-constexpr int kColumns = 401;
+constexpr int kLength = 401;
 constexpr int kCentre = 200;
 constexpr float kBase = 0.3F;
 constexpr float kStep = 0.4F;
@@ -22,15 +22,16 @@ double KernelPeak(double sigma) {
   return 1 / sum;
 }
 
-// One brighter pixel in one row of grey, after the stage.
-cv::Vec4f OnLine(float clarity, float texture, const cv::Vec4f& step) {
-  cv::Mat working = Uniform(kColumns, 1, {kBase, kBase, kBase, 0.7F});
-  working.at<cv::Vec4f>(0, kCentre) += step;
+// One brighter pixel in a line of grey, after the stage.
+cv::Vec4f OnLine(float clarity, float texture, const cv::Vec4f& step, cv::Size size = {kLength, 1},
+                 cv::Point place = {kCentre, 0}) {
+  cv::Mat working = Uniform(size.width, size.height, {kBase, kBase, kBase, 0.7F});
+  working.at<cv::Vec4f>(place) += step;
   Adjustments adjustments;
   adjustments.clarity = clarity;
   adjustments.texture = texture;
   ClarityTexture({}, working, adjustments);
-  return working.at<cv::Vec4f>(0, kCentre);
+  return working.at<cv::Vec4f>(place);
 }
 
 TEST(ClarityTexture, TextureAddsTheFineHighPass) {
@@ -44,6 +45,20 @@ TEST(ClarityTexture, ClarityAddsTheCoarseHighPass) {
   const double detail = kStep * (1 - KernelPeak(20));
   EXPECT_NEAR(OnLine(100, 0, {kStep, kStep, kStep, 0})[0], kBase + kStep + 0.3 * detail, 1e-5);
   EXPECT_NEAR(OnLine(-50, 0, {kStep, kStep, kStep, 0})[0], kBase + kStep - 0.15 * detail, 1e-5);
+}
+
+// The mirror at the frame's edge does not count the edge pixel twice, so it is weighed there as elsewhere.
+TEST(ClarityTexture, SameDetailInEveryDirectionAndAtTheEdge) {
+  const cv::Vec4f step(kStep, kStep, kStep, 0);
+  const double fine = kBase + kStep + 0.2 * kStep * (1 - KernelPeak(3));
+  const double coarse = kBase + kStep + 0.3 * kStep * (1 - KernelPeak(20));
+  const cv::Size row(kLength, 1);
+  const cv::Size column(1, kLength);
+  for (const auto& [size, place] :
+       {std::pair(row, cv::Point(0, 0)), {row, {kLength - 1, 0}}, {column, {0, kCentre}}, {column, {0, 0}}}) {
+    EXPECT_NEAR(OnLine(0, 100, step, size, place)[0], fine, 1e-5) << size << place;
+    EXPECT_NEAR(OnLine(100, 0, step, size, place)[0], coarse, 1e-5) << size << place;
+  }
 }
 
 TEST(ClarityTexture, BothTakeTheOriginalLuminance) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 #include "reference/pixel.h"
 
 namespace lumvik::reference {
@@ -37,6 +39,9 @@ TEST(Dehaze, AirlightIsTheMeanOfTheBrightestThousandth) {
   plane.at<float>(0, 0) = 0.6F;
   EXPECT_NEAR(Airlight(plane), 0.8, 1e-6);
   EXPECT_EQ(Airlight(cv::Mat::zeros(50, 60, CV_32F)), 0.01F);
+  cv::Mat ten_bright(100, 100, CV_32F, cv::Scalar(0.2));
+  ten_bright(cv::Rect(30, 40, 5, 2)).setTo(cv::Scalar(0.9));
+  EXPECT_NEAR(Airlight(ten_bright), 0.9, 1e-6);
 }
 
 TEST(Dehaze, OnlyPositiveSettingsAct) {
@@ -73,6 +78,45 @@ TEST(Dehaze, BelowTheAirlightAZeroedTransmissionGivesBlack) {
   working(cv::Rect(0, 0, 3, 3)).setTo(cv::Scalar(0.75, 0.75, 0.75, 1));
   Dehaze({}, working, Setting(100));
   EXPECT_EQ(working.at<cv::Vec4f>(40, 40), cv::Vec4f(0, 0, 0, 1));
+}
+
+TEST(Dehaze, TransmissionIsZeroedUpToItsThreshold) {
+  // 1 - 0.95 x 0.9421 is 0.105, 1 - 0.95 x 0.9485 is 0.0989.
+  EXPECT_NEAR(OnPixel(Dehaze, Setting(94.21F), {0.45F, 0.4F, 0.4F, 1})[0], 0.05 / 0.105 + 0.4, 1e-4);
+  EXPECT_EQ(OnPixel(Dehaze, Setting(94.85F), {0.41F, 0.4F, 0.4F, 1})[0], 1.0F);
+}
+
+// Normalised Gaussian weight of the dark pixels 0..last_dark, seen from `place`, on a line whose ends mirror.
+double DarkShare(int place, int last_dark) {
+  constexpr int kReach = 20;
+  constexpr double kSigma = 5;
+  double dark = 0;
+  double all = 0;
+  for (int i = -kReach; i <= kReach; ++i) {
+    const double weight = std::exp(-0.5 * i * i / (kSigma * kSigma));
+    all += weight;
+    if (std::abs(place + i) <= last_dark) dark += weight;
+  }
+  return dark / all;
+}
+
+// A line with a dark beginning. The erosion lengthens the dark by one pixel, the blur then smooths the
+// transmission: 1 - 0.475 x 0.2 / 0.6 in the dark, 0.525 in the bright part.
+TEST(Dehaze, TransmissionIsErodedAndSmoothed) {
+  constexpr int kLength = 91;
+  for (const int last_dark : {1, 30}) {
+    for (const bool upright : {false, true}) {
+      cv::Mat working = Uniform(kLength, 1, {0.7F, 0.6F, 0.6F, 1});
+      working.colRange(0, last_dark + 1).setTo(cv::Scalar(0.3, 0.2, 0.2, 1));
+      if (upright) working = working.t();
+      Dehaze({}, working, Setting(50));
+      for (const int place : {last_dark + 1, last_dark + 2, last_dark + 4, last_dark + 9, 60}) {
+        const double transmission = 0.525 + (1 - 0.475 / 3 - 0.525) * DarkShare(place, last_dark + 1);
+        EXPECT_NEAR(working.reshape(0, 1).at<cv::Vec4f>(0, place)[0], 0.1 / transmission + 0.6, 1e-5)
+            << last_dark << " " << upright << " " << place;
+      }
+    }
+  }
 }
 
 TEST(Dehaze, ErosionSpreadsTheDark) {

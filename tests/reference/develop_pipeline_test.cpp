@@ -130,6 +130,8 @@ TEST(DevelopPipeline, ContrastSteepnessAndClamp) {
   // k = 1.8: t = 0.9, 0.9 / 1.36 + 0.5 is above 1.
   EXPECT_EQ(Contrasted({1, 0, 0, 1}, 100), cv::Vec4f(1, 0, 0, 1));
   EXPECT_NEAR(Contrasted({0.6F, 0.6F, 0.6F, 1}, 100)[0], 0.18 / (0.18 * 0.4 + 1) + 0.5, 1e-6);
+  // k = 1.24: -0.62 / 1.248 + 0.5.
+  EXPECT_NEAR(Contrasted({0, 0, 0, 1}, 30)[0], 0.003205, 1e-6);
   // k falls to its floor 0.2 at -100 and stays there.
   EXPECT_NEAR(Contrasted({1, 1, 1, 1}, -100)[0], 0.1 / 1.04 + 0.5, 1e-6);
   EXPECT_EQ(Contrasted({1, 1, 1, 1}, -500), Contrasted({1, 1, 1, 1}, -100));
@@ -165,7 +167,7 @@ TEST(DevelopPipeline, ErrorOfAStageLeaves) {
   EXPECT_THROW(DevelopPipeline(RandomImage(8, 8), adjustments), cv::Exception);
 }
 
-// Each of the eighteen steps is wired: its setting alone changes a picture.
+// Each of the eighteen steps is wired: its setting alone changes a picture, however faint.
 TEST(DevelopPipeline, EveryStepIsAwakenedByItsSettings) {
   const ImageBuffer source = RandomImage(32, 24);
   const auto changes = [&](auto&& set) {
@@ -175,31 +177,24 @@ TEST(DevelopPipeline, EveryStepIsAwakenedByItsSettings) {
   };
   using A = Adjustments;
   EXPECT_FALSE(changes([](A&) {}));
-  EXPECT_TRUE(changes([](A& a) { a.temperature = 4000; }));
-  EXPECT_TRUE(changes([](A& a) { a.exposure = 0.5F; }));
-  EXPECT_TRUE(changes([](A& a) { a.brightness = 20; }));
-  EXPECT_TRUE(changes([](A& a) { a.highlights = -50; }));
-  EXPECT_TRUE(changes([](A& a) { a.shadows = 50; }));
-  EXPECT_TRUE(changes([](A& a) { a.whites = 20; }));
-  EXPECT_TRUE(changes([](A& a) { a.blacks = 20; }));
-  EXPECT_TRUE(changes([](A& a) { a.contrast = 20; }));
-  EXPECT_TRUE(changes([](A& a) { a.tone_curves[kBlueCurve] = {{0, 0.2F}, {1, 1}}; }));
-  EXPECT_TRUE(changes([](A& a) { a.clarity = 30; }));
-  EXPECT_TRUE(changes([](A& a) { a.texture = 30; }));
-  EXPECT_TRUE(changes([](A& a) { a.dehaze = 30; }));
-  EXPECT_TRUE(changes([](A& a) { a.saturation = 30; }));
-  EXPECT_TRUE(changes([](A& a) { a.vibrance = 30; }));
-  EXPECT_TRUE(changes([](A& a) { a.hsl[5].luminance = 30; }));
-  EXPECT_TRUE(changes([](A& a) { a.split_toning.shadow_saturation = 30; }));
-  EXPECT_TRUE(changes([](A& a) { a.nr_luminance = 30; }));
-  EXPECT_TRUE(changes([](A& a) { a.nr_color = 30; }));
-  EXPECT_TRUE(changes([](A& a) { a.sharpening_amount = 30; }));
-  EXPECT_TRUE(changes([](A& a) { a.distortion = 30; }));
-  EXPECT_TRUE(changes([](A& a) { a.lens_vignette = 30; }));
-  EXPECT_TRUE(changes([](A& a) { a.defringe = 90; }));
-  EXPECT_TRUE(changes([](A& a) { a.rotation = 3; }));
-  EXPECT_TRUE(changes([](A& a) { a.vignette_amount = 30; }));
-  EXPECT_TRUE(changes([](A& a) { a.grain_amount = 30; }));
+  EXPECT_TRUE(changes([](A& a) { a.temperature = 6400; }));
+  for (float A::*field : {&A::tint,          &A::exposure,      &A::brightness,      &A::highlights,
+                          &A::shadows,       &A::whites,        &A::blacks,          &A::contrast,
+                          &A::clarity,       &A::texture,       &A::dehaze,          &A::saturation,
+                          &A::vibrance,      &A::nr_luminance,  &A::nr_color,        &A::sharpening_amount,
+                          &A::distortion,    &A::lens_vignette, &A::defringe,        &A::rotation,
+                          &A::perspective_h, &A::perspective_v, &A::vignette_amount, &A::grain_amount}) {
+    EXPECT_TRUE(changes([&](A& a) { a.*field = 1; }));
+  }
+  EXPECT_TRUE(changes([](A& a) { a.tone_curves[kBlueCurve] = {{0, 0.01F}, {1, 1}}; }));
+  EXPECT_TRUE(changes([](A& a) { a.hsl[5].hue = 1; }));
+  EXPECT_TRUE(changes([](A& a) { a.hsl[0].saturation = 1; }));
+  EXPECT_TRUE(changes([](A& a) { a.hsl[7].luminance = 1; }));
+  EXPECT_TRUE(changes([](A& a) { a.split_toning.highlight_saturation = 1; }));
+  EXPECT_TRUE(changes([](A& a) { a.split_toning.shadow_saturation = 1; }));
+  EXPECT_TRUE(changes([](A& a) { a.flip_h = 1; }));
+  EXPECT_TRUE(changes([](A& a) { a.flip_v = 1; }));
+  EXPECT_TRUE(changes([](A& a) { a.crop = {0, 0, 1, 0.5F}; }));
 }
 
 }  // namespace

@@ -42,6 +42,7 @@ TEST(Exposure, MinusOneStopHalves) {
 }
 
 TEST(Exposure, ShoulderMeetsTheIdentityAtTheKnee) {
+  EXPECT_NEAR(Exposed({0.4F, 0.4F, 0.4F, 1}, 1)[0], 1 - 0.0625 / 0.3, 1e-6);
   EXPECT_NEAR(Exposed({0.3751F, 0.3751F, 0.3751F, 1}, 1)[0], 0.7502, 1e-5);
 }
 

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <opencv2/imgproc.hpp>
 
 #include "reference/pixel.h"
 
@@ -31,6 +32,14 @@ cv::Mat Noise(float amount, float size) {
   cv::Mat plane;
   cv::extractChannel(Seeded(amount, size, {0.5F, 0.5F, 0.5F, 1}), plane, 0);
   return plane - 0.5;
+}
+
+// The draw that the seed gives.
+cv::Mat Draw(double deviation) {
+  cv::theRNG().state = kSeed;
+  cv::Mat draw(kSide, kSide, CV_32F);
+  cv::randn(draw, 0, deviation);
+  return draw;
 }
 
 double Deviation(const cv::Mat& plane) {
@@ -62,16 +71,35 @@ TEST(FilmGrain, SizeBlursTheNoise) {
   EXPECT_NEAR(NeighbourCorrelation(Noise(50, 25)), std::exp(-1 / (4.0 * 1.0)), 0.02);
 }
 
+TEST(FilmGrain, SizeIsTheSigma) {
+  for (const auto& [size, sigma] : {std::pair(25.0F, 1.0), {100.0F, 2.5}}) {
+    cv::Mat blurred;
+    cv::GaussianBlur(Draw(0.025), blurred, cv::Size(0, 0), sigma, sigma, cv::BORDER_REFLECT_101);
+    blurred *= 0.025 / Deviation(blurred);
+    EXPECT_LE(cv::norm(Noise(50, size), blurred, cv::NORM_INF), 1e-6) << size;
+  }
+}
+
+// What does not exceed 1e-6 after the blur is not scaled up again. On black only the positive half is seen.
+TEST(FilmGrain, FaintestNoiseIsNotRenormalised) {
+  const auto deviation_on_black = [](double deviation) {
+    cv::Mat plane;
+    cv::extractChannel(Seeded(static_cast<float>(deviation / 0.0005), 25, {0, 0, 0, 1}), plane, 0);
+    return std::sqrt(2 * plane.dot(plane) / static_cast<double>(plane.total()));
+  };
+  // A blur of sigma 1 leaves 0.282 of the deviation: 1.04e-6 and 0.96e-6.
+  EXPECT_NEAR(deviation_on_black(3.7e-6), 3.7e-6, 2e-7);
+  EXPECT_NEAR(deviation_on_black(3.4e-6), 0.96e-6, 5e-8);
+}
+
 TEST(FilmGrain, SmallSizesAreWhiteNoise) {
-  cv::theRNG().state = kSeed;
-  cv::Mat draw(kSide, kSide, CV_32F);
-  cv::randn(draw, 0, 0.025);
+  const cv::Mat draw = Draw(0.025);
   for (const float size : {-10.0F, 0.0F, 1.0F}) {
     const cv::Mat noise = Noise(50, size);
     EXPECT_LE(cv::norm(noise, draw, cv::NORM_INF), 1e-6) << size;
     EXPECT_NEAR(NeighbourCorrelation(noise), 0, 0.02) << size;
   }
-  EXPECT_GT(cv::norm(Noise(50, 1.5F), draw, cv::NORM_INF), 1e-3);
+  EXPECT_GT(cv::norm(Noise(50, 1.05F), draw, cv::NORM_INF), 1e-3);
 }
 
 TEST(FilmGrain, NoiseIsColourless) {

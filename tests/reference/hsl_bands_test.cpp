@@ -70,6 +70,15 @@ TEST(HslBands, EachShiftHasItsScale) {
   EXPECT_NEAR(Shifted(3, {0, 0, -50}, green).l, 0.25, 1e-5);
 }
 
+TEST(HslBands, TheFaintestWeightsDoNotCount) {
+  const auto lightness = [](float weight) {
+    const Hsl hsl{1 / 3.0F + 0.09F * (1 - weight), 0.5F, 0.3F};
+    return Shifted(3, {0, 0, 1e6F}, hsl).l;
+  };
+  EXPECT_NEAR(lightness(1.05e-4F), 0.3 + 0.525, 0.02);
+  EXPECT_NEAR(lightness(0.95e-4F), 0.3, 1e-5);
+}
+
 TEST(HslBands, AFullTurnReturnsRed) {
   Adjustments adjustments;
   adjustments.hsl[0].hue = 360;
@@ -87,7 +96,8 @@ TEST(HslBands, GreyIsNeverTouched) {
   EXPECT_EQ(OnPixel(HslBands, adjustments, grey), grey);
   const cv::Vec4f nearly(0.5F, 0.5F, 0.50004F, 1);
   EXPECT_EQ(OnPixel(HslBands, adjustments, nearly), nearly) << "saturation 0.00004";
-  EXPECT_NE(OnPixel(HslBands, adjustments, {0.5F, 0.5F, 0.5002F, 1}), cv::Vec4f(0.5F, 0.5F, 0.5002F, 1));
+  const cv::Vec4f pale(0.5F, 0.5F, 0.500105F, 1);
+  EXPECT_NE(OnPixel(HslBands, adjustments, pale), pale) << "saturation 0.000105";
 }
 
 TEST(HslBands, OtherHuesKeepTheirColour) {

@@ -47,7 +47,8 @@ TEST(HslColor, GreyHasNoHue) {
   const Hsl hsl = rgb_to_hsl(0.3F, 0.3F, 0.3F + 9e-7F);
   EXPECT_EQ(hsl.h, 0.0F);
   EXPECT_EQ(hsl.s, 0.0F);
-  EXPECT_GT(rgb_to_hsl(0.3F, 0.3F, 0.3F + 2e-6F).s, 0.0F);
+  EXPECT_EQ(rgb_to_hsl(0, 0, 0.95e-6F).s, 0.0F);
+  EXPECT_GT(rgb_to_hsl(0, 0, 1.05e-6F).s, 0.0F);
 }
 
 TEST(HslColor, ComponentsAreClamped) {

@@ -8,12 +8,14 @@
 namespace lumvik::reference {
 namespace {
 
-// The columns' numbers in hundredths as grey levels.
+// Red and blue hold the columns' numbers, green the rows', in hundredths.
 cv::Mat Ramp(int columns, int rows) {
   cv::Mat working(rows, columns, CV_32FC4);
-  for (int x = 0; x < columns; ++x) {
-    const double level = x / 100.0;
-    working.col(x).setTo(cv::Scalar(level, level, level, 0.7));
+  for (int y = 0; y < rows; ++y) {
+    for (int x = 0; x < columns; ++x) {
+      const float level = static_cast<float>(x) / 100;
+      working.at<cv::Vec4f>(y, x) = {level, static_cast<float>(y) / 100, level, 0.7F};
+    }
   }
   return working;
 }
@@ -60,6 +62,8 @@ TEST(Distortion, PositiveSamplesNearerTheCentre) {
   EXPECT_NEAR(out.at<cv::Vec4f>(50, 10)[0], (50 - 40 * 0.68) / 100, kMapTolerance);
   // Off the middle row both coordinates count: nx = ny = -0.8, f = 1 - 1.28 / 2.
   EXPECT_NEAR(out.at<cv::Vec4f>(10, 10)[0], (50 - 40 * 0.36) / 100, kMapTolerance);
+  EXPECT_NEAR(out.at<cv::Vec4f>(10, 10)[1], (50 - 40 * 0.36) / 100, kMapTolerance);
+  EXPECT_NEAR(out.at<cv::Vec4f>(80, 50)[1], (50 + 30 * 0.82) / 100, kMapTolerance);
   EXPECT_NEAR(out.at<cv::Vec4f>(10, 10)[3], 0.7, 1e-6);
 }
 
@@ -75,6 +79,7 @@ TEST(Distortion, TheLongerSideIsTheUnit) {
   EXPECT_NEAR(wide.at<cv::Vec4f>(10, 10)[0], (50 - 40 * 0.84) / 100, kMapTolerance);
   const cv::Mat tall = Corrected(Ramp(40, 100), &Adjustments::distortion, 50);
   EXPECT_NEAR(tall.at<cv::Vec4f>(50, 10)[0], (20 - 10 * (1 - 0.04 * 0.25)) / 100, kMapTolerance);
+  EXPECT_NEAR(tall.at<cv::Vec4f>(10, 20)[1], (50 - 40 * (1 - 0.64 * 0.25)) / 100, kMapTolerance);
 }
 
 TEST(FitToSize, EqualSizesStay) {
@@ -90,6 +95,12 @@ TEST(FitToSize, LargerPlanesAreCropped) {
   ASSERT_EQ(plane.size(), cv::Size(1000, 40));
   EXPECT_EQ(plane.at<float>(0, 0), 2.0F) << "one column lost on the left";
   EXPECT_EQ(plane.at<float>(0, 999), 1001.0F) << "two on the right";
+  plane = ColumnNumbers(1004, 40);
+  FitToSize(plane, {1000, 40});
+  EXPECT_EQ(plane.at<float>(0, 0), 3.0F);
+  plane = ColumnNumbers(40, 1004).t();
+  FitToSize(plane, {1004, 36});
+  EXPECT_EQ(plane.at<float>(0, 0), 3.0F);
 }
 
 TEST(FitToSize, SmallerPlanesAreCentredOnZeros) {
@@ -141,13 +152,23 @@ TEST(ChromaticAberration, ShiftsRedOutwardsAndBlueInwards) {
   const cv::Vec4f pixel = out.at<cv::Vec4f>(20, 900);
   EXPECT_NEAR(pixel[0], (901.5 / 1.003 - 0.5) / 100, 1e-4);
   EXPECT_NEAR(pixel[2], (899.5 / 0.997 - 0.5) / 100, 1e-4);
-  EXPECT_EQ(pixel[1], 9.0F);
+  EXPECT_EQ(pixel[1], input.at<cv::Vec4f>(20, 900)[1]);
 }
 
 TEST(ChromaticAberration, PlaneOnePixelSmallerThanTheFrame) {
   const cv::Mat out = Corrected(Uniform(1000, 40, {0.5F, 0.6F, 0.7F, 0.8F}), &Adjustments::ca_correction, 33);
   EXPECT_NEAR(out.at<cv::Vec4f>(20, 0)[2], 0.7, 1e-6);
   EXPECT_EQ(out.at<cv::Vec4f>(20, 999)[2], 0.0F);
+}
+
+TEST(ChromaticAberration, FaintSettingsActOnWideFrames) {
+  const cv::Mat out = Corrected(Uniform(20000, 1, {0.5F, 0.6F, 0.7F, 0.8F}), &Adjustments::ca_correction, 1);
+  EXPECT_EQ(out.at<cv::Vec4f>(0, 19999)[2], 0.0F) << "19999.4 columns of blue";
+}
+
+TEST(ChromaticAberration, LeavesTheOtherCorrectionsAsleep) {
+  const cv::Mat over = Uniform(8, 8, {0.9F, -0.5F, 1.5F, 1});
+  EXPECT_TRUE(SamePixels(Corrected(over, &Adjustments::ca_correction, 1), over)) << "too small to be resized";
 }
 
 TEST(LensVignetting, CornersAreBrightenedByHalf) {
@@ -160,6 +181,8 @@ TEST(LensVignetting, CornersAreBrightenedByHalf) {
   EXPECT_EQ(out.at<cv::Vec4f>(20, 30), cv::Vec4f(0.2F, 0.3F, 0.4F, 0.5F));
   // Half way to the corner a quarter of the gain.
   EXPECT_NEAR(out.at<cv::Vec4f>(10, 15)[0], 0.2 * 1.125, 1e-6);
+  const cv::Mat half = Corrected(Uniform(60, 40, {0.2F, 0.3F, 0.4F, 0.5F}), &Adjustments::lens_vignette, 50);
+  EXPECT_NEAR(half.at<cv::Vec4f>(0, 0)[0], 0.25, 1e-6);
 }
 
 TEST(LensVignetting, Clamps) {
@@ -192,11 +215,20 @@ TEST(Defringe, OtherHuesStay) {
 }
 
 TEST(Defringe, BoundsAreStrict) {
-  const cv::Vec4f on_bound(0.5F, 1, 0, 1);
-  ASSERT_EQ(rgb_to_hsl(on_bound[0], on_bound[1], on_bound[2]).h, 0.25F);
   Adjustments adjustments;
   adjustments.defringe = 100;
-  EXPECT_EQ(OnPixel(LensCorrections, adjustments, on_bound), on_bound);
+  const std::pair<float, cv::Vec4f> hues[] = {{0.25F, {0.5F, 1, 0, 1}},
+                                              {0.4F, {0, 1, 0.4F, 1}},
+                                              {0.65F, {0, 0.1000001F, 1, 1}},
+                                              {0.85F, {1, 0, 0.9F, 1}}};
+  for (const auto& [hue, color] : hues) {
+    ASSERT_EQ(rgb_to_hsl(color[0], color[1], color[2]).h, hue);
+    EXPECT_EQ(OnPixel(LensCorrections, adjustments, color), color) << hue;
+  }
+  adjustments.defringe = 50;
+  const cv::Vec4f at_the_limit(0.5F, 0.375F, 0.625F, 1);
+  ASSERT_EQ(rgb_to_hsl(at_the_limit[0], at_the_limit[1], at_the_limit[2]).s, 0.25F);
+  EXPECT_EQ(OnPixel(LensCorrections, adjustments, at_the_limit), at_the_limit);
 }
 
 TEST(Defringe, GreyStays) {

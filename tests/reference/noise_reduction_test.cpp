@@ -14,10 +14,11 @@ Adjustments Setting(float nr_luminance, float nr_color) {
   return adjustments;
 }
 
-// One differing pixel in the middle of a uniform frame, after the stage.
-cv::Mat OnSpot(const Adjustments& adjustments, const cv::Vec4f& base, const cv::Vec4f& spot) {
+// One differing pixel in a uniform frame, after the stage.
+cv::Mat OnSpot(const Adjustments& adjustments, const cv::Vec4f& base, const cv::Vec4f& spot,
+               cv::Point place = {10, 10}) {
   cv::Mat working = Uniform(21, 21, base);
-  working.at<cv::Vec4f>(10, 10) = spot;
+  working.at<cv::Vec4f>(place) = spot;
   NoiseReduction({}, working, adjustments);
   return working;
 }
@@ -52,6 +53,23 @@ TEST(NoiseReduction, LuminanceKeepsTheColourRatios) {
   EXPECT_LT(pixel[0], 0.8F);
   EXPECT_NEAR(pixel[1] / pixel[0], spot[1] / spot[0], 1e-5);
   EXPECT_NEAR(pixel[2] / pixel[0], spot[2] / spot[0], 1e-5);
+}
+
+// The mirror does not count the edge pixel twice, so its own weight is the same as elsewhere.
+TEST(NoiseReduction, EdgesAreMirrored) {
+  const cv::Vec4f base(0.4F, 0.4F, 0.4F, 1);
+  const cv::Vec4f spot(0.8F, 0.8F, 0.8F, 1);
+  for (const cv::Point corner : {cv::Point(0, 0), cv::Point(20, 20)}) {
+    EXPECT_NEAR(OnSpot(Setting(10, 0), base, spot, corner).at<cv::Vec4f>(corner)[0], 0.8 * 0.94 + 0.5 * 0.06,
+                2e-6);
+    EXPECT_NEAR(OnSpot(Setting(0, 10), base, spot, corner).at<cv::Vec4f>(corner)[0], 0.5, 1e-6);
+  }
+}
+
+TEST(NoiseReduction, AConstantKeepsBlackFromDividing) {
+  // Luminance 1e-6 over 1e-6 + 1e-6: ratio 0.5, 0.4 + 0.6 x 0.5.
+  const cv::Vec4f dark(1e-6F, 1e-6F, 1e-6F, 1);
+  EXPECT_NEAR(OnPixel(NoiseReduction, Setting(100, 0), dark)[0], 0.7e-6, 1e-9);
 }
 
 TEST(NoiseReduction, FlatImagesStay) {

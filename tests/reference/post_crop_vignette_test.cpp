@@ -22,7 +22,7 @@ cv::Mat Vignetted(float amount, float midpoint, float roundness, const cv::Vec4f
 }
 
 TEST(VignetteDistance, EllipticFromRoundnessZeroUp) {
-  for (const float roundness : {0.0F, 40.0F, 100.0F}) {
+  for (const float roundness : {0.0F, 5.0F, 40.0F, 100.0F}) {
     EXPECT_NEAR(VignetteDistance(0.6F, -0.8F, roundness), 1, 1e-6);
   }
 }
@@ -48,6 +48,12 @@ TEST(PostCropVignette, EitherSignTurnsTheCornersWhite) {
     EXPECT_EQ(out.at<cv::Vec4f>(20, 40), kColor) << "the centre stays";
   }
   EXPECT_TRUE(SamePixels(Vignetted(70, 30, -40), Vignetted(-70, 30, -40)));
+}
+
+TEST(PostCropVignette, FaintAmountsBrightenToo) {
+  for (const float amount : {2.0F, -2.0F}) {
+    EXPECT_NEAR(Vignetted(amount, 0, 0).at<cv::Vec4f>(0, 0)[0], 0.8 * 0.02 + 0.2, 1e-6);
+  }
 }
 
 TEST(PostCropVignette, SmoothstepBetweenMidpointAndEdge) {
@@ -78,6 +84,19 @@ TEST(PostCropVignette, FullMidpointKeepsTheEllipse) {
   }
   EXPECT_GT(inside, 2000);
   EXPECT_NEAR(out.at<cv::Vec4f>(0, 0)[0], 1, 1e-6);
+}
+
+// At midpoint 100 the whole ramp is 1e-6 wide. In a frame of one row ny is -1, and one column beside the
+// centre the distance is the next float above 1.
+TEST(PostCropVignette, FullMidpointLeavesAnEdgeOfAMillionth) {
+  cv::Mat working = Uniform(4000, 1, {0, 0, 0, 1});
+  Adjustments adjustments;
+  adjustments.vignette_amount = 100;
+  adjustments.vignette_midpoint = 100;
+  PostCropVignette({}, working, adjustments);
+  const double t = 0.119209;
+  EXPECT_EQ(working.at<cv::Vec4f>(0, 2000)[0], 0.0F);
+  EXPECT_NEAR(working.at<cv::Vec4f>(0, 2001)[0], (3 - 2 * t) * t * t, 1e-5);
 }
 
 TEST(PostCropVignette, RoundnessChangesTheShapeOnlyBelowZero) {

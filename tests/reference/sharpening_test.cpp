@@ -63,6 +63,23 @@ TEST(Sharpening, RadiusIsTheSigma) {
   EXPECT_NEAR(Red(Sharpened(Setting(150, 2.5F, 0)), kStepColumn), kHigh + StepDetail(2.5), 5e-5);
 }
 
+// A lone pixel loses the same share to the blur in either direction, and at the edge, where the mirror does
+// not count it twice.
+TEST(Sharpening, SameDetailInEveryDirectionAndAtTheEdge) {
+  double all = 0;
+  for (int i = -4; i <= 4; ++i) all += std::exp(-0.5 * i * i);
+  const double expected = 0.6 + 0.1 * (1 - 1 / all);
+  for (const int place : {kStepColumn, 0, kColumns - 1}) {
+    for (const bool upright : {false, true}) {
+      cv::Mat working = Uniform(kColumns, 1, {0.5F, 0.5F, 0.5F, 1});
+      working.at<cv::Vec4f>(0, place)[0] = 0.6F;
+      if (upright) working = working.t();
+      Sharpening({}, working, Setting(150, 1, 0));
+      EXPECT_NEAR(working.reshape(0, 1).at<cv::Vec4f>(0, place)[0], expected, 1e-5) << place << upright;
+    }
+  }
+}
+
 TEST(Sharpening, EveryColourPlaneOnItsOwn) {
   cv::Mat working = Uniform(kColumns, 1, {0.5F, 0.5F, 0.5F, 1});
   working.at<cv::Vec4f>(0, kStepColumn)[1] = 0.6F;

@@ -37,10 +37,10 @@ std::vector<uint8_t> MakeTruncatedRaw(RawFormat format) {
   return bytes;
 }
 
-std::vector<uint8_t> MakeOversizedRaw() {
+std::vector<uint8_t> MakeOversizedRaw(uint32_t side) {
   TiffDirectory dng = Dng();
-  dng.SetLongs(tag::kImageWidth, {64000});
-  dng.SetLongs(tag::kImageLength, {64000});
+  dng.SetLongs(tag::kImageWidth, {side});
+  dng.SetLongs(tag::kImageLength, {side});
   return dng.Serialize();
 }
 

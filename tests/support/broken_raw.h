@@ -17,8 +17,8 @@ std::vector<uint8_t> MakeUnsupportedFile();
 // last present row taking the place of the missing ones.
 std::vector<uint8_t> MakeTruncatedRaw(RawFormat format);
 
-// A small file that says it holds 64000 x 64000 pixels. unpack: "Image too big for processing".
-std::vector<uint8_t> MakeOversizedRaw();
+// A small file that says it holds side x side pixels. unpack of 64000: "Image too big for processing".
+std::vector<uint8_t> MakeOversizedRaw(uint32_t side = 64000);
 
 // Says to be deflated, which LibRaw reads for floating point only. unpack: "Corrupted data or unexpected
 // EOF".

@@ -1,4 +1,4 @@
-#include "photograph_paths.h"
+#include "file_paths.h"
 
 #include <cerrno>
 #include <fstream>
@@ -39,7 +39,7 @@ fs::path FollowLinks(const fs::path& output) {
 
 }  // namespace
 
-void RequirePhotograph(const std::string& input) {
+void RequireReadable(const std::string& input) {
   const fs::file_status status = StatusOf("cannot read", input);
   if (!fs::exists(status)) throw Failure("cannot read", input, "there is no such file");
   if (fs::is_directory(status)) throw Failure("cannot read", input, "it is a folder");

@@ -1,7 +1,7 @@
-// What is asked of the two paths of a command before any work is done. Each function throws
+// What is asked of the paths of a command before any work is done. Each function throws
 // std::runtime_error with a sentence for the user.
-#ifndef LUMVIK_APPS_PHOTOGRAPH_PATHS_H_
-#define LUMVIK_APPS_PHOTOGRAPH_PATHS_H_
+#ifndef LUMVIK_APPS_FILE_PATHS_H_
+#define LUMVIK_APPS_FILE_PATHS_H_
 
 #include <filesystem>
 #include <string>
@@ -9,7 +9,7 @@
 namespace lumvik {
 
 // Requires `input` to be a regular file that can be opened for reading.
-void RequirePhotograph(const std::string& input);
+void RequireReadable(const std::string& input);
 
 // The file that writing to `output` means: `output` itself or what it links to. Requires its folder to
 // exist, and the file, when it exists, to be a regular, writable one other than the photograph `input`.
@@ -17,4 +17,4 @@ std::filesystem::path ResolveOutput(const std::string& output, const std::string
 
 }  // namespace lumvik
 
-#endif  // LUMVIK_APPS_PHOTOGRAPH_PATHS_H_
+#endif  // LUMVIK_APPS_FILE_PATHS_H_
