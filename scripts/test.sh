@@ -38,7 +38,8 @@ step "Tests with AddressSanitizer and UndefinedBehaviorSanitizer"
 configure asan "$ROOT/build/asan-ubsan" -D LUMVIK_SANITIZE=address,undefined \
   -D CMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g1"
 cmake --build "$ROOT/build/asan-ubsan"
-run_tests "$ROOT/build/asan-ubsan"
+# A size beyond all memory gets a null, as it does without the sanitizer: broken files ask LibRaw for such sizes.
+ASAN_OPTIONS=allocator_may_return_null=1 run_tests "$ROOT/build/asan-ubsan"
 
 if $with_tsan; then
   # OpenCV is not built with ThreadSanitizer: only the tests of our own threading tell anything.

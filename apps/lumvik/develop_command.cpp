@@ -88,7 +88,7 @@ Settings CompleteSettings(const DevelopOptions& options) {
 std::unique_ptr<StagedFile> StageSettings(const Settings& settings, const std::filesystem::path& target) {
   auto file = std::make_unique<StagedFile>(target, kSettingsEnding);
   try {
-    WriteSettings(settings, file->temporary_path());
+    WriteSettings(settings, file->TemporaryPath());
   } catch (const std::system_error& error) {
     throw std::runtime_error("cannot write '" + target.string() + "': " + error.code().message());
   }
@@ -108,19 +108,19 @@ void Develop(const DevelopOptions& options) {
   engine.Run("cannot read '" + options.input + "'", [&](EngineContext* context) {
     return lumvik_load_arw(context, options.input.c_str(), options.decode_quality);
   });
-  Apply(settings, engine.context());
+  Apply(settings, engine.Context());
   engine.Run("cannot develop '" + options.input + "'", lumvik_process);
 
   std::unique_ptr<StagedFile> settings_file;
   if (!settings_target.empty()) settings_file = StageSettings(settings, settings_target);
   StagedFile file(target, EndingOf(format));
   engine.Run("cannot write '" + options.output + "'", [&](EngineContext* context) {
-    return Export(context, options, format, file.temporary_path().c_str());
+    return Export(context, options, format, file.TemporaryPath().c_str());
   });
   file.Commit();
   if (settings_file) settings_file->Commit();
-  std::cout << options.output << ' ' << lumvik_get_width(engine.context()) << 'x'
-            << lumvik_get_height(engine.context()) << '\n';
+  std::cout << options.output << ' ' << lumvik_get_width(engine.Context()) << 'x'
+            << lumvik_get_height(engine.Context()) << '\n';
 }
 
 std::string KnownEnding(const std::string& path) {

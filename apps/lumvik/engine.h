@@ -18,7 +18,7 @@ class Engine {
   // std::runtime_error with `failure` ("cannot read 'a.jpg'") and the engine's reason behind it.
   void Run(const std::string& failure, const std::function<int(EngineContext*)>& call);
 
-  EngineContext* context() { return context_.get(); }
+  EngineContext* Context() { return context_.get(); }
 
  private:
   std::unique_ptr<EngineContext, decltype(&lumvik_destroy_context)> context_;

@@ -49,7 +49,7 @@ void RequireReadable(const std::string& input) {
 }
 
 fs::path ResolveOutput(const std::string& output, const std::string& input) {
-  const fs::path target = FollowLinks(output);
+  fs::path target = FollowLinks(output);
   const fs::path folder = target.parent_path();
   const fs::file_status folder_status = StatusOf("cannot write into the folder", folder);
   if (!fs::exists(folder_status)) {

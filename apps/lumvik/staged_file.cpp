@@ -17,7 +17,7 @@ namespace fs = std::filesystem;
 std::string ReserveFile(const fs::path& folder, const std::string& ending) {
   std::random_device random;
   for (;;) {
-    const std::string path = (folder / (".lumvik-" + std::to_string(random()) + ending)).string();
+    std::string path = (folder / (".lumvik-" + std::to_string(random()) + ending)).string();
     // The mode "x" refuses a file that exists.
     if (std::FILE* file = std::fopen(path.c_str(), "wbx")) {
       std::fclose(file);

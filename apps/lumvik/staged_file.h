@@ -18,7 +18,7 @@ class StagedFile {
   StagedFile(const StagedFile&) = delete;
   StagedFile& operator=(const StagedFile&) = delete;
 
-  const std::string& temporary_path() const { return temporary_path_; }
+  const std::string& TemporaryPath() const { return temporary_path_; }
 
   // Replaces the target, whose permissions are kept. Throws std::runtime_error when that fails.
   void Commit();

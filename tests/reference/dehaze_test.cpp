@@ -59,6 +59,11 @@ TEST(Dehaze, InvertsTheHazeModel) {
   EXPECT_EQ(pixel[3], 0.3F);
 }
 
+TEST(Dehaze, TheDarkestChannelCountsWhicheverItIs) {
+  EXPECT_NEAR(OnPixel(Dehaze, Setting(50), {0.4F, 0.6F, 0.5F, 1})[1], 0.2 / 0.525 + 0.4, 1e-5);
+  EXPECT_NEAR(OnPixel(Dehaze, Setting(50), {0.6F, 0.4F, 0.5F, 1})[0], 0.2 / 0.525 + 0.4, 1e-5);
+}
+
 TEST(Dehaze, ClampsWhatLeavesTheRange) {
   const cv::Vec4f pixel = OnPixel(Dehaze, Setting(80), {0.9F, 0.45F, 0.4F, 1});
   EXPECT_EQ(pixel[0], 1.0F);
