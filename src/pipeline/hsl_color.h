@@ -24,6 +24,7 @@ struct RgbColor {
 
 // Foley, van Dam et al., Computer Graphics: Principles and Practice, section 13.3.5. A grey has hue and
 // saturation 0.
+// NOLINTNEXTLINE(readability-identifier-naming): the name this conversion has everywhere
 inline HslColor rgb_to_hsl(float r, float g, float b) {
   constexpr float kGreySpread = 1e-6F;
   const float largest = std::max(std::max(r, g), b);
@@ -40,6 +41,7 @@ inline HslColor rgb_to_hsl(float r, float g, float b) {
 }
 
 // Each component clamped to 0..1. A negative hue, or one of a whole turn and more, is taken as it falls.
+// NOLINTNEXTLINE(readability-identifier-naming): likewise
 inline RgbColor hsl_to_rgb(float h, float s, float l) {
   const float chroma = (1.0F - std::fabs(2.0F * l - 1.0F)) * s;
   const float x = chroma * (1.0F - std::fabs(std::fmod(6.0F * h, 2.0F) - 1.0F));
