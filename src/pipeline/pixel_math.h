@@ -46,12 +46,13 @@ inline float FastLog2(float value) {
 }
 
 // 2 to the power of `value`, for -126..127 with a relative error below 2.5e-7; smaller values give less than
-// 1.2e-38, larger ones 1.7e38.
+// 1.2e-38, larger ones 1.7e38, a NaN
+// counts as small.
 inline float FastExp2(float value) {
   constexpr float kRoundingShift = 12582912.0F;  // 1.5 * 2^23: adding it rounds to the nearest integer
   constexpr int32_t kExponentBias = 127;
   constexpr int32_t kMantissaBits = 23;
-  const float bounded = std::min(std::max(value, -126.0F), 127.0F);
+  const float bounded = value > -126.0F ? std::min(value, 127.0F) : -126.0F;
   const float whole = (bounded + kRoundingShift) - kRoundingShift;
   const float f = bounded - whole;
   // Taylor series of 2^f on -1/2..1/2.

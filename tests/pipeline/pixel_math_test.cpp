@@ -40,6 +40,7 @@ TEST(FastExp2, StaysWithinItsErrorAndSaturates) {
   EXPECT_LT(largest, 2.5e-7);
   EXPECT_EQ(FastExp2(0.0F), 1.0F);
   EXPECT_LT(FastExp2(-1000.0F), 1.2e-38F);
+  EXPECT_LT(FastExp2(kNaN), 1.2e-38F);
   EXPECT_GE(FastExp2(1000.0F), 1.7e38F);
 }
 
