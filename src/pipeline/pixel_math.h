@@ -45,9 +45,8 @@ inline float FastLog2(float value) {
   return static_cast<float>(exponent) + s * (kTwoOverLn2 + s2 * (kTwoOverLn2 / 3.0F + s2 * tail));
 }
 
-// 2 to the power of `value`, for -126..127 with a relative error below 2.5e-7; smaller values give less than
-// 1.2e-38, larger ones 1.7e38, a NaN
-// counts as small.
+// 2 to the power of `value`, for -126..127 with a relative error below 2.5e-7. Smaller values, and a NaN,
+// give less than 1.2e-38, larger ones 1.7e38.
 inline float FastExp2(float value) {
   constexpr float kRoundingShift = 12582912.0F;  // 1.5 * 2^23: adding it rounds to the nearest integer
   constexpr int32_t kExponentBias = 127;
