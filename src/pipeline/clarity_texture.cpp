@@ -2,6 +2,7 @@
 
 #include <opencv2/imgproc.hpp>
 
+#include "image/luminance.h"
 #include "pipeline/pixel_math.h"
 #include "pipeline/working_image.h"
 

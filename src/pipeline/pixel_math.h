@@ -20,11 +20,6 @@ inline float SaturateUnit(float value) {
   return floored > 1.0F ? 1.0F : floored;
 }
 
-// Rec. 709 (ITU-R BT.709-6, item 3.2), on the working image's gamma-encoded values.
-inline float Luminance(float red, float green, float blue) {
-  return 0.7152F * green + 0.2126F * red + 0.0722F * blue;
-}
-
 // log2 of a positive, normal number. Largest error 2e-7 relative to max(1, |log2 value|).
 // The mantissa is brought into sqrt(1/2)..sqrt(2), the rest is an odd series in (m - 1) / (m + 1).
 // 0 and subnormal numbers are read as if they had the hidden bit, so that 0 gives -127: OpenCV's logarithm

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "image/luminance.h"
 #include "pipeline/pixel_math.h"
 
 namespace lumvik {

@@ -1,5 +1,6 @@
 #include "pipeline/split_toning.h"
 
+#include "image/luminance.h"
 #include "pipeline/hsl_color.h"
 #include "pipeline/pixel_math.h"
 

@@ -19,7 +19,6 @@ void ForEachRow(int rows, const Work& work) {
 }
 
 // CV_32FC1.
-cv::Mat LuminancePlane(const cv::Mat& working);
 cv::Mat ColorPlane(const cv::Mat& working, int color);
 
 }  // namespace lumvik
