@@ -1,6 +1,7 @@
 #include "image/image_buffer.h"
 
 #include <algorithm>
+#include <opencv2/core/utility.hpp>
 #include <opencv2/imgproc.hpp>
 #include <stdexcept>
 
@@ -48,9 +49,17 @@ ImageBuffer ResizedImageBuffer(const cv::Mat& image, int width, int height, int 
   return ToImageBuffer(resized);
 }
 
+void ToRgba8(const ImageBuffer& image, cv::Mat& rgba) {
+  rgba.create(image.size(), CV_8UC4);
+  cv::parallel_for_(cv::Range(0, image.rows), [&](const cv::Range& range) {
+    cv::Mat rows = rgba.rowRange(range);
+    image.rowRange(range).convertTo(rows, CV_8U, kNarrow16To8);
+  });
+}
+
 cv::Mat ToRgba8(const ImageBuffer& image) {
   cv::Mat rgba;
-  image.convertTo(rgba, CV_8U, kNarrow16To8);
+  ToRgba8(image, rgba);
   return rgba;
 }
 

@@ -18,7 +18,8 @@ ImageBuffer ToImageBuffer(const cv::Mat& image);
 // `image` at exactly width x height pixels; `interpolation` is an OpenCV interpolation code.
 ImageBuffer ResizedImageBuffer(const cv::Mat& image, int width, int height, int interpolation);
 
-// CV_8UC4, each sample divided by 257 and rounded.
+// CV_8UC4, each sample divided by 257 and rounded. A `rgba` of that size and type keeps its memory.
+void ToRgba8(const ImageBuffer& image, cv::Mat& rgba);
 cv::Mat ToRgba8(const ImageBuffer& image);
 
 // CV_32FC4, 0..65535 becomes 0..1.

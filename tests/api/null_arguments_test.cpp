@@ -35,6 +35,8 @@ std::function<int(EngineContext*)> Silent(Function function) {
 
 std::vector<NullCall> NullCalls() {
   static ExifInfo info;
+  static uint8_t pixels[1];
+  static uint32_t bins[LUMVIK_HISTOGRAM_BINS];
   std::vector<NullCall> calls = {
       {"lumvik_destroy_context", "ctx", kNothing, Silent([](auto*) { lumvik_destroy_context(nullptr); })},
       {"lumvik_last_error", "ctx", 0,
@@ -46,6 +48,29 @@ std::vector<NullCall> NullCalls() {
       {"lumvik_load_arw", "both", -1, [](auto*) { return lumvik_load_arw(nullptr, nullptr, 1); }},
       {"lumvik_unload", "ctx", kNothing, Silent([](auto*) { lumvik_unload(nullptr); })},
       {"lumvik_process", "ctx", -1, [](auto*) { return lumvik_process(nullptr); }},
+      {"lumvik_get_preview", "ctx", -1, [](auto*) { return lumvik_get_preview(nullptr, pixels, 1); }},
+      {"lumvik_get_preview", "out", -1, [](auto* c) { return lumvik_get_preview(c, nullptr, 1 << 20); }},
+      {"lumvik_get_preview", "both", -1, [](auto*) { return lumvik_get_preview(nullptr, nullptr, 0); }},
+      {"lumvik_get_histogram", "ctx", -1,
+       [](auto*) { return lumvik_get_histogram(nullptr, bins, bins, bins, bins); }},
+      {"lumvik_get_histogram", "red", -1,
+       [](auto* c) { return lumvik_get_histogram(c, nullptr, bins, bins, bins); }},
+      {"lumvik_get_histogram", "green", -1,
+       [](auto* c) { return lumvik_get_histogram(c, bins, nullptr, bins, bins); }},
+      {"lumvik_get_histogram", "blue", -1,
+       [](auto* c) { return lumvik_get_histogram(c, bins, bins, nullptr, bins); }},
+      {"lumvik_get_histogram", "luminance", -1,
+       [](auto* c) { return lumvik_get_histogram(c, bins, bins, bins, nullptr); }},
+      {"lumvik_segment_subject", "ctx", -1, [](auto*) { return lumvik_segment_subject(nullptr, -1, -1); }},
+      {"lumvik_get_mask", "ctx", -1, [](auto*) { return lumvik_get_mask(nullptr, pixels, 1); }},
+      {"lumvik_get_mask", "out", -1, [](auto* c) { return lumvik_get_mask(c, nullptr, 1 << 20); }},
+      {"lumvik_get_mask", "both", -1, [](auto*) { return lumvik_get_mask(nullptr, nullptr, 0); }},
+      {"lumvik_export_subject_png", "ctx", -1,
+       [](auto*) { return lumvik_export_subject_png(nullptr, "a.png"); }},
+      {"lumvik_export_subject_png", "path", -1,
+       [](auto* c) { return lumvik_export_subject_png(c, nullptr); }},
+      {"lumvik_export_subject_png", "both", -1,
+       [](auto*) { return lumvik_export_subject_png(nullptr, nullptr); }},
       {"lumvik_get_exif", "ctx", -1, [](auto*) { return lumvik_get_exif(nullptr, &info); }},
       {"lumvik_get_exif", "info", -1, [](auto* c) { return lumvik_get_exif(c, nullptr); }},
       {"lumvik_get_exif", "both", -1, [](auto*) { return lumvik_get_exif(nullptr, nullptr); }},

@@ -1,0 +1,83 @@
+#include "analysis/preview.h"
+
+#include <algorithm>
+#include <cstring>
+#include <opencv2/core/utility.hpp>
+#include <opencv2/imgproc.hpp>
+
+namespace lumvik {
+namespace {
+
+constexpr int kMinKernelSize = 3;
+constexpr int kMaxKernelSize = 61;
+constexpr int kRgba = 4;
+constexpr float kToWeight = static_cast<float>(1.0 / 255.0);
+
+cv::Mat Stretched(const cv::Mat& mask, cv::Size size) {
+  if (mask.size() == size) return mask;
+  cv::Mat stretched;
+  cv::resize(mask, stretched, size, 0, 0, cv::INTER_LINEAR);
+  return stretched;
+}
+
+bool IsOpaque(const cv::Mat& rgba) {
+  cv::Mat alpha;
+  cv::extractChannel(rgba, alpha, 3);
+  return cv::countNonZero(alpha == 255) == static_cast<int>(alpha.total());
+}
+
+// Without the alpha of an opaque picture, which no blur changes: a quarter of the work.
+cv::Mat Blurred(const cv::Mat& rgba, int kernel_size) {
+  cv::Mat image = rgba;
+  if (IsOpaque(rgba)) cv::cvtColor(rgba, image, cv::COLOR_RGBA2RGB);
+  cv::Mat blurred;
+  cv::GaussianBlur(image, blurred, cv::Size(kernel_size, kernel_size), 0, 0, cv::BORDER_REFLECT_101);
+  return blurred;
+}
+
+// Rounds 0..255 to nearest, ties to even: the last bits of a float near 2^23 are a whole number.
+uint8_t RoundToByte(float value) {
+  constexpr float kRoundingShift = 8388608.0F;  // 2^23
+  const float shifted = value + kRoundingShift;
+  uint32_t bits = 0;
+  std::memcpy(&bits, &shifted, sizeof(bits));
+  return static_cast<uint8_t>(bits);
+}
+
+// Subject pixels stay, background pixels become blurred, on the subject's soft edge the two mix.
+template <int channels>
+void BlendRow(const uint8_t* mask, const uint8_t* blurred, uint8_t* rgba, int columns) {
+  for (int x = 0; x < columns; ++x) {
+    const float subject = static_cast<float>(mask[x]) * kToWeight;
+    const float background = 1.0F - subject;
+    for (int c = 0; c < channels; ++c) {
+      uint8_t& sample = rgba[kRgba * x + c];
+      const auto soft = static_cast<float>(blurred[channels * x + c]);
+      sample = RoundToByte(static_cast<float>(sample) * subject + soft * background);
+    }
+  }
+}
+
+void Blend(const cv::Mat& mask, const cv::Mat& blurred, cv::Mat& rgba) {
+  const auto blend_row = blurred.channels() == kRgba ? BlendRow<kRgba> : BlendRow<kRgba - 1>;
+  cv::parallel_for_(cv::Range(0, rgba.rows), [&](const cv::Range& range) {
+    for (int y = range.start; y < range.end; ++y) {
+      blend_row(mask.ptr(y), blurred.ptr(y), rgba.ptr(y), rgba.cols);
+    }
+  });
+}
+
+}  // namespace
+
+int BackgroundBlurKernelSize(float bg_blur) {
+  const int size = static_cast<int>(bg_blur / 100.0F * static_cast<float>(kMaxKernelSize)) | 1;
+  return std::clamp(size, kMinKernelSize, kMaxKernelSize);
+}
+
+void RenderPreview(const ImageBuffer& rendered, const cv::Mat& mask, float bg_blur, cv::Mat& preview) {
+  ToRgba8(rendered, preview);
+  if (mask.empty() || !(bg_blur > 0)) return;
+  Blend(Stretched(mask, preview.size()), Blurred(preview, BackgroundBlurKernelSize(bg_blur)), preview);
+}
+
+}  // namespace lumvik
