@@ -5,6 +5,8 @@
 #include <opencv2/core/utility.hpp>
 #include <opencv2/imgproc.hpp>
 
+#include "image/vectorized.h"
+
 namespace lumvik {
 namespace {
 
@@ -58,13 +60,22 @@ void BlendRow(const uint8_t* mask, const uint8_t* blurred, uint8_t* rgba, int co
   }
 }
 
-void Blend(const cv::Mat& mask, const cv::Mat& blurred, cv::Mat& rgba) {
-  const auto blend_row = blurred.channels() == kRgba ? BlendRow<kRgba> : BlendRow<kRgba - 1>;
+template <int channels>
+void BlendRows(const cv::Mat& mask, const cv::Mat& blurred, cv::Mat& rgba) {
+  const int columns = rgba.cols;
   cv::parallel_for_(cv::Range(0, rgba.rows), [&](const cv::Range& range) {
     for (int y = range.start; y < range.end; ++y) {
-      blend_row(mask.ptr(y), blurred.ptr(y), rgba.ptr(y), rgba.cols);
+      const uint8_t* mask_row = mask.ptr(y);
+      const uint8_t* blurred_row = blurred.ptr(y);
+      uint8_t* rgba_row = rgba.ptr(y);
+      Vectorized([=] { BlendRow<channels>(mask_row, blurred_row, rgba_row, columns); });
     }
   });
+}
+
+void Blend(const cv::Mat& mask, const cv::Mat& blurred, cv::Mat& rgba) {
+  const auto blend = blurred.channels() == kRgba ? BlendRows<kRgba> : BlendRows<kRgba - 1>;
+  blend(mask, blurred, rgba);
 }
 
 }  // namespace

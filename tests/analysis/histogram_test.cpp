@@ -9,6 +9,7 @@
 
 #include "pipeline/develop_pipeline.h"
 #include "reference/histogram.h"
+#include "support/instruction_sets.h"
 #include "support/random_adjustments.h"
 #include "support/test_images.h"
 
@@ -103,6 +104,11 @@ TEST(CountLevels, PartOfAPicture) {
 TEST(CountLevels, NoPixels) {
   const Histograms counts = CountLevels(ImageBuffer());
   for (const auto histogram : kAll) EXPECT_THAT(counts.*histogram, ::testing::Each(0U));
+}
+
+TEST(CountLevels, EveryInstructionSetCountsTheSame) {
+  const cv::Mat image = test::NoiseImage({1037, 19}, 8);
+  test::WithEachInstructionSet([&] { ExpectAsPlain(image); });
 }
 
 TEST(CountLevels, AnyNumberOfThreadsCountsTheSame) {

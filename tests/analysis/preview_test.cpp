@@ -7,6 +7,7 @@
 
 #include "pipeline/develop_pipeline.h"
 #include "reference/preview.h"
+#include "support/instruction_sets.h"
 #include "support/random_adjustments.h"
 #include "support/test_images.h"
 
@@ -85,6 +86,14 @@ TEST(RenderPreview, AllFourChannelsAreBlendedAtEveryStrength) {
       ExpectAsPlain(rendered, NoiseMask(size), bg_blur);
     }
   }
+}
+
+TEST(RenderPreview, EveryInstructionSetBlendsTheSame) {
+  const cv::Mat rendered = test::NoiseImage({151, 9}, 3);
+  test::WithEachInstructionSet([&] {
+    ExpectAsPlain(rendered, NoiseMask(rendered.size()), 45);
+    ExpectAsPlain(Opaque(rendered.clone()), NoiseMask(rendered.size()), 45);
+  });
 }
 
 TEST(RenderPreview, AnAlphaIsBlurredToo) {
