@@ -10,18 +10,19 @@ constexpr float kPurpleHigh = 0.85F;
 constexpr float kGreenLow = 0.25F;
 constexpr float kGreenHigh = 0.4F;
 
+// Not && and ||, which branch.
 bool IsFringeHue(float h) {
-  return (kPurpleLow < h && h < kPurpleHigh) || (kGreenLow < h && h < kGreenHigh);
+  return ((kPurpleLow < h) & (h < kPurpleHigh)) | ((kGreenLow < h) & (h < kGreenHigh));
 }
 
 void DampRow(const PixelRow& row, float saturation_limit, float damping) {
   for (int i = 0; i < row.columns; ++i) {
     const HslColor color = rgb_to_hsl(row.red[i], row.green[i], row.blue[i]);
-    if (!IsFringeHue(color.h) || !(color.s > saturation_limit)) continue;
     const RgbColor rgb = hsl_to_rgb(color.h, color.s * damping, color.l);
-    row.red[i] = rgb.r;
-    row.green[i] = rgb.g;
-    row.blue[i] = rgb.b;
+    const bool fringe = IsFringeHue(color.h) & (color.s > saturation_limit);
+    row.red[i] = Choose(fringe, rgb.r, row.red[i]);
+    row.green[i] = Choose(fringe, rgb.g, row.green[i]);
+    row.blue[i] = Choose(fringe, rgb.b, row.blue[i]);
   }
 }
 
@@ -31,7 +32,7 @@ RowKernel Defringe(float amount) {
   if (!(amount > 0.0F)) return {};
   const float saturation_limit = (1.0F - amount / 100.0F) * 0.5F;
   const float damping = 1.0F - amount / 100.0F * 0.5F;
-  return [=](const PixelRow& row) { DampRow(row, saturation_limit, damping); };
+  return MakeRowKernel([=](const PixelRow& row) { DampRow(row, saturation_limit, damping); });
 }
 
 }  // namespace lumvik

@@ -4,6 +4,7 @@
 #include <utility>
 #include <vector>
 
+#include "image/large_image.h"
 #include "pipeline/brightness.h"
 #include "pipeline/clarity_texture.h"
 #include "pipeline/contrast.h"
@@ -131,15 +132,22 @@ class Run {
     }
   }
 
-  ImageBuffer Finish() const {
-    ImageBuffer rendered(image_.size(), CV_16UC4);
+  // Writes over the earlier render where it can, as fresh memory is slow. Everything that can fail lies
+  // behind.
+  void Finish(ImageBuffer& rendered) const {
+    if (!CanHold(rendered)) rendered = LargeImage(image_.size(), CV_16UC4);
     RunRowKernels(image_, waiting_, rendered);
-    return rendered;
   }
 
  private:
+  // Of the right size, and nobody else's pixels.
+  bool CanHold(const ImageBuffer& rendered) const {
+    return rendered.size() == image_.size() && rendered.type() == CV_16UC4 && rendered.u != nullptr &&
+           rendered.u->refcount == 1;
+  }
+
   void RunWaiting() {
-    cv::Mat working = image_.depth() == CV_32F ? image_ : cv::Mat(image_.size(), CV_32FC4);
+    cv::Mat working = image_.depth() == CV_32F ? image_ : LargeImage(image_.size(), CV_32FC4);
     if (working.data != image_.data || !waiting_.empty()) RunRowKernels(image_, waiting_, working);
     image_ = std::move(working);
     waiting_.clear();
@@ -155,7 +163,7 @@ void DevelopPipeline(const ImageBuffer& source, const Adjustments& adjustments, 
   if (source.empty()) return;
   Run run(source);
   for (const Stage& stage : kStages) run.Pass(stage, adjustments);
-  rendered = run.Finish();
+  run.Finish(rendered);
 }
 
 }  // namespace lumvik

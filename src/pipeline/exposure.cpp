@@ -53,7 +53,7 @@ void ExposeRow(const PixelRow& row, float gain) {
 RowKernel Exposure(float exposure) {
   if (exposure == 0.0F) return {};
   const float gain = std::pow(2.0F, exposure);
-  return [gain](const PixelRow& row) { ExposeRow(row, gain); };
+  return MakeRowKernel([gain](const PixelRow& row) { ExposeRow(row, gain); });
 }
 
 }  // namespace lumvik

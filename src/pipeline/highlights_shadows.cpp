@@ -51,7 +51,8 @@ void Reshape(const PixelRow& row, float highlights, float shadows) {
 
 RowKernel HighlightsShadows(float highlights, float shadows) {
   if (highlights == 0.0F && shadows == 0.0F) return {};
-  return [h = highlights / 100.0F, s = shadows / 100.0F](const PixelRow& row) { Reshape(row, h, s); };
+  return MakeRowKernel(
+      [h = highlights / 100.0F, s = shadows / 100.0F](const PixelRow& row) { Reshape(row, h, s); });
 }
 
 }  // namespace lumvik

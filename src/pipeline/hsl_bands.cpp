@@ -17,41 +17,59 @@ constexpr float kMinSaturation = 0.0001F;
 
 using Bands = std::array<HslBand, kHslBandCount>;
 
-// The sum of all bands' shifts at a hue, each by its weight; the weights are not normalised.
-struct Shift {
-  float weight = 0;
-  HslBand sum;
+// Of each pixel of a part of a row: its colour, and the sum of all bands' shifts at its hue, each by its
+// weight; the weights are not normalised.
+struct Part {
+  float hue[kMaxPart];
+  float saturation[kMaxPart];
+  float lightness[kMaxPart];
+  float weight[kMaxPart];
+  float hue_shift[kMaxPart];
+  float saturation_shift[kMaxPart];
+  float luminance_shift[kMaxPart];
 };
 
-Shift ShiftAt(float hue, const Bands& bands) {
-  Shift shift;
-  for (size_t band = 0; band < bands.size(); ++band) {
-    const float apart = std::fabs(hue - kCentres[band]);
+void SplitColors(const PixelRow& row, Part& part) {
+  for (int i = 0; i < row.columns; ++i) {
+    const HslColor color = rgb_to_hsl(row.red[i], row.green[i], row.blue[i]);
+    part.hue[i] = color.h;
+    part.saturation[i] = color.s;
+    part.lightness[i] = color.l;
+    part.weight[i] = part.hue_shift[i] = part.saturation_shift[i] = part.luminance_shift[i] = 0;
+  }
+}
+
+void AddBand(float centre, HslBand band, int columns, Part& part) {
+  for (int i = 0; i < columns; ++i) {
+    const float apart = std::fabs(part.hue[i] - centre);
     const float distance = apart > 0.5F ? 1.0F - apart : apart;
     const float weight = 1.0F - distance / kReach;
-    if (!(distance < kReach) || !(weight >= kMinWeight)) continue;
-    shift.weight += weight;
-    shift.sum.hue += weight * bands[band].hue;
-    shift.sum.saturation += weight * bands[band].saturation;
-    shift.sum.luminance += weight * bands[band].luminance;
+    const bool reached = (distance < kReach) & (weight >= kMinWeight);
+    part.weight[i] += reached ? weight : 0.0F;
+    part.hue_shift[i] += reached ? weight * band.hue : 0.0F;
+    part.saturation_shift[i] += reached ? weight * band.saturation : 0.0F;
+    part.luminance_shift[i] += reached ? weight * band.luminance : 0.0F;
   }
-  return shift;
+}
+
+void ShiftColors(const Part& part, const PixelRow& row) {
+  for (int i = 0; i < row.columns; ++i) {
+    const float h = FractionOf(part.hue[i] + part.hue_shift[i] / 360.0F + 2.0F);
+    const float s = ClampUnit((part.saturation_shift[i] / 100.0F + 1.0F) * part.saturation[i]);
+    const float l = ClampUnit(part.lightness[i] + part.luminance_shift[i] / 200.0F);
+    const RgbColor rgb = hsl_to_rgb(h, s, l);
+    const bool shifted = (part.saturation[i] >= kMinSaturation) & (part.weight[i] >= kMinWeight);
+    row.red[i] = Choose(shifted, rgb.r, row.red[i]);
+    row.green[i] = Choose(shifted, rgb.g, row.green[i]);
+    row.blue[i] = Choose(shifted, rgb.b, row.blue[i]);
+  }
 }
 
 void ShiftRow(const PixelRow& row, const Bands& bands) {
-  for (int i = 0; i < row.columns; ++i) {
-    const HslColor color = rgb_to_hsl(row.red[i], row.green[i], row.blue[i]);
-    if (color.s < kMinSaturation) continue;
-    const Shift shift = ShiftAt(color.h, bands);
-    if (shift.weight < kMinWeight) continue;
-    const float h = std::fmod(color.h + shift.sum.hue / 360.0F + 2.0F, 1.0F);
-    const float s = ClampUnit((shift.sum.saturation / 100.0F + 1.0F) * color.s);
-    const float l = ClampUnit(color.l + shift.sum.luminance / 200.0F);
-    const RgbColor rgb = hsl_to_rgb(h, s, l);
-    row.red[i] = rgb.r;
-    row.green[i] = rgb.g;
-    row.blue[i] = rgb.b;
-  }
+  Part part;
+  SplitColors(row, part);
+  for (size_t band = 0; band < bands.size(); ++band) AddBand(kCentres[band], bands[band], row.columns, part);
+  ShiftColors(part, row);
 }
 
 }  // namespace
@@ -61,7 +79,7 @@ RowKernel HslBands(const Bands& bands) {
     return band.hue == 0.0F && band.saturation == 0.0F && band.luminance == 0.0F;
   };
   if (std::all_of(bands.begin(), bands.end(), sleeps)) return {};
-  return [bands](const PixelRow& row) { ShiftRow(row, bands); };
+  return MakeRowKernel([bands](const PixelRow& row) { ShiftRow(row, bands); });
 }
 
 }  // namespace lumvik

@@ -22,8 +22,13 @@ struct RgbColor {
   float b;
 };
 
+// What is left of a value after its whole part is cut off: std::fmod(value, 1), which would not vectorise.
+inline float FractionOf(float value) {
+  return value - std::trunc(value);
+}
+
 // Foley, van Dam et al., Computer Graphics: Principles and Practice, section 13.3.5. A grey has hue and
-// saturation 0.
+// saturation 0. Without branches, as every pixel goes through here.
 // NOLINTNEXTLINE(readability-identifier-naming): the name this conversion has everywhere
 inline HslColor rgb_to_hsl(float r, float g, float b) {
   constexpr float kGreySpread = 1e-6F;
@@ -31,38 +36,40 @@ inline HslColor rgb_to_hsl(float r, float g, float b) {
   const float smallest = std::min(std::min(r, g), b);
   const float spread = largest - smallest;
   const float l = (largest + smallest) * 0.5F;
-  if (spread < kGreySpread) return {0.0F, 0.0F, l};
   const float s = spread / (1.0F - std::fabs(2.0F * l - 1.0F));
-  const float sector = largest == r   ? std::fmod((g - b) / spread, 6.0F)
-                       : largest == g ? (b - r) / spread + 2.0F
-                                      : (r - g) / spread + 4.0F;
-  const float h = sector / 6.0F;
-  return {h < 0.0F ? h + 1.0F : h, s, l};
+  const float from_red = (g - b) / spread;
+  const float from_green = (b - r) / spread + 2.0F;
+  const float from_blue = (r - g) / spread + 4.0F;
+  const float beyond_red = largest == g ? from_green : from_blue;
+  const float h = (largest == r ? from_red : beyond_red) / 6.0F;
+  const float hue = h < 0.0F ? h + 1.0F : h;
+  const bool grey = spread < kGreySpread;
+  return {grey ? 0.0F : hue, grey ? 0.0F : s, l};
 }
 
 // Each component clamped to 0..1. A negative hue, or one of a whole turn and more, is taken as it falls.
 // NOLINTNEXTLINE(readability-identifier-naming): likewise
 inline RgbColor hsl_to_rgb(float h, float s, float l) {
   const float chroma = (1.0F - std::fabs(2.0F * l - 1.0F)) * s;
-  const float x = chroma * (1.0F - std::fabs(std::fmod(6.0F * h, 2.0F) - 1.0F));
+  const float sixths = 6.0F * h;
+  const float x = chroma * (1.0F - std::fabs(2.0F * FractionOf(sixths / 2.0F) - 1.0F));
   const float m = l - chroma / 2.0F;
   const float c_m = ClampUnit(chroma + m);
   const float x_m = ClampUnit(x + m);
   const float o_m = ClampUnit(0.0F + m);
-  switch (static_cast<int>(6.0F * h) % 6) {
-    case 0:
-      return {c_m, x_m, o_m};
-    case 1:
-      return {x_m, c_m, o_m};
-    case 2:
-      return {o_m, c_m, x_m};
-    case 3:
-      return {o_m, x_m, c_m};
-    case 4:
-      return {x_m, o_m, c_m};
-    default:
-      return {c_m, o_m, x_m};
-  }
+  // Sixths of a turn, -5..5. A component is largest near its own two and smallest opposite; the comparisons
+  // are of distances because a choice between many cases does not vectorise.
+  const float whole = std::trunc(sixths);
+  const float sector = whole - 6.0F * std::trunc(whole / 6.0F);
+  const float from_cyan = std::fabs(sector - 2.5F);
+  const float from_green = std::fabs(sector - 1.5F);
+  const float from_blue = std::fabs(sector - 3.5F);
+  const float red_rest = from_cyan < 2.0F ? x_m : c_m;
+  const float green_rest = from_green < 2.0F ? x_m : o_m;
+  const float blue_far = from_blue < 4.0F ? o_m : x_m;  // the sectors of a negative hue lie furthest
+  const float blue_rest = from_blue < 2.0F ? x_m : blue_far;
+  return {from_cyan < 1.0F ? o_m : red_rest, from_green < 1.0F ? c_m : green_rest,
+          from_blue < 1.0F ? c_m : blue_rest};
 }
 
 }  // namespace lumvik

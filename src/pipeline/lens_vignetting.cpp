@@ -16,12 +16,12 @@ struct Lens {
 
 void Compensate(const PixelRow& row, const Lens& lens) {
   const float dy = static_cast<float>(row.y) - lens.centre_y;
-  for (int x = 0; x < row.columns; ++x) {
-    const float dx = static_cast<float>(x) - lens.centre_x;
+  for (int i = 0; i < row.columns; ++i) {
+    const float dx = static_cast<float>(row.x + i) - lens.centre_x;
     const float gain = 1.0F + kStrength * lens.amount * ((dx * dx + dy * dy) / lens.half_diagonal_squared);
-    row.red[x] = ClampUnit(row.red[x] * gain);
-    row.green[x] = ClampUnit(row.green[x] * gain);
-    row.blue[x] = ClampUnit(row.blue[x] * gain);
+    row.red[i] = ClampUnit(row.red[i] * gain);
+    row.green[i] = ClampUnit(row.green[i] * gain);
+    row.blue[i] = ClampUnit(row.blue[i] * gain);
   }
 }
 
@@ -32,7 +32,7 @@ RowKernel LensVignetting(float amount, cv::Size frame) {
   const float centre_x = static_cast<float>(frame.width) * 0.5F;
   const float centre_y = static_cast<float>(frame.height) * 0.5F;
   const Lens lens = {centre_x, centre_y, centre_y * centre_y + centre_x * centre_x, amount / 100.0F};
-  return [lens](const PixelRow& row) { Compensate(row, lens); };
+  return MakeRowKernel([lens](const PixelRow& row) { Compensate(row, lens); });
 }
 
 }  // namespace lumvik

@@ -20,6 +20,20 @@ inline float SaturateUnit(float value) {
   return floored > 1.0F ? 1.0F : floored;
 }
 
+// `condition ? yes : no`, by masks: where one of the two is what memory holds already, the compiler would
+// store the other in a branch, and a loop with a branch does not vectorise.
+inline float Choose(bool condition, float yes, float no) {
+  uint32_t yes_bits = 0;
+  uint32_t no_bits = 0;
+  std::memcpy(&yes_bits, &yes, sizeof(yes_bits));
+  std::memcpy(&no_bits, &no, sizeof(no_bits));
+  const uint32_t mask = 0U - static_cast<uint32_t>(condition);
+  const uint32_t bits = (yes_bits & mask) | (no_bits & ~mask);
+  float chosen = 0;
+  std::memcpy(&chosen, &bits, sizeof(chosen));
+  return chosen;
+}
+
 // log2 of a positive, normal number. Largest error 2e-7 relative to max(1, |log2 value|).
 // The mantissa is brought into sqrt(1/2)..sqrt(2), the rest is an odd series in (m - 1) / (m + 1).
 // 0 and subnormal numbers are read as if they had the hidden bit, so that 0 gives -127: OpenCV's logarithm

@@ -23,17 +23,17 @@ void Brighten(const PixelRow& row, const Vignette& vignette) {
   const float direction = vignette.amount < 0.0F ? 1.0F : -1.0F;
   const bool rectangular = vignette.ellipse_share < 1.0F;
   const float ny = (static_cast<float>(row.y) - vignette.centre_y) / vignette.centre_y;
-  for (int x = 0; x < row.columns; ++x) {
-    const float nx = (static_cast<float>(x) - vignette.centre_x) / vignette.centre_x;
+  for (int i = 0; i < row.columns; ++i) {
+    const float nx = (static_cast<float>(row.x + i) - vignette.centre_x) / vignette.centre_x;
     const float ellipse = std::sqrt(ny * ny + nx * nx);
     const float rectangle = std::max(std::fabs(ny), std::fabs(nx));
     const float distance = rectangular ? (ellipse - rectangle) * vignette.ellipse_share + rectangle : ellipse;
     const float t = ClampUnit((distance - vignette.midpoint) / (1.0F - vignette.midpoint + kMinFalloff));
     const float weight = (3.0F - 2.0F * t) * (t * t) * -vignette.amount;
     const auto mix = [=](float value) { return ClampUnit((1.0F - value) * weight * direction + value); };
-    row.red[x] = mix(row.red[x]);
-    row.green[x] = mix(row.green[x]);
-    row.blue[x] = mix(row.blue[x]);
+    row.red[i] = mix(row.red[i]);
+    row.green[i] = mix(row.green[i]);
+    row.blue[i] = mix(row.blue[i]);
   }
 }
 
@@ -44,7 +44,7 @@ RowKernel PostCropVignette(const VignetteSettings& settings, cv::Size frame) {
   const float roundness = (settings.roundness + 100.0F) / 200.0F;
   const Vignette vignette = {static_cast<float>(frame.width) * 0.5F, static_cast<float>(frame.height) * 0.5F,
                              settings.amount / 100.0F, settings.midpoint / 100.0F, 2.0F * roundness};
-  return [vignette](const PixelRow& row) { Brighten(row, vignette); };
+  return MakeRowKernel([vignette](const PixelRow& row) { Brighten(row, vignette); });
 }
 
 }  // namespace lumvik

@@ -1,79 +1,92 @@
 #include "pipeline/row_kernel.h"
 
-#include <opencv2/core/utility.hpp>
+#include <algorithm>
+#include <cstring>
+#include <new>
+
+#include "pipeline/working_image.h"
 
 namespace lumvik {
 namespace {
 
-constexpr int kChannels = 4;
 constexpr float kToUnit = static_cast<float>(1.0 / 65535.0);
 constexpr float kFullScale = 65535.0F;
 
-float ToFloat(uint16_t sample) {
-  return static_cast<float>(sample) * kToUnit;
-}
-float ToFloat(float sample) {
-  return sample;
+// The 16 bits at `shift` of a pixel read as one word, which vectorises better than four reads.
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "a pixel's red is the lowest part of its word");
+float UnitAt(uint64_t pixel, int shift) {
+  return static_cast<float>(static_cast<int>((pixel >> shift) & 0xFFFF)) * kToUnit;
 }
 
-// Rounds to nearest, ties to even, as OpenCV's conversion does.
-void FromFloat(float value, uint16_t& sample) {
-  constexpr float kRoundingShift = 8388608.0F;  // 2^23: floats above it have no fraction
+// Rounds to nearest, ties to even, as OpenCV's conversion does: the low bits of a float near 2^23 are a whole
+// number.
+uint32_t ToCode(float value) {
+  constexpr float kRoundingShift = 8388608.0F;  // 2^23
   const float scaled = value * kFullScale;
   const float floored = scaled > 0.0F ? scaled : 0.0F;  // written so that a NaN becomes 0
-  const float clamped = floored < kFullScale ? floored : kFullScale;
-  sample = static_cast<uint16_t>(static_cast<int>((clamped + kRoundingShift) - kRoundingShift));
-}
-void FromFloat(float value, float& sample) {
-  sample = value;
+  const float shifted = (floored < kFullScale ? floored : kFullScale) + kRoundingShift;
+  uint32_t bits = 0;
+  std::memcpy(&bits, &shifted, sizeof(bits));
+  return bits & 0xFFFF;
 }
 
-template <typename Sample>
-void LoadRow(const Sample* from, const PixelRow& row) {
+void Load(const uint16_t* from, const PixelRow& row, float* __restrict alpha) {
   for (int x = 0; x < row.columns; ++x) {
-    row.red[x] = ToFloat(from[kChannels * x]);
-    row.green[x] = ToFloat(from[kChannels * x + 1]);
-    row.blue[x] = ToFloat(from[kChannels * x + 2]);
+    uint64_t pixel = 0;
+    std::memcpy(&pixel, from + kChannels * x, sizeof(pixel));
+    row.red[x] = UnitAt(pixel, 0);
+    row.green[x] = UnitAt(pixel, 16);
+    row.blue[x] = UnitAt(pixel, 32);
+    alpha[x] = UnitAt(pixel, 48);
   }
 }
 
-template <typename Sample>
-void StoreRow(const PixelRow& row, Sample* to) {
+void Load(const float* from, const PixelRow& row, float* __restrict alpha) {
   for (int x = 0; x < row.columns; ++x) {
-    FromFloat(row.red[x], to[kChannels * x]);
-    FromFloat(row.green[x], to[kChannels * x + 1]);
-    FromFloat(row.blue[x], to[kChannels * x + 2]);
+    row.red[x] = from[kChannels * x];
+    row.green[x] = from[kChannels * x + 1];
+    row.blue[x] = from[kChannels * x + 2];
+    alpha[x] = from[kChannels * x + 3];
+  }
+}
+
+// Two words a pixel vectorise better than four samples.
+void Store(const PixelRow& row, const float* alpha, uint16_t* __restrict to) {
+  for (int x = 0; x < row.columns; ++x) {
+    const uint32_t red_green = ToCode(row.red[x]) | ToCode(row.green[x]) << 16;
+    const uint32_t blue_alpha = ToCode(row.blue[x]) | ToCode(alpha[x]) << 16;
+    std::memcpy(to + kChannels * x, &red_green, sizeof(red_green));
+    std::memcpy(to + kChannels * x + 2, &blue_alpha, sizeof(blue_alpha));
+  }
+}
+
+void Store(const PixelRow& row, const float* alpha, float* __restrict to) {
+  for (int x = 0; x < row.columns; ++x) {
+    to[kChannels * x] = row.red[x];
+    to[kChannels * x + 1] = row.green[x];
+    to[kChannels * x + 2] = row.blue[x];
+    to[kChannels * x + 3] = alpha[x];
   }
 }
 
 template <typename From, typename To>
-void CopyAlpha(const From* from, To* to, int columns) {
-  for (int x = 0; x < columns; ++x) {
-    const From alpha = from[kChannels * x + 3];
-    if constexpr (std::is_same_v<From, To>) {
-      to[kChannels * x + 3] = alpha;
-    } else {
-      FromFloat(ToFloat(alpha), to[kChannels * x + 3]);
-    }
+void RunRow(const From* from, const std::vector<RowKernel>& kernels, To* to, int columns, int y) {
+  alignas(64) float planes[kChannels][kMaxPart];
+  float* const alpha = planes[3];
+  for (int x = 0; x < columns; x += kMaxPart) {
+    const PixelRow part{planes[0], planes[1], planes[2], std::min(kMaxPart, columns - x), x, y};
+    const From* const part_from = from + static_cast<ptrdiff_t>(kChannels) * x;
+    To* const part_to = to + static_cast<ptrdiff_t>(kChannels) * x;
+    Vectorized([=] { Load(part_from, part, alpha); });
+    for (const RowKernel& kernel : kernels) kernel(part);
+    Vectorized([=] { Store(part, alpha, part_to); });
   }
 }
 
 template <typename From, typename To>
 void RunRows(const cv::Mat& input, const std::vector<RowKernel>& kernels, cv::Mat& output) {
-  const int columns = input.cols;
-  cv::parallel_for_(cv::Range(0, input.rows), [&](const cv::Range& range) {
-    std::vector<float> planes(static_cast<size_t>(columns) * 3);
-    PixelRow row{planes.data(), planes.data() + columns, planes.data() + 2 * columns, columns, 0};
-    for (int y = range.start; y < range.end; ++y) {
-      const From* from = input.ptr<From>(y);
-      To* to = output.ptr<To>(y);
-      row.y = y;
-      LoadRow(from, row);
-      for (const RowKernel& kernel : kernels) kernel(row);
-      CopyAlpha(from, to, columns);
-      StoreRow(row, to);
-    }
-  });
+  ForEachRow(input.rows,
+             [&](int y) { RunRow(input.ptr<From>(y), kernels, output.ptr<To>(y), input.cols, y); });
 }
 
 }  // namespace

@@ -6,35 +6,58 @@
 #include <opencv2/core.hpp>
 #include <vector>
 
+#include "image/vectorized.h"
+
 namespace lumvik {
 
-// One row of the working image: `columns` values a colour, 0..1 for black to full scale. Alpha takes no part.
+// So many pixels of a row are worked on at a time: their floats stay in the first cache.
+inline constexpr int kMaxPart = 1024;
+
+// A part of one row of the working image: 1 to kMaxPart `columns`, a value each for every colour, 0..1 for
+// black to full scale. Alpha takes no part.
 struct PixelRow {
-  float* red;
-  float* green;
-  float* blue;
+  float* __restrict red;
+  float* __restrict green;
+  float* __restrict blue;
   int columns;
-  int y;  // of the row in the frame
+  int x;  // of the first column in the frame
+  int y;
 };
 
 // A point stage made ready for one run: it holds its constants and changes a row in place. Called from
 // several threads at once. An empty kernel leaves every pixel as it is.
 using RowKernel = std::function<void(const PixelRow&)>;
 
+// The kernel that calls `change(row)`, a plain loop over the columns, with the widest vectors. Without
+// branches in the loop it runs several times as fast.
+template <typename Change>
+RowKernel MakeRowKernel(const Change& change) {
+  return [change](const PixelRow& row) {
+    Vectorized([&] {
+      // Copies that nothing else points to: the compiler then knows that storing a value changes none of
+      // them.
+      const PixelRow part = row;
+      const Change own_change = change;
+      own_change(part);
+    });
+  };
+}
+
 // The kernel that gives each colour value of a pixel `function(value)`.
 template <typename Function>
 RowKernel EachValue(const Function& function) {
-  return [function](const PixelRow& row) {
+  return MakeRowKernel([function](const PixelRow& row) {
     for (float* values : {row.red, row.green, row.blue}) {
-      for (int x = 0; x < row.columns; ++x) values[x] = function(values[x]);
+      for (int i = 0; i < row.columns; ++i) values[i] = function(values[i]);
     }
-  };
+  });
 }
 
 // Passes every row of `input` through the kernels, in their order, into `output`. Each of the two is a
 // 16-bit (CV_16UC4) or a working (CV_32FC4, source / 65535) image; they may be the same matrix. Rows are
-// shared out over OpenCV's worker threads, a row stays in the cache from the first kernel to the last.
-// 16-bit output is rounded to nearest and clamped to 0..65535; a NaN gives 0. Alpha is carried through.
+// shared out over OpenCV's worker threads, and a part of a row stays in the cache from the first kernel to
+// the last. 16-bit output is rounded to nearest and clamped to 0..65535; a NaN gives 0. Alpha is carried
+// through.
 void RunRowKernels(const cv::Mat& input, const std::vector<RowKernel>& kernels, cv::Mat& output);
 
 }  // namespace lumvik

@@ -38,7 +38,8 @@ void Saturate(const PixelRow& row, float saturation, float vibrance) {
 
 RowKernel SaturationVibrance(float saturation, float vibrance) {
   if (saturation == 0.0F && vibrance == 0.0F) return {};
-  return [s = saturation / 100.0F, v = vibrance / 100.0F](const PixelRow& row) { Saturate(row, s, v); };
+  return MakeRowKernel(
+      [s = saturation / 100.0F, v = vibrance / 100.0F](const PixelRow& row) { Saturate(row, s, v); });
 }
 
 }  // namespace lumvik

@@ -44,7 +44,7 @@ RowKernel SplitToning(const SplitToningSettings& settings) {
   const Tones tones = {settings.highlight_hue / 360.0F, settings.highlight_saturation / 100.0F,
                        settings.shadow_hue / 360.0F, settings.shadow_saturation / 100.0F,
                        settings.balance / 100.0F * kBalanceScale};
-  return [tones](const PixelRow& row) { ToneRow(row, tones); };
+  return MakeRowKernel([tones](const PixelRow& row) { ToneRow(row, tones); });
 }
 
 }  // namespace lumvik

@@ -33,20 +33,20 @@ float EvaluateSegment(const ToneCurve& points, size_t j, float x) {
 }
 
 // A NaN looks up entry 0.
-size_t Index(float value) {
+int Index(float value) {
   // NOLINTNEXTLINE(bugprone-incorrect-roundings): adding a half and cutting off is how the index is defined
-  return static_cast<size_t>(SaturateUnit(value) * kMaxIndex + 0.5F);
+  return static_cast<int>(SaturateUnit(value) * kMaxIndex + 0.5F);
 }
 
 // One look-up in the result equals a look-up in `first` and then one in `second`.
 Table Composed(const Table& first, const Table& second) {
   Table table(first.size());
   std::transform(first.begin(), first.end(), table.begin(),
-                 [&second](float value) { return second[Index(value)]; });
+                 [&second](float value) { return second[static_cast<size_t>(Index(value))]; });
   return table;
 }
 
-void LookUp(float* values, int count, const Table& table) {
+void LookUp(float* values, int count, const float* table) {
   for (int i = 0; i < count; ++i) values[i] = table[Index(values[i])];
 }
 
@@ -78,11 +78,11 @@ RowKernel ToneCurveStage(const std::array<ToneCurve, kToneCurveCount>& curves) {
       std::make_shared<const Tables>(Tables{Composed(master, BuildCurveTable(curves[kRedCurve])),
                                             Composed(master, BuildCurveTable(curves[kGreenCurve])),
                                             Composed(master, BuildCurveTable(curves[kBlueCurve]))});
-  return [tables](const PixelRow& row) {
-    LookUp(row.red, row.columns, tables->red);
-    LookUp(row.green, row.columns, tables->green);
-    LookUp(row.blue, row.columns, tables->blue);
-  };
+  return MakeRowKernel([tables](const PixelRow& row) {
+    LookUp(row.red, row.columns, tables->red.data());
+    LookUp(row.green, row.columns, tables->green.data());
+    LookUp(row.blue, row.columns, tables->blue.data());
+  });
 }
 
 }  // namespace lumvik

@@ -48,11 +48,11 @@ WhiteBalanceGains ComputeWhiteBalanceGains(float temperature, float tint) {
 RowKernel WhiteBalance(float temperature, float tint) {
   const WhiteBalanceGains gains = ComputeWhiteBalanceGains(temperature, tint);
   if (gains.red == 1.0F && gains.green == 1.0F && gains.blue == 1.0F) return {};
-  return [gains](const PixelRow& row) {
+  return MakeRowKernel([gains](const PixelRow& row) {
     Scale(row.red, row.columns, gains.red);
     Scale(row.green, row.columns, gains.green);
     Scale(row.blue, row.columns, gains.blue);
-  };
+  });
 }
 
 }  // namespace lumvik
