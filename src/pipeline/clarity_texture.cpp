@@ -1,10 +1,8 @@
 #include "pipeline/clarity_texture.h"
 
-#include <opencv2/imgproc.hpp>
-
 #include "image/luminance.h"
+#include "pipeline/gaussian_blur.h"
 #include "pipeline/pixel_math.h"
-#include "pipeline/working_image.h"
 
 namespace lumvik {
 namespace {
@@ -14,30 +12,32 @@ constexpr float kClarityGain = 0.3F;
 constexpr double kTextureSigma = 3.0;
 constexpr float kTextureGain = 0.2F;
 
-void AddDetail(cv::Mat& working, const cv::Mat& luminance, double sigma, float gain) {
-  cv::Mat blurred;
-  cv::GaussianBlur(luminance, blurred, cv::Size(), sigma);
-  ForEachRow(working.rows, [&](int y) {
-    auto* pixels = working.ptr<float>(y);
-    const auto* sharp = luminance.ptr<float>(y);
-    const auto* soft = blurred.ptr<float>(y);
-    for (int x = 0; x < working.cols; ++x) {
-      const float detail = (sharp[x] - soft[x]) * gain;
-      for (int c = 0; c < kColors; ++c) {
-        float& value = pixels[x * kChannels + c];
-        value = SaturateUnit(value + detail);
-      }
-    }
-  });
+// Both add detail of the luminance before either acted. A gain of 0 adds nothing.
+void AddDetail(const PixelRow& row, float clarity, const float* wide_blur, float texture,
+               const float* narrow_blur) {
+  for (int i = 0; i < row.columns; ++i) {
+    const float luminance = Luminance(row.red[i], row.green[i], row.blue[i]);
+    const float coarse = (luminance - wide_blur[i]) * clarity;
+    const float fine = (luminance - narrow_blur[i]) * texture;
+    row.red[i] = SaturateUnit(SaturateUnit(row.red[i] + coarse) + fine);
+    row.green[i] = SaturateUnit(SaturateUnit(row.green[i] + coarse) + fine);
+    row.blue[i] = SaturateUnit(SaturateUnit(row.blue[i] + coarse) + fine);
+  }
 }
 
 }  // namespace
 
-void ClarityTexture(cv::Mat& working, float clarity, float texture) {
-  if (clarity == 0.0F && texture == 0.0F) return;
+RowKernel ClarityTexture(const cv::Mat& working, float clarity, float texture) {
   const cv::Mat luminance = LuminancePlane(working);
-  if (clarity != 0.0F) AddDetail(working, luminance, kClaritySigma, clarity / 100.0F * kClarityGain);
-  if (texture != 0.0F) AddDetail(working, luminance, kTextureSigma, texture / 100.0F * kTextureGain);
+  const cv::Mat wide = clarity != 0.0F ? GaussianBlurred(luminance, kClaritySigma) : luminance;
+  const cv::Mat narrow = texture != 0.0F ? GaussianBlurred(luminance, kTextureSigma) : luminance;
+  const float coarse_gain = clarity / 100.0F * kClarityGain;
+  const float fine_gain = texture / 100.0F * kTextureGain;
+  return MakeRowKernel(
+      [=](const PixelRow& row, const float* wide_blur, const float* narrow_blur) {
+        AddDetail(row, coarse_gain, wide_blur, fine_gain, narrow_blur);
+      },
+      wide, narrow);
 }
 
 }  // namespace lumvik

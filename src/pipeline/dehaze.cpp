@@ -1,10 +1,14 @@
 #include "pipeline/dehaze.h"
 
 #include <algorithm>
+#include <cstring>
 #include <functional>
+#include <mutex>
 #include <opencv2/imgproc.hpp>
 #include <vector>
 
+#include "image/large_image.h"
+#include "pipeline/gaussian_blur.h"
 #include "pipeline/pixel_math.h"
 #include "pipeline/working_image.h"
 
@@ -17,59 +21,129 @@ constexpr double kBrightestShare = 0.001;  // of the pixels
 constexpr float kMinAirlight = 0.01F;
 constexpr float kStrength = 0.95F;
 constexpr double kTransmissionSigma = 5.0;
-constexpr double kMinTransmission = 0.1;
+constexpr float kMinTransmission = 0.1F;
+
+void SmallestColors(const float* __restrict pixels, int columns, float* __restrict smallest) {
+  for (int x = 0; x < columns; ++x) {
+    const float red_green = std::min(pixels[kChannels * x], pixels[kChannels * x + 1]);
+    smallest[x] = std::min(red_green, pixels[kChannels * x + 2]);
+  }
+}
 
 // The smallest colour of each pixel's neighbourhood.
 cv::Mat DarkChannel(const cv::Mat& working) {
-  cv::Mat dark(working.size(), CV_32F);
+  cv::Mat smallest = LargeImage(working.size(), CV_32F);
   ForEachRow(working.rows, [&](int y) {
-    const auto* pixels = working.ptr<cv::Vec4f>(y);
-    auto* smallest = dark.ptr<float>(y);
-    for (int x = 0; x < working.cols; ++x) {
-      smallest[x] = std::min(std::min(pixels[x][0], pixels[x][1]), pixels[x][2]);
-    }
+    const auto* pixels = working.ptr<float>(y);
+    auto* values = smallest.ptr<float>(y);
+    Vectorized([=, columns = working.cols] { SmallestColors(pixels, columns, values); });
   });
   const int patch = std::max(static_cast<int>(working.cols * kPatchShare) | 1, kMinPatch);
-  cv::erode(dark, dark, cv::Mat::ones(patch, patch, CV_8U));
+  const cv::Mat square = cv::Mat::ones(patch, patch, CV_8U);
+  cv::Mat dark = LargeImage(working.size(), CV_32F);
+  cv::parallel_for_(
+      cv::Range(0, working.rows),
+      [&](const cv::Range& rows) {
+        cv::Mat stripe = dark.rowRange(rows);
+        cv::erode(smallest.rowRange(rows), stripe, square);
+      },
+      cv::getNumThreads());
   return dark;
 }
 
-// The mean of the brightest values. Only these are sorted: the order of the addition decides the last bits.
+// The upper half of a value's bits, which has the values' order. What is not above 0, or no number, comes
+// first.
+constexpr size_t kClasses = 1 << 16;
+size_t ClassOf(float value) {
+  uint32_t bits = 0;
+  std::memcpy(&bits, &value, sizeof(bits));
+  return value > 0 ? bits >> 16 : 0;
+}
+
+// Calls `work(values, count)` for every row, each thread on rows of its own with a copy of `part` to work on,
+// and then `add(part)`, one at a time.
+template <typename Part, typename Work, typename Add>
+void Gather(const cv::Mat& plane, const Part& part, const Work& work, const Add& add) {
+  std::mutex busy;
+  const auto gather = [&](const cv::Range& rows) {
+    Part own = part;
+    for (int y = rows.start; y < rows.end; ++y) work(plane.ptr<float>(y), plane.cols, own);
+    const std::lock_guard<std::mutex> lock(busy);
+    add(own);
+  };
+  cv::parallel_for_(cv::Range(0, plane.rows), gather, cv::getNumThreads());
+}
+
+// The lowest class such that at least `count` values lie in it or above.
+size_t LowestClass(const cv::Mat& plane, size_t count) {
+  using Counts = std::vector<uint32_t>;
+  Counts in_class(kClasses);
+  Gather(
+      plane, Counts(kClasses),
+      [](const float* values, int columns, Counts& counts) {
+        for (int x = 0; x < columns; ++x) ++counts[ClassOf(values[x])];
+      },
+      [&](const Counts& counts) {
+        std::transform(counts.begin(), counts.end(), in_class.begin(), in_class.begin(), std::plus<>());
+      });
+  size_t lowest = kClasses;
+  for (size_t found = 0; found < count;) found += in_class[--lowest];
+  return lowest;
+}
+
+// The `count` brightest values, brightest first. They are picked by class before they are sorted: sorting or
+// even partitioning the whole plane would cost more than the rest of the stage.
+std::vector<float> Brightest(const cv::Mat& plane, size_t count) {
+  using Values = std::vector<float>;
+  const size_t lowest = LowestClass(plane, count);
+  Values brightest;
+  Gather(
+      plane, Values(),
+      [lowest](const float* values, int columns, Values& found) {
+        for (int x = 0; x < columns; ++x) {
+          if (ClassOf(values[x]) >= lowest) found.push_back(values[x]);
+        }
+      },
+      [&](const Values& found) { brightest.insert(brightest.end(), found.begin(), found.end()); });
+  std::sort(brightest.begin(), brightest.end(), std::greater<>());
+  brightest.resize(count);
+  return brightest;
+}
+
+// The mean of the brightest values; the order of the addition decides the last bits.
 float Airlight(const cv::Mat& dark) {
-  std::vector<float> values(dark.begin<float>(), dark.end<float>());
-  const auto count = std::max(
-      static_cast<std::ptrdiff_t>(static_cast<double>(values.size()) * kBrightestShare), std::ptrdiff_t{1});
-  const auto brightest_end = values.begin() + count;
-  std::nth_element(values.begin(), brightest_end - 1, values.end(), std::greater<>());
-  values.erase(brightest_end, values.end());
-  std::sort(values.begin(), values.end(), std::greater<>());
+  const auto count =
+      std::max(static_cast<size_t>(static_cast<double>(dark.total()) * kBrightestShare), size_t{1});
+  std::vector<float> values = Brightest(dark, count);
   return std::max(static_cast<float>(cv::mean(cv::Mat(values, false).reshape(1, 1))[0]), kMinAirlight);
 }
 
-cv::Mat Transmission(const cv::Mat& dark, float strength, float airlight) {
-  cv::Mat transmission = 1.0 - dark * static_cast<double>(strength) / static_cast<double>(airlight);
-  cv::GaussianBlur(transmission, transmission, cv::Size(), kTransmissionSigma);
-  cv::threshold(transmission, transmission, kMinTransmission, kMinTransmission, cv::THRESH_TOZERO);
-  return transmission;
+cv::Mat Transmission(cv::Mat dark, float strength, float airlight) {
+  cv::parallel_for_(cv::Range(0, dark.rows), [&](const cv::Range& rows) {
+    cv::Mat stripe = dark.rowRange(rows);
+    stripe = 1.0 - stripe * static_cast<double>(strength) / static_cast<double>(airlight);
+  });
+  return GaussianBlurred(dark, kTransmissionSigma);
+}
+
+void Clear(const PixelRow& row, const float* transmission, float airlight) {
+  for (int i = 0; i < row.columns; ++i) {
+    const float t = transmission[i] > kMinTransmission ? transmission[i] : 0.0F;
+    const auto cleared = [=](float value) { return SaturateUnit((value - airlight) / t + airlight); };
+    row.red[i] = cleared(row.red[i]);
+    row.green[i] = cleared(row.green[i]);
+    row.blue[i] = cleared(row.blue[i]);
+  }
 }
 
 }  // namespace
 
-void Dehaze(cv::Mat& working, float amount) {
-  if (amount <= 0.0F) return;
+RowKernel Dehaze(const cv::Mat& working, float amount) {
   const cv::Mat dark = DarkChannel(working);
   const float airlight = Airlight(dark);
-  const cv::Mat transmission = Transmission(dark, amount / 100.0F * kStrength, airlight);
-  ForEachRow(working.rows, [&](int y) {
-    auto* pixels = working.ptr<float>(y);
-    const auto* t = transmission.ptr<float>(y);
-    for (int x = 0; x < working.cols; ++x) {
-      for (int c = 0; c < kColors; ++c) {
-        float& value = pixels[x * kChannels + c];
-        value = SaturateUnit((value - airlight) / t[x] + airlight);
-      }
-    }
-  });
+  return MakeRowKernel(
+      [airlight](const PixelRow& row, const float* transmission) { Clear(row, transmission, airlight); },
+      Transmission(dark, amount / 100.0F * kStrength, airlight));
 }
 
 }  // namespace lumvik

@@ -2,14 +2,14 @@
 #ifndef LUMVIK_PIPELINE_DEHAZE_H_
 #define LUMVIK_PIPELINE_DEHAZE_H_
 
-#include <opencv2/core.hpp>
+#include "pipeline/row_kernel.h"
 
 namespace lumvik {
 
-// Acts for amounts (percent) above 0 only. Result in 0..1. Transmissions not above 0.1 count as 0, so that
-// such pixels end black or white, whichever side of the airlight they lie on.
-// He, Sun and Tang, Single Image Haze Removal Using Dark Channel Prior, 2009.
-void Dehaze(cv::Mat& working, float amount);
+// `amount` in percent, above 0. The kernel is for the rows of `working` as it is now. Result in 0..1.
+// Transmissions not above 0.1 count as 0, so that such pixels end black or white, whichever side of the
+// airlight they lie on. He, Sun and Tang, Single Image Haze Removal Using Dark Channel Prior, 2009.
+RowKernel Dehaze(const cv::Mat& working, float amount);
 
 }  // namespace lumvik
 

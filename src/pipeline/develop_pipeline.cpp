@@ -48,21 +48,32 @@ bool WakesGeometry(const A& a) {
          (a.crop.w > 0 && a.crop.h > 0);
 }
 
-// A step either makes a kernel for the rows of a frame, when each pixel depends on itself alone (no kernel:
-// it sleeps), or is awake or not and changes the whole working image, its size included.
+using MakeFromSettings = RowKernel (*)(const A&, cv::Size frame);
+using MakeFromImage = RowKernel (*)(const A&, const cv::Mat& working);
+using ChangeImage = void (*)(const A&, cv::Mat& working);
+using IsAwake = bool (*)(const A&);
+
+// A step is one of three kinds: each pixel depends on itself alone, and the settings give the kernel for the
+// rows of a frame (no kernel: it sleeps); it depends on the pixels around too, and the kernel is made from
+// the working image as it comes in; or the whole working image is made anew, its size included.
 struct Stage {
   const char* name;
-  RowKernel (*point)(const A&, cv::Size frame);
-  bool (*wakes)(const A&);
-  void (*whole)(const A&, cv::Mat& working);
+  IsAwake wakes;
+  MakeFromSettings point;
+  MakeFromImage area;
+  ChangeImage frame;
 };
 
-constexpr Stage PointStage(const char* name, RowKernel (*point)(const A&, cv::Size)) {
-  return {name, point, nullptr, nullptr};
+constexpr Stage PointStage(const char* name, MakeFromSettings point) {
+  return {name, nullptr, point, nullptr, nullptr};
 }
 
-constexpr Stage FrameStage(const char* name, bool (*wakes)(const A&), void (*whole)(const A&, cv::Mat&)) {
-  return {name, nullptr, wakes, whole};
+constexpr Stage AreaStage(const char* name, IsAwake wakes, MakeFromImage area) {
+  return {name, wakes, nullptr, area, nullptr};
+}
+
+constexpr Stage FrameStage(const char* name, IsAwake wakes, ChangeImage frame) {
+  return {name, wakes, nullptr, nullptr, frame};
 }
 
 // clang-format off: one row a stage, in the order of execution
@@ -78,23 +89,26 @@ constexpr Stage kStages[] = {
     PointStage("whites, blacks", [](const A& a, cv::Size) { return WhitesBlacks(a.whites, a.blacks); }),
     PointStage("contrast", [](const A& a, cv::Size) { return Contrast(a.contrast); }),
     PointStage("tone curve", [](const A& a, cv::Size) { return ToneCurveStage(a.tone_curves); }),
-    FrameStage(
+    AreaStage(
         "clarity, texture", [](const A& a) { return a.clarity != 0 || a.texture != 0; },
-        [](const A& a, cv::Mat& working) { ClarityTexture(working, a.clarity, a.texture); }),
-    FrameStage(
+        [](const A& a, const cv::Mat& working) { return ClarityTexture(working, a.clarity, a.texture); }),
+    AreaStage(
         "dehaze", [](const A& a) { return !(a.dehaze <= 0); },
-        [](const A& a, cv::Mat& working) { Dehaze(working, a.dehaze); }),
+        [](const A& a, const cv::Mat& working) { return Dehaze(working, a.dehaze); }),
     PointStage("saturation, vibrance",
                [](const A& a, cv::Size) { return SaturationVibrance(a.saturation, a.vibrance); }),
     PointStage("HSL bands", [](const A& a, cv::Size) { return HslBands(a.hsl); }),
     PointStage("split toning", [](const A& a, cv::Size) { return SplitToning(a.split_toning); }),
-    FrameStage(
-        "noise reduction", [](const A& a) { return a.nr_luminance > 0 || a.nr_color > 0; },
-        [](const A& a, cv::Mat& working) { NoiseReduction(working, a.nr_luminance, a.nr_color); }),
-    FrameStage(
+    AreaStage(
+        "noise reduction: luminance", [](const A& a) { return a.nr_luminance > 0; },
+        [](const A& a, const cv::Mat& working) { return LuminanceNoiseReduction(working, a.nr_luminance); }),
+    AreaStage(
+        "noise reduction: colour", [](const A& a) { return a.nr_color > 0; },
+        [](const A& a, const cv::Mat& working) { return ColorNoiseReduction(working, a.nr_color); }),
+    AreaStage(
         "sharpening", [](const A& a) { return !(a.sharpening_amount <= 0); },
-        [](const A& a, cv::Mat& working) {
-          Sharpening(working, a.sharpening_amount, a.sharpening_radius, a.sharpening_threshold);
+        [](const A& a, const cv::Mat& working) {
+          return Sharpening(working, a.sharpening_amount, a.sharpening_radius, a.sharpening_threshold);
         }),
     FrameStage(
         "lens: distortion", [](const A& a) { return a.distortion != 0; },
@@ -111,14 +125,15 @@ constexpr Stage kStages[] = {
         [](const A& a, cv::Size frame) {
           return PostCropVignette({a.vignette_amount, a.vignette_midpoint, a.vignette_roundness}, frame);
         }),
-    FrameStage(
-        "film grain", [](const A& a) { return !(a.grain_amount <= 0); },
-        [](const A& a, cv::Mat& working) { FilmGrain(working, a.grain_amount, a.grain_size); }),
+    PointStage("film grain",
+               [](const A& a, cv::Size frame) {
+                 return a.grain_amount <= 0 ? RowKernel() : FilmGrain(frame, a.grain_amount, a.grain_size);
+               }),
 };
 // clang-format on
 
-// One run. Neighbouring point stages wait until a frame stage, or the end, needs their result and then pass
-// over the rows together; as long as no frame stage is awake there is no working image.
+// One run. Kernels wait until a stage that looks around, or the end, needs their result and then pass over
+// the rows together; as long as no such stage is awake there is no working image.
 class Run {
  public:
   explicit Run(ImageBuffer source) : image_(std::move(source)) {}
@@ -128,7 +143,11 @@ class Run {
       if (RowKernel kernel = stage.point(adjustments, image_.size())) waiting_.push_back(std::move(kernel));
     } else if (stage.wakes(adjustments)) {
       RunWaiting();
-      stage.whole(adjustments, image_);
+      if (stage.area != nullptr) {
+        waiting_.push_back(stage.area(adjustments, image_));
+      } else {
+        stage.frame(adjustments, image_);
+      }
     }
   }
 

@@ -1,8 +1,7 @@
 #include "pipeline/noise_reduction.h"
 
-#include <opencv2/imgproc.hpp>
-
 #include "image/luminance.h"
+#include "pipeline/gaussian_blur.h"
 #include "pipeline/working_image.h"
 
 namespace lumvik {
@@ -18,39 +17,36 @@ cv::Size KernelSize(float percent, float steps) {
   return {side, side};
 }
 
-void ReduceLuminanceNoise(cv::Mat& working, float percent) {
-  const cv::Mat luminance = LuminancePlane(working);
-  cv::Mat smooth;
-  cv::GaussianBlur(luminance, smooth, KernelSize(percent, kLuminanceKernelSteps), 0);
-  const float weight = percent / 100.0F * kLuminanceStrength;
-  ForEachRow(working.rows, [&](int y) {
-    auto* pixels = working.ptr<float>(y);
-    const auto* noisy = luminance.ptr<float>(y);
-    const auto* soft = smooth.ptr<float>(y);
-    for (int x = 0; x < working.cols; ++x) {
-      const float ratio = soft[x] / (noisy[x] + kMinLuminance);
-      for (int c = 0; c < kColors; ++c) {
-        float& value = pixels[x * kChannels + c];
-        value = value * (1.0F - weight) + value * ratio * weight;
-      }
-    }
-  });
-}
-
-void ReduceColorNoise(cv::Mat& working, float percent) {
-  const cv::Size kernel = KernelSize(percent, kColorKernelSteps);
-  for (int c = 0; c < kColors; ++c) {
-    cv::Mat plane = ColorPlane(working, c);
-    cv::GaussianBlur(plane, plane, kernel, 0);
-    cv::insertChannel(plane, working, c);
+void PullToBlur(const PixelRow& row, const float* smooth, float weight) {
+  for (int i = 0; i < row.columns; ++i) {
+    const float ratio = smooth[i] / (Luminance(row.red[i], row.green[i], row.blue[i]) + kMinLuminance);
+    const auto pulled = [=](float value) { return value * (1.0F - weight) + value * ratio * weight; };
+    row.red[i] = pulled(row.red[i]);
+    row.green[i] = pulled(row.green[i]);
+    row.blue[i] = pulled(row.blue[i]);
   }
 }
 
 }  // namespace
 
-void NoiseReduction(cv::Mat& working, float luminance, float color) {
-  if (luminance > 0.0F) ReduceLuminanceNoise(working, luminance);
-  if (color > 0.0F) ReduceColorNoise(working, color);
+RowKernel LuminanceNoiseReduction(const cv::Mat& working, float luminance) {
+  const float weight = luminance / 100.0F * kLuminanceStrength;
+  return MakeRowKernel(
+      [weight](const PixelRow& row, const float* smooth) { PullToBlur(row, smooth, weight); },
+      GaussianBlurred(LuminancePlane(working), KernelSize(luminance, kLuminanceKernelSteps)));
+}
+
+RowKernel ColorNoiseReduction(const cv::Mat& working, float color) {
+  const cv::Size kernel = KernelSize(color, kColorKernelSteps);
+  std::array<cv::Mat, kColors> planes = ColorPlanes(working);
+  for (cv::Mat& plane : planes) plane = GaussianBlurred(plane, kernel);
+  return MakeRowKernel(
+      [](const PixelRow& row, const float* red, const float* green, const float* blue) {
+        std::copy_n(red, row.columns, row.red);
+        std::copy_n(green, row.columns, row.green);
+        std::copy_n(blue, row.columns, row.blue);
+      },
+      planes[0], planes[1], planes[2]);
 }
 
 }  // namespace lumvik

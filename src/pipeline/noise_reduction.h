@@ -2,13 +2,15 @@
 #ifndef LUMVIK_PIPELINE_NOISE_REDUCTION_H_
 #define LUMVIK_PIPELINE_NOISE_REDUCTION_H_
 
-#include <opencv2/core.hpp>
+#include "pipeline/row_kernel.h"
 
 namespace lumvik {
 
-// `luminance` and `color` in percent choose a Gaussian kernel of 3 to 13 and 3 to 11 pixels; each acts above
-// 0 only. The luminance half keeps a pixel's colour ratios and does not clamp.
-void NoiseReduction(cv::Mat& working, float luminance, float color);
+// `luminance` and `color` in percent choose a Gaussian kernel of 3 to 13 and 3 to 11 pixels. The
+// kernels are for the rows of `working` as it is now. The luminance half keeps a pixel's colour ratios and
+// does not clamp.
+RowKernel LuminanceNoiseReduction(const cv::Mat& working, float luminance);
+RowKernel ColorNoiseReduction(const cv::Mat& working, float color);
 
 }  // namespace lumvik
 

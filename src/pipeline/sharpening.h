@@ -2,14 +2,15 @@
 #ifndef LUMVIK_PIPELINE_SHARPENING_H_
 #define LUMVIK_PIPELINE_SHARPENING_H_
 
-#include <opencv2/core.hpp>
+#include "pipeline/row_kernel.h"
 
 namespace lumvik {
 
 // Adds what a plane holds beyond its blur, where that exceeds the threshold; clamped to 0..1. `amount`: 150
-// adds it whole, 0 or less nothing. `radius`: the blur's sigma in pixels; OpenCV throws when it is not
-// positive. `threshold`: in 16-bit codes.
-void Sharpening(cv::Mat& working, float amount, float radius, float threshold);
+// adds it whole. `radius`: the blur's sigma in pixels; OpenCV throws when it is not
+// positive. `threshold`: in 16-bit codes. The kernel is for the rows of `working` as it is
+// now.
+RowKernel Sharpening(const cv::Mat& working, float amount, float radius, float threshold);
 
 }  // namespace lumvik
 

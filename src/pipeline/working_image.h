@@ -2,6 +2,7 @@
 #ifndef LUMVIK_PIPELINE_WORKING_IMAGE_H_
 #define LUMVIK_PIPELINE_WORKING_IMAGE_H_
 
+#include <array>
 #include <opencv2/core.hpp>
 #include <opencv2/core/utility.hpp>
 
@@ -18,8 +19,9 @@ void ForEachRow(int rows, const Work& work) {
   });
 }
 
-// CV_32FC1.
+// CV_32FC1 of one colour, and of red, green and blue.
 cv::Mat ColorPlane(const cv::Mat& working, int color);
+std::array<cv::Mat, kColors> ColorPlanes(const cv::Mat& working);
 
 }  // namespace lumvik
 
