@@ -1,0 +1,19 @@
+// The small copies of a photograph on which the automatic tools measure.
+#ifndef LUMVIK_ANALYSIS_REDUCED_COPY_H_
+#define LUMVIK_ANALYSIS_REDUCED_COPY_H_
+
+#include "image/image_buffer.h"
+
+namespace lumvik {
+
+// `image`, which is not empty, in its own proportions at `width` columns. The height is cut to whole pixels
+// and lies between 1 and 32768: a picture one pixel wide and 4096 high would need 25 GB otherwise.
+ImageBuffer ReducedCopy(const ImageBuffer& image, int width);
+
+// CV_32FC1 of a CV_32FC4 image. Up to the last bit the same as LuminancePlane(): these are OpenCV's own
+// operations, and where a spectrum should vanish, spectral_saliency() takes the last bit for a structure.
+cv::Mat WeightedLuminance(const cv::Mat& rgba);
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_ANALYSIS_REDUCED_COPY_H_
