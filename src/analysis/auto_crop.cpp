@@ -32,7 +32,8 @@ cv::Size CandidateSize(cv::Size frame, float aspect, float scale) {
   return {columns, std::min(Truncated(static_cast<float>(columns) / aspect), frame.height)};
 }
 
-// The mean interest, with a little for what lies on the thirds and for size.
+// The mean interest, with a little for what lies on the thirds and for size. In single precision, where the
+// last bits of the sums are gone: candidates that hold the same have the same score.
 float Score(const RectangleSums& interest, const cv::Rect& candidate, float scale) {
   const int area = candidate.area();
   const auto mean = static_cast<float>(interest(candidate) / area);

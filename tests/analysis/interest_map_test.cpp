@@ -9,9 +9,10 @@
 namespace lumvik {
 namespace {
 
-// Dark, but for a bright square.
-cv::Mat Square(const cv::Rect& place) {
-  cv::Mat luminance = cv::Mat::zeros(128, 192, CV_32F);
+// Noise up to a level, but for a bright square.
+cv::Mat Square(const cv::Rect& place, double noise) {
+  cv::Mat luminance(128, 192, CV_32F);
+  cv::RNG(3).fill(luminance, cv::RNG::UNIFORM, 0, noise);
   luminance(place).setTo(0.8);
   return luminance;
 }
@@ -31,7 +32,7 @@ void ExpectFromZeroToOne(const cv::Mat& plane) {
 }
 
 TEST(EdgeStrength, IsHighestAlongAStepAndNothingElsewhere) {
-  const cv::Mat edges = edge_strength(Square({60, 40, 30, 20}));
+  const cv::Mat edges = edge_strength(Square({60, 40, 30, 20}, 0));
   ASSERT_EQ(edges.size(), cv::Size(192, 128));
   ExpectFromZeroToOne(edges);
   EXPECT_EQ(edges.at<float>(50, 10), 0);
@@ -46,13 +47,14 @@ TEST(EdgeStrength, OfAFlatImageIsNothing) {
 }
 
 TEST(SpectralSaliency, FindsWhatStandsOut) {
-  for (const cv::Rect& place : {cv::Rect(30, 30, 12, 10), cv::Rect(140, 80, 12, 10)}) {
-    const cv::Mat saliency = spectral_saliency(Square(place));
+  for (const cv::Rect& place :
+       {cv::Rect(30, 30, 12, 10), cv::Rect(96, 20, 12, 10), cv::Rect(140, 80, 12, 10)}) {
+    const cv::Mat saliency = spectral_saliency(Square(place, 0.05));
     ASSERT_EQ(saliency.size(), cv::Size(64, 64));
     ExpectFromZeroToOne(saliency);
     const cv::Point brightest = Brightest(saliency);
-    EXPECT_NEAR(brightest.x, (place.x + 6) / 3, 5) << place;
-    EXPECT_NEAR(brightest.y, (place.y + 5) / 2, 5) << place;
+    EXPECT_NEAR(brightest.x, (place.x + 6) / 3, 2) << place;
+    EXPECT_NEAR(brightest.y, (place.y + 5) / 2, 2) << place;
   }
 }
 

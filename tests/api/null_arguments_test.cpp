@@ -37,6 +37,8 @@ std::vector<NullCall> NullCalls() {
   static ExifInfo info;
   static uint8_t pixels[1];
   static uint32_t bins[LUMVIK_HISTOGRAM_BINS];
+  static float value = 0;
+  static float slots[LUMVIK_ENHANCE_SLOTS];
   std::vector<NullCall> calls = {
       {"lumvik_destroy_context", "ctx", kNothing, Silent([](auto*) { lumvik_destroy_context(nullptr); })},
       {"lumvik_last_error", "ctx", 0,
@@ -84,6 +86,28 @@ std::vector<NullCall> NullCalls() {
       {"lumvik_export_tiff", "ctx", -1, [](auto*) { return lumvik_export_tiff(nullptr, "a"); }},
       {"lumvik_export_tiff", "path", -1, [](auto* c) { return lumvik_export_tiff(c, nullptr); }},
       {"lumvik_export_tiff", "both", -1, [](auto*) { return lumvik_export_tiff(nullptr, nullptr); }},
+      {"lumvik_auto_exposure", "ctx", -1, [](auto*) { return lumvik_auto_exposure(nullptr, &value); }},
+      {"lumvik_auto_exposure", "exposure", -1, [](auto* c) { return lumvik_auto_exposure(c, nullptr); }},
+      {"lumvik_auto_white_balance", "ctx", -1,
+       [](auto*) { return lumvik_auto_white_balance(nullptr, &value, &value); }},
+      {"lumvik_auto_white_balance", "temperature", -1,
+       [](auto* c) { return lumvik_auto_white_balance(c, nullptr, &value); }},
+      {"lumvik_auto_white_balance", "tint", -1,
+       [](auto* c) { return lumvik_auto_white_balance(c, &value, nullptr); }},
+      {"lumvik_auto_enhance", "ctx", -1, [](auto*) { return lumvik_auto_enhance(nullptr, slots); }},
+      {"lumvik_auto_enhance", "slots", -1, [](auto* c) { return lumvik_auto_enhance(c, nullptr); }},
+      {"lumvik_auto_crop", "ctx", -1,
+       [](auto*) { return lumvik_auto_crop(nullptr, &value, &value, &value, &value); }},
+      {"lumvik_auto_crop", "x", -1,
+       [](auto* c) { return lumvik_auto_crop(c, nullptr, &value, &value, &value); }},
+      {"lumvik_auto_crop", "y", -1,
+       [](auto* c) { return lumvik_auto_crop(c, &value, nullptr, &value, &value); }},
+      {"lumvik_auto_crop", "w", -1,
+       [](auto* c) { return lumvik_auto_crop(c, &value, &value, nullptr, &value); }},
+      {"lumvik_auto_crop", "h", -1,
+       [](auto* c) { return lumvik_auto_crop(c, &value, &value, &value, nullptr); }},
+      {"lumvik_auto_straighten", "ctx", -1, [](auto*) { return lumvik_auto_straighten(nullptr, &value); }},
+      {"lumvik_auto_straighten", "angle", -1, [](auto* c) { return lumvik_auto_straighten(c, nullptr); }},
       {"lumvik_set_flip_h", "ctx", kNothing, Silent([](auto*) { lumvik_set_flip_h(nullptr, 1); })},
       {"lumvik_set_flip_v", "ctx", kNothing, Silent([](auto*) { lumvik_set_flip_v(nullptr, 1); })},
       {"lumvik_set_crop", "ctx", kNothing, Silent([](auto*) { lumvik_set_crop(nullptr, 0, 0, 0.5F, 0.5F); })},
@@ -200,6 +224,24 @@ TEST(NullArgumentsTableTest, AResultWithoutAContextIsNotWritten) {
   ExifInfo info = untouched;
   EXPECT_EQ(lumvik_get_exif(nullptr, &info), kFailed);
   EXPECT_EQ(std::memcmp(&info, &untouched, sizeof(info)), 0);
+
+  float values[4] = {7, 7, 7, 7};
+  EXPECT_EQ(lumvik_auto_exposure(nullptr, values), kFailed);
+  EXPECT_EQ(lumvik_auto_white_balance(nullptr, values, values + 1), kFailed);
+  EXPECT_EQ(lumvik_auto_enhance(nullptr, values), kFailed);
+  EXPECT_EQ(lumvik_auto_crop(nullptr, values, values + 1, values + 2, values + 3), kFailed);
+  EXPECT_EQ(lumvik_auto_straighten(nullptr, values), kFailed);
+  for (const float value : values) EXPECT_EQ(value, 7);
+}
+
+TEST_F(ApiTest, AResultBesideANullIsNotWritten) {
+  LoadNeutral();
+  float values[3] = {7, 7, 7};
+  EXPECT_EQ(lumvik_auto_white_balance(ctx(), values, nullptr), kFailed);
+  EXPECT_EQ(lumvik_auto_white_balance(ctx(), nullptr, values), kFailed);
+  EXPECT_EQ(lumvik_auto_crop(ctx(), values, values + 1, values + 2, nullptr), kFailed);
+  EXPECT_EQ(lumvik_auto_crop(ctx(), nullptr, values, values + 1, values + 2), kFailed);
+  for (const float value : values) EXPECT_EQ(value, 7);
 }
 
 }  // namespace

@@ -70,6 +70,13 @@ Outcome ThreadTest::Run(const Job& job, const std::string& prefix) const {
   ExifInfo info = {};
   outcome += std::to_string(lumvik_get_exif(c, &info));
   outcome.append(reinterpret_cast<const char*>(&info), sizeof(info));
+  float suggested[LUMVIK_ENHANCE_SLOTS + 6] = {};
+  float* rest = suggested + LUMVIK_ENHANCE_SLOTS;
+  outcome += std::to_string(lumvik_auto_enhance(c, suggested)) +
+             std::to_string(lumvik_auto_exposure(c, rest)) +
+             std::to_string(lumvik_auto_straighten(c, rest + 1)) +
+             std::to_string(lumvik_auto_crop(c, rest + 2, rest + 3, rest + 4, rest + 5));
+  outcome.append(reinterpret_cast<const char*>(suggested), sizeof(suggested));
   const std::string jpeg = Path(prefix + ".jpg");
   const std::string png = Path(prefix + ".png");
   const std::string tiff = Path(prefix + ".tif");
