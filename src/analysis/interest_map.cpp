@@ -1,5 +1,6 @@
 #include "analysis/interest_map.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <opencv2/imgproc.hpp>
@@ -54,10 +55,10 @@ cv::Mat spectral_saliency(const cv::Mat& luminance) {
   const cv::Mat residual = ResidualAmplitude(amplitude);
   cv::Mat phase;
   cv::phase(parts[0], parts[1], phase);
-  spectrum.forEach<cv::Vec2f>([&](cv::Vec2f& value, const int* at) {
-    const float angle = phase.at<float>(at);
-    value = cv::Vec2f(std::cos(angle), std::sin(angle)) * residual.at<float>(at);
-  });
+  // The image whose spectrum has these phases and what is left of the amplitudes.
+  std::transform(
+      phase.begin<float>(), phase.end<float>(), residual.begin<float>(), spectrum.begin<cv::Vec2f>(),
+      [](float angle, float length) { return cv::Vec2f(std::cos(angle), std::sin(angle)) * length; });
   cv::idft(spectrum, spectrum, cv::DFT_SCALE);
   cv::Mat saliency;
   cv::extractChannel(spectrum, saliency, 0);

@@ -20,7 +20,7 @@ class RectangleSums {
     return below[right] - below[rectangle.x] - above[right] + above[rectangle.x];
   }
 
-  cv::Size plane_size() const { return {table_.cols - 1, table_.rows - 1}; }
+  cv::Size PlaneSize() const { return {table_.cols - 1, table_.rows - 1}; }
 
  private:
   cv::Mat table_;  // one row and one column more than the plane; CV_64FC1

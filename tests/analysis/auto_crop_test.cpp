@@ -54,7 +54,7 @@ cv::Mat Ramp(cv::Size size, float row, float column) {
 TEST(RectangleSums, AreThoseOfThePixels) {
   const cv::Mat plane = NoisePlane({37, 23}, 1);
   const RectangleSums sums(plane);
-  EXPECT_EQ(sums.plane_size(), plane.size());
+  EXPECT_EQ(sums.PlaneSize(), plane.size());
   cv::Mat exact;  // cv::sum() adds some floats as floats
   plane.convertTo(exact, CV_64F);
   for (const cv::Rect& r : {cv::Rect(0, 0, 37, 23), cv::Rect(0, 0, 1, 1), cv::Rect(36, 22, 1, 1),
