@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <string>
 #include <system_error>
+#include <utility>
 
 #include "adjustment_options.h"
 #include "engine.h"
@@ -19,6 +20,7 @@
 #include "settings.h"
 #include "settings_file.h"
 #include "staged_file.h"
+#include "suggestions.h"
 #include "written_jpeg.h"
 
 namespace lumvik {
@@ -30,6 +32,7 @@ constexpr char kSettingsEnding[] = ".json";
 
 // The headings of the other options in the help.
 constexpr char kSettingsFile[] = "Settings file";
+constexpr char kAutomatic[] = "Automatic";
 constexpr char kOutput[] = "Output";
 
 struct DevelopOptions {
@@ -38,6 +41,9 @@ struct DevelopOptions {
   Settings given;                            // by options of their own
   std::optional<std::string> settings;       // the file to read others from
   std::optional<std::string> save_settings;  // and the one to write them all to
+  bool auto_enhance = false;
+  bool auto_crop = false;
+  bool auto_straighten = false;
   int decode_quality = 1;
   int jpeg_quality = 90;
   std::optional<int> bits;
@@ -73,15 +79,23 @@ int Export(EngineContext* context, const DevelopOptions& options, OutputFormat f
   return -1;
 }
 
-// What the command line gives goes before what the settings file gives, and that before the defaults.
-Settings CompleteSettings(const DevelopOptions& options) {
+// What the command line gives goes before what the settings file gives.
+Settings GivenSettings(const DevelopOptions& options) {
   Settings settings = options.given;
   if (options.settings) {
     RequireReadable(*options.settings);
     settings.merge(ReadSettings(*options.settings));
   }
-  settings.merge(DefaultSettings());
   return settings;
+}
+
+// What is given goes before what the engine suggests for its photograph, and that before the defaults.
+Settings CompleteSettings(Settings given, const DevelopOptions& options, Engine& engine) {
+  if (options.auto_enhance) given.merge(SuggestedEnhancement(engine));
+  if (options.auto_crop) given.merge(SuggestedCrop(engine));
+  if (options.auto_straighten) given.merge(SuggestedRotation(engine));
+  given.merge(DefaultSettings());
+  return given;
 }
 
 // Writes the settings beside `target`; they wait there for their Commit.
@@ -100,7 +114,7 @@ void Develop(const DevelopOptions& options) {
   CheckBits(options.bits, format);
   RequireReadable(options.input);
   const std::filesystem::path target = ResolveOutput(options.output, options.input);
-  const Settings settings = CompleteSettings(options);
+  Settings given = GivenSettings(options);
   std::filesystem::path settings_target;
   if (options.save_settings) settings_target = ResolveOutput(*options.save_settings, options.input);
 
@@ -108,6 +122,7 @@ void Develop(const DevelopOptions& options) {
   engine.Run("cannot read '" + options.input + "'", [&](EngineContext* context) {
     return lumvik_load_arw(context, options.input.c_str(), options.decode_quality);
   });
+  const Settings settings = CompleteSettings(std::move(given), options, engine);
   Apply(settings, engine.Context());
   engine.Run("cannot develop '" + options.input + "'", lumvik_process);
 
@@ -153,6 +168,17 @@ void AddSettingsFileOptions(CLI::App& command, DevelopOptions& options) {
       ->group(kSettingsFile);
 }
 
+void AddAutomaticOptions(CLI::App& command, DevelopOptions& options) {
+  command
+      .add_flag("--auto", options.auto_enhance,
+                "Use the tone, colour and detail that suit the photograph, where nothing is given")
+      ->group(kAutomatic);
+  command.add_flag("--auto-crop", options.auto_crop, "Crop to the most interesting part, 3:2")
+      ->group(kAutomatic);
+  command.add_flag("--auto-straighten", options.auto_straighten, "Level the lines near the horizontal")
+      ->group(kAutomatic);
+}
+
 void AddOutputOptions(CLI::App& command, DevelopOptions& options) {
   command
       .add_option("-o,--output", options.output,
@@ -192,6 +218,7 @@ void AddDevelopCommand(CLI::App& app) {
       ->type_name("");
   AddAdjustmentOptions(*command, options->given);
   AddSettingsFileOptions(*command, *options);
+  AddAutomaticOptions(*command, *options);
   AddOutputOptions(*command, *options);
   command->callback([options] { Develop(*options); });
 }

@@ -8,6 +8,7 @@
 
 #include "develop_command.h"
 #include "lumvik.h"
+#include "suggest_command.h"
 
 namespace {
 
@@ -24,6 +25,7 @@ void RunCommand(int argc, char** argv) {
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.require_subcommand(0, 1);  // not 1, 1, which hides the name of an unknown command
   lumvik::AddDevelopCommand(app);
+  lumvik::AddSuggestCommand(app);
   try {
     app.parse(argc, argv);
     if (app.get_subcommands().empty()) throw CLI::RequiredError("A command (see lumvik --help)");

@@ -1,0 +1,87 @@
+#include "suggest_command.h"
+
+#include <CLI/CLI.hpp>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "engine.h"
+#include "file_paths.h"
+#include "settings_json.h"
+#include "suggestions.h"
+
+namespace lumvik {
+namespace {
+
+struct SuggestOptions {
+  std::string input;
+  bool json = false;
+};
+
+// The tools by name, in the order of the output.
+using Suggestions = std::vector<std::pair<std::string, Settings>>;
+
+Suggestions Collect(Engine& engine) {
+  return {{"exposure", SuggestedExposure(engine)},
+          {"white_balance", SuggestedWhiteBalance(engine)},
+          {"enhance", SuggestedEnhancement(engine)},
+          {"crop", SuggestedCrop(engine)},
+          {"straighten", SuggestedRotation(engine)}};
+}
+
+// Calls `print(tool, key, value)` for each value, in the order of a settings file.
+template <typename Print>
+void ForEachValue(const Suggestions& suggestions, const Print& print) {
+  for (const auto& [tool, settings] : suggestions) {
+    for (const SettingRule& rule : SettingRules()) {
+      const auto setting = settings.find(rule.key);
+      if (setting != settings.end()) print(tool, rule.key, std::get<float>(setting->second));
+    }
+  }
+}
+
+void PrintJson(const Suggestions& suggestions) {
+  Json root = Json::object();
+  ForEachValue(suggestions, [&](const std::string& tool, const std::string& key, float value) {
+    root[tool][key.substr(key.find('.') + 1)] = value;
+  });
+  std::cout << root.dump(2) << '\n';
+}
+
+void PrintTable(const Suggestions& suggestions) {
+  std::cout << std::fixed << std::setprecision(4);
+  ForEachValue(suggestions, [](const std::string& tool, const std::string& key, float value) {
+    std::cout << std::left << std::setw(15) << tool << std::setw(22) << key << std::right << std::setw(10)
+              << value << '\n';
+  });
+}
+
+void Suggest(const SuggestOptions& options) {
+  RequireReadable(options.input);
+  Engine engine;
+  engine.Run("cannot read '" + options.input + "'",
+             [&](EngineContext* context) { return lumvik_load_arw(context, options.input.c_str(), 1); });
+  const Suggestions suggestions = Collect(engine);
+  if (options.json) {
+    PrintJson(suggestions);
+  } else {
+    PrintTable(suggestions);
+  }
+}
+
+}  // namespace
+
+void AddSuggestCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("suggest", "Print settings that the automatic tools suggest");
+  auto options = std::make_shared<SuggestOptions>();
+  command->add_option("IN", options->input, "The photograph: camera RAW, JPEG, PNG, TIFF, BMP or WebP")
+      ->required()
+      ->type_name("");
+  command->add_flag("--json", options->json, "Print JSON instead of a table");
+  command->callback([options] { Suggest(*options); });
+}
+
+}  // namespace lumvik
