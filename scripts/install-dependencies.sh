@@ -20,6 +20,7 @@ build_packages=(
   liblcms2-dev             # colour profiles
   libcli11-dev             # the command line's options
   nlohmann-json3-dev       # settings files
+  libpng-dev               # the command line: PNG files of previews, masks and histograms
   libexiv2-dev             # the command line: the orientation in the EXIF of a written JPEG
   libgtest-dev             # the tests: a release build holds them
   libgmock-dev             # the tests' matchers

@@ -10,44 +10,43 @@
 #include <system_error>
 #include <utility>
 
-#include "adjustment_options.h"
 #include "engine.h"
 #include "file_paths.h"
 #include "in_range.h"
 #include "lumvik.h"
 #include "output_format.h"
+#include "photograph.h"
+#include "png_file.h"
+#include "png_option.h"
 #include "range.h"
+#include "result_line.h"
 #include "settings.h"
 #include "settings_file.h"
 #include "staged_file.h"
-#include "suggestions.h"
+#include "subject.h"
 #include "written_jpeg.h"
 
 namespace lumvik {
 namespace {
 
-constexpr Range<int> kDecodeQualities = {1, 4};
 constexpr Range<int> kJpegQualities = {1, 100};
+constexpr Range<float> kBlurs = {0, 100};
 constexpr char kSettingsEnding[] = ".json";
 
 // The headings of the other options in the help.
-constexpr char kSettingsFile[] = "Settings file";
-constexpr char kAutomatic[] = "Automatic";
 constexpr char kOutput[] = "Output";
+constexpr char kPreview[] = "Preview";
 
 struct DevelopOptions {
-  std::string input;
-  std::string output;
-  Settings given;                            // by options of their own
-  std::optional<std::string> settings;       // the file to read others from
-  std::optional<std::string> save_settings;  // and the one to write them all to
-  bool auto_enhance = false;
-  bool auto_crop = false;
-  bool auto_straighten = false;
-  int decode_quality = 1;
+  Photograph photograph;
+  std::optional<std::string> output;
+  std::optional<std::string> save_settings;  // the file to write all settings to
   int jpeg_quality = 90;
   std::optional<int> bits;
   bool no_exif = false;
+  std::optional<std::string> preview;
+  float background_blur = 0;
+  SubjectPoint subject;
 };
 
 // Refuses a depth that the format cannot hold, rather than writing another one than was asked for.
@@ -79,25 +78,6 @@ int Export(EngineContext* context, const DevelopOptions& options, OutputFormat f
   return -1;
 }
 
-// What the command line gives goes before what the settings file gives.
-Settings GivenSettings(const DevelopOptions& options) {
-  Settings settings = options.given;
-  if (options.settings) {
-    RequireReadable(*options.settings);
-    settings.merge(ReadSettings(*options.settings));
-  }
-  return settings;
-}
-
-// What is given goes before what the engine suggests for its photograph, and that before the defaults.
-Settings CompleteSettings(Settings given, const DevelopOptions& options, Engine& engine) {
-  if (options.auto_enhance) given.merge(SuggestedEnhancement(engine));
-  if (options.auto_crop) given.merge(SuggestedCrop(engine));
-  if (options.auto_straighten) given.merge(SuggestedRotation(engine));
-  given.merge(DefaultSettings());
-  return given;
-}
-
 // Writes the settings beside `target`; they wait there for their Commit.
 std::unique_ptr<StagedFile> StageSettings(const Settings& settings, const std::filesystem::path& target) {
   auto file = std::make_unique<StagedFile>(target, kSettingsEnding);
@@ -109,33 +89,70 @@ std::unique_ptr<StagedFile> StageSettings(const Settings& settings, const std::f
   return file;
 }
 
-void Develop(const DevelopOptions& options) {
-  const OutputFormat format = *OutputFormatOf(options.output);
-  CheckBits(options.bits, format);
-  RequireReadable(options.input);
-  const std::filesystem::path target = ResolveOutput(options.output, options.input);
-  Settings given = GivenSettings(options);
-  std::filesystem::path settings_target;
-  if (options.save_settings) settings_target = ResolveOutput(*options.save_settings, options.input);
-
-  Engine engine;
-  engine.Run("cannot read '" + options.input + "'", [&](EngineContext* context) {
-    return lumvik_load_arw(context, options.input.c_str(), options.decode_quality);
+Pixels PreviewOf(const DevelopOptions& options, Engine& engine) {
+  EngineContext* const context = engine.Context();
+  if (options.background_blur > 0) {
+    FindSubject(options.photograph.input, options.subject, engine);
+    lumvik_set_bg_blur(context, options.background_blur);
+  }
+  Pixels preview{lumvik_get_width(context), lumvik_get_height(context), 4, {}};
+  preview.data.resize(static_cast<size_t>(preview.width) * static_cast<size_t>(preview.height) * 4);
+  engine.Run("cannot preview '" + options.photograph.input + "'", [&](EngineContext*) {
+    return lumvik_get_preview(context, preview.data.data(), static_cast<int>(preview.data.size()));
   });
-  const Settings settings = CompleteSettings(std::move(given), options, engine);
-  Apply(settings, engine.Context());
-  engine.Run("cannot develop '" + options.input + "'", lumvik_process);
+  return preview;
+}
 
-  std::unique_ptr<StagedFile> settings_file;
-  if (!settings_target.empty()) settings_file = StageSettings(settings, settings_target);
+void WriteOutput(const DevelopOptions& options, const std::filesystem::path& target, OutputFormat format,
+                 Engine& engine) {
   StagedFile file(target, EndingOf(format));
-  engine.Run("cannot write '" + options.output + "'", [&](EngineContext* context) {
+  engine.Run("cannot write '" + *options.output + "'", [&](EngineContext* context) {
     return Export(context, options, format, file.TemporaryPath().c_str());
   });
   file.Commit();
+  PrintResult(*options.output, lumvik_get_width(engine.Context()), lumvik_get_height(engine.Context()));
+}
+
+// The places that the options name, resolved before any work is done.
+struct Targets {
+  std::filesystem::path output;
+  std::filesystem::path preview;
+  std::filesystem::path settings;
+};
+
+Targets ResolveTargets(const DevelopOptions& options) {
+  const auto resolve = [&](const std::optional<std::string>& path) {
+    return path ? ResolveOutput(*path, options.photograph.input) : std::filesystem::path();
+  };
+  return {resolve(options.output), resolve(options.preview), resolve(options.save_settings)};
+}
+
+void CheckUsage(const DevelopOptions& options) {
+  if (!options.output && !options.preview) throw CLI::RequiredError("--output or --preview");
+  if (options.background_blur > 0 && !options.preview) throw CLI::RequiresError("--bg-blur", "--preview");
+  if (options.output) CheckBits(options.bits, *OutputFormatOf(*options.output));
+}
+
+void Develop(const DevelopOptions& options) {
+  CheckUsage(options);
+  RequireReadable(options.photograph.input);
+  const Targets targets = ResolveTargets(options);
+  Settings given = GivenSettings(options.photograph);
+
+  Engine engine;
+  Load(options.photograph, engine);
+  const Settings settings = Adjust(options.photograph, std::move(given), engine);
+  engine.Run("cannot develop '" + options.photograph.input + "'", lumvik_process);
+
+  std::unique_ptr<StagedFile> settings_file;
+  if (options.save_settings) settings_file = StageSettings(settings, targets.settings);
+  if (options.output) WriteOutput(options, targets.output, *OutputFormatOf(*options.output), engine);
+  if (options.preview) {
+    const Pixels preview = PreviewOf(options, engine);
+    WritePng(preview, targets.preview);
+    PrintResult(*options.preview, preview.width, preview.height);
+  }
   if (settings_file) settings_file->Commit();
-  std::cout << options.output << ' ' << lumvik_get_width(engine.Context()) << 'x'
-            << lumvik_get_height(engine.Context()) << '\n';
 }
 
 std::string KnownEnding(const std::string& path) {
@@ -154,45 +171,12 @@ std::string KnownBits(const std::string& text) {
   return "'" + text + "' is not 8 or 16";
 }
 
-void AddSettingsFileOptions(CLI::App& command, DevelopOptions& options) {
-  command
-      .add_option("--settings", options.settings,
-                  "Read settings from this file; those given as options override it")
-      ->type_name("FILE")
-      ->group(kSettingsFile);
-  command
-      .add_option("--save-settings", options.save_settings,
-                  "Write all settings that were used to this file, which ends in .json")
-      ->type_name("FILE")
-      ->check(CLI::Validator(SettingsEnding, ""))
-      ->group(kSettingsFile);
-}
-
-void AddAutomaticOptions(CLI::App& command, DevelopOptions& options) {
-  command
-      .add_flag("--auto", options.auto_enhance,
-                "Use the tone, colour and detail that suit the photograph, where nothing is given")
-      ->group(kAutomatic);
-  command.add_flag("--auto-crop", options.auto_crop, "Crop to the most interesting part, 3:2")
-      ->group(kAutomatic);
-  command.add_flag("--auto-straighten", options.auto_straighten, "Level the lines near the horizontal")
-      ->group(kAutomatic);
-}
-
 void AddOutputOptions(CLI::App& command, DevelopOptions& options) {
   command
       .add_option("-o,--output", options.output,
                   "The file to write; its ending .jpg, .jpeg, .png, .tif or .tiff chooses the format")
-      ->required()
       ->type_name("OUT")
       ->check(CLI::Validator(KnownEnding, ""))
-      ->group(kOutput);
-  command
-      .add_option("--quality", options.decode_quality,
-                  "Decoding of a camera RAW file: 1 full, 2 and 3 half size first, 4 quarter-size proxy "
-                  "(default 1)")
-      ->type_name("LEVEL")
-      ->check(InRange(kDecodeQualities))
       ->group(kOutput);
   command.add_option("--jpeg-quality", options.jpeg_quality, "Quality of a written JPEG (default 90)")
       ->type_name("QUALITY")
@@ -208,18 +192,34 @@ void AddOutputOptions(CLI::App& command, DevelopOptions& options) {
       ->group(kOutput);
 }
 
+void AddPreviewOptions(CLI::App& command, DevelopOptions& options) {
+  AddPngOption(command, "--preview", options.preview,
+               "Write what a screen shows to this PNG, beside OUT or instead")
+      ->group(kPreview);
+  command
+      .add_option("--bg-blur", options.background_blur,
+                  "Blur what lies outside the subject of a camera RAW file, in the preview alone (default 0)")
+      ->type_name("PERCENT")
+      ->check(InRange(kBlurs))
+      ->group(kPreview);
+  AddSubjectOption(command, options.subject)->group(kPreview);
+}
+
 }  // namespace
 
 void AddDevelopCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("develop", "Develop a photograph and write it to a file");
   auto options = std::make_shared<DevelopOptions>();
-  command->add_option("IN", options->input, "The photograph: camera RAW, JPEG, PNG, TIFF, BMP or WebP")
-      ->required()
-      ->type_name("");
-  AddAdjustmentOptions(*command, options->given);
-  AddSettingsFileOptions(*command, *options);
-  AddAutomaticOptions(*command, *options);
+  AddInputOptions(*command, options->photograph);
+  AddDevelopOptions(*command, options->photograph);
   AddOutputOptions(*command, *options);
+  command
+      ->add_option("--save-settings", options->save_settings,
+                   "Write all settings that were used to this file, which ends in .json")
+      ->type_name("FILE")
+      ->check(CLI::Validator(SettingsEnding, ""))
+      ->group(kOutput);
+  AddPreviewOptions(*command, *options);
   command->callback([options] { Develop(*options); });
 }
 

@@ -6,8 +6,11 @@
 #include <stdexcept>
 #include <string>
 
+#include "cutout_command.h"
 #include "develop_command.h"
+#include "histogram_command.h"
 #include "lumvik.h"
+#include "mask_command.h"
 #include "suggest_command.h"
 
 namespace {
@@ -25,6 +28,9 @@ void RunCommand(int argc, char** argv) {
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.require_subcommand(0, 1);  // not 1, 1, which hides the name of an unknown command
   lumvik::AddDevelopCommand(app);
+  lumvik::AddHistogramCommand(app);
+  lumvik::AddMaskCommand(app);
+  lumvik::AddCutoutCommand(app);
   lumvik::AddSuggestCommand(app);
   try {
     app.parse(argc, argv);

@@ -10,6 +10,7 @@
 
 #include "engine.h"
 #include "file_paths.h"
+#include "photograph.h"
 #include "settings_json.h"
 #include "suggestions.h"
 
@@ -17,7 +18,7 @@ namespace lumvik {
 namespace {
 
 struct SuggestOptions {
-  std::string input;
+  Photograph photograph;
   bool json = false;
 };
 
@@ -60,10 +61,9 @@ void PrintTable(const Suggestions& suggestions) {
 }
 
 void Suggest(const SuggestOptions& options) {
-  RequireReadable(options.input);
+  RequireReadable(options.photograph.input);
   Engine engine;
-  engine.Run("cannot read '" + options.input + "'",
-             [&](EngineContext* context) { return lumvik_load_arw(context, options.input.c_str(), 1); });
+  Load(options.photograph, engine);
   const Suggestions suggestions = Collect(engine);
   if (options.json) {
     PrintJson(suggestions);
@@ -77,9 +77,7 @@ void Suggest(const SuggestOptions& options) {
 void AddSuggestCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("suggest", "Print settings that the automatic tools suggest");
   auto options = std::make_shared<SuggestOptions>();
-  command->add_option("IN", options->input, "The photograph: camera RAW, JPEG, PNG, TIFF, BMP or WebP")
-      ->required()
-      ->type_name("");
+  AddInputOptions(*command, options->photograph);
   command->add_flag("--json", options->json, "Print JSON instead of a table");
   command->callback([options] { Suggest(*options); });
 }

@@ -99,10 +99,16 @@ TEST_F(UsageTest, HelpOfDevelopNamesEveryOptionWithItsUnitAndRange) {
 TEST_F(UsageTest, HelpOfDevelopGroupsTheOptions) {
   const std::string help = Lumvik({"develop", "--help"}).out;
   std::size_t at = 0;
-  for (const char* part :
-       {"\nTone:", "--tone-curve-blue", "\nColour:", "--hsl", "\nDetail:", "--sharpening-threshold",
-        "\nLens:", "--defringe", "\nGeometry:", "--flip-v", "\nEffects:", "--grain-size",
-        "\nSettings file:", "--save-settings", "\nOutput:", "--no-exif"}) {
+  for (const char* part : {"\nTone:",          "--tone-curve-blue",
+                           "\nColour:",        "--hsl",
+                           "\nDetail:",        "--sharpening-threshold",
+                           "\nLens:",          "--defringe",
+                           "\nGeometry:",      "--flip-v",
+                           "\nEffects:",       "--grain-size",
+                           "\nSettings file:", "--settings",
+                           "\nAutomatic:",     "--auto-crop",
+                           "\nOutput:",        "--save-settings",
+                           "\nPreview:",       "--bg-blur"}) {
     at = help.find(part, at);
     ASSERT_NE(at, std::string::npos) << part << " is missing or out of place in:\n" << help;
   }
@@ -146,7 +152,7 @@ TEST_F(UsageTest, IncompleteOrUnknownArgumentsAreRefused) {
   ExpectRefusal(Lumvik({}), kUsage, "A command (see lumvik --help) is required");
   ExpectRefusal(Lumvik({"print"}), kUsage, "not expected: print");
   ExpectRefusal(Lumvik({"develop", "-o", out}), kUsage, "IN is required");
-  ExpectRefusal(Lumvik({"develop", in}), kUsage, "--output is required");
+  ExpectRefusal(Lumvik({"develop", in}), kUsage, "--output or --preview is required");
   ExpectRefusal(Lumvik({"develop", in, "-o"}), kUsage, "--output");
   ExpectRefusal(Lumvik({"develop", in, in, "-o", out}), kUsage, in);
   ExpectRefusal(Lumvik({"develop", in, "-o", out, "--sepia", "3"}), kUsage, "--sepia");

@@ -1,0 +1,70 @@
+#include "cutout_command.h"
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <stdexcept>
+#include <string>
+#include <utility>
+
+#include "file_paths.h"
+#include "lumvik.h"
+#include "output_format.h"
+#include "photograph.h"
+#include "png_option.h"
+#include "result_line.h"
+#include "staged_file.h"
+#include "subject.h"
+
+namespace lumvik {
+namespace {
+
+struct CutoutOptions {
+  Photograph photograph;
+  SubjectPoint point;
+  std::string output;
+};
+
+// These move the picture under the mask, which is that of the picture as it was taken.
+constexpr const char* kMovingSettings[] = {"distortion", "rotation", "perspective_h", "perspective_v",
+                                           "crop.w",     "flip_h",   "flip_v"};
+
+void RequireInPlace(const Settings& settings) {
+  for (const char* key : kMovingSettings) {
+    if (settings.at(key) == FindSettingRule(key)->initial) continue;
+    throw std::runtime_error("a cut-out cannot be developed with '" +
+                             std::string(key).substr(0, std::string(key).find('.')) +
+                             "': the subject is found in the picture as it was taken");
+  }
+}
+
+void CutOut(const CutoutOptions& options) {
+  RequireReadable(options.photograph.input);
+  const auto target = ResolveOutput(options.output, options.photograph.input);
+  Settings given = GivenSettings(options.photograph);
+  Engine engine;
+  Load(options.photograph, engine);
+  RequireInPlace(Adjust(options.photograph, std::move(given), engine));
+  FindSubject(options.photograph.input, options.point, engine);
+  StagedFile file(target, EndingOf(OutputFormat::kPng));
+  engine.Run("cannot write '" + options.output + "'", [&](EngineContext* context) {
+    return lumvik_export_subject_png(context, file.TemporaryPath().c_str());
+  });
+  file.Commit();
+  PrintResult(options.output, lumvik_get_width(engine.Context()), lumvik_get_height(engine.Context()));
+}
+
+}  // namespace
+
+void AddCutoutCommand(CLI::App& app) {
+  CLI::App* command =
+      app.add_subcommand("cutout", "Develop a camera RAW file and write its subject before nothing");
+  auto options = std::make_shared<CutoutOptions>();
+  AddInputOptions(*command, options->photograph);
+  AddDevelopOptions(*command, options->photograph);
+  AddPngOption(*command, "-o,--output", options->output, "The PNG to write: transparent but for the subject")
+      ->required();
+  AddSubjectOption(*command, options->point);
+  command->callback([options] { CutOut(*options); });
+}
+
+}  // namespace lumvik

@@ -1,0 +1,73 @@
+#include "histogram_command.h"
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "file_paths.h"
+#include "histogram_picture.h"
+#include "lumvik.h"
+#include "photograph.h"
+#include "png_file.h"
+#include "png_option.h"
+#include "settings_json.h"
+
+namespace lumvik {
+namespace {
+
+struct HistogramOptions {
+  Photograph photograph;
+  std::optional<std::string> output;
+};
+
+Histograms Count(Engine& engine, const std::string& input) {
+  Histograms counts;
+  engine.Run("cannot develop '" + input + "'", [&](EngineContext* context) {
+    return lumvik_get_histogram(context, counts.red.data(), counts.green.data(), counts.blue.data(),
+                                counts.luminance.data());
+  });
+  return counts;
+}
+
+void Print(const Histograms& counts, int width, int height) {
+  Json root = Json::object();
+  root["width"] = width;
+  root["height"] = height;
+  root["red"] = counts.red;
+  root["green"] = counts.green;
+  root["blue"] = counts.blue;
+  root["luminance"] = counts.luminance;
+  std::cout << root.dump() << '\n';
+}
+
+void ShowHistogram(const HistogramOptions& options) {
+  RequireReadable(options.photograph.input);
+  std::filesystem::path target;
+  if (options.output) target = ResolveOutput(*options.output, options.photograph.input);
+  Settings given = GivenSettings(options.photograph);
+  Engine engine;
+  Load(options.photograph, engine);
+  Adjust(options.photograph, std::move(given), engine);
+  const Histograms counts = Count(engine, options.photograph.input);
+  if (options.output) WritePng(HistogramPicture(counts), target);
+  Print(counts, lumvik_get_width(engine.Context()), lumvik_get_height(engine.Context()));
+}
+
+}  // namespace
+
+void AddHistogramCommand(CLI::App& app) {
+  CLI::App* command =
+      app.add_subcommand("histogram", "Develop a photograph and print its histograms as JSON");
+  auto options = std::make_shared<HistogramOptions>();
+  AddInputOptions(*command, options->photograph);
+  AddDevelopOptions(*command, options->photograph);
+  AddPngOption(*command, "-o,--output", options->output,
+               "Also draw the histograms and write them to this PNG");
+  command->callback([options] { ShowHistogram(*options); });
+}
+
+}  // namespace lumvik

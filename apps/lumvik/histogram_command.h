@@ -1,0 +1,14 @@
+// `lumvik histogram IN`: develops a photograph and prints its histograms.
+#ifndef LUMVIK_APPS_HISTOGRAM_COMMAND_H_
+#define LUMVIK_APPS_HISTOGRAM_COMMAND_H_
+
+#include <CLI/App.hpp>
+
+namespace lumvik {
+
+// As AddDevelopCommand.
+void AddHistogramCommand(CLI::App& app);
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_APPS_HISTOGRAM_COMMAND_H_

@@ -1,0 +1,58 @@
+#include "mask_command.h"
+
+#include <CLI/CLI.hpp>
+#include <memory>
+#include <string>
+
+#include "file_paths.h"
+#include "lumvik.h"
+#include "photograph.h"
+#include "png_file.h"
+#include "png_option.h"
+#include "result_line.h"
+#include "subject.h"
+
+namespace lumvik {
+namespace {
+
+struct MaskOptions {
+  Photograph photograph;
+  SubjectPoint point;
+  std::string output;
+};
+
+// Of the size that the photograph has before development.
+Pixels MaskOf(Engine& engine) {
+  Pixels mask{lumvik_get_width(engine.Context()), lumvik_get_height(engine.Context()), 1, {}};
+  mask.data.resize(static_cast<size_t>(mask.width) * static_cast<size_t>(mask.height));
+  engine.Run("cannot get the mask", [&](EngineContext* context) {
+    return lumvik_get_mask(context, mask.data.data(), static_cast<int>(mask.data.size()));
+  });
+  return mask;
+}
+
+void WriteMask(const MaskOptions& options) {
+  RequireReadable(options.photograph.input);
+  const auto target = ResolveOutput(options.output, options.photograph.input);
+  Engine engine;
+  Load(options.photograph, engine);
+  FindSubject(options.photograph.input, options.point, engine);
+  const Pixels mask = MaskOf(engine);
+  WritePng(mask, target);
+  PrintResult(options.output, mask.width, mask.height);
+}
+
+}  // namespace
+
+void AddMaskCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("mask", "Write where the subject of a camera RAW file is");
+  auto options = std::make_shared<MaskOptions>();
+  AddInputOptions(*command, options->photograph);
+  AddPngOption(*command, "-o,--output", options->output,
+               "The PNG to write: white the subject, black the background")
+      ->required();
+  AddSubjectOption(*command, options->point);
+  command->callback([options] { WriteMask(*options); });
+}
+
+}  // namespace lumvik

@@ -1,0 +1,79 @@
+#include "photograph.h"
+
+#include <CLI/CLI.hpp>
+
+#include "adjustment_options.h"
+#include "file_paths.h"
+#include "in_range.h"
+#include "lumvik.h"
+#include "range.h"
+#include "settings_file.h"
+#include "suggestions.h"
+
+namespace lumvik {
+namespace {
+
+constexpr Range<int> kDecodeQualities = {1, 4};
+
+// The headings of the options in the help.
+constexpr char kInput[] = "Input";
+constexpr char kSettingsFile[] = "Settings file";
+constexpr char kAutomatic[] = "Automatic";
+
+}  // namespace
+
+void AddInputOptions(CLI::App& command, Photograph& photograph) {
+  command.add_option("IN", photograph.input, "The photograph: camera RAW, JPEG, PNG, TIFF, BMP or WebP")
+      ->required()
+      ->type_name("");
+  command
+      .add_option("--quality", photograph.decode_quality,
+                  "Decoding of a camera RAW file: 1 full, 2 and 3 half size first, 4 quarter-size proxy "
+                  "(default 1)")
+      ->type_name("LEVEL")
+      ->check(InRange(kDecodeQualities))
+      ->group(kInput);
+}
+
+void AddDevelopOptions(CLI::App& command, Photograph& photograph) {
+  AddAdjustmentOptions(command, photograph.given);
+  command
+      .add_option("--settings", photograph.settings,
+                  "Read settings from this file; those given as options override it")
+      ->type_name("FILE")
+      ->group(kSettingsFile);
+  command
+      .add_flag("--auto", photograph.auto_enhance,
+                "Use the tone, colour and detail that suit the photograph, where nothing is given")
+      ->group(kAutomatic);
+  command.add_flag("--auto-crop", photograph.auto_crop, "Crop to the most interesting part, 3:2")
+      ->group(kAutomatic);
+  command.add_flag("--auto-straighten", photograph.auto_straighten, "Level the lines near the horizontal")
+      ->group(kAutomatic);
+}
+
+Settings GivenSettings(const Photograph& photograph) {
+  Settings settings = photograph.given;
+  if (photograph.settings) {
+    RequireReadable(*photograph.settings);
+    settings.merge(ReadSettings(*photograph.settings));
+  }
+  return settings;
+}
+
+void Load(const Photograph& photograph, Engine& engine) {
+  engine.Run("cannot read '" + photograph.input + "'", [&](EngineContext* context) {
+    return lumvik_load_arw(context, photograph.input.c_str(), photograph.decode_quality);
+  });
+}
+
+Settings Adjust(const Photograph& photograph, Settings given, Engine& engine) {
+  if (photograph.auto_enhance) given.merge(SuggestedEnhancement(engine));
+  if (photograph.auto_crop) given.merge(SuggestedCrop(engine));
+  if (photograph.auto_straighten) given.merge(SuggestedRotation(engine));
+  given.merge(DefaultSettings());
+  Apply(given, engine.Context());
+  return given;
+}
+
+}  // namespace lumvik

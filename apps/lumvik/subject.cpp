@@ -1,0 +1,43 @@
+#include "subject.h"
+
+#include <CLI/CLI.hpp>
+#include <stdexcept>
+#include <vector>
+
+#include "lumvik.h"
+#include "number_list.h"
+
+namespace lumvik {
+namespace {
+
+constexpr Range<float> kFraction = {0, 1};
+constexpr int kNoRawImage = -1;  // of lumvik_segment_subject(), with a photograph loaded
+
+}  // namespace
+
+CLI::Option* AddSubjectOption(CLI::App& command, SubjectPoint& point) {
+  const auto keep = [&point](const std::string& text) {
+    try {
+      const std::vector<float> numbers = ReadNumbers(text, {kFraction, kFraction});
+      point = {numbers[0], numbers[1]};
+    } catch (const std::invalid_argument& fault) {
+      throw CLI::ValidationError("--at", fault.what());
+    }
+  };
+  return command
+      .add_option_function<std::string>("--at", keep,
+                                        "Look for the subject here, in fractions 0..1 of width and height "
+                                        "from the left top corner (default: in the middle)")
+      ->type_name("X,Y");
+}
+
+void FindSubject(const std::string& input, SubjectPoint point, Engine& engine) {
+  const std::string failure = "cannot find the subject of '" + input + "'";
+  engine.Run(failure, [&](EngineContext* context) {
+    const int status = lumvik_segment_subject(context, point.x, point.y);
+    if (status == kNoRawImage) throw std::runtime_error("only that of a camera RAW file can be found");
+    return status;
+  });
+}
+
+}  // namespace lumvik
