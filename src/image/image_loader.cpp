@@ -29,8 +29,7 @@ bool IsStandardImagePath(const std::string& path) {
   return std::any_of(kStandardEndings.begin(), kStandardEndings.end(), ends_with);
 }
 
-cv::Mat ReadImageFileUtf8(const std::string& path, int flag) {
-  const std::vector<uint8_t> bytes = ReadWholeFile(path);
+cv::Mat DecodeImage(const std::vector<uint8_t>& bytes, int flag) {
   if (bytes.empty()) return {};  // cv::imdecode throws on an empty buffer
   try {
     return cv::imdecode(bytes, flag);
@@ -39,6 +38,10 @@ cv::Mat ReadImageFileUtf8(const std::string& path, int flag) {
     if (error.code == cv::Error::StsNoMem) throw;
     return {};
   }
+}
+
+cv::Mat ReadImageFileUtf8(const std::string& path, int flag) {
+  return DecodeImage(ReadWholeFile(path), flag);
 }
 
 ImageBuffer LoadStandardImage(const std::string& path) {

@@ -2,7 +2,9 @@
 #ifndef LUMVIK_IMAGE_IMAGE_LOADER_H_
 #define LUMVIK_IMAGE_IMAGE_LOADER_H_
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "image/image_buffer.h"
 
@@ -12,8 +14,11 @@ namespace lumvik {
 // Every other path is taken for a camera RAW file.
 bool IsStandardImagePath(const std::string& path);
 
-// Decodes a whole file by its content; `flag` is one of cv::ImreadModes. Empty when the file cannot be
-// read or decoded. Only exhausted memory leaves as an exception.
+// Decodes an image file by its content; `flag` is one of cv::ImreadModes. Empty when it cannot be decoded.
+// Only exhausted memory leaves as an exception.
+cv::Mat DecodeImage(const std::vector<uint8_t>& bytes, int flag);
+
+// The same for a file by its path; empty also when it cannot be read.
 cv::Mat ReadImageFileUtf8(const std::string& path, int flag);
 
 // A photograph as the pipeline's source: turned upright by its EXIF orientation, 8 bits widened to 16, at

@@ -39,6 +39,9 @@ std::vector<NullCall> NullCalls() {
   static uint32_t bins[LUMVIK_HISTOGRAM_BINS];
   static float value = 0;
   static float slots[LUMVIK_ENHANCE_SLOTS];
+  static uint8_t* thumbnail;
+  static int size;
+  static uint64_t hash;
   std::vector<NullCall> calls = {
       {"lumvik_destroy_context", "ctx", kNothing, Silent([](auto*) { lumvik_destroy_context(nullptr); })},
       {"lumvik_last_error", "ctx", 0,
@@ -124,6 +127,15 @@ std::vector<NullCall> NullCalls() {
       {"lumvik_reset_tone_curve", "ctx", kNothing,
        Silent([](auto*) { lumvik_reset_tone_curve(nullptr, 0); })},
       {"lumvik_reset_adjustments", "ctx", kNothing, Silent([](auto*) { lumvik_reset_adjustments(nullptr); })},
+      {"lumvik_extract_thumbnail", "path", -1,
+       [](auto*) { return lumvik_extract_thumbnail(nullptr, &thumbnail, &size); }},
+      {"lumvik_extract_thumbnail", "data", -1,
+       [](auto*) { return lumvik_extract_thumbnail("a.png", nullptr, &size); }},
+      {"lumvik_extract_thumbnail", "size", -1,
+       [](auto*) { return lumvik_extract_thumbnail("a.png", &thumbnail, nullptr); }},
+      {"lumvik_free_thumb", "data", kNothing, Silent([](auto*) { lumvik_free_thumb(nullptr); })},
+      {"lumvik_phash", "path", -1, [](auto*) { return lumvik_phash(nullptr, &hash); }},
+      {"lumvik_phash", "hash", -1, [](auto*) { return lumvik_phash("a.png", nullptr); }},
   };
   for (const FloatSetter& setter : kFloatSetters) {
     calls.push_back({setter.name, "ctx", kNothing, Silent([set = setter.set](auto*) { set(nullptr, 50); })});

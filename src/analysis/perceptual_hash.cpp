@@ -1,0 +1,85 @@
+#include "analysis/perceptual_hash.h"
+
+#include <algorithm>
+#include <array>
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+#include <vector>
+
+#include "image/image_buffer.h"
+#include "image/image_loader.h"
+
+namespace lumvik {
+namespace {
+
+constexpr int kMaxLongSide = 256;
+constexpr int kTransformSide = 32;
+constexpr int kHashSide = 8;
+
+using Frequencies = std::array<float, size_t{kHashSide} * kHashSide>;
+
+Frequencies LowestFrequencies(const cv::Mat& grey) {
+  cv::Mat small;
+  cv::resize(grey, small, cv::Size(kTransformSide, kTransformSide), 0, 0, cv::INTER_AREA);
+  small.convertTo(small, CV_32F);
+  cv::dct(small, small);
+  Frequencies lowest{};
+  for (int y = 0; y < kHashSide; ++y) {
+    std::copy_n(small.ptr<float>(y), kHashSide, lowest.begin() + std::ptrdiff_t{y} * kHashSide);
+  }
+  return lowest;
+}
+
+// Leaves out the first, which is the mean brightness and far from all others.
+float MedianOfPatterns(Frequencies frequencies) {
+  const auto first = frequencies.begin() + 1;
+  const auto middle = first + (frequencies.end() - first) / 2;
+  std::nth_element(first, middle, frequencies.end());
+  return *middle;
+}
+
+// What a preview shows, in grey; empty when it cannot be decoded.
+cv::Mat GreyPreview(const libraw_processed_image_t& preview) {
+  if (preview.type == LIBRAW_IMAGE_JPEG) {
+    return DecodeImage({preview.data, preview.data + preview.data_size}, cv::IMREAD_GRAYSCALE);
+  }
+  cv::Mat grey;
+  const cv::Mat bitmap = PreviewBitmap(preview);
+  if (!bitmap.empty()) cv::cvtColor(bitmap, grey, cv::COLOR_RGB2GRAY);
+  return grey;
+}
+
+FileStatus ReadGrey(const std::string& path, cv::Mat& grey) {
+  if (!IsStandardImagePath(path)) {
+    const EmbeddedPreview preview = ReadEmbeddedPreview(path);
+    if (!preview.image) return preview.status;
+    grey = GreyPreview(*preview.image);
+    return grey.empty() ? FileStatus::kPreviewUndecodable : FileStatus::kRead;
+  }
+  grey = ReadImageFileUtf8(path, cv::IMREAD_GRAYSCALE);
+  if (grey.empty()) return FileStatus::kUnreadable;
+  const int long_side = std::max(grey.cols, grey.rows);
+  if (long_side > kMaxLongSide) {
+    ShrinkImage(grey, static_cast<float>(kMaxLongSide) / static_cast<float>(long_side));
+  }
+  return FileStatus::kRead;
+}
+
+}  // namespace
+
+uint64_t PerceptualHash(const cv::Mat& grey) {
+  const Frequencies frequencies = LowestFrequencies(grey);
+  const float median = MedianOfPatterns(frequencies);
+  uint64_t hash = 0;
+  for (const float frequency : frequencies) hash = hash << 1U | (frequency > median ? 1U : 0U);
+  return hash;
+}
+
+FileStatus PerceptualHashOfFile(const std::string& path, uint64_t& hash) {
+  cv::Mat grey;
+  const FileStatus status = ReadGrey(path, grey);
+  if (status == FileStatus::kRead) hash = PerceptualHash(grey);
+  return status;
+}
+
+}  // namespace lumvik

@@ -1,0 +1,64 @@
+#include "image/thumbnail.h"
+
+#include <algorithm>
+#include <opencv2/imgcodecs.hpp>
+#include <vector>
+
+#include "image/image_buffer.h"
+#include "image/image_loader.h"
+
+namespace lumvik {
+namespace {
+
+constexpr int kMaxLongSide = 160;
+constexpr int kReducedQuality = 75;
+constexpr int kBitmapQuality = 80;
+constexpr int kMaxJpegSide = 65500;  // of the JPEG library, which has OpenCV throw beyond it
+
+FileStatus CopyBytes(const uint8_t* bytes, size_t size, Thumbnail& thumbnail) {
+  thumbnail.size = size;
+  thumbnail.data.reset(static_cast<uint8_t*>(std::malloc(size)));
+  if (!thumbnail.data) return FileStatus::kNoMemory;
+  std::copy_n(bytes, size, thumbnail.data.get());
+  return FileStatus::kRead;
+}
+
+FileStatus Encode(const cv::Mat& image, int quality, Thumbnail& thumbnail) {
+  std::vector<uint8_t> jpeg;
+  cv::imencode(".jpg", image, jpeg, {cv::IMWRITE_JPEG_QUALITY, quality});
+  return CopyBytes(jpeg.data(), jpeg.size(), thumbnail);
+}
+
+FileStatus FromOrdinaryImage(const std::string& path, Thumbnail& thumbnail) {
+  cv::Mat image = ReadImageFileUtf8(path, cv::IMREAD_COLOR);
+  if (image.empty()) return FileStatus::kUnreadable;
+  const int long_side = std::max(image.cols, image.rows);
+  if (long_side > kMaxLongSide) {
+    ShrinkImage(image, static_cast<float>(kMaxLongSide) / static_cast<float>(long_side));
+  }
+  return Encode(image, kReducedQuality, thumbnail);
+}
+
+FileStatus FromEmbeddedPreview(const std::string& path, Thumbnail& thumbnail) {
+  const EmbeddedPreview preview = ReadEmbeddedPreview(path);
+  if (!preview.image) return preview.status;
+  if (preview.delivery_error != 0) return FileStatus::kPreviewNotDelivered;
+  if (preview.image->type == LIBRAW_IMAGE_JPEG) {
+    return CopyBytes(preview.image->data, preview.image->data_size, thumbnail);
+  }
+  // The encoder takes blue first: hosts know these thumbnails with red and blue swapped.
+  const cv::Mat bitmap = PreviewBitmap(*preview.image);
+  if (bitmap.empty() || std::max(bitmap.cols, bitmap.rows) > kMaxJpegSide) {
+    return FileStatus::kPreviewNotDelivered;
+  }
+  return Encode(bitmap, kBitmapQuality, thumbnail);
+}
+
+}  // namespace
+
+FileStatus MakeThumbnail(const std::string& path, Thumbnail& thumbnail) {
+  return IsStandardImagePath(path) ? FromOrdinaryImage(path, thumbnail)
+                                   : FromEmbeddedPreview(path, thumbnail);
+}
+
+}  // namespace lumvik

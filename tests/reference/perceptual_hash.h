@@ -1,0 +1,17 @@
+// Plain perceptual hash.
+#ifndef LUMVIK_TESTS_REFERENCE_PERCEPTUAL_HASH_H_
+#define LUMVIK_TESTS_REFERENCE_PERCEPTUAL_HASH_H_
+
+#include <cstdint>
+#include <opencv2/core.hpp>
+
+namespace lumvik::reference {
+
+// The 8 x 8 lowest frequencies (CV_32F) of a grey image (CV_8UC1) brought to 32 x 32.
+cv::Mat LowFrequencies(const cv::Mat& grey);
+
+uint64_t PerceptualHash(const cv::Mat& grey);
+
+}  // namespace lumvik::reference
+
+#endif  // LUMVIK_TESTS_REFERENCE_PERCEPTUAL_HASH_H_

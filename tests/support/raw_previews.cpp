@@ -1,0 +1,92 @@
+#include "support/raw_previews.h"
+
+#include <libraw/libraw.h>
+
+#include <algorithm>
+#include <memory>
+#include <opencv2/imgcodecs.hpp>
+#include <stdexcept>
+
+#include "support/raw_writer.h"
+
+namespace lumvik::test {
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+
+constexpr uint8_t kMarker = 0xFF;  // announces a segment of a JPEG file
+constexpr uint8_t kFrame = 0xC0;   // size and components
+constexpr uint8_t kQuantisation = 0xDB;
+
+const cv::Mat kPicture(32, 48, CV_8UC3, cv::Scalar(90, 150, 210));
+
+Bytes::iterator Find(Bytes& bytes, const Bytes& part) {
+  const auto found = std::search(bytes.begin(), bytes.end(), part.begin(), part.end());
+  if (found == bytes.end()) throw std::logic_error("not in the file");
+  return found;
+}
+
+Bytes Jpeg() {
+  Bytes jpeg;
+  cv::imencode(".jpg", kPicture, jpeg);
+  return jpeg;
+}
+
+Bytes WithPreview(Bytes jpeg) {
+  RawOptions options;
+  options.format = RawFormat::kDng;
+  options.preview_jpeg = std::move(jpeg);
+  return MakeRawFile(kPicture, options);
+}
+
+}  // namespace
+
+Bytes MakeBitmapPreviewRaw(const cv::Mat& bitmap) {
+  RawOptions options;
+  options.format = RawFormat::kDng;
+  options.preview = RawPreview::kBitmap;
+  options.preview_picture = bitmap;
+  return MakeRawFile(kPicture, options);
+}
+
+Bytes MakeShortBitmapPreviewRaw(const cv::Mat& bitmap) {
+  Bytes file = MakeBitmapPreviewRaw(bitmap);
+  // The entry StripByteCounts: tag, type LONG, one value, which is the size of the bitmap.
+  const auto entry = Find(file, {0x17, 0x01, 4, 0, 1, 0, 0, 0});
+  const size_t size = bitmap.total();
+  for (int byte = 0; byte < 4; ++byte) entry[8 + byte] = static_cast<uint8_t>(size >> (8 * byte));
+  return file;
+}
+
+Bytes MakeUndecodablePreviewRaw() {
+  Bytes jpeg = Jpeg();
+  for (int table = 0; table < 2; ++table) {
+    const auto segment = Find(jpeg, {kMarker, kQuantisation});
+    jpeg.erase(segment, segment + 2 + (segment[2] << 8 | segment[3]));
+  }
+  return WithPreview(std::move(jpeg));
+}
+
+Bytes MakeOversizedPreviewRaw(uint16_t side) {
+  Bytes file = WithPreview(Jpeg());
+  const auto high = static_cast<uint8_t>(side >> 8);
+  const auto low = static_cast<uint8_t>(side & 0xFF);
+  // Behind the marker: two bytes of length, one of depth, then height and width.
+  const uint8_t size[] = {high, low, high, low};
+  std::copy(std::begin(size), std::end(size), Find(file, {kMarker, kFrame, 0, 17, 8}) + 5);
+  return file;
+}
+
+Bytes DeliveredPreview(const Bytes& raw_file) {
+  const auto raw = std::make_unique<LibRaw>();
+  // LibRaw does not write to what it reads from.
+  if (raw->open_buffer(const_cast<uint8_t*>(raw_file.data()), raw_file.size()) != LIBRAW_SUCCESS) return {};
+  if (raw->unpack_thumb() != LIBRAW_SUCCESS) return {};
+  libraw_processed_image_t* image = raw->dcraw_make_mem_thumb();
+  if (image == nullptr) return {};
+  Bytes bytes(image->data, image->data + image->data_size);
+  LibRaw::dcraw_clear_mem(image);
+  return bytes;
+}
+
+}  // namespace lumvik::test

@@ -1,0 +1,29 @@
+// RAW files whose preview is what a test is about.
+#ifndef LUMVIK_TESTS_SUPPORT_RAW_PREVIEWS_H_
+#define LUMVIK_TESTS_SUPPORT_RAW_PREVIEWS_H_
+
+#include <cstdint>
+#include <opencv2/core.hpp>
+#include <vector>
+
+namespace lumvik::test {
+
+// A DNG with this bitmap (CV_8UC3, red first) for a preview.
+std::vector<uint8_t> MakeBitmapPreviewRaw(const cv::Mat& bitmap);
+
+// The same, but the file says that its preview has a byte for each pixel: LibRaw delivers no more than these
+// and calls them three colours.
+std::vector<uint8_t> MakeShortBitmapPreviewRaw(const cv::Mat& bitmap);
+
+// A DNG with a JPEG preview that LibRaw delivers and no decoder can decode: it has no quantisation tables.
+std::vector<uint8_t> MakeUndecodablePreviewRaw();
+
+// The same with a preview of `side` pixels both ways by its header.
+std::vector<uint8_t> MakeOversizedPreviewRaw(uint16_t side);
+
+// What LibRaw itself delivers of a file's preview; empty when it does not.
+std::vector<uint8_t> DeliveredPreview(const std::vector<uint8_t>& raw_file);
+
+}  // namespace lumvik::test
+
+#endif  // LUMVIK_TESTS_SUPPORT_RAW_PREVIEWS_H_
