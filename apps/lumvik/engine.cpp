@@ -15,23 +15,29 @@ std::string OneLine(std::string text) {
   return text;
 }
 
+std::runtime_error Failure(const std::string& failure, const std::string& reason) {
+  return std::runtime_error(failure + ": " + OneLine(reason));
+}
+
 }  // namespace
+
+int CallEngine(const std::string& failure, const std::function<int()>& call) {
+  try {
+    return call();
+  } catch (const std::bad_alloc&) {
+    throw Failure(failure, "not enough memory");
+  } catch (const std::exception& error) {
+    throw Failure(failure, error.what());
+  }
+}
 
 Engine::Engine() : context_(lumvik_create_context(), lumvik_destroy_context) {
   if (!context_) throw std::runtime_error("cannot start the engine: not enough memory");
 }
 
 void Engine::Run(const std::string& failure, const std::function<int(EngineContext*)>& call) {
-  std::string reason;
-  try {
-    if (call(context_.get()) == 0) return;
-    reason = lumvik_last_error(context_.get());
-  } catch (const std::bad_alloc&) {
-    reason = "not enough memory";
-  } catch (const std::exception& error) {
-    reason = error.what();
-  }
-  throw std::runtime_error(failure + ": " + OneLine(reason));
+  const int status = CallEngine(failure, [&] { return call(context_.get()); });
+  if (status != 0) throw Failure(failure, lumvik_last_error(context_.get()));
 }
 
 }  // namespace lumvik

@@ -10,12 +10,17 @@
 
 namespace lumvik {
 
+// Makes one call of the engine and returns its status. When it throws, throws std::runtime_error with
+// `failure`
+// ("cannot read 'a.jpg'") and the reason behind it.
+int CallEngine(const std::string& failure, const std::function<int()>& call);
+
 class Engine {
  public:
   Engine();
 
-  // Runs one call of the engine. When it returns another status than 0, or throws, throws
-  // std::runtime_error with `failure` ("cannot read 'a.jpg'") and the engine's reason behind it.
+  // Calls the engine as above. When the status is another than 0, throws std::runtime_error with `failure`
+  // and the engine's reason as well.
   void Run(const std::string& failure, const std::function<int(EngineContext*)>& call);
 
   EngineContext* Context() { return context_.get(); }

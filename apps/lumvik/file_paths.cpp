@@ -64,7 +64,7 @@ fs::path ResolveOutput(const std::string& output, const std::string& input) {
   if (fs::is_directory(status)) throw Failure("cannot write", output, "it is a folder");
   if (!fs::is_regular_file(status)) throw Failure("cannot write", output, "it is not a regular file");
   if (fs::equivalent(target, input)) {
-    throw Failure("cannot write", output, "it is the photograph to be developed, which is never overwritten");
+    throw Failure("cannot write", output, "it is the photograph itself, which is never overwritten");
   }
   // Opening to append changes nothing in a file; renaming over it would not ask for the permission.
   if (!std::ofstream(target, std::ios::app)) throw Failure("cannot write", output, LastSystemError());

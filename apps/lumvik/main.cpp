@@ -8,17 +8,21 @@
 
 #include "cutout_command.h"
 #include "develop_command.h"
+#include "hash_command.h"
 #include "histogram_command.h"
 #include "lumvik.h"
 #include "mask_command.h"
+#include "reported_failure.h"
+#include "similar_command.h"
 #include "suggest_command.h"
+#include "thumb_command.h"
 
 namespace {
 
 enum ExitStatus { kSuccess = 0, kFailure = 1, kUsage = 2 };
 
 int Fail(const std::exception& error, ExitStatus status) {
-  std::cerr << "lumvik: " << error.what() << '\n';
+  lumvik::Report(error.what());
   return status;
 }
 
@@ -32,6 +36,9 @@ void RunCommand(int argc, char** argv) {
   lumvik::AddMaskCommand(app);
   lumvik::AddCutoutCommand(app);
   lumvik::AddSuggestCommand(app);
+  lumvik::AddThumbCommand(app);
+  lumvik::AddHashCommand(app);
+  lumvik::AddSimilarCommand(app);
   try {
     app.parse(argc, argv);
     if (app.get_subcommands().empty()) throw CLI::RequiredError("A command (see lumvik --help)");
@@ -47,6 +54,8 @@ int main(int argc, char** argv) {
   try {
     RunCommand(argc, argv);
     return kSuccess;
+  } catch (const lumvik::ReportedFailure&) {
+    return kFailure;
   } catch (const CLI::ParseError& error) {
     return Fail(error, kUsage);
   } catch (const std::exception& error) {

@@ -142,6 +142,7 @@ TEST_F(PerceptualHashOfFileTest, AJpegPreviewIsDecodedInGrey) {
 
 TEST_F(PerceptualHashOfFileTest, AJpegPreviewIsNotReducedFirst) {
   RawOptions options;
+  options.format = RawFormat::kDng;  // in an ARW file LibRaw passes a grey JPEG over
   const cv::Mat noise = Noise({1000, 700}, 8);
   cv::imencode(".jpg", noise, options.preview_jpeg);
   const cv::Mat grey = cv::imdecode(options.preview_jpeg, cv::IMREAD_GRAYSCALE);
@@ -158,6 +159,22 @@ TEST_F(PerceptualHashOfFileTest, ABitmapPreviewHasRedFirst) {
   EXPECT_EQ(HashOf(WriteRaw(MakeBitmapPreviewRaw(rgb))), reference::PerceptualHash(grey));
   cv::cvtColor(rgb, grey, cv::COLOR_BGR2GRAY);
   EXPECT_NE(HashOf(dir_.File("a.dng")), reference::PerceptualHash(grey));
+}
+
+// LibRaw writes the orientation of the RAW file into a JPEG that has none, but cannot do so for a bitmap.
+TEST_F(PerceptualHashOfFileTest, JpegPreviewsStandUprightBitmapPreviewsLieAsTheSensor) {
+  RawOptions options;
+  options.format = RawFormat::kDng;
+  cv::Mat picture;
+  cv::resize(cv::imread(kData + "cat.jpg"), picture, cv::Size(480, 320), 0, 0, cv::INTER_AREA);
+  for (const RawPreview preview : {RawPreview::kJpeg, RawPreview::kBitmap}) {
+    options.preview = preview;
+    options.orientation = 1;
+    const uint64_t lying = HashOf(WriteRaw(MakeRawFile(picture, options)));
+    options.orientation = 6;
+    const uint64_t turned = HashOf(WriteRaw(MakeRawFile(picture, options)));
+    EXPECT_EQ(lying == turned, preview == RawPreview::kBitmap);
+  }
 }
 
 TEST_F(PerceptualHashOfFileTest, EveryStageHasItsFailure) {

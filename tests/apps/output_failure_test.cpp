@@ -82,9 +82,9 @@ TEST_F(OutputFailureTest, ThePhotographItselfIsNeverOverwritten) {
   fs::create_symlink("in.png", Path("symbolic.png"));
   fs::create_hard_link(in, Path("hard.jpg"));
   for (const char* name : {"in.png", "folder/../in.png", "symbolic.png", "hard.jpg"}) {
-    ExpectRefusal(Develop(in, Path(name)), kFailure, "it is the photograph to be developed");
+    ExpectRefusal(Develop(in, Path(name)), kFailure, "it is the photograph itself");
   }
-  ExpectRefusal(Develop(Path("symbolic.png"), in), kFailure, "it is the photograph to be developed");
+  ExpectRefusal(Develop(Path("symbolic.png"), in), kFailure, "it is the photograph itself");
   EXPECT_EQ(ReadFile(in), before);
 }
 

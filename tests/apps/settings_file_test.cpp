@@ -283,7 +283,7 @@ TEST_F(SettingsFileTest, PlacesThatCannotTakeTheSettingsAreRefused) {
   refused("", kUsage, "--save-settings: '' does not end in .json");
   refused(Path("no folder/s.json"), kFailure, "there is no folder '" + Path("no folder") + "'");
   refused(Path("folder.json"), kFailure, "it is a folder");
-  refused(Path("link.json"), kFailure, "it is the photograph to be developed");
+  refused(Path("link.json"), kFailure, "it is the photograph itself");
   EXPECT_FALSE(fs::exists(Path("out.png")));
   EXPECT_EQ(ReadFile(in_), before);
 }

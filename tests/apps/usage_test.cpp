@@ -72,7 +72,9 @@ TEST_F(UsageTest, VersionIsPrinted) {
 TEST_F(UsageTest, HelpNamesTheCommands) {
   const ProcessResult result = Lumvik({"--help"});
   EXPECT_EQ(result.status, kSuccess);
-  EXPECT_NE(result.out.find("develop"), std::string::npos) << result.out;
+  for (const char* command : {"develop", "thumb", "hash", "similar"}) {
+    EXPECT_NE(result.out.find(command), std::string::npos) << result.out;
+  }
   EXPECT_EQ(result.err, "");
 }
 

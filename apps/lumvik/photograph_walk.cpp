@@ -1,0 +1,77 @@
+#include "photograph_walk.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <iterator>
+#include <stdexcept>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+namespace lumvik {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Sorted. First the ordinary images that the engine reads, then what LibRaw's cameras write.
+constexpr std::string_view kOrdinaryEndings[] = {".bmp", ".jpeg", ".jpg", ".png", ".tif", ".tiff", ".webp"};
+constexpr std::string_view kRawEndings[] = {
+    ".3fr", ".ari", ".arw", ".bay", ".cap", ".cr2", ".cr3", ".crw", ".dcr", ".dcs", ".dng", ".drf", ".erf",
+    ".fff", ".gpr", ".iiq", ".k25", ".kdc", ".mdc", ".mef", ".mos", ".mrw", ".nef", ".nrw", ".orf", ".pef",
+    ".ptx", ".raf", ".raw", ".rw2", ".rwl", ".rwz", ".sr2", ".srf", ".srw", ".sti", ".x3f"};
+
+char LowerAscii(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool IsPhotographName(const fs::path& path) {
+  std::string ending = path.extension().string();
+  std::transform(ending.begin(), ending.end(), ending.begin(), LowerAscii);
+  const auto is_in = [&ending](const auto& endings) {
+    return std::binary_search(std::begin(endings), std::end(endings), ending);
+  };
+  return is_in(kOrdinaryEndings) || is_in(kRawEndings);
+}
+
+std::string Failure(const fs::path& path, const std::error_code& error) {
+  return "cannot read '" + path.string() + "': " + error.message();
+}
+
+// Adds what stands in `folder` itself: photographs to `found`, folders to `folders`.
+std::error_code List(const fs::path& folder, FoundPhotographs& found, std::vector<fs::path>& folders) {
+  std::error_code error;
+  for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
+    std::error_code entry_error;
+    const fs::file_status status = entry->symlink_status(entry_error);
+    if (entry_error) {
+      found.failures.push_back(Failure(entry->path(), entry_error));
+    } else if (fs::is_directory(status)) {
+      folders.push_back(entry->path());
+    } else if (fs::is_regular_file(status) && IsPhotographName(entry->path())) {
+      found.paths.push_back(entry->path().string());
+    }
+  }
+  return error;
+}
+
+}  // namespace
+
+FoundPhotographs FindPhotographs(const std::string& folder) {
+  FoundPhotographs found;
+  std::vector<fs::path> folders;
+  if (const std::error_code error = List(folder, found, folders)) {
+    throw std::runtime_error(Failure(folder, error));
+  }
+  while (!folders.empty()) {
+    const fs::path next = std::move(folders.back());
+    folders.pop_back();
+    if (const std::error_code error = List(next, found, folders)) {
+      found.failures.push_back(Failure(next, error));
+    }
+  }
+  std::sort(found.paths.begin(), found.paths.end());
+  std::sort(found.failures.begin(), found.failures.end());
+  return found;
+}
+
+}  // namespace lumvik

@@ -1,0 +1,222 @@
+// `lumvik similar`: which photographs it puts together, and how it goes through a folder.
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <nlohmann/json.hpp>
+#include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include "command_test.h"
+
+namespace lumvik::test {
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::json;
+using Groups = std::vector<std::vector<std::string>>;
+
+const std::string kData = LUMVIK_TEST_DATA "/";
+
+class SimilarTest : public CommandTest {
+ protected:
+  std::string Folder() const { return Path("photos"); }
+  std::string In(const std::string& name) const { return Folder() + "/" + name; }
+
+  SimilarTest() { fs::create_directories(In("export")); }
+
+  ProcessResult Similar(const std::vector<std::string>& options = {},
+                        std::vector<std::string> command = Command()) const {
+    command.insert(command.end(), {"similar", Folder()});
+    command.insert(command.end(), options.begin(), options.end());
+    return RunProcess(command);
+  }
+
+  void Copy(const std::string& from, const std::string& name) const { fs::copy_file(from, In(name)); }
+
+  // The picture at a share of its size, compressed anew.
+  void Recompress(const std::string& from, const std::string& name, double scale, int quality) const {
+    cv::Mat picture;
+    cv::resize(cv::imread(from), picture, cv::Size(), scale, scale, cv::INTER_AREA);
+    ASSERT_TRUE(cv::imwrite(In(name), picture, {cv::IMWRITE_JPEG_QUALITY, quality}));
+  }
+
+  // The groups by the names within the folder.
+  Groups GroupsOf(const ProcessResult& result) const {
+    Groups groups;
+    const Json json = Json::parse(result.out);
+    for (const Json& members : json.at("groups")) {
+      std::vector<std::string>& group = groups.emplace_back();
+      for (const Json& member : members) {
+        group.push_back(member.at("path").get<std::string>().substr(Folder().size() + 1));
+      }
+    }
+    return groups;
+  }
+};
+
+TEST_F(SimilarTest, ARawFileIsFoundWithItsExportsAndNothingElse) {
+  Copy(LUMVIK_SAMPLES "/sample_small.ARW", "a.ARW");
+  Copy(kData + "uncompressed.ARW", "b.arw");
+  Copy(kData + "jpeg_thumb.dng", "c.DNG");
+  Copy(kData + "cat.jpg", "cat.jpg");
+  Copy(kData + "eiffel_gps_north_east.jpg", "eiffel.jpg");
+  Copy(kData + "tower_orientation8.jpg", "tower.jpg");
+  for (const char* name : {"a.ARW", "b.arw", "c.DNG", "tower.jpg"}) {
+    const std::string developed = Path("developed.png");
+    ASSERT_EQ(Develop(In(name), developed, {"--temperature", "6500"}).status, kSuccess);
+    Recompress(developed, std::string("export/") + name[0] + "-half.jpg", 0.5, 60);
+    Recompress(developed, std::string("export/") + name[0] + "-third.jpg", 0.33, 85);
+  }
+  Recompress(In("cat.jpg"), "cat small.JPG", 0.2, 40);
+  const ProcessResult result = Similar({"--json"});
+  EXPECT_EQ(result.status, kSuccess) << result.err;
+  EXPECT_EQ(result.err, "");
+  EXPECT_EQ(GroupsOf(result), Groups({{"a.ARW", "export/a-half.jpg", "export/a-third.jpg"},
+                                      {"b.arw", "export/b-half.jpg", "export/b-third.jpg"},
+                                      {"c.DNG", "export/c-half.jpg", "export/c-third.jpg"},
+                                      {"cat small.JPG", "cat.jpg"},
+                                      {"export/t-half.jpg", "export/t-third.jpg", "tower.jpg"}}));
+  EXPECT_EQ(Json::parse(result.out).at("threshold"), 8);
+}
+
+TEST_F(SimilarTest, LinesAreThoseOfHash) {
+  Copy(kData + "cat.jpg", "a.jpg");
+  Copy(kData + "cat.jpg", "b.jpg");
+  Copy(kData + "eiffel_gps_north_east.jpg", "x.jpg");
+  Copy(kData + "eiffel_gps_north_east.jpg", "y.jpg");
+  const auto lines = [](const std::vector<std::string>& files) {
+    std::vector<std::string> arguments = Command();
+    arguments.emplace_back("hash");
+    arguments.insert(arguments.end(), files.begin(), files.end());
+    return RunProcess(arguments).out;
+  };
+  EXPECT_EQ(Similar().out, lines({In("a.jpg"), In("b.jpg")}) + "\n" + lines({In("x.jpg"), In("y.jpg")}));
+}
+
+TEST_F(SimilarTest, TheThresholdDecides) {
+  Copy(kData + "cat.jpg", "cat.jpg");
+  Copy(kData + "eiffel_gps_north_east.jpg", "eiffel.jpg");
+  EXPECT_EQ(Similar().out, "");
+  EXPECT_EQ(GroupsOf(Similar({"--json", "--threshold", "64"})), Groups({{"cat.jpg", "eiffel.jpg"}}));
+  Recompress(In("cat.jpg"), "tiny.jpg", 0.02, 10);
+  EXPECT_EQ(GroupsOf(Similar({"--json"})), Groups({{"cat.jpg", "tiny.jpg"}}));
+  EXPECT_EQ(GroupsOf(Similar({"--json", "--threshold", "0"})), Groups());
+}
+
+TEST_F(SimilarTest, OneFileThatFailsStopsNothing) {
+  Copy(kData + "cat.jpg", "a.jpg");
+  Copy(kData + "cat.jpg", "z.jpg");
+  WriteFile(In("text.jpg"), "not a photograph at all\n");
+  Copy(kData + "no_thumb.dng", "export/no.dng");
+  const ProcessResult result = Similar({"--json"});
+  EXPECT_EQ(result.status, kFailure);
+  EXPECT_EQ(GroupsOf(result), Groups({{"a.jpg", "z.jpg"}}));
+  EXPECT_EQ(result.err, "lumvik: cannot read '" + In("export/no.dng") +
+                            "': the RAW file holds no preview\nlumvik: cannot read '" + In("text.jpg") +
+                            "': it is no photograph, or a damaged one\n");
+}
+
+TEST_F(SimilarTest, AFolderThatMayNotBeReadStopsNothing) {
+  Copy(kData + "cat.jpg", "a.jpg");
+  Copy(kData + "cat.jpg", "z.jpg");
+  fs::permissions(In("export"), fs::perms::none);
+  const ProcessResult result = Similar({"--json"}, UnprivilegedCommand());
+  fs::permissions(In("export"), fs::perms::owner_all);
+  EXPECT_EQ(result.status, kFailure);
+  EXPECT_EQ(GroupsOf(result), Groups({{"a.jpg", "z.jpg"}}));
+  EXPECT_EQ(result.err, "lumvik: cannot read '" + In("export") + "': Permission denied\n");
+}
+
+TEST_F(SimilarTest, LinksAndPipesAreLeftAlone) {
+  Copy(kData + "cat.jpg", "a.jpg");
+  fs::create_symlink("a.jpg", In("link.jpg"));
+  fs::create_symlink("nowhere", In("dangling.jpg"));
+  fs::create_directory_symlink("..", In("export/loop"));
+  fs::create_directory_symlink("export", In("other"));
+  ASSERT_EQ(mkfifo(In("pipe.jpg").c_str(), 0600), 0);
+  fs::create_directory(In("folder.jpg"));
+  const ProcessResult result = Similar({"--json"});
+  EXPECT_EQ(result.status, kSuccess) << result.err;
+  EXPECT_EQ(GroupsOf(result), Groups());
+  EXPECT_EQ(result.err, "");
+}
+
+TEST_F(SimilarTest, TheFolderItselfMayBeALink) {
+  Copy(kData + "cat.jpg", "a.jpg");
+  Copy(kData + "cat.jpg", "b.jpg");
+  fs::rename(Folder(), Path("elsewhere"));
+  fs::create_directory_symlink("elsewhere", Folder());
+  EXPECT_EQ(GroupsOf(Similar({"--json"})), Groups({{"a.jpg", "b.jpg"}}));
+}
+
+TEST_F(SimilarTest, OnlyPhotographsAreLookedAt) {
+  Copy(kData + "cat.jpg", "a.jpg");
+  for (const char* name : {"notes.txt", "a.jpg.xmp", "jpg", ".jpg", "a"}) WriteFile(In(name), "text");
+  const ProcessResult result = Similar();
+  EXPECT_EQ(result.status, kSuccess) << result.err;
+  EXPECT_EQ(result.out, "");
+}
+
+TEST_F(SimilarTest, NamesOfAnyBytes) {
+  Copy(kData + "cat.jpg", "\xC3\xA9t\xC3\xA9.jpg");
+  Copy(kData + "cat.jpg", "\xE9t\xE9.jpg");  // not UTF-8
+  const std::string text = Similar().out;
+  EXPECT_NE(text.find("  " + In("\xC3\xA9t\xC3\xA9.jpg") + "\n"), std::string::npos);
+  EXPECT_NE(text.find("  " + In("\xE9t\xE9.jpg") + "\n"), std::string::npos);
+  EXPECT_EQ(GroupsOf(Similar({"--json"})),
+            Groups({{"\xC3\xA9t\xC3\xA9.jpg", "\xEF\xBF\xBDt\xEF\xBF\xBD.jpg"}}));
+}
+
+TEST_F(SimilarTest, ManyFilesGiveTheSameWithAnyNumberOfThreads) {
+  const std::string picture = Photograph("picture.png");
+  for (int i = 0; i < 3000; ++i) {
+    const std::string folder = In("export/" + std::to_string(i % 7));
+    fs::create_directories(folder);
+    if (i % 100 == 0) WriteFile(folder + "/bad" + std::to_string(i) + ".jpg", "text");
+    fs::copy_file(picture, folder + "/" + std::to_string(i) + ".png");
+  }
+  Copy(kData + "cat.jpg", "cat.jpg");
+  const ProcessResult one = Similar({"--jobs", "1"});
+  EXPECT_EQ(one.status, kFailure);
+  EXPECT_EQ(std::count(one.out.begin(), one.out.end(), '\n'), 3000);
+  EXPECT_EQ(std::count(one.err.begin(), one.err.end(), '\n'), 30);
+  for (const char* jobs : {"2", "16"}) {
+    const ProcessResult several = Similar({"--jobs", jobs});
+    EXPECT_TRUE(several.out == one.out) << jobs;
+    EXPECT_TRUE(several.err == one.err) << jobs;
+  }
+}
+
+// script, from the basic system, gives the command a terminal.
+TEST_F(SimilarTest, ATerminalShowsTheProgress) {
+  Copy(kData + "cat.jpg", "a.jpg");
+  Copy(kData + "cat.jpg", "b.jpg");
+  const std::string command = std::string("'") + LUMVIK_COMMAND + "' similar '" + Folder() + "' > /dev/null";
+  const ProcessResult result = RunProcess({"script", "-q", "-e", "-c", command, "/dev/null"});
+  EXPECT_EQ(result.status, kSuccess);
+  EXPECT_NE(result.out.find("] 2/2"), std::string::npos) << result.out;
+  EXPECT_EQ(result.out.substr(result.out.size() - 4), "\r\x1B[K") << "the bar is left behind";
+}
+
+TEST_F(SimilarTest, AnEmptyFolderHasNoGroups) {
+  EXPECT_EQ(Similar().out, "");
+  EXPECT_EQ(GroupsOf(Similar({"--json"})), Groups());
+}
+
+TEST_F(SimilarTest, WhatIsNoFolderIsRefused) {
+  fs::remove_all(Folder());
+  ExpectRefusal(Similar(), kFailure, "cannot read '" + Folder() + "': No such file or directory");
+  WriteFile(Folder(), "a file");
+  ExpectRefusal(Similar(), kFailure, "cannot read '" + Folder() + "': Not a directory");
+}
+
+TEST_F(SimilarTest, NumbersAreChecked) {
+  ExpectRefusal(Similar({"--threshold", "65"}), kUsage, "--threshold: '65' is not a whole number in 0..64");
+  ExpectRefusal(Similar({"--threshold", "-1"}), kUsage, "--threshold: '-1' is not a whole number in 0..64");
+  ExpectRefusal(Similar({"--jobs", "0"}), kUsage, "--jobs: '0' is not a whole number in 1..256");
+  ExpectRefusal(Similar({"--jobs", "-1"}), kUsage, "--jobs: '-1' is not a whole number in 1..256");
+}
+
+}  // namespace
+}  // namespace lumvik::test
