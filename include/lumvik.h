@@ -759,7 +759,8 @@ LUMVIK_API int lumvik_export_subject_png(EngineContext* ctx, const char* path);
  * Makes a small JPEG of an ordinary image, or takes the preview out of a RAW file.
  *
  * An ordinary image is shrunk to a long side of at most 160 pixels. A RAW file's JPEG preview comes
- * unchanged, at whatever size; a bitmap preview is encoded with red and blue swapped.
+ * unchanged, at whatever size; a bitmap preview is encoded with red and blue swapped. "Unchanged" is
+ * what LibRaw delivers, which adds an EXIF header with the orientation where there is none.
  *
  * On success the host releases @p *data by lumvik_free_thumb(). On failure @p *data is null and
  * @p *size 0; but a null argument leaves both untouched, and -4 sets the size.
@@ -767,7 +768,8 @@ LUMVIK_API int lumvik_export_subject_png(EngineContext* ctx, const char* path);
  * @retval  0 @p *data points to @p *size bytes
  * @retval -1 null argument, or a file that cannot be read
  * @retval -2 the RAW file has no preview
- * @retval -3 the preview cannot be taken out
+ * @retval -3 the preview cannot be taken out, or is a bitmap of fewer bytes than three colours of
+ *            8 bits take, or with a side of more than 65500 pixels
  * @retval -4 no memory for the bytes
  * @throws cv::Exception see Exceptions
  */
@@ -780,13 +782,15 @@ LUMVIK_API void lumvik_free_thumb(void* data);
  * Computes a 64-bit hash of how the picture looks, to find copies of it.
  *
  * The fewer bits differ between two hashes, the more alike the pictures; resizing, recompressing
- * and RAW against JPEG change few. On failure @p *hash is 0; a null argument leaves it untouched.
+ * and RAW against JPEG change few. Turning changes many: an ordinary image is turned upright by its
+ * EXIF orientation, and so is a JPEG preview, but a bitmap preview lies as the sensor did.
+ * On failure @p *hash is 0; a null argument leaves it untouched.
  *
  * @retval  0 computed
  * @retval -1 null argument, or a file that cannot be read
  * @retval -2 the RAW file has no preview
  * @retval -3 the preview cannot be taken out
- * @retval -4 the preview cannot be decoded
+ * @retval -4 the preview cannot be decoded, or is a bitmap of too few bytes
  * @throws cv::Exception see Exceptions
  */
 LUMVIK_API int lumvik_phash(const char* path, uint64_t* hash);

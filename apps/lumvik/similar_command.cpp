@@ -60,6 +60,7 @@ std::vector<HashResult> HashWithProgress(const std::vector<std::string>& paths, 
 
 std::vector<Group> GroupsOf(const std::vector<Photograph>& photographs, int threshold) {
   std::vector<std::uint64_t> hashes;
+  hashes.reserve(photographs.size());
   for (const Photograph& photograph : photographs) hashes.push_back(photograph.hash);
   std::vector<Group> groups;
   for (const std::vector<std::size_t>& indices : GroupByDistance(hashes, threshold)) {

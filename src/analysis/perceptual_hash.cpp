@@ -4,6 +4,7 @@
 #include <array>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
+#include <tuple>
 #include <vector>
 
 #include "image/image_buffer.h"
@@ -32,14 +33,14 @@ Frequencies LowestFrequencies(const cv::Mat& grey) {
 
 // Leaves out the first, which is the mean brightness and far from all others.
 float MedianOfPatterns(Frequencies frequencies) {
-  const auto first = frequencies.begin() + 1;
-  const auto middle = first + (frequencies.end() - first) / 2;
-  std::nth_element(first, middle, frequencies.end());
-  return *middle;
+  constexpr size_t kPatterns = std::tuple_size_v<Frequencies> - 1;
+  float* const patterns = frequencies.data() + 1;
+  std::nth_element(patterns, patterns + kPatterns / 2, patterns + kPatterns);
+  return patterns[kPatterns / 2];
 }
 
 // What a preview shows, in grey; empty when it cannot be decoded.
-cv::Mat GreyPreview(const libraw_processed_image_t& preview) {
+cv::Mat GreyPreview(libraw_processed_image_t& preview) {
   if (preview.type == LIBRAW_IMAGE_JPEG) {
     return DecodeImage({preview.data, preview.data + preview.data_size}, cv::IMREAD_GRAYSCALE);
   }

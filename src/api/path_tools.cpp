@@ -17,6 +17,7 @@ int lumvik_extract_thumbnail(const char* path, uint8_t** data, int* size) {
 }
 
 void lumvik_free_thumb(void* data) {
+  // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): it comes from malloc
   std::free(data);
 }
 

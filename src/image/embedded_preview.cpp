@@ -23,10 +23,9 @@ EmbeddedPreview ReadEmbeddedPreview(const std::string& path) {
   return preview;
 }
 
-cv::Mat PreviewBitmap(const libraw_processed_image_t& preview) {
+cv::Mat PreviewBitmap(libraw_processed_image_t& preview) {
   if (preview.data_size < kColors * preview.height * preview.width) return {};
-  // OpenCV has no matrix of constant pixels.
-  return {preview.height, preview.width, CV_8UC3, const_cast<unsigned char*>(preview.data)};
+  return {preview.height, preview.width, CV_8UC3, preview.data};
 }
 
 }  // namespace lumvik

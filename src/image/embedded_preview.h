@@ -36,7 +36,7 @@ EmbeddedPreview ReadEmbeddedPreview(const std::string& path);
 
 // The bitmap as CV_8UC3 in R, G, B order, sharing the preview's memory. LibRaw tells of no other layout than
 // three colours of 8 bits, though a file may hold one: empty when there are too few bytes for it.
-cv::Mat PreviewBitmap(const libraw_processed_image_t& preview);
+cv::Mat PreviewBitmap(libraw_processed_image_t& preview);
 
 }  // namespace lumvik
 

@@ -17,6 +17,7 @@ constexpr int kMaxJpegSide = 65500;  // of the JPEG library, which has OpenCV th
 
 FileStatus CopyBytes(const uint8_t* bytes, size_t size, Thumbnail& thumbnail) {
   thumbnail.size = size;
+  // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): handed to a host, which may be written in C
   thumbnail.data.reset(static_cast<uint8_t*>(std::malloc(size)));
   if (!thumbnail.data) return FileStatus::kNoMemory;
   std::copy_n(bytes, size, thumbnail.data.get());

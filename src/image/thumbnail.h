@@ -12,13 +12,9 @@
 
 namespace lumvik {
 
-struct MallocDeleter {
-  void operator()(uint8_t* data) const { std::free(data); }
-};
-
 // A JPEG file in memory from malloc, which a host can be given.
 struct Thumbnail {
-  std::unique_ptr<uint8_t, MallocDeleter> data;
+  std::unique_ptr<uint8_t, decltype(&std::free)> data{nullptr, std::free};
   size_t size = 0;  // bytes; after kNoMemory those there was no room for
 };
 
