@@ -41,11 +41,11 @@ struct SimilarOptions {
   bool json = false;
 };
 
-struct Photograph {
+struct HashedPhotograph {
   std::string path;
   std::uint64_t hash;
 };
-using Group = std::vector<Photograph>;
+using Group = std::vector<HashedPhotograph>;
 
 // What looking through a folder came to.
 struct Findings {
@@ -58,10 +58,10 @@ std::vector<HashResult> HashWithProgress(const std::vector<std::string>& paths, 
   return HashAll(paths, threads, [&bar] { bar.Advance(); });
 }
 
-std::vector<Group> GroupsOf(const std::vector<Photograph>& photographs, int threshold) {
+std::vector<Group> GroupsOf(const std::vector<HashedPhotograph>& photographs, int threshold) {
   std::vector<std::uint64_t> hashes;
   hashes.reserve(photographs.size());
-  for (const Photograph& photograph : photographs) hashes.push_back(photograph.hash);
+  for (const HashedPhotograph& photograph : photographs) hashes.push_back(photograph.hash);
   std::vector<Group> groups;
   for (const std::vector<std::size_t>& indices : GroupByDistance(hashes, threshold)) {
     Group& group = groups.emplace_back();
@@ -73,7 +73,7 @@ std::vector<Group> GroupsOf(const std::vector<Photograph>& photographs, int thre
 Findings LookThrough(const SimilarOptions& options) {
   FoundPhotographs found = FindPhotographs(options.folder);
   const std::vector<HashResult> results = HashWithProgress(found.paths, options.jobs);
-  std::vector<Photograph> photographs;
+  std::vector<HashedPhotograph> photographs;
   for (std::size_t i = 0; i < results.size(); ++i) {
     if (results[i].hash) {
       photographs.push_back({found.paths[i], *results[i].hash});
@@ -89,7 +89,7 @@ void PrintText(const std::vector<Group>& groups) {
   const char* separator = "";
   for (const Group& group : groups) {
     std::cout << separator;
-    for (const Photograph& photograph : group) {
+    for (const HashedPhotograph& photograph : group) {
       std::cout << HexOf(photograph.hash) << "  " << photograph.path << '\n';
     }
     separator = "\n";
@@ -100,7 +100,7 @@ void PrintJson(const std::vector<Group>& groups, int threshold) {
   Json json = {{"threshold", threshold}, {"groups", Json::array()}};
   for (const Group& group : groups) {
     Json& members = json["groups"].emplace_back(Json::array());
-    for (const Photograph& photograph : group) {
+    for (const HashedPhotograph& photograph : group) {
       members.push_back({{"hash", HexOf(photograph.hash)}, {"path", photograph.path}});
     }
   }
