@@ -17,6 +17,10 @@ constexpr float kToUnit = static_cast<float>(1.0 / 65535.0);
 // So many pixels, and their levels, stay in the first cache.
 constexpr int kBlock = 512;
 
+float UnitOf(uint16_t code) {
+  return static_cast<float>(code) * kToUnit;
+}
+
 // A code of 65535 times 255 / 65535, rounded to nearest, in small integers: (code + 128) / 257.
 uint32_t LevelOfCode(uint32_t code) {
   const uint32_t shifted = code + 128;
@@ -24,6 +28,7 @@ uint32_t LevelOfCode(uint32_t code) {
 }
 
 uint32_t LevelOfUnit(float value) {
+  // NOLINTNEXTLINE(bugprone-incorrect-roundings): adding a half and cutting off is how a level is defined
   return static_cast<uint32_t>(static_cast<int>(value * 255.0F + 0.5F));
 }
 
@@ -33,7 +38,7 @@ void LevelsOf(const uint16_t* pixels, int count, uint32_t* levels) {
     const uint16_t red = pixels[kSamples * x];
     const uint16_t green = pixels[kSamples * x + 1];
     const uint16_t blue = pixels[kSamples * x + 2];
-    const float luminance = Luminance(red * kToUnit, green * kToUnit, blue * kToUnit);
+    const float luminance = Luminance(UnitOf(red), UnitOf(green), UnitOf(blue));
     levels[x] =
         LevelOfCode(red) | LevelOfCode(green) << 8 | LevelOfCode(blue) << 16 | LevelOfUnit(luminance) << 24;
   }

@@ -53,9 +53,9 @@ void BlendRow(const uint8_t* mask, const uint8_t* blurred, uint8_t* rgba, int co
     const float subject = static_cast<float>(mask[x]) * kToWeight;
     const float background = 1.0F - subject;
     for (int c = 0; c < channels; ++c) {
-      uint8_t& sample = rgba[kRgba * x + c];
+      const auto sharp = static_cast<float>(rgba[kRgba * x + c]);
       const auto soft = static_cast<float>(blurred[channels * x + c]);
-      sample = RoundToByte(static_cast<float>(sample) * subject + soft * background);
+      rgba[kRgba * x + c] = RoundToByte(sharp * subject + soft * background);
     }
   }
 }

@@ -10,6 +10,7 @@ namespace lumvik {
 enum class InstructionSet { kBaseline, kAvx2, kAvx512 };
 
 // The widest set that is used; tests lower it to compare the sets.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): nobody else changes it
 inline std::atomic<InstructionSet> widest_instruction_set{InstructionSet::kAvx512};
 
 #if defined(__x86_64__)

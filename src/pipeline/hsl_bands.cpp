@@ -44,7 +44,7 @@ void AddBand(float centre, HslBand band, int columns, Part& part) {
     const float apart = std::fabs(part.hue[i] - centre);
     const float distance = apart > 0.5F ? 1.0F - apart : apart;
     const float weight = 1.0F - distance / kReach;
-    const bool reached = (distance < kReach) & (weight >= kMinWeight);
+    const bool reached = distance < kReach && weight >= kMinWeight;
     part.weight[i] += reached ? weight : 0.0F;
     part.hue_shift[i] += reached ? weight * band.hue : 0.0F;
     part.saturation_shift[i] += reached ? weight * band.saturation : 0.0F;
@@ -58,7 +58,7 @@ void ShiftColors(const Part& part, const PixelRow& row) {
     const float s = ClampUnit((part.saturation_shift[i] / 100.0F + 1.0F) * part.saturation[i]);
     const float l = ClampUnit(part.lightness[i] + part.luminance_shift[i] / 200.0F);
     const RgbColor rgb = hsl_to_rgb(h, s, l);
-    const bool shifted = (part.saturation[i] >= kMinSaturation) & (part.weight[i] >= kMinWeight);
+    const bool shifted = part.saturation[i] >= kMinSaturation && part.weight[i] >= kMinWeight;
     row.red[i] = Choose(shifted, rgb.r, row.red[i]);
     row.green[i] = Choose(shifted, rgb.g, row.green[i]);
     row.blue[i] = Choose(shifted, rgb.b, row.blue[i]);
@@ -66,7 +66,7 @@ void ShiftColors(const Part& part, const PixelRow& row) {
 }
 
 void ShiftRow(const PixelRow& row, const Bands& bands) {
-  Part part;
+  Part part;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled by the next line, as far as it is read
   SplitColors(row, part);
   for (size_t band = 0; band < bands.size(); ++band) AddBand(kCentres[band], bands[band], row.columns, part);
   ShiftColors(part, row);

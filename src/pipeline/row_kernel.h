@@ -38,7 +38,7 @@ RowKernel MakeRowKernel(const Change& change, const Planes&... planes) {
       // Copies that nothing else points to: the compiler then knows that storing a value changes none of
       // them.
       const PixelRow part = row;
-      const Change own_change = change;
+      const Change own_change = change;  // NOLINT(performance-unnecessary-copy-initialization)
       own_change(part, (planes.template ptr<float>(row.y) + row.x)...);
     });
   };

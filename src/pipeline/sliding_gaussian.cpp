@@ -63,7 +63,7 @@ void AddSample(const float* samples, double factor, int columns, double* sums) {
 void WriteSums(const Sums& sums, int columns, float* out) {
   for (int x = 0; x < columns; ++x) {
     double total = 0;
-    for (int m = 0; m < kCosines; ++m) total += sums.at[m][x];
+    for (const auto& at : sums.at) total += at[x];
     out[x] = static_cast<float>(total);
   }
 }
@@ -87,7 +87,7 @@ class StripBlur {
     Start(-1, sums_.before);
   }
 
-  int columns() const { return columns_; }
+  int Columns() const { return columns_; }
   void Write(float* out) const { WriteSums(sums_, columns_, out); }
 
   void Advance(int y) {
@@ -126,7 +126,7 @@ class StripBlur {
   const Window& window_;
   int left_;
   int columns_;
-  Sums sums_;
+  Sums sums_{};
 };
 
 // A square of the result waits until it is full, so that it is turned in the cache.
@@ -139,7 +139,7 @@ void BlurStrip(const cv::Mat& plane, const Window& window, int left, cv::Mat& tu
       strip.Write(square[i]);
       strip.Advance(top + i);
     }
-    for (int x = 0; x < strip.columns(); ++x) {
+    for (int x = 0; x < strip.Columns(); ++x) {
       float* out = turned.ptr<float>(left + x) + top;
       for (int i = 0; i < rows; ++i) out[i] = square[i][x];
     }
