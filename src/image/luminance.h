@@ -2,17 +2,12 @@
 #ifndef LUMVIK_IMAGE_LUMINANCE_H_
 #define LUMVIK_IMAGE_LUMINANCE_H_
 
-#include <opencv2/core.hpp>
-
 namespace lumvik {
 
 // Rec. 709 (ITU-R BT.709-6, item 3.2), on gamma-encoded values of 0..1.
 inline float Luminance(float red, float green, float blue) {
   return 0.7152F * green + 0.2126F * red + 0.0722F * blue;
 }
-
-// CV_32FC1 of a CV_32FC4 image in the order red, green, blue, alpha.
-cv::Mat LuminancePlane(const cv::Mat& rgba);
 
 }  // namespace lumvik
 

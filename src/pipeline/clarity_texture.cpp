@@ -27,8 +27,7 @@ void AddDetail(const PixelRow& row, float clarity, const float* wide_blur, float
 
 }  // namespace
 
-RowKernel ClarityTexture(const cv::Mat& working, float clarity, float texture) {
-  const cv::Mat luminance = LuminancePlane(working);
+RowKernel ClarityTexture(const cv::Mat& luminance, float clarity, float texture) {
   const cv::Mat wide = clarity != 0.0F ? GaussianBlurred(luminance, kClaritySigma) : luminance;
   const cv::Mat narrow = texture != 0.0F ? GaussianBlurred(luminance, kTextureSigma) : luminance;
   const float coarse_gain = clarity / 100.0F * kClarityGain;

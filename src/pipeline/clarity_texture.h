@@ -9,7 +9,7 @@ namespace lumvik {
 // Adds to every colour what the luminance holds beyond its blur (sigma 20 pixels for clarity, 3 for texture),
 // both in percent and both taken from the luminance that came in; clamped to 0..1 after each. The kernel is
 // for the rows of `working` as it is now.
-RowKernel ClarityTexture(const cv::Mat& working, float clarity, float texture);
+RowKernel ClarityTexture(const cv::Mat& luminance, float clarity, float texture);
 
 }  // namespace lumvik
 

@@ -23,26 +23,23 @@ constexpr float kStrength = 0.95F;
 constexpr double kTransmissionSigma = 5.0;
 constexpr float kMinTransmission = 0.1F;
 
-void SmallestColors(const float* __restrict pixels, int columns, float* __restrict smallest) {
-  for (int x = 0; x < columns; ++x) {
-    const float red_green = std::min(pixels[kChannels * x], pixels[kChannels * x + 1]);
-    smallest[x] = std::min(red_green, pixels[kChannels * x + 2]);
-  }
-}
-
 // The smallest colour of each pixel's neighbourhood.
-cv::Mat DarkChannel(const cv::Mat& working) {
-  cv::Mat smallest = LargeImage(working.size(), CV_32F);
-  ForEachRow(working.rows, [&](int y) {
-    const auto* pixels = working.ptr<float>(y);
-    auto* values = smallest.ptr<float>(y);
-    Vectorized([=, columns = working.cols] { SmallestColors(pixels, columns, values); });
+cv::Mat DarkChannel(const ColorPlanes& image) {
+  cv::Mat smallest = LargeImage(image.Size(), CV_32F);
+  ForEachRow(smallest.rows, [&](int y) {
+    const auto* red = image.red.ptr<float>(y);
+    const auto* green = image.green.ptr<float>(y);
+    const auto* blue = image.blue.ptr<float>(y);
+    auto* out = smallest.ptr<float>(y);
+    Vectorized([=, columns = smallest.cols] {
+      for (int x = 0; x < columns; ++x) out[x] = std::min(std::min(red[x], green[x]), blue[x]);
+    });
   });
-  const int patch = std::max(static_cast<int>(working.cols * kPatchShare) | 1, kMinPatch);
+  const int patch = std::max(static_cast<int>(smallest.cols * kPatchShare) | 1, kMinPatch);
   const cv::Mat square = cv::Mat::ones(patch, patch, CV_8U);
-  cv::Mat dark = LargeImage(working.size(), CV_32F);
+  cv::Mat dark = LargeImage(smallest.size(), CV_32F);
   cv::parallel_for_(
-      cv::Range(0, working.rows),
+      cv::Range(0, dark.rows),
       [&](const cv::Range& rows) {
         cv::Mat stripe = dark.rowRange(rows);
         cv::erode(smallest.rowRange(rows), stripe, square);
@@ -138,8 +135,8 @@ void Clear(const PixelRow& row, const float* transmission, float airlight) {
 
 }  // namespace
 
-RowKernel Dehaze(const cv::Mat& working, float amount) {
-  const cv::Mat dark = DarkChannel(working);
+RowKernel Dehaze(const ColorPlanes& image, float amount) {
+  const cv::Mat dark = DarkChannel(image);
   const float airlight = Airlight(dark);
   return MakeRowKernel(
       [airlight](const PixelRow& row, const float* transmission) { Clear(row, transmission, airlight); },

@@ -6,10 +6,10 @@
 
 namespace lumvik {
 
-// `amount` in percent, above 0. The kernel is for the rows of `working` as it is now. Result in 0..1.
-// Transmissions not above 0.1 count as 0, so that such pixels end black or white, whichever side of the
-// airlight they lie on. He, Sun and Tang, Single Image Haze Removal Using Dark Channel Prior, 2009.
-RowKernel Dehaze(const cv::Mat& working, float amount);
+// `amount` in percent, above 0. `image` is the one that the kernel will change. Result in 0..1. Transmissions
+// not above 0.1 count as 0, so that such pixels end black or white, whichever side of the airlight they lie
+// on. He, Sun and Tang, Single Image Haze Removal Using Dark Channel Prior, 2009.
+RowKernel Dehaze(const ColorPlanes& image, float amount);
 
 }  // namespace lumvik
 

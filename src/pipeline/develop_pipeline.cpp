@@ -26,6 +26,7 @@
 #include "pipeline/tone_curve.h"
 #include "pipeline/white_balance.h"
 #include "pipeline/whites_blacks.h"
+#include "pipeline/working_image.h"
 
 namespace lumvik {
 namespace {
@@ -48,32 +49,39 @@ bool WakesGeometry(const A& a) {
          (a.crop.w > 0 && a.crop.h > 0);
 }
 
-using MakeFromSettings = RowKernel (*)(const A&, cv::Size frame);
-using MakeFromImage = RowKernel (*)(const A&, const cv::Mat& working);
-using ChangeImage = void (*)(const A&, cv::Mat& working);
 using IsAwake = bool (*)(const A&);
+using MakeFromSettings = RowKernel (*)(const A&, cv::Size frame);
+using MakeFromLuminance = RowKernel (*)(const A&, const cv::Mat& luminance);
+using MakeFromColors = RowKernel (*)(const A&, const ColorPlanes& image);
+using ChangeImage = void (*)(const A&, cv::Mat& working);
 
 // A step is one of three kinds: each pixel depends on itself alone, and the settings give the kernel for the
 // rows of a frame (no kernel: it sleeps); it depends on the pixels around too, and the kernel is made from
-// the working image as it comes in; or the whole working image is made anew, its size included.
+// the luminance or the colours of the image that it will change; or the whole working image is made anew, its
+// size included.
 struct Stage {
   const char* name;
-  IsAwake wakes;
-  MakeFromSettings point;
-  MakeFromImage area;
-  ChangeImage frame;
+  IsAwake wakes = nullptr;
+  MakeFromSettings point = nullptr;
+  MakeFromLuminance luminance_area = nullptr;
+  MakeFromColors color_area = nullptr;
+  ChangeImage frame = nullptr;
 };
 
 constexpr Stage PointStage(const char* name, MakeFromSettings point) {
-  return {name, nullptr, point, nullptr, nullptr};
+  return {name, nullptr, point};
 }
 
-constexpr Stage AreaStage(const char* name, IsAwake wakes, MakeFromImage area) {
-  return {name, wakes, nullptr, area, nullptr};
+constexpr Stage AreaStage(const char* name, IsAwake wakes, MakeFromLuminance area) {
+  return {name, wakes, nullptr, area};
+}
+
+constexpr Stage AreaStage(const char* name, IsAwake wakes, MakeFromColors area) {
+  return {name, wakes, nullptr, nullptr, area};
 }
 
 constexpr Stage FrameStage(const char* name, IsAwake wakes, ChangeImage frame) {
-  return {name, wakes, nullptr, nullptr, frame};
+  return {name, wakes, nullptr, nullptr, nullptr, frame};
 }
 
 // clang-format off: one row a stage, in the order of execution
@@ -91,24 +99,26 @@ constexpr Stage kStages[] = {
     PointStage("tone curve", [](const A& a, cv::Size) { return ToneCurveStage(a.tone_curves); }),
     AreaStage(
         "clarity, texture", [](const A& a) { return a.clarity != 0 || a.texture != 0; },
-        [](const A& a, const cv::Mat& working) { return ClarityTexture(working, a.clarity, a.texture); }),
+        [](const A& a, const cv::Mat& luminance) { return ClarityTexture(luminance, a.clarity, a.texture); }),
     AreaStage(
         "dehaze", [](const A& a) { return !(a.dehaze <= 0); },
-        [](const A& a, const cv::Mat& working) { return Dehaze(working, a.dehaze); }),
+        [](const A& a, const ColorPlanes& image) { return Dehaze(image, a.dehaze); }),
     PointStage("saturation, vibrance",
                [](const A& a, cv::Size) { return SaturationVibrance(a.saturation, a.vibrance); }),
     PointStage("HSL bands", [](const A& a, cv::Size) { return HslBands(a.hsl); }),
     PointStage("split toning", [](const A& a, cv::Size) { return SplitToning(a.split_toning); }),
     AreaStage(
         "noise reduction: luminance", [](const A& a) { return a.nr_luminance > 0; },
-        [](const A& a, const cv::Mat& working) { return LuminanceNoiseReduction(working, a.nr_luminance); }),
+        [](const A& a, const cv::Mat& luminance) {
+          return LuminanceNoiseReduction(luminance, a.nr_luminance);
+        }),
     AreaStage(
         "noise reduction: colour", [](const A& a) { return a.nr_color > 0; },
-        [](const A& a, const cv::Mat& working) { return ColorNoiseReduction(working, a.nr_color); }),
+        [](const A& a, const ColorPlanes& image) { return ColorNoiseReduction(image, a.nr_color); }),
     AreaStage(
         "sharpening", [](const A& a) { return !(a.sharpening_amount <= 0); },
-        [](const A& a, const cv::Mat& working) {
-          return Sharpening(working, a.sharpening_amount, a.sharpening_radius, a.sharpening_threshold);
+        [](const A& a, const ColorPlanes& image) {
+          return Sharpening(image, a.sharpening_amount, a.sharpening_radius, a.sharpening_threshold);
         }),
     FrameStage(
         "lens: distortion", [](const A& a) { return a.distortion != 0; },
@@ -133,47 +143,78 @@ constexpr Stage kStages[] = {
 // clang-format on
 
 // One run. Kernels wait until a stage that looks around, or the end, needs their result and then pass over
-// the rows together; as long as no such stage is awake there is no working image.
+// the rows together; as long as no such stage is awake there is no working image. Area stages work on planes,
+// frame stages on packed pixels.
 class Run {
  public:
-  explicit Run(ImageBuffer source) : image_(std::move(source)) {}
+  explicit Run(ImageBuffer source) : packed_(std::move(source)) {}
 
   void Pass(const Stage& stage, const A& adjustments) {
     if (stage.point != nullptr) {
-      if (RowKernel kernel = stage.point(adjustments, image_.size())) waiting_.push_back(std::move(kernel));
-    } else if (stage.wakes(adjustments)) {
-      RunWaiting();
-      if (stage.area != nullptr) {
-        waiting_.push_back(stage.area(adjustments, image_));
-      } else {
-        stage.frame(adjustments, image_);
-      }
+      if (RowKernel kernel = stage.point(adjustments, Frame())) waiting_.push_back(std::move(kernel));
+    } else if (!stage.wakes(adjustments)) {
+      return;
+    } else if (stage.luminance_area != nullptr) {
+      const cv::Mat luminance = LargeImage(Frame(), CV_32F);
+      waiting_.push_back(StoreLuminance(luminance));
+      RunIntoPlanes();
+      waiting_.push_back(stage.luminance_area(adjustments, luminance));
+    } else if (stage.color_area != nullptr) {
+      RunIntoPlanes();
+      waiting_.push_back(stage.color_area(adjustments, planes_));
+    } else {
+      RunIntoPixels();
+      stage.frame(adjustments, packed_);
     }
   }
 
   // Writes over the earlier render where it can, as fresh memory is slow. Everything that can fail lies
   // behind.
   void Finish(ImageBuffer& rendered) const {
-    if (!CanHold(rendered)) rendered = LargeImage(image_.size(), CV_16UC4);
-    RunRowKernels(image_, waiting_, rendered);
+    if (!CanHold(rendered)) rendered = LargeImage(Frame(), CV_16UC4);
+    RunInto(rendered);
   }
 
  private:
+  cv::Size Frame() const { return packed_.size(); }
+
   // Of the right size, and nobody else's pixels.
   bool CanHold(const ImageBuffer& rendered) const {
-    return rendered.size() == image_.size() && rendered.type() == CV_16UC4 && rendered.u != nullptr &&
+    return rendered.size() == Frame() && rendered.type() == CV_16UC4 && rendered.u != nullptr &&
            rendered.u->refcount == 1;
   }
 
-  void RunWaiting() {
-    cv::Mat working = image_.depth() == CV_32F ? image_ : LargeImage(image_.size(), CV_32FC4);
-    if (working.data != image_.data || !waiting_.empty()) RunRowKernels(image_, waiting_, working);
-    image_ = std::move(working);
+  void RunInto(cv::Mat& packed) const {
+    if (planes_.Empty()) {
+      RunRowKernels(packed_, waiting_, packed);
+    } else {
+      RunRowKernels(planes_, packed_, waiting_, packed);
+    }
+  }
+
+  void RunIntoPlanes() {
+    if (!planes_.Empty()) {
+      if (!waiting_.empty()) RunRowKernels(planes_, waiting_);
+    } else {
+      planes_ = LargePlanes(Frame());
+      RunRowKernels(packed_, waiting_, planes_);
+    }
     waiting_.clear();
   }
 
-  cv::Mat image_;  // the source, then the working image
-  std::vector<RowKernel> waiting_;
+  void RunIntoPixels() {
+    const bool is_working = planes_.Empty() && packed_.depth() == CV_32F;
+    if (is_working && waiting_.empty()) return;
+    cv::Mat working = is_working ? packed_ : LargeImage(Frame(), CV_32FC4);
+    RunInto(working);
+    packed_ = std::move(working);
+    planes_ = ColorPlanes();
+    waiting_.clear();
+  }
+
+  cv::Mat packed_;      // the source, then the working image
+  ColorPlanes planes_;  // the working image's colours; packed_ then has the alpha alone
+  RowKernels waiting_;
 };
 
 }  // namespace

@@ -14,7 +14,8 @@ constexpr int kRed = 0;
 constexpr int kBlue = 2;
 
 void ScalePlane(cv::Mat& working, int color, float factor) {
-  cv::Mat plane = ColorPlane(working, color);
+  cv::Mat plane;
+  cv::extractChannel(working, plane, color);
   cv::resize(plane, plane, cv::Size(), static_cast<double>(factor), static_cast<double>(factor),
              cv::INTER_LINEAR);
   cv::insertChannel(FitToSize(plane, working.size()), working, color);

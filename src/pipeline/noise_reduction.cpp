@@ -1,8 +1,9 @@
 #include "pipeline/noise_reduction.h"
 
+#include <algorithm>
+
 #include "image/luminance.h"
 #include "pipeline/gaussian_blur.h"
-#include "pipeline/working_image.h"
 
 namespace lumvik {
 namespace {
@@ -29,24 +30,23 @@ void PullToBlur(const PixelRow& row, const float* smooth, float weight) {
 
 }  // namespace
 
-RowKernel LuminanceNoiseReduction(const cv::Mat& working, float luminance) {
-  const float weight = luminance / 100.0F * kLuminanceStrength;
+RowKernel LuminanceNoiseReduction(const cv::Mat& luminance, float percent) {
+  const float weight = percent / 100.0F * kLuminanceStrength;
   return MakeRowKernel(
       [weight](const PixelRow& row, const float* smooth) { PullToBlur(row, smooth, weight); },
-      GaussianBlurred(LuminancePlane(working), KernelSize(luminance, kLuminanceKernelSteps)));
+      GaussianBlurred(luminance, KernelSize(percent, kLuminanceKernelSteps)));
 }
 
-RowKernel ColorNoiseReduction(const cv::Mat& working, float color) {
-  const cv::Size kernel = KernelSize(color, kColorKernelSteps);
-  std::array<cv::Mat, kColors> planes = ColorPlanes(working);
-  for (cv::Mat& plane : planes) plane = GaussianBlurred(plane, kernel);
+RowKernel ColorNoiseReduction(const ColorPlanes& image, float percent) {
+  const cv::Size kernel = KernelSize(percent, kColorKernelSteps);
   return MakeRowKernel(
       [](const PixelRow& row, const float* red, const float* green, const float* blue) {
         std::copy_n(red, row.columns, row.red);
         std::copy_n(green, row.columns, row.green);
         std::copy_n(blue, row.columns, row.blue);
       },
-      planes[0], planes[1], planes[2]);
+      GaussianBlurred(image.red, kernel), GaussianBlurred(image.green, kernel),
+      GaussianBlurred(image.blue, kernel));
 }
 
 }  // namespace lumvik

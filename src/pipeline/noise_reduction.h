@@ -6,11 +6,11 @@
 
 namespace lumvik {
 
-// `luminance` and `color` in percent choose a Gaussian kernel of 3 to 13 and 3 to 11 pixels. The
-// kernels are for the rows of `working` as it is now. The luminance half keeps a pixel's colour ratios and
-// does not clamp.
-RowKernel LuminanceNoiseReduction(const cv::Mat& working, float luminance);
-RowKernel ColorNoiseReduction(const cv::Mat& working, float color);
+// `percent`, above 0, chooses a Gaussian kernel of 3 to 13 pixels for luminance and 3 to 11 for colour.
+// `luminance` (CV_32FC1) and `image` are those of the image that the kernel will change. The luminance half
+// keeps a pixel's colour ratios and does not clamp.
+RowKernel LuminanceNoiseReduction(const cv::Mat& luminance, float percent);
+RowKernel ColorNoiseReduction(const ColorPlanes& image, float percent);
 
 }  // namespace lumvik
 

@@ -69,35 +69,149 @@ void Store(const PixelRow& row, const float* alpha, float* __restrict to) {
   }
 }
 
-template <typename From, typename To>
-void RunRow(const From* from, const std::vector<RowKernel>& kernels, To* to, int columns, int y) {
+// Where the parts of rows come from and go to. Read fills a part's colours and its alpha, Write takes them.
+
+// The rows of a matrix.
+template <typename Sample>
+class Rows {
+ public:
+  explicit Rows(const cv::Mat& image) : data_(image.data), step_(image.step) {}
+
+  Sample* At(const PixelRow& part) const {
+    return reinterpret_cast<Sample*>(data_ + step_ * static_cast<size_t>(part.y));
+  }
+
+ private:
+  uint8_t* data_;
+  size_t step_;
+};
+
+template <typename Sample>
+class Packed {
+ public:
+  explicit Packed(const cv::Mat& image) : rows_(image) {}
+
+  void Read(const PixelRow& part, float* alpha) const {
+    const Sample* from = rows_.At(part) + static_cast<ptrdiff_t>(kChannels) * part.x;
+    Vectorized([=] { Load(from, part, alpha); });
+  }
+
+  void Write(const PixelRow& part, const float* alpha) const {
+    Sample* to = rows_.At(part) + static_cast<ptrdiff_t>(kChannels) * part.x;
+    Vectorized([=] { Store(part, alpha, to); });
+  }
+
+ private:
+  Rows<Sample> rows_;
+};
+
+class Planar {
+ public:
+  explicit Planar(const ColorPlanes& planes) : red_(planes.red), green_(planes.green), blue_(planes.blue) {}
+
+  void Read(const PixelRow& part, float* /*alpha*/) const {
+    std::copy_n(red_.At(part) + part.x, part.columns, part.red);
+    std::copy_n(green_.At(part) + part.x, part.columns, part.green);
+    std::copy_n(blue_.At(part) + part.x, part.columns, part.blue);
+  }
+
+  void Write(const PixelRow& part, const float* /*alpha*/) const {
+    std::copy_n(part.red, part.columns, red_.At(part) + part.x);
+    std::copy_n(part.green, part.columns, green_.At(part) + part.x);
+    std::copy_n(part.blue, part.columns, blue_.At(part) + part.x);
+  }
+
+ private:
+  Rows<float> red_;
+  Rows<float> green_;
+  Rows<float> blue_;
+};
+
+// The colours from planes, the alpha from a packed image.
+template <typename Sample>
+class PlanarWithAlpha {
+ public:
+  PlanarWithAlpha(const ColorPlanes& planes, const cv::Mat& alpha) : planes_(planes), packed_(alpha) {}
+
+  void Read(const PixelRow& part, float* alpha) const {
+    packed_.Read(part, alpha);
+    planes_.Read(part, alpha);
+  }
+
+ private:
+  Planar planes_;
+  Packed<Sample> packed_;
+};
+
+template <typename Reader, typename Writer>
+void RunRow(const Reader& reader, const RowKernels& kernels, const Writer& writer, int columns, int y) {
   alignas(64) float planes[kChannels][kMaxPart];
   float* const alpha = planes[3];
   for (int x = 0; x < columns; x += kMaxPart) {
     const PixelRow part{planes[0], planes[1], planes[2], std::min(kMaxPart, columns - x), x, y};
-    const From* const part_from = from + static_cast<ptrdiff_t>(kChannels) * x;
-    To* const part_to = to + static_cast<ptrdiff_t>(kChannels) * x;
-    Vectorized([=] { Load(part_from, part, alpha); });
+    reader.Read(part, alpha);
     for (const RowKernel& kernel : kernels) kernel(part);
-    Vectorized([=] { Store(part, alpha, part_to); });
+    writer.Write(part, alpha);
   }
 }
 
-template <typename From, typename To>
-void RunRows(const cv::Mat& input, const std::vector<RowKernel>& kernels, cv::Mat& output) {
-  ForEachRow(input.rows,
-             [&](int y) { RunRow(input.ptr<From>(y), kernels, output.ptr<To>(y), input.cols, y); });
+template <typename Reader, typename Writer>
+void RunRows(cv::Size size, const Reader& reader, const RowKernels& kernels, const Writer& writer,
+             bool in_place) {
+  const auto run_row = [&](int y) { RunRow(reader, kernels, writer, size.width, y); };
+  try {
+    ForEachRow(size.height, run_row);
+  } catch (const std::bad_alloc&) {
+    if (in_place) throw;
+    for (int y = 0; y < size.height; ++y) run_row(y);
+  }
+}
+
+bool IsCodes(const cv::Mat& packed) {
+  CV_Assert(packed.type() == CV_16UC4 || packed.type() == CV_32FC4);
+  return packed.depth() == CV_16U;
+}
+
+// Calls `run` with the packed image as the right reader or writer.
+template <typename Run>
+void WithPacked(const cv::Mat& image, const Run& run) {
+  if (IsCodes(image)) {
+    run(Packed<uint16_t>(image));
+  } else {
+    run(Packed<float>(image));
+  }
 }
 
 }  // namespace
 
-void RunRowKernels(const cv::Mat& input, const std::vector<RowKernel>& kernels, cv::Mat& output) {
-  const bool from_16_bit = input.depth() == CV_16U;
-  const bool to_16_bit = output.depth() == CV_16U;
-  CV_Assert(input.channels() == kChannels && output.channels() == kChannels && input.size() == output.size());
-  const auto run = from_16_bit ? (to_16_bit ? RunRows<uint16_t, uint16_t> : RunRows<uint16_t, float>)
-                               : (to_16_bit ? RunRows<float, uint16_t> : RunRows<float, float>);
-  run(input, kernels, output);
+void RunRowKernels(const cv::Mat& input, const RowKernels& kernels, cv::Mat& output) {
+  CV_Assert(input.size() == output.size());
+  WithPacked(input, [&](const auto& reader) {
+    WithPacked(output, [&](const auto& writer) {
+      RunRows(input.size(), reader, kernels, writer, output.data == input.data);
+    });
+  });
+}
+
+void RunRowKernels(const cv::Mat& input, const RowKernels& kernels, ColorPlanes& output) {
+  WithPacked(input,
+             [&](const auto& reader) { RunRows(input.size(), reader, kernels, Planar(output), false); });
+}
+
+void RunRowKernels(const ColorPlanes& input, const cv::Mat& alpha, const RowKernels& kernels,
+                   cv::Mat& output) {
+  WithPacked(output, [&](const auto& writer) {
+    if (IsCodes(alpha)) {
+      RunRows(input.Size(), PlanarWithAlpha<uint16_t>(input, alpha), kernels, writer, false);
+    } else {
+      RunRows(input.Size(), PlanarWithAlpha<float>(input, alpha), kernels, writer, false);
+    }
+  });
+}
+
+void RunRowKernels(ColorPlanes& in_place, const RowKernels& kernels) {
+  const Planar planes(in_place);
+  RunRows(in_place.Size(), planes, kernels, planes, true);
 }
 
 }  // namespace lumvik

@@ -54,12 +54,28 @@ RowKernel EachValue(const Function& function) {
   });
 }
 
-// Passes every row of `input` through the kernels, in their order, into `output`. Each of the two is a
-// 16-bit (CV_16UC4) or a working (CV_32FC4, source / 65535) image; they may be the same matrix. Rows are
+// The colours of a working image, a plane each (CV_32FC1). Its alpha stays where it was.
+struct ColorPlanes {
+  cv::Mat red;
+  cv::Mat green;
+  cv::Mat blue;
+
+  cv::Size Size() const { return red.size(); }
+  bool Empty() const { return red.empty(); }
+};
+
+// Pass every row of an image through the kernels, in their order, into another one of the same size. A packed
+// image is a 16-bit (CV_16UC4) or a working (CV_32FC4, source / 65535) one; the two may be the same. Rows are
 // shared out over OpenCV's worker threads, and a part of a row stays in the cache from the first kernel to
 // the last. 16-bit output is rounded to nearest and clamped to 0..65535; a NaN gives 0. Alpha is carried
-// through.
-void RunRowKernels(const cv::Mat& input, const std::vector<RowKernel>& kernels, cv::Mat& output);
+// through, that of planes from the packed image `alpha`. Between two different images nothing stops them:
+// when there is no memory for tasks, the calling thread does every row.
+using RowKernels = std::vector<RowKernel>;
+void RunRowKernels(const cv::Mat& input, const RowKernels& kernels, cv::Mat& output);
+void RunRowKernels(const cv::Mat& input, const RowKernels& kernels, ColorPlanes& output);
+void RunRowKernels(const ColorPlanes& input, const cv::Mat& alpha, const RowKernels& kernels,
+                   cv::Mat& output);
+void RunRowKernels(ColorPlanes& in_place, const RowKernels& kernels);
 
 }  // namespace lumvik
 

@@ -4,7 +4,6 @@
 
 #include "pipeline/gaussian_blur.h"
 #include "pipeline/pixel_math.h"
-#include "pipeline/working_image.h"
 
 namespace lumvik {
 namespace {
@@ -22,18 +21,18 @@ void SharpenPlane(float* __restrict values, const float* soft, int count, float 
 
 }  // namespace
 
-RowKernel Sharpening(const cv::Mat& working, float amount, float radius, float threshold) {
+RowKernel Sharpening(const ColorPlanes& image, float amount, float radius, float threshold) {
   const float gain = amount / kFullAmount;
   const float smallest_detail = threshold / kCodes;
-  std::array<cv::Mat, kColors> blurred = ColorPlanes(working);
-  for (cv::Mat& plane : blurred) plane = GaussianBlurred(plane, static_cast<double>(radius));
+  const auto sigma = static_cast<double>(radius);
   return MakeRowKernel(
       [=](const PixelRow& row, const float* red, const float* green, const float* blue) {
         SharpenPlane(row.red, red, row.columns, gain, smallest_detail);
         SharpenPlane(row.green, green, row.columns, gain, smallest_detail);
         SharpenPlane(row.blue, blue, row.columns, gain, smallest_detail);
       },
-      blurred[0], blurred[1], blurred[2]);
+      GaussianBlurred(image.red, sigma), GaussianBlurred(image.green, sigma),
+      GaussianBlurred(image.blue, sigma));
 }
 
 }  // namespace lumvik

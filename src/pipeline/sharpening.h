@@ -7,10 +7,9 @@
 namespace lumvik {
 
 // Adds what a plane holds beyond its blur, where that exceeds the threshold; clamped to 0..1. `amount`: 150
-// adds it whole. `radius`: the blur's sigma in pixels; OpenCV throws when it is not
-// positive. `threshold`: in 16-bit codes. The kernel is for the rows of `working` as it is
-// now.
-RowKernel Sharpening(const cv::Mat& working, float amount, float radius, float threshold);
+// adds it whole. `radius`: the blur's sigma in pixels; OpenCV throws when it is not positive. `threshold`: in
+// 16-bit codes. `image` is the one that the kernel will change.
+RowKernel Sharpening(const ColorPlanes& image, float amount, float radius, float threshold);
 
 }  // namespace lumvik
 

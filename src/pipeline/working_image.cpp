@@ -1,39 +1,23 @@
 #include "pipeline/working_image.h"
 
 #include "image/large_image.h"
-#include "image/vectorized.h"
+#include "image/luminance.h"
 
 namespace lumvik {
 
-cv::Mat ColorPlane(const cv::Mat& working, int color) {
-  cv::Mat plane = LargeImage(working.size(), CV_32F);
-  ForEachRow(working.rows, [&](int y) {
-    const float* pixels = working.ptr<float>(y) + color;
-    auto* values = plane.ptr<float>(y);
-    Vectorized([=, columns = working.cols] {
-      for (int x = 0; x < columns; ++x) values[x] = pixels[kChannels * x];
-    });
-  });
-  return plane;
+ColorPlanes LargePlanes(cv::Size size) {
+  return {LargeImage(size, CV_32F), LargeImage(size, CV_32F), LargeImage(size, CV_32F)};
 }
 
-std::array<cv::Mat, kColors> ColorPlanes(const cv::Mat& working) {
-  std::array<cv::Mat, kColors> planes;
-  for (cv::Mat& plane : planes) plane = LargeImage(working.size(), CV_32F);
-  ForEachRow(working.rows, [&](int y) {
-    const auto* pixels = working.ptr<float>(y);
-    auto* red = planes[0].ptr<float>(y);
-    auto* green = planes[1].ptr<float>(y);
-    auto* blue = planes[2].ptr<float>(y);
-    Vectorized([=, columns = working.cols] {
-      for (int x = 0; x < columns; ++x) {
-        red[x] = pixels[kChannels * x];
-        green[x] = pixels[kChannels * x + 1];
-        blue[x] = pixels[kChannels * x + 2];
-      }
+RowKernel StoreLuminance(const cv::Mat& plane) {
+  return [own = plane](const PixelRow& row) mutable {
+    float* const luminance = own.ptr<float>(row.y) + row.x;
+    Vectorized([&] {
+      const PixelRow part = row;
+      float* __restrict const out = luminance;
+      for (int i = 0; i < part.columns; ++i) out[i] = Luminance(part.red[i], part.green[i], part.blue[i]);
     });
-  });
-  return planes;
+  };
 }
 
 }  // namespace lumvik

@@ -1,15 +1,15 @@
-// What the stages that need more than a pixel do with the working image (CV_32FC4, red, green, blue, alpha).
+// What the stages that need more than a pixel share.
 #ifndef LUMVIK_PIPELINE_WORKING_IMAGE_H_
 #define LUMVIK_PIPELINE_WORKING_IMAGE_H_
 
-#include <array>
 #include <opencv2/core.hpp>
 #include <opencv2/core/utility.hpp>
 
+#include "pipeline/row_kernel.h"
+
 namespace lumvik {
 
-inline constexpr int kColors = 3;
-inline constexpr int kChannels = 4;
+inline constexpr int kChannels = 4;  // of a packed image: red, green, blue, alpha
 
 // Calls `work(y)` for every row, shared out over OpenCV's worker threads.
 template <typename Work>
@@ -19,9 +19,11 @@ void ForEachRow(int rows, const Work& work) {
   });
 }
 
-// CV_32FC1 of one colour, and of red, green and blue.
-cv::Mat ColorPlane(const cv::Mat& working, int color);
-std::array<cv::Mat, kColors> ColorPlanes(const cv::Mat& working);
+// Planes of this size with undefined content.
+ColorPlanes LargePlanes(cv::Size size);
+
+// The kernel that leaves the pixels as they are and writes their luminance into `plane` (CV_32FC1).
+RowKernel StoreLuminance(const cv::Mat& plane);
 
 }  // namespace lumvik
 
