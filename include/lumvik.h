@@ -760,7 +760,8 @@ LUMVIK_API int lumvik_export_subject_png(EngineContext* ctx, const char* path);
  *
  * An ordinary image is shrunk to a long side of at most 160 pixels. A RAW file's JPEG preview comes
  * unchanged, at whatever size; a bitmap preview is encoded with red and blue swapped. "Unchanged" is
- * what LibRaw delivers, which adds an EXIF header with the orientation where there is none.
+ * what LibRaw delivers, which adds an EXIF header with the orientation where there is none; the
+ * latitude reference in it may differ from call to call.
  *
  * On success the host releases @p *data by lumvik_free_thumb(). On failure @p *data is null and
  * @p *size 0; but a null argument leaves both untouched, and -4 sets the size.

@@ -89,4 +89,13 @@ Bytes DeliveredPreview(const Bytes& raw_file) {
   return bytes;
 }
 
+bool SameDelivery(Bytes a, Bytes b) {
+  constexpr size_t kUnset = 376;     // where the count of a position's latitude reference stands
+  constexpr size_t kUnsetBytes = 8;  // the count and the value
+  for (Bytes* bytes : {&a, &b}) {
+    if (bytes->size() >= kUnset + kUnsetBytes) std::fill_n(bytes->begin() + kUnset, kUnsetBytes, uint8_t{0});
+  }
+  return a == b;
+}
+
 }  // namespace lumvik::test

@@ -24,6 +24,10 @@ std::vector<uint8_t> MakeOversizedPreviewRaw(uint16_t side);
 // What LibRaw itself delivers of a file's preview; empty when it does not.
 std::vector<uint8_t> DeliveredPreview(const std::vector<uint8_t>& raw_file);
 
+// Whether two deliveries agree but for an entry in the EXIF header that LibRaw adds: it makes it of memory
+// that was never set.
+bool SameDelivery(std::vector<uint8_t> a, std::vector<uint8_t> b);
+
 }  // namespace lumvik::test
 
 #endif  // LUMVIK_TESTS_SUPPORT_RAW_PREVIEWS_H_
