@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <opencv2/core/utility.hpp>
 #include <opencv2/imgproc.hpp>
 #include <vector>
@@ -18,16 +19,15 @@ constexpr int kCosines = 6;  // the first is the constant
 // So many columns slide down together: their sums stay in the first cache.
 constexpr int kStrip = 64;
 
-// One cosine of the window: cos(frequency k), times `weight`.
+// One cosine of the window.
 struct Cosine {
-  double frequency;
-  double weight;
-  double next;  // 2 cos(frequency): the recursion's factor of the last sum
-  double edge;  // the factor of what enters and leaves, weight included
+  std::vector<double> samples;  // from the middle outward
+  double next = 0;              // twice the cosine of its frequency: the recursion's factor of the last sum
+  double edge = 0;              // the last sample: the factor of what enters and leaves
 };
 
 struct Window {
-  int radius;
+  int radius = 0;
   std::array<Cosine, kCosines> cosines;
 };
 
@@ -37,15 +37,18 @@ Window MakeWindow(double sigma) {
   const int radius = cvRound(sigma * 8 + 1) / 2;
   const int size = 2 * radius + 1;
   const cv::Mat kernel = cv::getGaussianKernel(size, sigma, CV_64F);
-  Window window{radius, {}};
+  Window window;
+  window.radius = radius;
   for (int m = 0; m < kCosines; ++m) {
     const double frequency = 2 * CV_PI * m / size;
     double projection = 0;
     for (int k = -radius; k <= radius; ++k)
       projection += kernel.at<double>(k + radius) * std::cos(frequency * k);
     const double weight = projection * (m == 0 ? 1 : 2) / size;
-    window.cosines[static_cast<size_t>(m)] = {frequency, weight, 2 * std::cos(frequency),
-                                              weight * std::cos(frequency * radius)};
+    Cosine& cosine = window.cosines[static_cast<size_t>(m)];
+    for (int k = 0; k <= radius; ++k) cosine.samples.push_back(weight * std::cos(frequency * k));
+    cosine.next = 2 * std::cos(frequency);
+    cosine.edge = cosine.samples.back();
   }
   return window;
 }
@@ -117,7 +120,7 @@ class StripBlur {
       const Cosine& cosine = window_.cosines[m];
       std::fill_n(sums[m], kStrip, 0.0);
       for (int k = -window_.radius; k <= window_.radius; ++k) {
-        AddSample(Row(y + k), cosine.weight * std::cos(cosine.frequency * k), columns_, sums[m]);
+        AddSample(Row(y + k), cosine.samples[static_cast<size_t>(std::abs(k))], columns_, sums[m]);
       }
     }
   }
