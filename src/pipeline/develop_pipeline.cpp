@@ -60,7 +60,7 @@ using ChangeImage = void (*)(const A&, cv::Mat& working);
 // the luminance or the colours of the image that it will change; or the whole working image is made anew, its
 // size included.
 struct Stage {
-  const char* name;
+  const char* name = nullptr;
   IsAwake wakes = nullptr;
   MakeFromSettings point = nullptr;
   MakeFromLuminance luminance_area = nullptr;
