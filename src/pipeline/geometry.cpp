@@ -4,6 +4,8 @@
 #include <opencv2/imgproc.hpp>
 #include <vector>
 
+#include "image/large_image.h"
+
 namespace lumvik {
 namespace {
 
@@ -14,7 +16,7 @@ constexpr int kSmallestSide = 11;
 void Rotate(cv::Mat& working, float degrees) {
   const cv::Point2f centre(static_cast<float>(working.cols) * 0.5F, static_cast<float>(working.rows) * 0.5F);
   const cv::Mat matrix = cv::getRotationMatrix2D(centre, static_cast<double>(degrees), 1.0);
-  cv::Mat rotated;
+  cv::Mat rotated = LargeImage(working.size(), working.type());
   cv::warpAffine(working, rotated, matrix, working.size(), cv::INTER_LINEAR, cv::BORDER_REFLECT);
   working = std::move(rotated);
 }
@@ -30,7 +32,7 @@ void CorrectPerspective(cv::Mat& working, float horizontal, float vertical) {
   const std::vector<cv::Point2f> to = {
       {dx, dy}, {width - dx, dy}, {width + dx, height - dy}, {-dx, height - dy}};
   const cv::Mat matrix = cv::getPerspectiveTransform(from, to, cv::DECOMP_LU);
-  cv::Mat warped;
+  cv::Mat warped = LargeImage(working.size(), working.type());
   cv::warpPerspective(working, warped, matrix, working.size(), cv::INTER_LINEAR, cv::BORDER_REFLECT);
   working = std::move(warped);
 }
