@@ -91,8 +91,8 @@ TEST_F(SuggestTest, AutoAppliesWhatIsSuggestedAndLeavesTheSharpeningRadius) {
   const std::string in = Photograph("in.png");
   Developed(in, Path("auto.png"), {"--auto", "--save-settings", Path("used.json")});
   const Json used = Json::parse(ReadFile(Path("used.json")));
-  for (const auto& [key, value] : Suggestions(in).at("enhance").items())
-    EXPECT_EQ(used.at(key), value) << key;
+  const Json enhance = Suggestions(in).at("enhance");
+  for (const auto& [key, value] : enhance.items()) EXPECT_EQ(used.at(key), value) << key;
   EXPECT_EQ(used.at("sharpening_radius"), 1.0);
   Developed(in, Path("settings.png"), {"--settings", Path("used.json")});
   EXPECT_EQ(ReadFile(Path("auto.png")), ReadFile(Path("settings.png")));
