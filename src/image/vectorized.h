@@ -3,6 +3,7 @@
 #define LUMVIK_IMAGE_VECTORIZED_H_
 
 #include <atomic>
+#include <cstring>
 
 namespace lumvik {
 
@@ -63,6 +64,21 @@ void Vectorized(const Loop& loop) {
 }
 
 #endif
+
+// A vector of floats, for the loops that the compiler does not vectorise well by itself: it becomes as many
+// registers of the instruction set as it takes. Arithmetic is by element.
+using Lanes __attribute__((vector_size(64))) = float;
+inline constexpr int kLanes = 16;
+
+inline Lanes LoadLanes(const float* from) {
+  Lanes lanes;
+  std::memcpy(&lanes, from, sizeof(lanes));
+  return lanes;
+}
+
+inline void StoreLanes(const Lanes& lanes, float* to) {
+  std::memcpy(to, &lanes, sizeof(lanes));
+}
 
 }  // namespace lumvik
 

@@ -1,8 +1,8 @@
 #include "pipeline/clarity_texture.h"
 
 #include "image/luminance.h"
-#include "pipeline/gaussian_blur.h"
 #include "pipeline/pixel_math.h"
+#include "pipeline/wide_gaussian.h"
 
 namespace lumvik {
 namespace {
@@ -27,16 +27,28 @@ void AddDetail(const PixelRow& row, float clarity, const float* wide_blur, float
 
 }  // namespace
 
-RowKernel ClarityTexture(const cv::Mat& luminance, float clarity, float texture) {
-  const cv::Mat wide = clarity != 0.0F ? GaussianBlurred(luminance, kClaritySigma) : luminance;
-  const cv::Mat narrow = texture != 0.0F ? GaussianBlurred(luminance, kTextureSigma) : luminance;
+AreaKernel Texture(float texture) {
+  const float gain = texture / 100.0F * kTextureGain;
+  return BesideBlurredLuminance(
+      GaussianWindow(kTextureSigma),
+      [gain](const PixelRow& row, const float* blur) { AddDetail(row, 0.0F, blur, gain, blur); });
+}
+
+RowStep ClarityTexture(const cv::Mat& luminance, float clarity, float texture) {
   const float coarse_gain = clarity / 100.0F * kClarityGain;
   const float fine_gain = texture / 100.0F * kTextureGain;
-  return MakeRowKernel(
-      [=](const PixelRow& row, const float* wide_blur, const float* narrow_blur) {
-        AddDetail(row, coarse_gain, wide_blur, fine_gain, narrow_blur);
-      },
-      wide, narrow);
+  const WideGaussian wide(luminance, kClaritySigma);
+  const auto add = [=](const PixelRow& row, const float* narrow_blur) {
+    float wide_blur[kMaxPart];
+    wide.Read(row.x, row.y, row.columns, wide_blur);
+    const auto add_detail = [=](const PixelRow& part, const float* coarse, const float* fine) {
+      AddDetail(part, coarse_gain, coarse, fine_gain, fine == nullptr ? coarse : fine);
+    };
+    ChangeRow(add_detail, row, static_cast<const float*>(wide_blur), narrow_blur);
+  };
+  if (texture == 0.0F) return RowKernel([add](const PixelRow& row) { add(row, nullptr); });
+  return AreaKernel{GaussianWindow(kTextureSigma), AreaKernel::Of::kLuminance,
+                    [add](const PixelRow& row, const float* const* blurred) { add(row, blurred[0]); }};
 }
 
 }  // namespace lumvik

@@ -8,9 +8,7 @@
 #include <vector>
 
 #include "image/large_image.h"
-#include "pipeline/gaussian_blur.h"
 #include "pipeline/pixel_math.h"
-#include "pipeline/working_image.h"
 
 namespace lumvik {
 namespace {
@@ -23,28 +21,21 @@ constexpr float kStrength = 0.95F;
 constexpr double kTransmissionSigma = 5.0;
 constexpr float kMinTransmission = 0.1F;
 
-// The smallest colour of each pixel's neighbourhood.
-cv::Mat DarkChannel(const ColorPlanes& image) {
-  cv::Mat smallest = LargeImage(image.Size(), CV_32F);
-  ForEachRow(smallest.rows, [&](int y) {
-    const auto* red = image.red.ptr<float>(y);
-    const auto* green = image.green.ptr<float>(y);
-    const auto* blue = image.blue.ptr<float>(y);
-    auto* out = smallest.ptr<float>(y);
-    Vectorized([=, columns = smallest.cols] {
-      for (int x = 0; x < columns; ++x) out[x] = std::min(std::min(red[x], green[x]), blue[x]);
-    });
-  });
+// Calls `work(rows)` for so many ranges of rows, on all threads.
+template <typename Work>
+void ForStripes(int rows, int stripes, const Work& work) {
+  cv::parallel_for_(cv::Range(0, rows), work, stripes);
+}
+
+// The smallest value of each pixel's neighbourhood.
+cv::Mat DarkChannel(const cv::Mat& smallest) {
   const int patch = std::max(static_cast<int>(smallest.cols * kPatchShare) | 1, kMinPatch);
   const cv::Mat square = cv::Mat::ones(patch, patch, CV_8U);
   cv::Mat dark = LargeImage(smallest.size(), CV_32F);
-  cv::parallel_for_(
-      cv::Range(0, dark.rows),
-      [&](const cv::Range& rows) {
-        cv::Mat stripe = dark.rowRange(rows);
-        cv::erode(smallest.rowRange(rows), stripe, square);
-      },
-      cv::getNumThreads());
+  ForStripes(dark.rows, cv::getNumThreads(), [&](const cv::Range& rows) {
+    cv::Mat stripe = dark.rowRange(rows);
+    cv::erode(smallest.rowRange(rows), stripe, square);
+  });
   return dark;
 }
 
@@ -115,12 +106,22 @@ float Airlight(const cv::Mat& dark) {
   return std::max(static_cast<float>(cv::mean(cv::Mat(values, false).reshape(1, 1))[0]), kMinAirlight);
 }
 
-cv::Mat Transmission(cv::Mat dark, float strength, float airlight) {
-  cv::parallel_for_(cv::Range(0, dark.rows), [&](const cv::Range& rows) {
-    cv::Mat stripe = dark.rowRange(rows);
-    stripe = 1.0 - stripe * static_cast<double>(strength) / static_cast<double>(airlight);
+// Blurred by OpenCV itself: a threshold and a division follow, which make a difference in the last bit seen.
+// It works on one thread; called for some rows, it looks at the rows around by itself.
+cv::Mat Transmission(const cv::Mat& dark, float strength, float airlight) {
+  cv::Mat raw = LargeImage(dark.size(), CV_32F);
+  ForStripes(dark.rows, cv::getNumThreads(), [&](const cv::Range& rows) {
+    raw.rowRange(rows) =
+        1.0 - dark.rowRange(rows) * static_cast<double>(strength) / static_cast<double>(airlight);
   });
-  return GaussianBlurred(dark, kTransmissionSigma);
+  cv::Mat transmission = LargeImage(dark.size(), CV_32F);
+  // The last bits of a single column depend on its number of rows, those of wider planes do not.
+  const int stripes = dark.cols == 1 ? 1 : cv::getNumThreads();
+  ForStripes(dark.rows, stripes, [&](const cv::Range& rows) {
+    cv::Mat stripe = transmission.rowRange(rows);
+    cv::GaussianBlur(raw.rowRange(rows), stripe, cv::Size(), kTransmissionSigma);
+  });
+  return transmission;
 }
 
 void Clear(const PixelRow& row, const float* transmission, float airlight) {
@@ -135,8 +136,19 @@ void Clear(const PixelRow& row, const float* transmission, float airlight) {
 
 }  // namespace
 
-RowKernel Dehaze(const ColorPlanes& image, float amount) {
-  const cv::Mat dark = DarkChannel(image);
+RowKernel StoreSmallest(const cv::Mat& plane) {
+  return [own = plane](const PixelRow& row) mutable {
+    const auto store = [](const PixelRow& part, float* __restrict smallest) {
+      for (int i = 0; i < part.columns; ++i) {
+        smallest[i] = std::min(std::min(part.red[i], part.green[i]), part.blue[i]);
+      }
+    };
+    ChangeRow(store, row, own.ptr<float>(row.y) + row.x);
+  };
+}
+
+RowKernel Dehaze(const cv::Mat& smallest, float amount) {
+  const cv::Mat dark = DarkChannel(smallest);
   const float airlight = Airlight(dark);
   return MakeRowKernel(
       [airlight](const PixelRow& row, const float* transmission) { Clear(row, transmission, airlight); },

@@ -2,7 +2,6 @@
 
 #include <cmath>
 #include <utility>
-#include <vector>
 
 #include "image/large_image.h"
 #include "pipeline/brightness.h"
@@ -19,14 +18,14 @@
 #include "pipeline/lens_vignetting.h"
 #include "pipeline/noise_reduction.h"
 #include "pipeline/post_crop_vignette.h"
-#include "pipeline/row_kernel.h"
+#include "pipeline/row_steps.h"
 #include "pipeline/saturation_vibrance.h"
 #include "pipeline/sharpening.h"
 #include "pipeline/split_toning.h"
 #include "pipeline/tone_curve.h"
 #include "pipeline/white_balance.h"
 #include "pipeline/whites_blacks.h"
-#include "pipeline/working_image.h"
+#include "pipeline/wide_gaussian.h"
 
 namespace lumvik {
 namespace {
@@ -37,6 +36,7 @@ using A = Adjustments;
 constexpr float kNeutralTemperature = 6500.0F;
 constexpr float kTemperatureTolerance = 1.0F;
 constexpr float kTintTolerance = 0.1F;
+constexpr auto kWideRadius = static_cast<float>(WideGaussian::kMinSigma);
 
 // Negated so that a NaN setting is never taken for neutral.
 bool WakesWhiteBalance(const A& a) {
@@ -50,38 +50,44 @@ bool WakesGeometry(const A& a) {
 }
 
 using IsAwake = bool (*)(const A&);
-using MakeFromSettings = RowKernel (*)(const A&, cv::Size frame);
-using MakeFromLuminance = RowKernel (*)(const A&, const cv::Mat& luminance);
-using MakeFromColors = RowKernel (*)(const A&, const ColorPlanes& image);
-using ChangeImage = void (*)(const A&, cv::Mat& working);
 
-// A step is one of three kinds: each pixel depends on itself alone, and the settings give the kernel for the
-// rows of a frame (no kernel: it sleeps); it depends on the pixels around too, and the kernel is made from
-// the luminance or the colours of the image that it will change; or the whole working image is made anew, its
-// size included.
+// A stage is one of four kinds. Each pixel depends on itself alone: the settings give the kernel for the rows
+// of a frame (no kernel: it sleeps).
+using MakePoint = RowKernel (*)(const A&, cv::Size frame);
+// It depends on the pixels around it.
+using MakeArea = AreaKernel (*)(const A&);
+// It depends on the whole image, stored in a matrix of the type that it takes.
+using MakeWhole = RowStep (*)(const A&, const cv::Mat& stored);
+using StoreWhole = RowKernel (*)(const cv::Mat& stored);
+// It moves the pixels, and may change the size of the image.
+using MakeFrame = RowImage (*)(const A&, cv::Mat& working);
+
 struct Stage {
   const char* name = nullptr;
   IsAwake wakes = nullptr;
-  MakeFromSettings point = nullptr;
-  MakeFromLuminance luminance_area = nullptr;
-  MakeFromColors color_area = nullptr;
-  ChangeImage frame = nullptr;
+  MakePoint point = nullptr;
+  MakeArea area = nullptr;
+  MakeWhole whole = nullptr;
+  StoreWhole store = nullptr;
+  int stored_type = 0;
+  MakeFrame frame = nullptr;
 };
 
-constexpr Stage PointStage(const char* name, MakeFromSettings point) {
+constexpr Stage PointStage(const char* name, MakePoint point) {
   return {name, nullptr, point};
 }
 
-constexpr Stage AreaStage(const char* name, IsAwake wakes, MakeFromLuminance area) {
+constexpr Stage AreaStage(const char* name, IsAwake wakes, MakeArea area) {
   return {name, wakes, nullptr, area};
 }
 
-constexpr Stage AreaStage(const char* name, IsAwake wakes, MakeFromColors area) {
-  return {name, wakes, nullptr, nullptr, area};
+constexpr Stage WholeStage(const char* name, IsAwake wakes, StoreWhole store, int stored_type,
+                           MakeWhole whole) {
+  return {name, wakes, nullptr, nullptr, whole, store, stored_type};
 }
 
-constexpr Stage FrameStage(const char* name, IsAwake wakes, ChangeImage frame) {
-  return {name, wakes, nullptr, nullptr, nullptr, frame};
+constexpr Stage FrameStage(const char* name, IsAwake wakes, MakeFrame frame) {
+  return {name, wakes, nullptr, nullptr, nullptr, nullptr, 0, frame};
 }
 
 // clang-format off: one row a stage, in the order of execution
@@ -97,39 +103,48 @@ constexpr Stage kStages[] = {
     PointStage("whites, blacks", [](const A& a, cv::Size) { return WhitesBlacks(a.whites, a.blacks); }),
     PointStage("contrast", [](const A& a, cv::Size) { return Contrast(a.contrast); }),
     PointStage("tone curve", [](const A& a, cv::Size) { return ToneCurveStage(a.tone_curves); }),
-    AreaStage(
-        "clarity, texture", [](const A& a) { return a.clarity != 0 || a.texture != 0; },
+    WholeStage(
+        "clarity, texture", [](const A& a) { return a.clarity != 0; }, StoreLuminance, CV_32F,
         [](const A& a, const cv::Mat& luminance) { return ClarityTexture(luminance, a.clarity, a.texture); }),
     AreaStage(
-        "dehaze", [](const A& a) { return !(a.dehaze <= 0); },
-        [](const A& a, const ColorPlanes& image) { return Dehaze(image, a.dehaze); }),
+        "texture alone", [](const A& a) { return a.clarity == 0 && a.texture != 0; },
+        [](const A& a) { return Texture(a.texture); }),
+    WholeStage(
+        "dehaze", [](const A& a) { return !(a.dehaze <= 0); }, StoreSmallest, CV_32F,
+        [](const A& a, const cv::Mat& smallest) { return RowStep(Dehaze(smallest, a.dehaze)); }),
     PointStage("saturation, vibrance",
                [](const A& a, cv::Size) { return SaturationVibrance(a.saturation, a.vibrance); }),
     PointStage("HSL bands", [](const A& a, cv::Size) { return HslBands(a.hsl); }),
     PointStage("split toning", [](const A& a, cv::Size) { return SplitToning(a.split_toning); }),
     AreaStage(
         "noise reduction: luminance", [](const A& a) { return a.nr_luminance > 0; },
-        [](const A& a, const cv::Mat& luminance) {
-          return LuminanceNoiseReduction(luminance, a.nr_luminance);
-        }),
+        [](const A& a) { return LuminanceNoiseReduction(a.nr_luminance); }),
     AreaStage(
         "noise reduction: colour", [](const A& a) { return a.nr_color > 0; },
-        [](const A& a, const ColorPlanes& image) { return ColorNoiseReduction(image, a.nr_color); }),
+        [](const A& a) { return ColorNoiseReduction(a.nr_color); }),
     AreaStage(
-        "sharpening", [](const A& a) { return !(a.sharpening_amount <= 0); },
-        [](const A& a, const ColorPlanes& image) {
-          return Sharpening(image, a.sharpening_amount, a.sharpening_radius, a.sharpening_threshold);
+        "sharpening",
+        [](const A& a) { return !(a.sharpening_amount <= 0) && !(a.sharpening_radius >= kWideRadius); },
+        [](const A& a) {
+          return Sharpening(a.sharpening_amount, a.sharpening_radius, a.sharpening_threshold);
+        }),
+    WholeStage(
+        "sharpening, wide",
+        [](const A& a) { return !(a.sharpening_amount <= 0) && a.sharpening_radius >= kWideRadius; }, StoreIn,
+        CV_32FC4,
+        [](const A& a, const cv::Mat& working) {
+          return WideSharpening(working, a.sharpening_amount, a.sharpening_radius, a.sharpening_threshold);
         }),
     FrameStage(
         "lens: distortion", [](const A& a) { return a.distortion != 0; },
-        [](const A& a, cv::Mat& working) { CorrectDistortion(working, a.distortion); }),
+        [](const A& a, cv::Mat& working) { return CorrectDistortion(working, a.distortion); }),
     FrameStage(
         "lens: chromatic aberration", [](const A& a) { return a.ca_correction > 0; },
-        [](const A& a, cv::Mat& working) { CorrectChromaticAberration(working, a.ca_correction); }),
+        [](const A& a, cv::Mat& working) { return CorrectChromaticAberration(working, a.ca_correction); }),
     PointStage("lens: vignetting",
                [](const A& a, cv::Size frame) { return LensVignetting(a.lens_vignette, frame); }),
     PointStage("lens: defringe", [](const A& a, cv::Size) { return Defringe(a.defringe); }),
-    FrameStage("geometry", WakesGeometry, [](const A& a, cv::Mat& working) { Geometry(working, a); }),
+    FrameStage("geometry", WakesGeometry, [](const A& a, cv::Mat& working) { return Geometry(working, a); }),
     PointStage(
         "post-crop vignette",
         [](const A& a, cv::Size frame) {
@@ -142,79 +157,75 @@ constexpr Stage kStages[] = {
 };
 // clang-format on
 
-// One run. Kernels wait until a stage that looks around, or the end, needs their result and then pass over
-// the rows together; as long as no such stage is awake there is no working image. Area stages work on planes,
-// frame stages on packed pixels.
+// A step that looks around takes about as long as so many that do not.
+constexpr int kAreaCost = 4;
+
+// Steps of this cost are made again rather than their result kept: memory is slow.
+constexpr int kCheapCost = 4;
+
+// One run. Steps wait until a stage that looks at the whole image, or the end, needs their result and then
+// pass over the rows together. Only a frame stage needs the working image in memory.
 class Run {
  public:
-  explicit Run(ImageBuffer source) : packed_(std::move(source)) {}
+  explicit Run(const ImageBuffer& source) : image_(RowsOf(source)) {}
 
   void Pass(const Stage& stage, const A& adjustments) {
     if (stage.point != nullptr) {
-      if (RowKernel kernel = stage.point(adjustments, Frame())) waiting_.push_back(std::move(kernel));
+      if (RowKernel kernel = stage.point(adjustments, image_.size)) waiting_.emplace_back(std::move(kernel));
     } else if (!stage.wakes(adjustments)) {
       return;
-    } else if (stage.luminance_area != nullptr) {
-      const cv::Mat luminance = LargeImage(Frame(), CV_32F);
-      waiting_.push_back(StoreLuminance(luminance));
-      RunIntoPlanes();
-      waiting_.push_back(stage.luminance_area(adjustments, luminance));
-    } else if (stage.color_area != nullptr) {
-      RunIntoPlanes();
-      waiting_.push_back(stage.color_area(adjustments, planes_));
+    } else if (stage.area != nullptr) {
+      waiting_.emplace_back(stage.area(adjustments));
+    } else if (stage.whole != nullptr) {
+      const cv::Mat stored = LargeImage(image_.size, stage.stored_type);
+      StoreWaiting(stage.store(stored));
+      waiting_.push_back(stage.whole(adjustments, stored));
     } else {
-      RunIntoPixels();
-      stage.frame(adjustments, packed_);
+      Keep();
+      image_ = stage.frame(adjustments, working_);
     }
   }
 
   // Writes over the earlier render where it can, as fresh memory is slow. Everything that can fail lies
   // behind.
   void Finish(ImageBuffer& rendered) const {
-    if (!CanHold(rendered)) rendered = LargeImage(Frame(), CV_16UC4);
-    RunInto(rendered);
+    ImageBuffer target = CanHold(rendered) ? rendered : ImageBuffer(LargeImage(image_.size, CV_16UC4));
+    RunRowSteps(image_, waiting_, StoreIn(target));
+    rendered = target;
   }
 
  private:
-  cv::Size Frame() const { return packed_.size(); }
+  void StoreWaiting(const RowKernel& store) {
+    int cost = 0;
+    for (const RowStep& step : waiting_) cost += std::holds_alternative<AreaKernel>(step) ? kAreaCost : 1;
+    if (cost <= kCheapCost) {
+      RunRowSteps(image_, waiting_, store);
+    } else {
+      waiting_.emplace_back(store);
+      Keep();
+    }
+  }
+
+  // Makes the working image. The one before, from which it is read, serves as memory for the next.
+  void Keep() {
+    cv::Mat next = spare_.size() == image_.size ? spare_ : LargeImage(image_.size, CV_32FC4);
+    RunRowSteps(image_, waiting_, StoreIn(next));
+    waiting_.clear();
+    spare_ = working_;
+    working_ = next;
+    image_ = RowsOf(working_);
+  }
 
   // Of the right size, and nobody else's pixels.
   bool CanHold(const ImageBuffer& rendered) const {
-    return rendered.size() == Frame() && rendered.type() == CV_16UC4 && rendered.u != nullptr &&
+    return rendered.size() == image_.size && rendered.type() == CV_16UC4 && rendered.u != nullptr &&
            rendered.u->refcount == 1;
   }
 
-  void RunInto(cv::Mat& packed) const {
-    if (planes_.Empty()) {
-      RunRowKernels(packed_, waiting_, packed);
-    } else {
-      RunRowKernels(planes_, packed_, waiting_, packed);
-    }
-  }
-
-  void RunIntoPlanes() {
-    if (!planes_.Empty()) {
-      if (!waiting_.empty()) RunRowKernels(planes_, waiting_);
-    } else {
-      planes_ = LargePlanes(Frame());
-      RunRowKernels(packed_, waiting_, planes_);
-    }
-    waiting_.clear();
-  }
-
-  void RunIntoPixels() {
-    const bool is_working = planes_.Empty() && packed_.depth() == CV_32F;
-    if (is_working && waiting_.empty()) return;
-    cv::Mat working = is_working ? packed_ : LargeImage(Frame(), CV_32FC4);
-    RunInto(working);
-    packed_ = std::move(working);
-    planes_ = ColorPlanes();
-    waiting_.clear();
-  }
-
-  cv::Mat packed_;      // the source, then the working image
-  ColorPlanes planes_;  // the working image's colours; packed_ then has the alpha alone
-  RowKernels waiting_;
+  RowImage image_;  // as it is before the steps that wait
+  RowSteps waiting_;
+  cv::Mat working_;  // the last one made
+  cv::Mat spare_;
 };
 
 }  // namespace

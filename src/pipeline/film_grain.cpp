@@ -11,32 +11,42 @@ constexpr float kStrength = 0.05F;
 constexpr float kSmallestSize = 0.01F;
 constexpr double kSmallestDeviation = 1e-6;
 
-cv::Mat Noise(cv::Size frame, double deviation, float size) {
-  cv::Mat noise = LargeImage(frame, CV_32F);
-  cv::randn(noise, 0.0, deviation);
+struct Grain {
+  cv::Mat noise;
+  float gain = 1;  // back to the strength that the noise had before it was smoothed
+};
+
+Grain MakeGrain(cv::Size frame, double deviation, float size) {
+  Grain grain{LargeImage(frame, CV_32F)};
+  cv::randn(grain.noise, 0.0, deviation);
   if (size > kSmallestSize) {
-    noise = GaussianBlurred(noise, static_cast<double>(2.0F * size + 0.5F));
+    grain.noise = Blurred(grain.noise, GaussianWindow(static_cast<double>(2.0F * size + 0.5F)));
     cv::Scalar mean;
     cv::Scalar blurred_deviation;
-    cv::meanStdDev(noise, mean, blurred_deviation);
-    if (blurred_deviation[0] > kSmallestDeviation) noise *= deviation / blurred_deviation[0];
+    cv::meanStdDev(grain.noise, mean, blurred_deviation);
+    if (blurred_deviation[0] > kSmallestDeviation) {
+      grain.gain = static_cast<float>(deviation / blurred_deviation[0]);
+    }
   }
-  return noise;
+  return grain;
 }
 
-void AddGrain(const PixelRow& row, const float* grain) {
+void AddGrain(const PixelRow& row, const float* noise, float gain) {
   for (int i = 0; i < row.columns; ++i) {
-    row.red[i] = SaturateUnit(row.red[i] + grain[i]);
-    row.green[i] = SaturateUnit(row.green[i] + grain[i]);
-    row.blue[i] = SaturateUnit(row.blue[i] + grain[i]);
+    const float grain = noise[i] * gain;
+    row.red[i] = SaturateUnit(row.red[i] + grain);
+    row.green[i] = SaturateUnit(row.green[i] + grain);
+    row.blue[i] = SaturateUnit(row.blue[i] + grain);
   }
 }
 
 }  // namespace
 
 RowKernel FilmGrain(cv::Size frame, float amount, float size) {
-  return MakeRowKernel([](const PixelRow& row, const float* grain) { AddGrain(row, grain); },
-                       Noise(frame, static_cast<double>(amount / 100.0F * kStrength), size / 100.0F));
+  const Grain grain = MakeGrain(frame, static_cast<double>(amount / 100.0F * kStrength), size / 100.0F);
+  return MakeRowKernel(
+      [gain = grain.gain](const PixelRow& row, const float* noise) { AddGrain(row, noise, gain); },
+      grain.noise);
 }
 
 }  // namespace lumvik

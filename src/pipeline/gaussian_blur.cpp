@@ -1,41 +1,126 @@
 #include "pipeline/gaussian_blur.h"
 
+#include <algorithm>
 #include <opencv2/core/utility.hpp>
 #include <opencv2/imgproc.hpp>
+#include <utility>
 
 #include "image/large_image.h"
-#include "pipeline/sliding_gaussian.h"
+#include "image/vectorized.h"
 
 namespace lumvik {
 namespace {
 
-constexpr double kLargestSigma = 1e6;
+constexpr int kStripesPerThread = 4;
 
-// OpenCV's float filters use one thread; called for some rows, they look at the rows around by themselves.
-cv::Mat FilteredInStripes(const cv::Mat& plane, cv::Size kernel, double sigma) {
-  cv::Mat blurred = LargeImage(plane.size(), plane.type());
-  // The last bits of a single column depend on its number of rows, those of wider planes do not.
-  const int stripes = plane.cols == 1 ? 1 : cv::getNumThreads();
-  cv::parallel_for_(
-      cv::Range(0, plane.rows),
-      [&](const cv::Range& rows) {
-        cv::Mat stripe = blurred.rowRange(rows);
-        cv::GaussianBlur(plane.rowRange(rows), stripe, kernel, sigma);
-      },
-      stripes);
-  return blurred;
+Window HalfOf(const cv::Mat& kernel) {
+  const auto* weights = kernel.ptr<float>();
+  return Window(weights + kernel.total() / 2, weights + kernel.total());
+}
+
+// The weighted sums of 16 `vectors` neighbouring values from x on, and of those that lie k away from each on
+// either side, at the two addresses `pair(k)`.
+template <int vectors, typename Pair>
+void AddWeighted(const Window& window, const float* middle, const Pair& pair, int x, float* sums) {
+  Lanes added[vectors];
+  for (int v = 0; v < vectors; ++v) added[v] = LoadLanes(middle + x + v * kLanes) * window[0];
+  for (int k = 1; k <= Reach(window); ++k) {
+    const auto [before, after] = pair(k);
+    const float weight = window[static_cast<size_t>(k)];
+    for (int v = 0; v < vectors; ++v) {
+      const int at = x + v * kLanes;
+      added[v] += (LoadLanes(before + at) + LoadLanes(after + at)) * weight;
+    }
+  }
+  for (int v = 0; v < vectors; ++v) StoreLanes(added[v], sums + x + v * kLanes);
+}
+
+template <typename Pair>
+void AddWeighted(const Window& window, const float* middle, const Pair& pair, int columns, float* sums) {
+  int x = 0;
+  for (; x + 2 * kLanes <= columns; x += 2 * kLanes) AddWeighted<2>(window, middle, pair, x, sums);
+  for (; x + kLanes <= columns; x += kLanes) AddWeighted<1>(window, middle, pair, x, sums);
+  for (; x < columns; ++x) {
+    float sum = middle[x] * window[0];
+    for (int k = 1; k <= Reach(window); ++k) {
+      const auto [before, after] = pair(k);
+      sum += (before[x] + after[x]) * window[static_cast<size_t>(k)];
+    }
+    sums[x] = sum;
+  }
 }
 
 }  // namespace
 
-cv::Mat GaussianBlurred(const cv::Mat& plane, double sigma) {
-  // What is no sensible sigma is for OpenCV to refuse.
-  const bool wide = sigma >= kSlidingSigma && sigma <= kLargestSigma;
-  return wide ? SlidingGaussian(plane, sigma) : FilteredInStripes(plane, cv::Size(), sigma);
+Window GaussianWindow(double sigma) {
+  CV_Assert(sigma > 0);
+  constexpr double kReachInSigmas = 4;  // OpenCV's for float images
+  return HalfOf(cv::getGaussianKernel(cvRound(sigma * kReachInSigmas * 2 + 1) | 1, sigma, CV_32F));
 }
 
-cv::Mat GaussianBlurred(const cv::Mat& plane, cv::Size kernel) {
-  return FilteredInStripes(plane, kernel, 0);
+Window GaussianWindow(int size) {
+  return HalfOf(cv::getGaussianKernel(size, 0, CV_32F));
+}
+
+Columns Columns::Widened(int reach, int frame_columns) const {
+  const int left = std::max(first - reach, 0) / kLanes * kLanes;
+  const int right = (last + reach + kLanes - 1) / kLanes * kLanes;
+  return {left, std::min(right, frame_columns)};
+}
+
+RowBlur::RowBlur(Window window, int frame_columns, int max_columns)
+    : window_(std::move(window)),
+      frame_columns_(frame_columns),
+      rows_(2 * window_.size() - 1),
+      sums_(1, 2 * WidenedColumns(max_columns, Reach(window_)), CV_32F) {}
+
+void RowBlur::BlurRows(Columns columns, float* blurred) {
+  const int reach = Reach(window_);
+  const Columns held = columns.Widened(reach, frame_columns_);
+  // That of the first column, so far in that mirrored ones have room and the first held one is well aligned.
+  float* const sums = sums_.ptr<float>() + WidenedColumns(0, reach) + columns.first % kLanes;
+  Vectorized([&] {
+    const float* const* middle = rows_.data() + reach;
+    AddWeighted(
+        window_, middle[0], [=](int k) { return std::pair(middle[-k], middle[k]); }, held.Count(),
+        sums + held.first - columns.first);
+  });
+  const auto mirror = [&](int x) {
+    const int inside = cv::borderInterpolate(x, frame_columns_, cv::BORDER_REFLECT_101);
+    sums[x - columns.first] = sums[inside - columns.first];
+  };
+  for (int x = columns.first - reach; x < held.first; ++x) mirror(x);
+  for (int x = held.last; x < columns.last + reach; ++x) mirror(x);
+  Vectorized([&] {
+    const float* own_sums = sums;
+    AddWeighted(
+        window_, own_sums, [=](int k) { return std::pair(own_sums - k, own_sums + k); }, columns.Count(),
+        blurred);
+  });
+}
+
+cv::Mat Blurred(const cv::Mat& plane, const Window& window) {
+  cv::Mat blurred = LargeImage(plane.size(), CV_32F);
+  const auto blur_strip = [&](RowBlur& blur, Columns columns, const cv::Range& rows) {
+    const int first_held = columns.Widened(Reach(window), plane.cols).first;
+    for (int y = rows.start; y < rows.end; ++y) {
+      const auto row_at = [&](int i) {
+        const int inside = cv::borderInterpolate(y + i, plane.rows, cv::BORDER_REFLECT_101);
+        return plane.ptr<float>(inside) + first_held;
+      };
+      blur.Blur(row_at, columns, blurred.ptr<float>(y) + columns.first);
+    }
+  };
+  cv::parallel_for_(
+      cv::Range(0, plane.rows),
+      [&](const cv::Range& rows) {
+        RowBlur blur(window, plane.cols, kStripColumns);
+        for (int x = 0; x < plane.cols; x += kStripColumns) {
+          blur_strip(blur, {x, std::min(x + kStripColumns, plane.cols)}, rows);
+        }
+      },
+      cv::getNumThreads() * kStripesPerThread);
+  return blurred;
 }
 
 }  // namespace lumvik

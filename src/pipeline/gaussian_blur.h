@@ -1,20 +1,72 @@
-// Gaussian blur of float planes on all threads.
+// Gaussian blur of float planes, a row at a time.
 #ifndef LUMVIK_PIPELINE_GAUSSIAN_BLUR_H_
 #define LUMVIK_PIPELINE_GAUSSIAN_BLUR_H_
 
 #include <opencv2/core.hpp>
+#include <vector>
+
+#include "image/vectorized.h"
 
 namespace lumvik {
 
-// `plane` (CV_32FC1) blurred as cv::GaussianBlur does with this sigma and the kernel size that it derives
-// from it, borders mirrored. From a sigma of kSlidingSigma on the result differs from OpenCV's by less than
-// 2e-5 of the plane's range. The bytes do not depend on the number of threads.
-cv::Mat GaussianBlurred(const cv::Mat& plane, double sigma);
+// One half of a symmetric window: the weight of the middle, then those of its neighbours outward.
+using Window = std::vector<float>;
 
-// The same with a kernel of that size, both odd, and the sigma that OpenCV derives from it.
-cv::Mat GaussianBlurred(const cv::Mat& plane, cv::Size kernel);
+// The windows of cv::GaussianBlur on float images: for a sigma, with the size that OpenCV derives from it
+// (throws for a sigma that is not positive); for an odd size, with the sigma that it derives.
+Window GaussianWindow(double sigma);
+Window GaussianWindow(int size);
 
-inline constexpr double kSlidingSigma = 8.0;
+// So many rows a window reaches up and down.
+inline int Reach(const Window& window) {
+  return static_cast<int>(window.size()) - 1;
+}
+
+// So many columns are blurred from top to bottom at a time: the rows that a window reaches stay in the first
+// cache.
+inline constexpr int kStripColumns = 256;
+
+// The most columns that Widened makes of `columns`.
+constexpr int WidenedColumns(int columns, int reach) {
+  return (columns + 2 * reach + 3 * kLanes) / kLanes * kLanes;
+}
+
+// Columns first..last - 1 of a frame.
+struct Columns {
+  int first;
+  int last;
+
+  int Count() const { return last - first; }
+  // With those that a window reaches, and some more so that vectors of them begin at multiples of their size.
+  Columns Widened(int reach, int frame_columns) const;
+};
+
+// Blurs parts of rows, borders mirrored without their pixel (cv::BORDER_REFLECT_101).
+class RowBlur {
+ public:
+  // For at most so many columns at a time.
+  RowBlur(Window window, int frame_columns, int max_columns);
+
+  // `row_at(i)` is the row `i` below the one to blur, for -reach..reach: a const float* to the first one of
+  // the widened columns.
+  template <typename RowAt>
+  void Blur(const RowAt& row_at, Columns columns, float* blurred) {
+    const int reach = Reach(window_);
+    for (int i = -reach; i <= reach; ++i) rows_[static_cast<size_t>(i + reach)] = row_at(i);
+    BlurRows(columns, blurred);
+  }
+
+ private:
+  void BlurRows(Columns columns, float* blurred);
+
+  Window window_;
+  int frame_columns_;
+  std::vector<const float*> rows_;
+  cv::Mat sums_;  // down the widened columns
+};
+
+// `plane` (CV_32FC1) blurred with the window on all threads. The bytes do not depend on their number.
+cv::Mat Blurred(const cv::Mat& plane, const Window& window);
 
 }  // namespace lumvik
 

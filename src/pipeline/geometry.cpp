@@ -5,6 +5,8 @@
 #include <vector>
 
 #include "image/large_image.h"
+#include "pipeline/bilinear_sampler.h"
+#include "pipeline/row_steps.h"
 
 namespace lumvik {
 namespace {
@@ -13,17 +15,56 @@ constexpr float kPerspectiveStrength = 0.15F;
 constexpr float kWholeFrame = 0.99F;
 constexpr int kSmallestSide = 11;
 
-void Rotate(cv::Mat& working, float degrees) {
+// OpenCV's cv::warpAffine counts in 1/1024 of a pixel and rounds the two halves of a coordinate separately.
+constexpr int kFineBits = 10;
+constexpr int kFineToPlace = kFineBits - 5;
+static_assert(1 << (kFineBits - kFineToPlace) == kPlacesPerPixel);
+
+constexpr int kBlockRows = 16;
+constexpr int kBlockPixels = 1024;
+
+RowImage Rotated(const cv::Mat& working, float degrees) {
   const cv::Point2f centre(static_cast<float>(working.cols) * 0.5F, static_cast<float>(working.rows) * 0.5F);
-  const cv::Mat matrix = cv::getRotationMatrix2D(centre, static_cast<double>(degrees), 1.0);
-  cv::Mat rotated = LargeImage(working.size(), working.type());
-  cv::warpAffine(working, rotated, matrix, working.size(), cv::INTER_LINEAR, cv::BORDER_REFLECT);
-  working = std::move(rotated);
+  cv::Matx23d forward = cv::getRotationMatrix2D(centre, static_cast<double>(degrees), 1.0);
+  cv::Matx23d back;
+  cv::invertAffineTransform(forward, back);
+  return Sampled(working, [back](const PixelRow& part, Places& places) {
+    constexpr double kFine = 1 << kFineBits;
+    constexpr int kHalfPlace = 1 << (kFineToPlace - 1);
+    const int row_x = cvRound((back(0, 1) * part.y + back(0, 2)) * kFine) + kHalfPlace;
+    const int row_y = cvRound((back(1, 1) * part.y + back(1, 2)) * kFine) + kHalfPlace;
+    for (int i = 0; i < part.columns; ++i) {
+      const double x = part.x + i;
+      places.x[i] = (row_x + cvRound(back(0, 0) * x * kFine)) >> kFineToPlace;
+      places.y[i] = (row_y + cvRound(back(1, 0) * x * kFine)) >> kFineToPlace;
+    }
+  });
+}
+
+// The pixels from x on come from where the matrix takes them; `first` is the column at which their block
+// begins.
+void PlaceProjected(const cv::Matx33d& matrix, int first, int x, int y, int columns, int* __restrict to_x,
+                    int* __restrict to_y) {
+  constexpr double kScale = kPlacesPerPixel;
+  const auto start = [&](int row) { return matrix(row, 0) * first + matrix(row, 1) * y + matrix(row, 2); };
+  const double start_x = start(0);
+  const double start_y = start(1);
+  const double start_w = start(2);
+  const double step_x = matrix(0, 0);
+  const double step_y = matrix(1, 0);
+  const double step_w = matrix(2, 0);
+  for (int i = 0; i < columns; ++i) {
+    const double in_block = x - first + i;
+    const double w = start_w + step_w * in_block;
+    const double scale = w != 0 ? kScale / w : 0;
+    to_x[i] = NearestPlace((start_x + step_x * in_block) * scale);
+    to_y[i] = NearestPlace((start_y + step_y * in_block) * scale);
+  }
 }
 
 // `horizontal` narrows the top and widens the bottom, `vertical` brings both edges in; one transform for
 // both.
-void CorrectPerspective(cv::Mat& working, float horizontal, float vertical) {
+RowImage PerspectiveCorrected(const cv::Mat& working, float horizontal, float vertical) {
   const auto width = static_cast<float>(working.cols);
   const auto height = static_cast<float>(working.rows);
   const float dx = width * (horizontal / 100.0F * kPerspectiveStrength);
@@ -31,10 +72,36 @@ void CorrectPerspective(cv::Mat& working, float horizontal, float vertical) {
   const std::vector<cv::Point2f> from = {{0, 0}, {width, 0}, {width, height}, {0, height}};
   const std::vector<cv::Point2f> to = {
       {dx, dy}, {width - dx, dy}, {width + dx, height - dy}, {-dx, height - dy}};
-  const cv::Mat matrix = cv::getPerspectiveTransform(from, to, cv::DECOMP_LU);
-  cv::Mat warped = LargeImage(working.size(), working.type());
-  cv::warpPerspective(working, warped, matrix, working.size(), cv::INTER_LINEAR, cv::BORDER_REFLECT);
-  working = std::move(warped);
+  const cv::Matx33d forward = cv::getPerspectiveTransform(from, to, cv::DECOMP_LU);
+  cv::Matx33d back;
+  cv::invert(forward, back);
+  // cv::warpPerspective starts anew with every block of columns, which decides the last bits of a place.
+  const int block = std::min(kBlockPixels / std::min(kBlockRows, working.rows), working.cols);
+  return Sampled(working, [back, block](const PixelRow& part, Places& places) {
+    for (int i = 0; i < part.columns;) {
+      const int x = part.x + i;
+      const int first = x / block * block;
+      const int count = std::min(first + block - x, part.columns - i);
+      Vectorized([&] { PlaceProjected(back, first, x, part.y, count, places.x + i, places.y + i); });
+      i += count;
+    }
+  });
+}
+
+cv::Mat Stored(const RowImage& image) {
+  cv::Mat stored = LargeImage(image.size, CV_32FC4);
+  RunRowSteps(image, {}, StoreIn(stored));
+  return stored;
+}
+
+RowImage Cut(const RowImage& image, cv::Rect area) {
+  const auto read = [=](const PixelRow& part) {
+    PixelRow from = part;
+    from.x += area.x;
+    from.y += area.y;
+    image.read(from);
+  };
+  return {area.size(), read};
 }
 
 // A fraction of a length in whole pixels, cut off; far outside the frame, or no number, stays far outside.
@@ -58,15 +125,18 @@ cv::Rect CropArea(const CropRectangle& crop, cv::Size frame) {
   return width < kSmallestSide || height < kSmallestSide ? whole : cv::Rect(x, y, width, height);
 }
 
-void Geometry(cv::Mat& working, const Adjustments& adjustments) {
+RowImage Geometry(cv::Mat& working, const Adjustments& adjustments) {
   if (adjustments.flip_h != 0) cv::flip(working, working, 1);
   if (adjustments.flip_v != 0) cv::flip(working, working, 0);
-  if (adjustments.rotation != 0.0F) Rotate(working, adjustments.rotation);
-  if (adjustments.perspective_h != 0.0F || adjustments.perspective_v != 0.0F) {
-    CorrectPerspective(working, adjustments.perspective_h, adjustments.perspective_v);
+  const bool rotates = adjustments.rotation != 0.0F;
+  const bool projects = adjustments.perspective_h != 0.0F || adjustments.perspective_v != 0.0F;
+  RowImage image = rotates ? Rotated(working, adjustments.rotation) : RowsOf(working);
+  if (projects) {
+    const cv::Mat upright = rotates ? Stored(image) : working;
+    image = PerspectiveCorrected(upright, adjustments.perspective_h, adjustments.perspective_v);
   }
-  const cv::Rect area = CropArea(adjustments.crop, working.size());
-  if (area.size() != working.size()) working = working(area).clone();
+  const cv::Rect area = CropArea(adjustments.crop, image.size);
+  return area.size() == image.size ? image : Cut(image, area);
 }
 
 }  // namespace lumvik

@@ -20,13 +20,13 @@ constexpr float kMaxGain = 2.0F;
 constexpr float kMinLuminance = 1e-6F;
 
 float Lifted(float luminance, float shadows) {
-  const float depth = (kShadowTop - luminance) / kShadowTop;
+  const float depth = (kShadowTop - luminance) * (1.0F / kShadowTop);
   const float gamma = 1.0F / (depth * depth * shadows * kShadowStrength + 1.0F);
   return FastPow(luminance, std::max(std::min(gamma, kMaxGamma), kMinGamma));
 }
 
 float HighlightGain(float luminance, float highlights) {
-  const float height = (luminance - kHighlightBottom) / kHighlightRange;
+  const float height = (luminance - kHighlightBottom) * (1.0F / kHighlightRange);
   const float gain = height * height * highlights * kHighlightStrength + 1.0F;
   return std::max(std::min(gain, kMaxGain), kMinGain);
 }

@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include "image/luminance.h"
-#include "pipeline/gaussian_blur.h"
 
 namespace lumvik {
 namespace {
@@ -13,9 +12,8 @@ constexpr float kColorKernelSteps = 4.0F;
 constexpr float kLuminanceStrength = 0.6F;
 constexpr float kMinLuminance = 1e-6F;
 
-cv::Size KernelSize(float percent, float steps) {
-  const int side = 3 - 2 * static_cast<int>(percent / -100.0F * steps);
-  return {side, side};
+int KernelSize(float percent, float steps) {
+  return 3 - 2 * static_cast<int>(percent / -100.0F * steps);
 }
 
 void PullToBlur(const PixelRow& row, const float* smooth, float weight) {
@@ -30,23 +28,21 @@ void PullToBlur(const PixelRow& row, const float* smooth, float weight) {
 
 }  // namespace
 
-RowKernel LuminanceNoiseReduction(const cv::Mat& luminance, float percent) {
+AreaKernel LuminanceNoiseReduction(float percent) {
   const float weight = percent / 100.0F * kLuminanceStrength;
-  return MakeRowKernel(
-      [weight](const PixelRow& row, const float* smooth) { PullToBlur(row, smooth, weight); },
-      GaussianBlurred(luminance, KernelSize(percent, kLuminanceKernelSteps)));
+  return BesideBlurredLuminance(
+      GaussianWindow(KernelSize(percent, kLuminanceKernelSteps)),
+      [weight](const PixelRow& row, const float* smooth) { PullToBlur(row, smooth, weight); });
 }
 
-RowKernel ColorNoiseReduction(const ColorPlanes& image, float percent) {
-  const cv::Size kernel = KernelSize(percent, kColorKernelSteps);
-  return MakeRowKernel(
+AreaKernel ColorNoiseReduction(float percent) {
+  return BesideBlurredColors(
+      GaussianWindow(KernelSize(percent, kColorKernelSteps)),
       [](const PixelRow& row, const float* red, const float* green, const float* blue) {
         std::copy_n(red, row.columns, row.red);
         std::copy_n(green, row.columns, row.green);
         std::copy_n(blue, row.columns, row.blue);
-      },
-      GaussianBlurred(image.red, kernel), GaussianBlurred(image.green, kernel),
-      GaussianBlurred(image.blue, kernel));
+      });
 }
 
 }  // namespace lumvik

@@ -5,6 +5,8 @@
 #include <cmath>
 #include <limits>
 
+#include "pipeline/row_steps.h"
+
 namespace lumvik {
 namespace {
 
@@ -22,7 +24,7 @@ TEST(BrightnessExponent, IsHeldToItsBounds) {
 
 TEST(Brightness, SquaresColoursAndKeepsAlpha) {
   cv::Mat pixel(1, 1, CV_32FC4, cv::Scalar(0.5, 0.25, 1.0, 0.5));
-  RunRowKernels(pixel, {Brightness(-100)}, pixel);
+  RunRowSteps(RowsOf(pixel), {Brightness(-100)}, StoreIn(pixel));
   const auto result = pixel.at<cv::Vec4f>(0, 0);
   EXPECT_NEAR(result[0], 0.25F, 2e-7F);
   EXPECT_NEAR(result[1], 0.0625F, 2e-7F);

@@ -2,12 +2,14 @@
 
 #include <gtest/gtest.h>
 
+#include "pipeline/row_steps.h"
+
 namespace lumvik {
 namespace {
 
 cv::Vec4f Contrasted(const cv::Vec4f& pixel, float contrast) {
   cv::Mat image(1, 1, CV_32FC4, cv::Scalar(pixel));
-  RunRowKernels(image, {Contrast(contrast)}, image);
+  RunRowSteps(RowsOf(image), {Contrast(contrast)}, StoreIn(image));
   return image.at<cv::Vec4f>(0, 0);
 }
 

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "pipeline/row_steps.h"
 #include "reference/exposure.h"
 #include "support/test_images.h"
 
@@ -10,7 +11,7 @@ namespace {
 
 cv::Vec4f Exposed(const cv::Vec4f& pixel, float exposure) {
   cv::Mat image(1, 1, CV_32FC4, cv::Scalar(pixel));
-  RunRowKernels(image, {Exposure(exposure)}, image);
+  RunRowSteps(RowsOf(image), {Exposure(exposure)}, StoreIn(image));
   return image.at<cv::Vec4f>(0, 0);
 }
 
@@ -42,7 +43,7 @@ TEST(Exposure, EqualsTheReferenceOverItsRange) {
       test::NoiseImage(size, 11).convertTo(expected, CV_32FC4, 1.4 / 65535, -0.2);
       cv::Mat actual = expected.clone();
       reference::Exposure(expected, exposure);
-      RunRowKernels(actual, {Exposure(exposure)}, actual);
+      RunRowSteps(RowsOf(actual), {Exposure(exposure)}, StoreIn(actual));
       EXPECT_TRUE(test::SameBytes(actual, expected)) << exposure << " stops at " << size;
     }
   }

@@ -4,6 +4,7 @@
 
 #include <limits>
 
+#include "pipeline/row_steps.h"
 #include "reference/white_balance.h"
 #include "support/test_images.h"
 
@@ -53,7 +54,7 @@ TEST(WhiteBalanceGains, TintMovesGreenAlone) {
 
 TEST(WhiteBalance, ClampsEveryColourAndKeepsAlpha) {
   cv::Mat pixel(1, 1, CV_32FC4, cv::Scalar(2.0, 1.5, -0.5, 0.3));
-  RunRowKernels(pixel, {WhiteBalance(5500, 0)}, pixel);
+  RunRowSteps(RowsOf(pixel), {WhiteBalance(5500, 0)}, StoreIn(pixel));
   EXPECT_EQ(pixel.at<cv::Vec4f>(0, 0), cv::Vec4f(1.0F, 1.0F, 0.0F, 0.3F));
 }
 
@@ -64,7 +65,7 @@ TEST(WhiteBalance, EqualsTheReferenceOverItsRange) {
       cv::Mat expected = WorkingNoise({67, 13});
       cv::Mat actual = expected.clone();
       reference::WhiteBalance(expected, temperature, tint);
-      RunRowKernels(actual, {WhiteBalance(temperature, tint)}, actual);
+      RunRowSteps(RowsOf(actual), {WhiteBalance(temperature, tint)}, StoreIn(actual));
       EXPECT_TRUE(SameBytes(actual, expected)) << temperature << " K, tint " << tint;
     }
   }
@@ -72,7 +73,7 @@ TEST(WhiteBalance, EqualsTheReferenceOverItsRange) {
 
 TEST(WhiteBalance, ANaNTintBlackensGreen) {
   cv::Mat pixel(1, 1, CV_16UC4, cv::Scalar(30000, 30000, 30000, 65535));
-  RunRowKernels(pixel, {WhiteBalance(6504, std::numeric_limits<float>::quiet_NaN())}, pixel);
+  RunRowSteps(RowsOf(pixel), {WhiteBalance(6504, std::numeric_limits<float>::quiet_NaN())}, StoreIn(pixel));
   EXPECT_EQ(pixel.at<cv::Vec4w>(0, 0)[1], 0);
   EXPECT_GT(pixel.at<cv::Vec4w>(0, 0)[0], 0);
 }

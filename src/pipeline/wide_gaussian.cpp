@@ -1,0 +1,229 @@
+#include "pipeline/wide_gaussian.h"
+
+#include <algorithm>
+#include <cmath>
+#include <opencv2/core/utility.hpp>
+#include <opencv2/imgproc.hpp>
+
+#include "image/large_image.h"
+#include "image/vectorized.h"
+#include "pipeline/gaussian_blur.h"
+#include "pipeline/row_kernel.h"
+
+namespace lumvik {
+namespace {
+
+// The small Gaussians, in grid steps. Wide enough that what the grid cannot hold is below 1e-6, narrow enough
+// that eight grid points make a pixel.
+constexpr double kSmallSigma = 0.8;
+constexpr int kSmallReach = 4;
+constexpr int kTaps = 2 * kSmallReach;        // grid points around a pixel
+constexpr int kTapsBefore = kSmallReach - 1;  // of them before the one it lies behind
+
+constexpr int kUsualStep = 2;  // that of clarity
+
+constexpr int kStripesPerThread = 4;
+
+// The widest grid on which the coarse Gaussian still has a smooth shape.
+constexpr double kMinCoarseSigma = 8.0;
+
+int StepFor(double sigma) {
+  int step = 1;
+  while (step * 2 * kMinCoarseSigma <= sigma) step *= 2;
+  return step;
+}
+
+using Weights = std::vector<float>;
+
+Weights SmallWindow(int step) {
+  const cv::Mat kernel = cv::getGaussianKernel(2 * kSmallReach * step + 1, kSmallSigma * step, CV_32F);
+  return {kernel.begin<float>(), kernel.end<float>()};
+}
+
+// For a pixel `phase` pixels behind a grid point: the weights of the kTaps points around it. Their sum is 1,
+// so that an even picture stays as it is.
+Weights Taps(int phase, int step) {
+  double taps[kTaps];
+  double sum = 0;
+  for (int i = 0; i < kTaps; ++i) {
+    const double distance = i - kTapsBefore - static_cast<double>(phase) / step;
+    taps[i] = std::exp(-distance * distance / (2 * kSmallSigma * kSmallSigma));
+    sum += taps[i];
+  }
+  Weights weights;
+  for (const double tap : taps) weights.push_back(static_cast<float>(tap / sum));
+  return weights;
+}
+
+// The coarse window whose sum of small bells, one at every grid point, comes nearest to OpenCV's window.
+Window CoarseWindow(double sigma, int step) {
+  const int reach = cvRound(sigma * 8 + 1) / 2;
+  const cv::Mat window = cv::getGaussianKernel(2 * reach + 1, sigma, CV_64F);
+  const double bell_sigma = kSmallSigma * step * std::sqrt(2.0);
+  const auto bell = [&](int distance) {
+    return std::exp(-distance * distance / (2 * bell_sigma * bell_sigma)) /
+           (bell_sigma * std::sqrt(2 * CV_PI));
+  };
+  const int coarse_reach = (reach + step - 1) / step;
+  const int samples = reach + kTaps * step;
+  cv::Mat bells(samples, coarse_reach + 1, CV_64F);
+  cv::Mat wanted(samples, 1, CV_64F);
+  for (int n = 0; n < samples; ++n) {
+    wanted.at<double>(n) = n <= reach ? window.at<double>(reach + n) : 0;
+    for (int k = 0; k <= coarse_reach; ++k) {
+      bells.at<double>(n, k) = bell(n - k * step) + (k == 0 ? 0 : bell(n + k * step));
+    }
+  }
+  cv::Mat weights;
+  cv::solve(bells, wanted, weights, cv::DECOMP_QR);
+  const double sum = 2 * cv::sum(weights)[0] - weights.at<double>(0);
+  Window coarse;
+  for (int k = 0; k <= coarse_reach; ++k) coarse.push_back(static_cast<float>(weights.at<double>(k) / sum));
+  return coarse;
+}
+
+// out[i] = the sum of weights[k] * row_at(k)[i]
+template <typename RowAt>
+void AddRows(const Weights& weights, const RowAt& row_at, int columns, float* out) {
+  const auto rows = static_cast<int>(weights.size());
+  int x = 0;
+  for (; x + kLanes <= columns; x += kLanes) {
+    Lanes sums = LoadLanes(row_at(0) + x) * weights[0];
+    for (int k = 1; k < rows; ++k) sums += LoadLanes(row_at(k) + x) * weights[static_cast<size_t>(k)];
+    StoreLanes(sums, out + x);
+  }
+  for (; x < columns; ++x) {
+    float sum = row_at(0)[x] * weights[0];
+    for (int k = 1; k < rows; ++k) sum += row_at(k)[x] * weights[static_cast<size_t>(k)];
+    out[x] = sum;
+  }
+}
+
+// The plane smoothed by the small Gaussian, at the points of the grid alone.
+class Sampler {
+ public:
+  Sampler(const cv::Mat& plane, int step, int margin, int points)
+      : plane_(plane),
+        step_(step),
+        margin_(margin),
+        points_(points),
+        window_(SmallWindow(step)),
+        rows_(window_.size()),
+        line_(static_cast<size_t>((points + 2 * kSmallReach) * step)),
+        phases_(line_.size()) {}
+
+  // One row of the grid: down the plane's columns, then along the row.
+  void Sample(int grid_y, float* points) {
+    const int reach = kSmallReach * step_;
+    const int before = margin_ * step_ + reach;
+    for (size_t k = 0; k < rows_.size(); ++k) {
+      const int y = (grid_y - margin_) * step_ - reach + static_cast<int>(k);
+      rows_[k] = plane_.ptr<float>(cv::borderInterpolate(y, plane_.rows, cv::BORDER_REFLECT_101));
+    }
+    Vectorized([&] {
+      const float* const* rows = rows_.data();
+      AddRows(
+          window_, [rows](int k) { return rows[k]; }, plane_.cols, line_.data() + before);
+    });
+    const auto length = static_cast<int>(line_.size());
+    for (int x = -before; x < length - before; x = x == -1 ? plane_.cols : x + 1) {
+      line_[static_cast<size_t>(x + before)] =
+          line_[static_cast<size_t>(before + cv::borderInterpolate(x, plane_.cols, cv::BORDER_REFLECT_101))];
+    }
+    AlongLine(points);
+  }
+
+ private:
+  // Every step_-th pixel side by side, so that neighbouring grid points have neighbouring addresses.
+  void AlongLine(float* points) {
+    const int length = points_ + 2 * kSmallReach;
+    float* const phases = phases_.data();
+    for (int phase = 0; phase < step_; ++phase) {
+      for (int i = 0; i < length; ++i) {
+        phases[phase * length + i] = line_[static_cast<size_t>(i * step_ + phase)];
+      }
+    }
+    const auto phase_row = [=, step = step_](int k) { return phases + k % step * length + k / step; };
+    Vectorized([&] { AddRows(window_, phase_row, points_, points); });
+  }
+
+  const cv::Mat& plane_;
+  int step_;
+  int margin_;
+  int points_;
+  Weights window_;
+  std::vector<const float*> rows_;  // that the window reaches
+  std::vector<float> line_;         // a row with its mirrored ends
+  std::vector<float> phases_;
+};
+
+inline void Interleave(const float* same_phase, int most, int step, int columns, float* __restrict out) {
+  for (int n = 0; n < columns / step; ++n) {
+    for (int i = 0; i < step; ++i) out[n * step + i] = same_phase[i * most + n];
+  }
+  for (int x = columns / step * step; x < columns; ++x) out[x] = same_phase[x % step * most + x / step];
+}
+
+// As many points as cover a side of the plane, with the margins.
+int PointsFor(int pixels, int step, int margin) {
+  return (pixels - 1) / step + 1 + 2 * margin;
+}
+
+}  // namespace
+
+WideGaussian::WideGaussian(const cv::Mat& plane, double sigma) : size_(plane.size()), step_(StepFor(sigma)) {
+  const Window window = CoarseWindow(sigma, step_);
+  margin_ = Reach(window) + kSmallReach;
+  for (int phase = 0; phase < step_; ++phase) taps_.push_back(Taps(phase, step_));
+  cv::Mat grid(PointsFor(plane.rows, step_, margin_), PointsFor(plane.cols, step_, margin_), CV_32F);
+  cv::parallel_for_(
+      cv::Range(0, grid.rows),
+      [&](const cv::Range& rows) {
+        Sampler sampler(plane, step_, margin_, grid.cols);
+        for (int y = rows.start; y < rows.end; ++y) sampler.Sample(y, grid.ptr<float>(y));
+      },
+      cv::getNumThreads() * kStripesPerThread);
+  // What the blur mirrors at the grid's ends does not come nearer to the picture than the margins are wide.
+  grid_ = Blurred(grid, window);
+}
+
+void WideGaussian::Read(int x, int y, int columns, float* blurred) const {
+  const int first_point = x / step_;
+  const int points = (x + columns - 1) / step_ - first_point + kTaps;
+  float line[kMaxPart + kTaps];
+  float same_phase[2 * kMaxPart];
+  const auto grid_row = [&](int k) {
+    return grid_.ptr<float>(y / step_ + margin_ - kTapsBefore + k) + first_point + margin_ - kTapsBefore;
+  };
+  Vectorized([&] {
+    AddRows(taps_[static_cast<size_t>(y % step_)], grid_row, points, line);
+    const int most = (columns - 1) / step_ + 1;
+    for (int i = 0; i < std::min(step_, columns); ++i) {
+      const float* from = line + ((x + i) / step_ - first_point);
+      const int count = (columns - 1 - i) / step_ + 1;
+      AddRows(
+          taps_[static_cast<size_t>((x + i) % step_)], [=](int k) { return from + k; }, count,
+          same_phase + i * most);
+    }
+    // A step known beforehand lets the compiler shuffle whole vectors.
+    if (step_ == kUsualStep && columns % step_ == 0) {
+      Interleave(same_phase, most, kUsualStep, columns, blurred);
+    } else {
+      Interleave(same_phase, most, step_, columns, blurred);
+    }
+  });
+}
+
+cv::Mat WideGaussian::Plane() const {
+  cv::Mat blurred = LargeImage(size_, CV_32F);
+  cv::parallel_for_(cv::Range(0, size_.height), [&](const cv::Range& rows) {
+    for (int y = rows.start; y < rows.end; ++y) {
+      for (int x = 0; x < size_.width; x += kMaxPart) {
+        Read(x, y, std::min(kMaxPart, size_.width - x), blurred.ptr<float>(y) + x);
+      }
+    }
+  });
+  return blurred;
+}
+
+}  // namespace lumvik
