@@ -16,16 +16,31 @@ Pixel LoadPixel(const float* from) {
   return pixel;
 }
 
-// The four pixels around a place, mixed by how near it lies to each.
-void Mix(const float* top_left, const float* top_right, const float* bottom_left, const float* bottom_right,
-         int place_x, int place_y, float* mixed) {
+// How much the four pixels around a place take part in it.
+struct Weights {
+  float top_left[kMaxPart];
+  float top_right[kMaxPart];
+  float bottom_left[kMaxPart];
+  float bottom_right[kMaxPart];
+};
+
+void Weigh(const Places& places, int count, Weights& __restrict weights) {
   constexpr auto kToFraction = static_cast<float>(1.0 / kPlacesPerPixel);
-  const float right = static_cast<float>(place_x & (kPlacesPerPixel - 1)) * kToFraction;
-  const float bottom = static_cast<float>(place_y & (kPlacesPerPixel - 1)) * kToFraction;
-  const float left = 1.0F - right;
-  const float top = 1.0F - bottom;
-  const Pixel mix = LoadPixel(top_left) * (top * left) + LoadPixel(top_right) * (top * right) +
-                    LoadPixel(bottom_left) * (bottom * left) + LoadPixel(bottom_right) * (bottom * right);
+  for (int i = 0; i < count; ++i) {
+    const float right = static_cast<float>(places.x[i] & (kPlacesPerPixel - 1)) * kToFraction;
+    const float bottom = static_cast<float>(places.y[i] & (kPlacesPerPixel - 1)) * kToFraction;
+    weights.top_left[i] = (1.0F - bottom) * (1.0F - right);
+    weights.top_right[i] = (1.0F - bottom) * right;
+    weights.bottom_left[i] = bottom * (1.0F - right);
+    weights.bottom_right[i] = bottom * right;
+  }
+}
+
+void Mix(const float* top_left, const float* top_right, const float* bottom_left, const float* bottom_right,
+         const Weights& weights, int i, float* mixed) {
+  const Pixel mix = LoadPixel(top_left) * weights.top_left[i] + LoadPixel(top_right) * weights.top_right[i] +
+                    LoadPixel(bottom_left) * weights.bottom_left[i] +
+                    LoadPixel(bottom_right) * weights.bottom_right[i];
   std::memcpy(mixed, &mix, sizeof(mix));
 }
 
@@ -44,27 +59,25 @@ struct Source {
   }
 };
 
-void MixMirrored(const Source& source, int place_x, int place_y, float* mixed) {
-  const auto column = [&](int x) { return cv::borderInterpolate(x, source.columns, cv::BORDER_REFLECT); };
-  const auto row = [&](int y) { return cv::borderInterpolate(y, source.rows, cv::BORDER_REFLECT); };
-  const int x = place_x >> kPlaceBits;
-  const int y = place_y >> kPlaceBits;
+void MixMirrored(const Source& source, int x, int y, const Weights& weights, int i, float* mixed) {
+  const auto column = [&](int at) { return cv::borderInterpolate(at, source.columns, cv::BORDER_REFLECT); };
+  const auto row = [&](int at) { return cv::borderInterpolate(at, source.rows, cv::BORDER_REFLECT); };
   Mix(source.At(column(x), row(y)), source.At(column(x + 1), row(y)), source.At(column(x), row(y + 1)),
-      source.At(column(x + 1), row(y + 1)), place_x, place_y, mixed);
+      source.At(column(x + 1), row(y + 1)), weights, i, mixed);
 }
 
 // `mixed`: kChannels values for each place.
-void SamplePlaces(const Source& source, const Places& places, int count, float* __restrict mixed) {
-  for (int i = 0; i < count; ++i) {
+void SamplePlaces(const Source& source, const Places& places, const Weights& weights, int count,
+                  float* mixed) {
+  for (int i = 0; i < count; ++i, mixed += kChannels) {
     const int x = places.x[i] >> kPlaceBits;
     const int y = places.y[i] >> kPlaceBits;
-    float* const out = mixed + static_cast<ptrdiff_t>(i) * kChannels;
     if (source.HoldsInside(x, y)) {
       const float* top = source.At(x, y);
       const float* bottom = top + source.step;
-      Mix(top, top + kChannels, bottom, bottom + kChannels, places.x[i], places.y[i], out);
+      Mix(top, top + kChannels, bottom, bottom + kChannels, weights, i, mixed);
     } else {
-      MixMirrored(source, places.x[i], places.y[i], out);
+      MixMirrored(source, x, y, weights, i, mixed);
     }
   }
 }
@@ -78,7 +91,9 @@ RowImage Sampled(const cv::Mat& working, const PlaceRow& place_row) {
     const Source source = {working.ptr<float>(), static_cast<ptrdiff_t>(working.step1()), working.cols,
                            working.rows};
     float mixed[kMaxPart * kChannels];
-    SamplePlaces(source, places, part.columns, mixed);
+    Weights weights;
+    Vectorized([&, columns = part.columns] { Weigh(places, columns, weights); });
+    Vectorized([&, columns = part.columns] { SamplePlaces(source, places, weights, columns, mixed); });
     LoadPixels(mixed, part);
   };
   return {working.size(), read};

@@ -44,14 +44,9 @@ bool WakesWhiteBalance(const A& a) {
            std::fabs(a.tint) < kTintTolerance);
 }
 
-bool WakesGeometry(const A& a) {
-  return a.flip_h != 0 || a.flip_v != 0 || a.rotation != 0 || a.perspective_h != 0 || a.perspective_v != 0 ||
-         (a.crop.w > 0 && a.crop.h > 0);
-}
-
 using IsAwake = bool (*)(const A&);
 
-// A stage is one of four kinds. Each pixel depends on itself alone: the settings give the kernel for the rows
+// A stage is one of five kinds. Each pixel depends on itself alone: the settings give the kernel for the rows
 // of a frame (no kernel: it sleeps).
 using MakePoint = RowKernel (*)(const A&, cv::Size frame);
 // It depends on the pixels around it.
@@ -59,8 +54,10 @@ using MakeArea = AreaKernel (*)(const A&);
 // It depends on the whole image, stored in a matrix of the type that it takes.
 using MakeWhole = RowStep (*)(const A&, const cv::Mat& stored);
 using StoreWhole = RowKernel (*)(const cv::Mat& stored);
-// It moves the pixels, and may change the size of the image.
+// It moves the pixels.
 using MakeFrame = RowImage (*)(const A&, cv::Mat& working);
+// It keeps a part of them.
+using MakeCrop = RowImage (*)(const A&, const RowImage& image);
 
 struct Stage {
   const char* name = nullptr;
@@ -71,6 +68,7 @@ struct Stage {
   StoreWhole store = nullptr;
   int stored_type = 0;
   MakeFrame frame = nullptr;
+  MakeCrop crop = nullptr;
 };
 
 constexpr Stage PointStage(const char* name, MakePoint point) {
@@ -88,6 +86,10 @@ constexpr Stage WholeStage(const char* name, IsAwake wakes, StoreWhole store, in
 
 constexpr Stage FrameStage(const char* name, IsAwake wakes, MakeFrame frame) {
   return {name, wakes, nullptr, nullptr, nullptr, nullptr, 0, frame};
+}
+
+constexpr Stage CropStage(const char* name, IsAwake wakes, MakeCrop crop) {
+  return {name, wakes, nullptr, nullptr, nullptr, nullptr, 0, nullptr, crop};
 }
 
 // clang-format off: one row a stage, in the order of execution
@@ -144,7 +146,23 @@ constexpr Stage kStages[] = {
     PointStage("lens: vignetting",
                [](const A& a, cv::Size frame) { return LensVignetting(a.lens_vignette, frame); }),
     PointStage("lens: defringe", [](const A& a, cv::Size) { return Defringe(a.defringe); }),
-    FrameStage("geometry", WakesGeometry, [](const A& a, cv::Mat& working) { return Geometry(working, a); }),
+    FrameStage(
+        "flips", [](const A& a) { return a.flip_h != 0 || a.flip_v != 0; },
+        [](const A& a, cv::Mat& working) {
+          Flip(working, a.flip_h != 0, a.flip_v != 0);
+          return RowsOf(working);
+        }),
+    FrameStage(
+        "rotation", [](const A& a) { return a.rotation != 0; },
+        [](const A& a, cv::Mat& working) { return Rotated(working, a.rotation); }),
+    FrameStage(
+        "perspective", [](const A& a) { return a.perspective_h != 0 || a.perspective_v != 0; },
+        [](const A& a, cv::Mat& working) {
+          return PerspectiveCorrected(working, a.perspective_h, a.perspective_v);
+        }),
+    CropStage(
+        "crop", [](const A& a) { return a.crop.w > 0 && a.crop.h > 0; },
+        [](const A& a, const RowImage& image) { return Cropped(image, a.crop); }),
     PointStage(
         "post-crop vignette",
         [](const A& a, cv::Size frame) {
@@ -180,9 +198,12 @@ class Run {
       const cv::Mat stored = LargeImage(image_.size, stage.stored_type);
       StoreWaiting(stage.store(stored));
       waiting_.push_back(stage.whole(adjustments, stored));
-    } else {
+    } else if (stage.frame != nullptr) {
       Keep();
       image_ = stage.frame(adjustments, working_);
+    } else {
+      if (!waiting_.empty()) Keep();
+      image_ = stage.crop(adjustments, image_);
     }
   }
 

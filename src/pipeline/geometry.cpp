@@ -4,9 +4,7 @@
 #include <opencv2/imgproc.hpp>
 #include <vector>
 
-#include "image/large_image.h"
 #include "pipeline/bilinear_sampler.h"
-#include "pipeline/row_steps.h"
 
 namespace lumvik {
 namespace {
@@ -22,24 +20,6 @@ static_assert(1 << (kFineBits - kFineToPlace) == kPlacesPerPixel);
 
 constexpr int kBlockRows = 16;
 constexpr int kBlockPixels = 1024;
-
-RowImage Rotated(const cv::Mat& working, float degrees) {
-  const cv::Point2f centre(static_cast<float>(working.cols) * 0.5F, static_cast<float>(working.rows) * 0.5F);
-  cv::Matx23d forward = cv::getRotationMatrix2D(centre, static_cast<double>(degrees), 1.0);
-  cv::Matx23d back;
-  cv::invertAffineTransform(forward, back);
-  return Sampled(working, [back](const PixelRow& part, Places& places) {
-    constexpr double kFine = 1 << kFineBits;
-    constexpr int kHalfPlace = 1 << (kFineToPlace - 1);
-    const int row_x = cvRound((back(0, 1) * part.y + back(0, 2)) * kFine) + kHalfPlace;
-    const int row_y = cvRound((back(1, 1) * part.y + back(1, 2)) * kFine) + kHalfPlace;
-    for (int i = 0; i < part.columns; ++i) {
-      const double x = part.x + i;
-      places.x[i] = (row_x + cvRound(back(0, 0) * x * kFine)) >> kFineToPlace;
-      places.y[i] = (row_y + cvRound(back(1, 0) * x * kFine)) >> kFineToPlace;
-    }
-  });
-}
 
 // The pixels from x on come from where the matrix takes them; `first` is the column at which their block
 // begins.
@@ -62,8 +42,39 @@ void PlaceProjected(const cv::Matx33d& matrix, int first, int x, int y, int colu
   }
 }
 
-// `horizontal` narrows the top and widens the bottom, `vertical` brings both edges in; one transform for
-// both.
+// A fraction of a length in whole pixels, cut off; far outside the frame, or no number, stays far outside.
+int Pixels(int length, float fraction) {
+  constexpr float kFarOutside = 1e9F;
+  const float pixels = static_cast<float>(length) * fraction;
+  if (!(pixels > -kFarOutside)) return static_cast<int>(-kFarOutside);
+  return static_cast<int>(std::min(pixels, kFarOutside));
+}
+
+}  // namespace
+
+void Flip(cv::Mat& working, bool horizontally, bool vertically) {
+  if (horizontally) cv::flip(working, working, 1);
+  if (vertically) cv::flip(working, working, 0);
+}
+
+RowImage Rotated(const cv::Mat& working, float degrees) {
+  const cv::Point2f centre(static_cast<float>(working.cols) * 0.5F, static_cast<float>(working.rows) * 0.5F);
+  cv::Matx23d forward = cv::getRotationMatrix2D(centre, static_cast<double>(degrees), 1.0);
+  cv::Matx23d back;
+  cv::invertAffineTransform(forward, back);
+  return Sampled(working, [back](const PixelRow& part, Places& places) {
+    constexpr double kFine = 1 << kFineBits;
+    constexpr int kHalfPlace = 1 << (kFineToPlace - 1);
+    const int row_x = cvRound((back(0, 1) * part.y + back(0, 2)) * kFine) + kHalfPlace;
+    const int row_y = cvRound((back(1, 1) * part.y + back(1, 2)) * kFine) + kHalfPlace;
+    for (int i = 0; i < part.columns; ++i) {
+      const double x = part.x + i;
+      places.x[i] = (row_x + cvRound(back(0, 0) * x * kFine)) >> kFineToPlace;
+      places.y[i] = (row_y + cvRound(back(1, 0) * x * kFine)) >> kFineToPlace;
+    }
+  });
+}
+
 RowImage PerspectiveCorrected(const cv::Mat& working, float horizontal, float vertical) {
   const auto width = static_cast<float>(working.cols);
   const auto height = static_cast<float>(working.rows);
@@ -88,32 +99,6 @@ RowImage PerspectiveCorrected(const cv::Mat& working, float horizontal, float ve
   });
 }
 
-cv::Mat Stored(const RowImage& image) {
-  cv::Mat stored = LargeImage(image.size, CV_32FC4);
-  RunRowSteps(image, {}, StoreIn(stored));
-  return stored;
-}
-
-RowImage Cut(const RowImage& image, cv::Rect area) {
-  const auto read = [=](const PixelRow& part) {
-    PixelRow from = part;
-    from.x += area.x;
-    from.y += area.y;
-    image.read(from);
-  };
-  return {area.size(), read};
-}
-
-// A fraction of a length in whole pixels, cut off; far outside the frame, or no number, stays far outside.
-int Pixels(int length, float fraction) {
-  constexpr float kFarOutside = 1e9F;
-  const float pixels = static_cast<float>(length) * fraction;
-  if (!(pixels > -kFarOutside)) return static_cast<int>(-kFarOutside);
-  return static_cast<int>(std::min(pixels, kFarOutside));
-}
-
-}  // namespace
-
 cv::Rect CropArea(const CropRectangle& crop, cv::Size frame) {
   const cv::Rect whole({0, 0}, frame);
   if (crop.w <= 0.0F || crop.h <= 0.0F) return whole;
@@ -125,18 +110,15 @@ cv::Rect CropArea(const CropRectangle& crop, cv::Size frame) {
   return width < kSmallestSide || height < kSmallestSide ? whole : cv::Rect(x, y, width, height);
 }
 
-RowImage Geometry(cv::Mat& working, const Adjustments& adjustments) {
-  if (adjustments.flip_h != 0) cv::flip(working, working, 1);
-  if (adjustments.flip_v != 0) cv::flip(working, working, 0);
-  const bool rotates = adjustments.rotation != 0.0F;
-  const bool projects = adjustments.perspective_h != 0.0F || adjustments.perspective_v != 0.0F;
-  RowImage image = rotates ? Rotated(working, adjustments.rotation) : RowsOf(working);
-  if (projects) {
-    const cv::Mat upright = rotates ? Stored(image) : working;
-    image = PerspectiveCorrected(upright, adjustments.perspective_h, adjustments.perspective_v);
-  }
-  const cv::Rect area = CropArea(adjustments.crop, image.size);
-  return area.size() == image.size ? image : Cut(image, area);
+RowImage Cropped(const RowImage& image, const CropRectangle& crop) {
+  const cv::Rect area = CropArea(crop, image.size);
+  const auto read = [=](const PixelRow& part) {
+    PixelRow from = part;
+    from.x += area.x;
+    from.y += area.y;
+    image.read(from);
+  };
+  return {area.size(), read};
 }
 
 }  // namespace lumvik

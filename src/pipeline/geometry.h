@@ -7,13 +7,23 @@
 
 namespace lumvik {
 
-// In that order. All but the crop keep the frame's size and fill from outside with mirrored picture; a crop
-// that would leave fewer than 11 pixels in a direction, or that covers 99 % of the frame from its origin, is
-// not made. The result reads from `working` (CV_32FC4) while its own rows are read; flips are made in place.
-RowImage Geometry(cv::Mat& working, const Adjustments& adjustments);
+// In that order. All but the crop keep the frame's size and fill from outside with mirrored picture. Rotation
+// and perspective read from `working` (CV_32FC4) while their own rows are read.
 
-// The part of a frame that a crop keeps; the whole frame when it is not made.
+void Flip(cv::Mat& working, bool horizontally, bool vertically);
+
+// Counter-clockwise about the centre.
+RowImage Rotated(const cv::Mat& working, float degrees);
+
+// -100..100 percent: `horizontal` narrows the top and widens the bottom, `vertical` brings both edges in; one
+// transform for both.
+RowImage PerspectiveCorrected(const cv::Mat& working, float horizontal, float vertical);
+
+// The part of a frame that a crop keeps. A crop that would leave fewer than 11 pixels in a direction, or that
+// covers 99 % of the frame from its origin, is not made: the whole frame.
 cv::Rect CropArea(const CropRectangle& crop, cv::Size frame);
+
+RowImage Cropped(const RowImage& image, const CropRectangle& crop);
 
 }  // namespace lumvik
 

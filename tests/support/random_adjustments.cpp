@@ -127,4 +127,40 @@ Adjustments RandomAdjustments(std::mt19937& random) {
   return a;
 }
 
+void SetTypical(Adjustments& a) {
+  a = Adjustments();
+  a.exposure = 0.5F;
+  a.contrast = 20;
+  a.highlights = -30;
+  a.shadows = 25;
+  a.vibrance = 16;
+  a.saturation = 5;
+  a.clarity = 15;
+  a.sharpening_amount = 40;
+}
+
+void SetEverything(Adjustments& a) {
+  SetTypical(a);
+  a.tint = 10;
+  a.brightness = 10;
+  a.whites = -10;
+  a.blacks = 10;
+  a.tone_curves[kMasterCurve] = {{0, 0}, {0.25F, 0.2F}, {0.5F, 0.5F}, {0.75F, 0.8F}, {1, 1}};
+  a.texture = 15;
+  a.dehaze = 20;
+  SetHslBands(a, 15);
+  SetSplitToning(a, 20);
+  a.nr_luminance = 25;
+  a.nr_color = 25;
+  a.distortion = 10;
+  a.ca_correction = 30;
+  a.lens_vignette = 30;
+  a.defringe = 30;
+  a.rotation = 1.5F;
+  a.perspective_h = 10;
+  a.crop = {0.02F, 0.02F, 0.96F, 0.96F};
+  a.vignette_amount = 20;
+  a.grain_amount = 20;
+}
+
 }  // namespace lumvik::test

@@ -23,6 +23,10 @@ void SetGrain(Adjustments& adjustments, float amount);
 // Every setting within its slider; each stage sleeps now and then.
 Adjustments RandomAdjustments(std::mt19937& random);
 
+// What a photographer sets on most photographs, and moderate values of every stage.
+void SetTypical(Adjustments& adjustments);
+void SetEverything(Adjustments& adjustments);
+
 }  // namespace lumvik::test
 
 #endif  // LUMVIK_TESTS_SUPPORT_RANDOM_ADJUSTMENTS_H_

@@ -1,0 +1,95 @@
+// How much memory a render takes beside its source and its result.
+#include <gtest/gtest.h>
+
+#include <atomic>
+#include <opencv2/core.hpp>
+
+#include "pipeline/develop_pipeline.h"
+#include "support/random_adjustments.h"
+#include "support/test_images.h"
+
+namespace lumvik {
+namespace {
+
+// Counts the bytes of all matrices that live at a time.
+class CountingAllocator : public cv::MatAllocator {
+ public:
+  CountingAllocator() : before_(cv::Mat::getDefaultAllocator()) { cv::Mat::setDefaultAllocator(this); }
+  ~CountingAllocator() override { cv::Mat::setDefaultAllocator(before_); }
+  CountingAllocator(const CountingAllocator&) = delete;
+  CountingAllocator& operator=(const CountingAllocator&) = delete;
+
+  cv::UMatData* allocate(int dims, const int* sizes, int type, void* data, size_t* step, cv::AccessFlag flags,
+                         cv::UMatUsageFlags usage) const override {
+    cv::UMatData* matrix = cv::Mat::getStdAllocator()->allocate(dims, sizes, type, data, step, flags, usage);
+    matrix->currAllocator = matrix->prevAllocator = this;
+    const size_t living = living_ += matrix->size;
+    size_t peak = peak_;
+    while (peak < living && !peak_.compare_exchange_weak(peak, living)) {
+    }
+    return matrix;
+  }
+  bool allocate(cv::UMatData* matrix, cv::AccessFlag flags, cv::UMatUsageFlags usage) const override {
+    return cv::Mat::getStdAllocator()->allocate(matrix, flags, usage);
+  }
+  void deallocate(cv::UMatData* matrix) const override {
+    living_ -= matrix->size;
+    cv::Mat::getStdAllocator()->deallocate(matrix);
+  }
+
+  size_t Peak() const { return peak_; }
+
+ private:
+  cv::MatAllocator* before_;
+  mutable std::atomic<size_t> living_{0};
+  mutable std::atomic<size_t> peak_{0};
+};
+
+constexpr size_t kMegabyte = 1 << 20;
+
+// In bytes, of a render into an image that is there already.
+size_t PeakOf(const Adjustments& adjustments, const cv::Mat& source) {
+  cv::Mat rendered;
+  DevelopPipeline(source, adjustments, rendered);
+  const CountingAllocator memory;
+  DevelopPipeline(source, adjustments, rendered);
+  return memory.Peak();
+}
+
+TEST(RenderMemory, PointStagesNeedNoImage) {
+  const cv::Mat source = test::ResizedPhotograph("cat.jpg", {4096, 2731});
+  Adjustments a;
+  a.exposure = 0.5F;
+  a.brightness = 10;
+  a.highlights = -30;
+  a.blacks = 10;
+  a.contrast = 20;
+  test::SetToneCurves(a, 1);
+  a.saturation = 10;
+  test::SetHslBands(a, 15);
+  test::SetSplitToning(a, 20);
+  a.lens_vignette = 30;
+  a.defringe = 30;
+  a.vignette_amount = 20;
+  EXPECT_LT(PeakOf(a, source), 16 * kMegabyte);
+}
+
+TEST(RenderMemory, StagesThatLookAroundKeepTheRowsTheyReach) {
+  const cv::Mat source = test::ResizedPhotograph("cat.jpg", {4096, 2731});
+  Adjustments a;
+  a.texture = 20;
+  a.nr_luminance = 30;
+  a.nr_color = 30;
+  a.sharpening_amount = 40;
+  EXPECT_LT(PeakOf(a, source), 16 * kMegabyte);
+}
+
+TEST(RenderMemory, EverythingTakesAtMostThreeWorkingImages) {
+  const cv::Mat source = test::ResizedPhotograph("cat.jpg", {2000, 1333});
+  Adjustments a;
+  test::SetEverything(a);
+  EXPECT_LT(PeakOf(a, source), 3 * source.total() * sizeof(cv::Vec4f));
+}
+
+}  // namespace
+}  // namespace lumvik
