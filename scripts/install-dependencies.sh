@@ -4,6 +4,7 @@
 #
 #   scripts/install-dependencies.sh --build          what `cmake --preset release` needs
 #   scripts/install-dependencies.sh --build --test   and what scripts/test.sh calls besides
+#   scripts/install-dependencies.sh --pictures       what scripts/make-doc-pictures.sh calls besides
 set -euo pipefail
 
 build_packages=(
@@ -29,6 +30,11 @@ build_packages=(
 test_packages=(
   clang-format  # the check of the layout
   clang-tidy    # the static analysis
+  doxygen       # the reference of the interface, which is to be made without a warning
+  python3       # the checks of the documents
+)
+picture_packages=(
+  imagemagick  # scales the pictures of the documents and puts them side by side
 )
 
 sets=()
@@ -36,8 +42,9 @@ for argument in "$@"; do
   case $argument in
     --build) sets+=("${build_packages[@]}") ;;
     --test) sets+=("${test_packages[@]}") ;;
+    --pictures) sets+=("${picture_packages[@]}") ;;
     *)
-      echo "usage: $0 [--build] [--test]" >&2
+      echo "usage: $0 [--build] [--test] [--pictures]" >&2
       exit 2
       ;;
   esac
