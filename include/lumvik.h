@@ -205,9 +205,9 @@ LUMVIK_API int lumvik_process(EngineContext* ctx);
 /**
  * Renders as lumvik_process() does, and copies the result to @p out as 8-bit RGBA.
  *
- * Rows run from top to bottom without padding: width x height x 4 bytes of the rendered size, alpha
- * 255. @p capacity is the size of @p out in bytes. When that is too small the render is current all
- * the same, so lumvik_get_width() and lumvik_get_height() then give the size to allocate; calling
+ * Rows run from top to bottom without padding: width x height x 4 bytes of the rendered size, with
+ * alpha 255. @p capacity is the size of @p out in bytes. When that is too small the render is current
+ * all the same, so lumvik_get_width() and lumvik_get_height() then give the size to allocate; calling
  * lumvik_process() first to learn it costs a second render.
  *
  * With a subject mask and lumvik_set_bg_blur() above 0 the background is blurred, in the copy only.
@@ -550,8 +550,9 @@ LUMVIK_API void lumvik_set_ca_correction(EngineContext* ctx, float percent);
 LUMVIK_API void lumvik_set_lens_vignette(EngineContext* ctx, float percent);
 
 /**
- * Mutes saturated purple (hues 234 to 306 degrees) and green (90 to 144), to half the saturation at
- * 100. 0 to 100 percent, default 0; negative is off. Acts on all such colours, not only at edges.
+ * Mutes saturated purple (hues 234 to 306 degrees) and green (90 to 144), at 100 to half the
+ * saturation. 0 to 100 percent, default 0; negative is off. Acts on all such colours, not only at
+ * edges.
  */
 LUMVIK_API void lumvik_set_defringe(EngineContext* ctx, float percent);
 

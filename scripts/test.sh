@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds and checks everything, installing first what that takes: layout, static analysis, and all tests, once
-# with AddressSanitizer and UndefinedBehaviorSanitizer and once as shipped.
+# Builds and checks everything, installing first what that takes: layout, the reference's comments, static analysis, and
+# all tests, once with AddressSanitizer and UndefinedBehaviorSanitizer and once as shipped.
 #
 #   scripts/test.sh         all of that
 #   scripts/test.sh --all   and the thread tests with ThreadSanitizer
@@ -24,6 +24,9 @@ step "Packages"
 
 step "Layout"
 "$ROOT/scripts/check-format.sh"
+
+step "Reference of the interface"
+"$ROOT/scripts/build-docs.sh"
 
 step "Release build"
 configure release "$ROOT/build/release"
