@@ -1,11 +1,13 @@
 // Writing the developed photograph to a file.
 #include <algorithm>
+#include <opencv2/core/utility.hpp>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
 #include "api/engine_context.h"
 #include "image/exif_splice.h"
 #include "image/image_writer.h"
+#include "image/large_image.h"
 
 namespace lumvik {
 namespace {
@@ -14,17 +16,26 @@ constexpr int kMinJpegQuality = 1;
 constexpr int kMaxJpegQuality = 100;
 constexpr int kDeepPngBits = 16;
 
-// In the encoders' channel order, blue first.
-cv::Mat ToBgr8(const ImageBuffer& image) {
-  cv::Mat bgr;
-  cv::cvtColor(ToRgba8(image), bgr, cv::COLOR_RGBA2BGR);
+// In the encoders' channel order, blue first. Some rows at a time, on all threads: the encoder uses one, and
+// beside it a conversion of the whole image would be felt.
+template <typename Convert>
+cv::Mat ToBgr(const ImageBuffer& image, int type, const Convert& convert) {
+  cv::Mat bgr = LargeImage(image.size(), type);
+  cv::parallel_for_(cv::Range(0, image.rows), [&](const cv::Range& range) {
+    cv::Mat rows = bgr.rowRange(range);
+    convert(image.rowRange(range), rows);
+  });
   return bgr;
 }
 
+cv::Mat ToBgr8(const ImageBuffer& image) {
+  return ToBgr(image, CV_8UC3,
+               [](const cv::Mat& from, cv::Mat& to) { cv::cvtColor(ToRgba8(from), to, cv::COLOR_RGBA2BGR); });
+}
+
 cv::Mat ToBgr16(const ImageBuffer& image) {
-  cv::Mat bgr;
-  cv::cvtColor(ToRgb16(image), bgr, cv::COLOR_RGB2BGR);
-  return bgr;
+  return ToBgr(image, CV_16UC3,
+               [](const cv::Mat& from, cv::Mat& to) { cv::cvtColor(ToRgb16(from), to, cv::COLOR_RGB2BGR); });
 }
 
 // `convert` makes what the encoder takes from the rendered image; `failure` is the text of a failed write.

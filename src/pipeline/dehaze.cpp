@@ -9,6 +9,7 @@
 
 #include "image/large_image.h"
 #include "pipeline/pixel_math.h"
+#include "pipeline/square_minimum.h"
 
 namespace lumvik {
 namespace {
@@ -29,14 +30,7 @@ void ForStripes(int rows, int stripes, const Work& work) {
 
 // The smallest value of each pixel's neighbourhood.
 cv::Mat DarkChannel(const cv::Mat& smallest) {
-  const int patch = std::max(static_cast<int>(smallest.cols * kPatchShare) | 1, kMinPatch);
-  const cv::Mat square = cv::Mat::ones(patch, patch, CV_8U);
-  cv::Mat dark = LargeImage(smallest.size(), CV_32F);
-  ForStripes(dark.rows, cv::getNumThreads(), [&](const cv::Range& rows) {
-    cv::Mat stripe = dark.rowRange(rows);
-    cv::erode(smallest.rowRange(rows), stripe, square);
-  });
-  return dark;
+  return SquareMinimum(smallest, std::max(static_cast<int>(smallest.cols * kPatchShare) | 1, kMinPatch));
 }
 
 // The upper half of a value's bits, which has the values' order. What is not above 0, or no number, comes

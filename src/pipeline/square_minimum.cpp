@@ -1,0 +1,98 @@
+#include "pipeline/square_minimum.h"
+
+#include <algorithm>
+#include <limits>
+#include <opencv2/core/utility.hpp>
+#include <vector>
+
+#include "image/large_image.h"
+#include "image/vectorized.h"
+
+namespace lumvik {
+namespace {
+
+constexpr float kNothing = std::numeric_limits<float>::infinity();
+constexpr int kStripColumns = 4 * kLanes;
+constexpr int kStripesPerThread = 4;
+
+// to[i] = the smaller of a[i] and b[i], for a multiple of kLanes values; `to` may be `a`.
+void Smaller(const float* a, const float* b, float* to, int count) {
+  for (int i = 0; i < count; i += kLanes) {
+    const Lanes left = LoadLanes(a + i);
+    const Lanes right = LoadLanes(b + i);
+    StoreLanes(right < left ? right : left, to + i);
+  }
+}
+
+int RoundedUp(int count) {
+  return (count + kLanes - 1) / kLanes * kLanes;
+}
+
+// Calls `reduce(distance)`, which makes every value the smaller of itself and the one `distance` behind it,
+// until each is the smallest of `side`. The width doubles with each call but the last.
+template <typename Reduce>
+void ReduceTo(int side, const Reduce& reduce) {
+  int width = 1;
+  for (; width * 2 <= side; width *= 2) reduce(width);
+  if (width < side) reduce(side - width);
+}
+
+// Of the values around each in a row. `line` is room for RoundedUp(columns + side) + side values.
+void AlongRow(const float* row, int columns, int side, std::vector<float>& line, float* smallest) {
+  const int count = RoundedUp(columns + side);
+  line.assign(static_cast<size_t>(count + side), kNothing);
+  float* const values = line.data();
+  std::copy_n(row, columns, values + side / 2);
+  Vectorized(
+      [=] { ReduceTo(side, [=](int distance) { Smaller(values, values + distance, values, count); }); });
+  std::copy_n(values, columns, smallest);
+}
+
+// Of the values above and below each in some rows of a strip of columns.
+void DownStrip(const cv::Mat& plane, int left, const cv::Range& rows, int side, std::vector<float>& strip,
+               cv::Mat& smallest) {
+  const int columns = std::min(kStripColumns, plane.cols - left);
+  const int first = rows.start - side / 2;
+  int count = rows.size() + side - 1;
+  strip.assign(static_cast<size_t>(count) * kStripColumns, kNothing);
+  const auto row_at = [&](int i) { return strip.data() + static_cast<ptrdiff_t>(i) * kStripColumns; };
+  for (int i = 0; i < count; ++i) {
+    const int y = first + i;
+    if (y >= 0 && y < plane.rows) std::copy_n(plane.ptr<float>(y) + left, columns, row_at(i));
+  }
+  Vectorized([&] {
+    ReduceTo(side, [&](int distance) {
+      count -= distance;
+      for (int i = 0; i < count; ++i) Smaller(row_at(i), row_at(i + distance), row_at(i), kStripColumns);
+    });
+  });
+  for (int i = 0; i < count; ++i) std::copy_n(row_at(i), columns, smallest.ptr<float>(rows.start + i) + left);
+}
+
+}  // namespace
+
+cv::Mat SquareMinimum(const cv::Mat& plane, int side) {
+  const int stripes = cv::getNumThreads() * kStripesPerThread;
+  cv::Mat along_rows = LargeImage(plane.size(), CV_32F);
+  cv::parallel_for_(
+      cv::Range(0, plane.rows),
+      [&](const cv::Range& rows) {
+        std::vector<float> line;
+        for (int y = rows.start; y < rows.end; ++y) {
+          AlongRow(plane.ptr<float>(y), plane.cols, side, line, along_rows.ptr<float>(y));
+        }
+      },
+      stripes);
+  cv::Mat smallest = LargeImage(plane.size(), CV_32F);
+  cv::parallel_for_(
+      cv::Range(0, plane.rows),
+      [&](const cv::Range& rows) {
+        std::vector<float> strip;
+        for (int x = 0; x < plane.cols; x += kStripColumns)
+          DownStrip(along_rows, x, rows, side, strip, smallest);
+      },
+      stripes);
+  return smallest;
+}
+
+}  // namespace lumvik
