@@ -1,0 +1,34 @@
+# What `cmake --install` puts where, for hosts that look for lumvik with find_package or with pkg-config.
+# The components are the packages: runtime, development and command. No installed file names a library that the
+# engine is made with, nor the folder it was installed into: hosts need only lumvik, wherever it is moved.
+
+include(CMakePackageConfigHelpers)
+
+set(cmake_folder ${CMAKE_INSTALL_LIBDIR}/cmake/lumvik)
+set(pkgconfig_folder ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(TARGETS lumvik
+  EXPORT lumvik_targets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development
+  ARCHIVE DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT development
+  RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT runtime
+)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT development)
+
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/lumvik-config-version.cmake COMPATIBILITY SameMajorVersion)
+install(EXPORT lumvik_targets
+  NAMESPACE lumvik:: FILE lumvik-targets.cmake
+  DESTINATION ${cmake_folder} COMPONENT development
+)
+install(FILES ${CMAKE_CURRENT_LIST_DIR}/lumvik-config.cmake ${PROJECT_BINARY_DIR}/lumvik-config-version.cmake
+  DESTINATION ${cmake_folder} COMPONENT development
+)
+
+cmake_path(SET pkgconfig_path ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${pkgconfig_path} OUTPUT_VARIABLE pc_prefix)
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX} OUTPUT_VARIABLE pc_libdir)
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_INCLUDEDIR BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX}
+  OUTPUT_VARIABLE pc_includedir
+)
+configure_file(${CMAKE_CURRENT_LIST_DIR}/lumvik.pc.in ${PROJECT_BINARY_DIR}/lumvik.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/lumvik.pc DESTINATION ${pkgconfig_folder} COMPONENT development)
