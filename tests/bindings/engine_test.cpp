@@ -207,7 +207,8 @@ TEST(AutoTest, SuggestsWhatTheCFunctionsSuggest) {
 
 TEST(SubjectTest, MaskHasTheSizeOfItsImage) {
   const TempDir folder;
-  Engine engine = Loaded(kRaw);
+  Engine engine;
+  engine.Load(kRaw, RawQuality::kQuarter);
   engine.SegmentSubject(0.5F, 0.5F);
   const Size size = engine.loaded_size();
   ExpectSize(engine.mask_size(), size);

@@ -2,7 +2,9 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <memory>
 #include <opencv2/core.hpp>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -19,6 +21,10 @@ struct Setter {
   std::function<void(Engine&)> cpp;
   std::function<void(EngineContext*)> c;
 };
+
+void PrintTo(const Setter& setter, std::ostream* out) {
+  *out << setter.name;
+}
 
 // What a setter needs to be seen; the same on both sides.
 void Prepare(EngineContext* context) {

@@ -1,0 +1,24 @@
+// Loads a photograph, sets adjustments and writes the result.
+//
+//   c++ -std=c++17 develop.cpp $(pkg-config --cflags --libs lumvik) -o develop
+//   ./develop photo.ARW photo.jpg
+#include <iostream>
+#include <lumvik.hpp>
+
+int main(int argc, char** argv) {
+  if (argc != 3) {
+    std::cerr << "usage: develop IN OUT.jpg\n";
+    return 2;
+  }
+  try {
+    lumvik::Engine photo;
+    photo.Load(argv[1]);
+    photo.SetExposure(0.5F);  // stops; after the load, which resets every adjustment
+    photo.SetContrast(20);
+    photo.SetTemperature(6000);
+    photo.ExportJpeg(argv[2]);
+  } catch (const std::exception& error) {
+    std::cerr << error.what() << '\n';
+    return 1;
+  }
+}

@@ -1,0 +1,29 @@
+// Develops one photograph twice at the same time. An Engine belongs to one thread, so each has its own.
+//
+//   c++ -std=c++17 two_threads.cpp $(pkg-config --cflags --libs lumvik) -pthread -o two_threads
+//   ./two_threads photo.ARW dark.jpg bright.jpg
+#include <future>
+#include <iostream>
+#include <lumvik.hpp>
+
+static void Develop(const std::string& in, const std::string& out, float exposure) {
+  lumvik::Engine photo;
+  photo.Load(in);
+  photo.SetExposure(exposure);
+  photo.ExportJpeg(out);
+}
+
+int main(int argc, char** argv) {
+  if (argc != 4) {
+    std::cerr << "usage: two_threads IN DARK.jpg BRIGHT.jpg\n";
+    return 2;
+  }
+  try {
+    auto dark = std::async(std::launch::async, Develop, argv[1], argv[2], -1.0F);
+    Develop(argv[1], argv[3], 1.0F);
+    dark.get();  // throws what was thrown there
+  } catch (const std::exception& error) {
+    std::cerr << error.what() << '\n';
+    return 1;
+  }
+}

@@ -1,0 +1,59 @@
+#!/usr/bin/env bash
+# Builds the examples against the lumvik that CMake and pkg-config find, and runs them on a RAW file.
+#
+#   examples.sh EXAMPLES PHOTO FOLDER
+#
+# EXAMPLES is the folder of that name of the tree; what is built and written lies in FOLDER, which must not exist.
+# A photograph developed by the C and by the C++ version of an example must come out as the same bytes.
+set -euo pipefail
+
+examples=$1
+photo=$2
+folder=$3
+mkdir "$folder"
+cd "$folder"
+
+fail() {
+  echo "$*" >&2
+  exit 1
+}
+
+expect_jpeg() {
+  [[ $(head -c 3 "$1" | od -A n -t x1) == " ff d8 ff" ]] || fail "$1 is no JPEG"
+}
+
+expect_same() {
+  cmp "$1" "$2" || fail "$1 and $2 should be the same"
+}
+
+cmake -S "$examples" -B build -D CMAKE_BUILD_TYPE=Release >configure.log || fail "$(cat configure.log)"
+cmake --build build --parallel "$(nproc)" >build.log || fail "$(cat build.log)"
+
+for language in c cpp; do
+  build/develop_$language "$photo" develop_$language.jpg
+  build/preview_loop_$language "$photo" >preview_loop_$language.txt
+  build/two_threads_$language "$photo" dark_$language.jpg bright_$language.jpg
+  build/auto_tools_$language "$photo" auto_tools_$language.jpg >auto_tools_$language.txt
+  ! build/develop_$language missing.ARW out.jpg 2>error_$language.txt || fail "a missing photograph was developed"
+done
+for picture in develop dark bright auto_tools; do
+  expect_jpeg ${picture}_c.jpg
+  expect_same ${picture}_c.jpg ${picture}_cpp.jpg
+done
+for text in preview_loop auto_tools error; do
+  [[ -s ${text}_c.txt ]] || fail "${text}_c.txt is empty"
+  expect_same ${text}_c.txt ${text}_cpp.txt
+done
+[[ $(sort -u preview_loop_c.txt | wc -l) == 5 ]] || fail "the five previews are alike"
+! cmp -s dark_c.jpg bright_c.jpg || fail "the two threads wrote the same picture"
+
+# The words of pkg-config's answer are separate arguments.
+read -ra flags < <(pkg-config --cflags --libs lumvik)
+cc "$examples/c/develop.c" "${flags[@]}" -o develop_by_pkg_config_c
+c++ -std=c++17 "$examples/cpp/develop.cpp" "${flags[@]}" -o develop_by_pkg_config_cpp
+libdir=$(pkg-config --variable=libdir lumvik)
+for language in c cpp; do
+  LD_LIBRARY_PATH=$libdir ./develop_by_pkg_config_$language "$photo" pkg_config_$language.jpg
+  expect_same pkg_config_$language.jpg develop_c.jpg
+done
+[[ " ${flags[*]}" != *-l*-l* ]] || fail "a host should link nothing but lumvik: ${flags[*]}"
