@@ -32,6 +32,7 @@ test_packages=(
   clang-tidy    # the static analysis
   doxygen       # the reference of the interface, which is to be made without a warning
   python3       # the checks of the documents
+  abigail-tools # the check of the binary interface
 )
 picture_packages=(
   imagemagick  # scales the pictures of the documents and puts them side by side

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds and checks everything, installing first what that takes: layout, the reference's comments, static analysis, and
-# all tests, once with AddressSanitizer and UndefinedBehaviorSanitizer and once as shipped.
+# Builds and checks everything, installing first what that takes: layout, the reference's comments, binary interface,
+# static analysis, and all tests, once with AddressSanitizer and UndefinedBehaviorSanitizer and once as shipped.
 #
 #   scripts/test.sh         all of that
 #   scripts/test.sh --all   and the thread tests with ThreadSanitizer
@@ -31,6 +31,9 @@ step "Reference of the interface"
 step "Release build"
 configure release "$ROOT/build/release"
 cmake --build "$ROOT/build/release"
+
+step "Binary interface"
+"$ROOT/scripts/check-abi.sh"
 
 step "Static analysis"
 "$ROOT/scripts/check-tidy.sh"
