@@ -5,6 +5,7 @@
 #   scripts/install-dependencies.sh --build          what `cmake --preset release` needs
 #   scripts/install-dependencies.sh --build --test   and what scripts/test.sh calls besides
 #   scripts/install-dependencies.sh --pictures       what scripts/make-doc-pictures.sh calls besides
+#   scripts/install-dependencies.sh --package        what scripts/package.sh and scripts/test-packages.sh call
 set -euo pipefail
 
 build_packages=(
@@ -37,6 +38,11 @@ test_packages=(
 picture_packages=(
   imagemagick  # scales the pictures of the documents and puts them side by side
 )
+package_packages=(
+  dpkg-dev     # finds the packages that a library needs
+  file         # tells programs and libraries from other files
+  debootstrap  # the bare system that the packages are tried in
+)
 
 sets=()
 for argument in "$@"; do
@@ -44,8 +50,9 @@ for argument in "$@"; do
     --build) sets+=("${build_packages[@]}") ;;
     --test) sets+=("${test_packages[@]}") ;;
     --pictures) sets+=("${picture_packages[@]}") ;;
+    --package) sets+=("${package_packages[@]}") ;;
     *)
-      echo "usage: $0 [--build] [--test] [--pictures]" >&2
+      echo "usage: $0 [--build] [--test] [--pictures] [--package]" >&2
       exit 2
       ;;
   esac
