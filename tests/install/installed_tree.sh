@@ -34,4 +34,5 @@ if [[ -e $command ]]; then
   "$command" develop "$source/samples/sample_small.ARW" -o "$folder/out.jpg" --exposure 0.5 --contrast 20 \
     --temperature 6000
   cmp "$folder/out.jpg" "$folder/hosts/develop_c.jpg" || fail "the command and a host develop differently"
+  "$source/tests/install/manual.sh" "$folder/tree"
 fi
