@@ -54,6 +54,7 @@ inside "apt-get -q update && $install ./packages/lumvik_*.deb ./packages/liblumv
   fail "$(cat "$root/lumvik/log")"
 [[ $(inside 'lumvik --version') == "lumvik $version" ]] || fail "the command has another version than $version"
 inside 'lumvik develop sample_small.ARW -o command.jpg --exposure 0.5 --contrast 20 --temperature 6000'
+inside 'ls /usr/share/man/man1/lumvik.1 /usr/share/bash-completion/completions/lumvik' >/dev/null
 ! inside 'find /usr -name lumvik.h' | grep . || fail "the headers came with the command"
 
 step "Hosts in C and C++"

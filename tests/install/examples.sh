@@ -48,7 +48,7 @@ done
 ! cmp -s dark_c.jpg bright_c.jpg || fail "the two threads wrote the same picture"
 
 # The words of pkg-config's answer are separate arguments.
-read -ra flags < <(pkg-config --cflags --libs lumvik)
+read -ra flags <<<"$(pkg-config --cflags --libs lumvik)"
 cc "$examples/c/develop.c" "${flags[@]}" -o develop_by_pkg_config_c
 c++ -std=c++17 "$examples/cpp/develop.cpp" "${flags[@]}" -o develop_by_pkg_config_cpp
 libdir=$(pkg-config --variable=libdir lumvik)
