@@ -43,6 +43,7 @@ namespace lumvik {
 /** A call that failed: its status, and as what() the text of the last error. */
 class Error : public std::runtime_error {
  public:
+  /** A failure by the status and the text that lumvik.h gives. */
   Error(int status, const std::string& text) : std::runtime_error(text), status_(status) {}
 
   /** The status of the function in lumvik.h, -1 to -4. */
@@ -52,59 +53,82 @@ class Error : public std::runtime_error {
   int status_;
 };
 
-/** Memory of the host to write to: @p size bytes from @p data on. */
+/** Memory of the host to write to. */
 struct Bytes {
+  /** @p count bytes from @p first on. */
   Bytes(std::uint8_t* first, std::size_t count) : data(first), size(count) {}
+  /** All that the vector holds. */
   Bytes(std::vector<std::uint8_t>& all) : data(all.data()), size(all.size()) {}  // NOLINT: may be implicit
 
-  std::uint8_t* data;
-  std::size_t size;
+  std::uint8_t* data; /**< The first byte. */
+  std::size_t size;   /**< The number of bytes. */
 };
 
-/** Width and height in pixels. */
+/** A size in pixels. */
 struct Size {
-  int width = 0;
-  int height = 0;
+  int width = 0;  /**< Columns. */
+  int height = 0; /**< Rows. */
 };
 
-/** 8 bits a channel: height rows from top to bottom of width pixels, without padding. */
+/** 8 bits a channel: rows from top to bottom, without padding. */
 struct Image {
-  int width = 0;
-  int height = 0;
+  int width = 0;                  /**< Pixels in a row. */
+  int height = 0;                 /**< Rows. */
   int channels = 0;               /**< 4: red, green, blue, alpha; 1: a mask. */
   std::vector<std::uint8_t> data; /**< width x height x channels bytes. */
 };
 
-/** Pixels by level 0 to 255. Each array sums to width x height of the render. */
+/** Pixels by level. Each array sums to width x height of the render. */
 struct Histogram {
+  /** The number of pixels at the levels 0 to 255. */
   using Bins = std::array<std::uint32_t, LUMVIK_HISTOGRAM_BINS>;
-  Bins red, green, blue;
+
+  Bins red;       /**< Of red. */
+  Bins green;     /**< Of green. */
+  Bins blue;      /**< Of blue. */
   Bins luminance; /**< Of 0.2126 R + 0.7152 G + 0.0722 B. */
 };
 
-/** A rectangle in fractions, 0 to 1, of width and height; x and y are the left top corner. */
+/** A rectangle in fractions, 0 to 1, of width and height. */
 struct Crop {
-  float x = 0, y = 0, w = 0, h = 0;
+  float x = 0; /**< The left edge. */
+  float y = 0; /**< The top edge. */
+  float w = 0; /**< The width. */
+  float h = 0; /**< The height. */
 };
 
+/** What Engine::AutoWhiteBalance() suggests. */
 struct WhiteBalance {
   float temperature = 5500; /**< Kelvin. */
   float tint = 0;           /**< -150 to 150; positive is magenta. */
 };
 
-/** What AutoEnhance() suggests, each in the unit of the setter of its name. */
+/** What Engine::AutoEnhance() suggests, each value for the setter of its name. */
 struct Enhancement {
-  float exposure, brightness, contrast, highlights, shadows, whites, blacks;
-  float temperature, tint;
-  float saturation, vibrance;
-  float sharpening_amount, sharpening_threshold;
-  float nr_luminance, nr_color;
+  float exposure;             /**< Stops, -0.25 to 1. */
+  float brightness;           /**< 0 percent. */
+  float contrast;             /**< -15 to 28 percent. */
+  float highlights;           /**< -40 to 0 percent. */
+  float shadows;              /**< 15 to 25 percent. */
+  float whites;               /**< 0 percent. */
+  float blacks;               /**< 5 percent. */
+  float temperature;          /**< 6500 kelvin. */
+  float tint;                 /**< 0. */
+  float saturation;           /**< 5 percent. */
+  float vibrance;             /**< 16 percent. */
+  float sharpening_amount;    /**< 6 of 150. */
+  float sharpening_threshold; /**< 0. */
+  float nr_luminance;         /**< 0 to 35 percent. */
+  float nr_color;             /**< 1 percent. */
 };
 
+/** A point of a tone curve, with levels of 0 to 1. */
 struct CurvePoint {
-  float x, y; /**< Input and output level, 0 to 1. */
+  float x; /**< The input level. */
+  float y; /**< The output level. */
 };
 
+/** The tone curves. */
 enum class Curve {
   kMaster = LUMVIK_CURVE_MASTER, /**< All three colours, ahead of their own curves. */
   kRed = LUMVIK_CURVE_RED,
@@ -112,6 +136,7 @@ enum class Curve {
   kBlue = LUMVIK_CURVE_BLUE
 };
 
+/** The hue bands; their centres stand in lumvik.h. */
 enum class Band {
   kRed = LUMVIK_BAND_RED,
   kOrange = LUMVIK_BAND_ORANGE,
@@ -130,6 +155,7 @@ enum class RawQuality {
   kQuarter = 4 /**< At a quarter, at most 1000. */
 };
 
+/** Bits a channel of a written PNG. */
 enum class BitDepth { k8 = 8, k16 = 16 };
 
 /** One photograph: its adjustments, last render and subject mask. Can be moved, not copied. */

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes the reference of the interface from the comments of include/lumvik.h. Fails when Doxygen warns. Needs Doxygen
-# (scripts/install-dependencies.sh --test).
+# Makes the reference of the interface from the comments of the headers in include/. Fails when Doxygen warns. Needs
+# Doxygen (scripts/install-dependencies.sh --test).
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"

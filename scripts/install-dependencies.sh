@@ -40,6 +40,7 @@ picture_packages=(
 )
 package_packages=(
   dpkg-dev     # finds the packages that a library needs
+  git          # knows the time of the commit
   file         # tells programs and libraries from other files
   debootstrap  # the bare system that the packages are tried in
 )

@@ -12,7 +12,7 @@ configure package "$build"
 cmake --build "$build"
 
 rm -rf "$build/packages"
-SOURCE_DATE_EPOCH=$(git -C "$ROOT" log -1 --format=%ct)
+SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git -C "$ROOT" log -1 --format=%ct)}
 export SOURCE_DATE_EPOCH
 cd "$build"
 cpack -G DEB

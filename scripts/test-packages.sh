@@ -30,6 +30,7 @@ mirror=$(sources | awk -v release="$codename" '$3 == release && $4 == "main" { p
 [[ -n $mirror ]] || skip "no source of $codename is known to apt"
 
 root=$(mktemp -d)
+chmod 755 "$root" # apt fetches as a user of its own
 trap 'rm -rf --one-file-system "$root"' EXIT
 
 step "Bare Debian from $mirror"
@@ -46,11 +47,11 @@ inside() {
   chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin HOME=/root LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive \
     bash -euo pipefail -c "cd /lumvik; $1"
 }
-install='apt-get -q install -y --no-install-recommends'
+install='apt-get -q -o Dpkg::Use-Pty=0 install -y --no-install-recommends'
 version=$(sed -n 's/^project(lumvik VERSION \([0-9.]*\).*/\1/p' "$ROOT/CMakeLists.txt")
 
 step "The command"
-inside "apt-get -q update && $install ./packages/lumvik_*.deb ./packages/liblumvik1_*.deb" >"$root/lumvik/log" ||
+inside "apt-get -q update && $install ./packages/lumvik_*.deb ./packages/liblumvik1_*.deb" &>"$root/lumvik/log" ||
   fail "$(cat "$root/lumvik/log")"
 [[ $(inside 'lumvik --version') == "lumvik $version" ]] || fail "the command has another version than $version"
 inside 'lumvik develop sample_small.ARW -o command.jpg --exposure 0.5 --contrast 20 --temperature 6000'
@@ -58,7 +59,7 @@ inside 'ls /usr/share/man/man1/lumvik.1 /usr/share/bash-completion/completions/l
 ! inside 'find /usr -name lumvik.h' | grep . || fail "the headers came with the command"
 
 step "Hosts in C and C++"
-inside "$install ./packages/liblumvik-dev_*.deb g++ cmake make pkg-config" >"$root/lumvik/log" ||
+inside "$install ./packages/liblumvik-dev_*.deb g++ cmake make pkg-config" &>"$root/lumvik/log" ||
   fail "$(cat "$root/lumvik/log")"
 ! inside "dpkg-query -W -f '\${Package}\n'" | grep -E '^lib(opencv|raw|exif|lcms).*-dev' ||
   fail "the headers brought those of the libraries that the engine is made with"
@@ -66,6 +67,6 @@ inside './examples.sh /lumvik/examples /lumvik/sample_small.ARW /lumvik/hosts'
 inside 'cmp command.jpg hosts/develop_c.jpg'
 
 step "Removal"
-inside 'apt-get -q purge -y lumvik liblumvik-dev liblumvik1' >"$root/lumvik/log" || fail "$(cat "$root/lumvik/log")"
+inside 'apt-get -q purge -y lumvik liblumvik-dev liblumvik1' &>"$root/lumvik/log" || fail "$(cat "$root/lumvik/log")"
 ! inside 'find /usr /etc -name "*lumvik*"' | grep . || fail "the packages leave files behind"
 echo "The packages work."
