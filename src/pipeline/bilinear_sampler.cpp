@@ -86,12 +86,12 @@ void SamplePlaces(const Source& source, const Places& places, const Weights& wei
 
 RowImage Sampled(const cv::Mat& working, const PlaceRow& place_row) {
   const auto read = [=](const PixelRow& part) {
-    Places places;
+    Places places;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by place_row
     place_row(part, places);
     const Source source = {working.ptr<float>(), static_cast<ptrdiff_t>(working.step1()), working.cols,
                            working.rows};
     float mixed[kMaxPart * kChannels];
-    Weights weights;
+    Weights weights;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by Weigh
     Vectorized([&, columns = part.columns] { Weigh(places, columns, weights); });
     Vectorized([&, columns = part.columns] { SamplePlaces(source, places, weights, columns, mixed); });
     LoadPixels(mixed, part);

@@ -102,18 +102,18 @@ float Airlight(const cv::Mat& dark) {
 
 // Blurred by OpenCV itself: a threshold and a division follow, which make a difference in the last bit seen.
 // It works on one thread; called for some rows, it looks at the rows around by itself.
-cv::Mat Transmission(const cv::Mat& dark, float strength, float airlight) {
-  cv::Mat raw = LargeImage(dark.size(), CV_32F);
+// It is made in the place of `dark`.
+cv::Mat Transmission(cv::Mat& dark, float strength, float airlight) {
   ForStripes(dark.rows, cv::getNumThreads(), [&](const cv::Range& rows) {
-    raw.rowRange(rows) =
-        1.0 - dark.rowRange(rows) * static_cast<double>(strength) / static_cast<double>(airlight);
+    cv::Mat stripe = dark.rowRange(rows);
+    stripe = 1.0 - stripe * static_cast<double>(strength) / static_cast<double>(airlight);
   });
   cv::Mat transmission = LargeImage(dark.size(), CV_32F);
   // The last bits of a single column depend on its number of rows, those of wider planes do not.
   const int stripes = dark.cols == 1 ? 1 : cv::getNumThreads();
   ForStripes(dark.rows, stripes, [&](const cv::Range& rows) {
     cv::Mat stripe = transmission.rowRange(rows);
-    cv::GaussianBlur(raw.rowRange(rows), stripe, cv::Size(), kTransmissionSigma);
+    cv::GaussianBlur(dark.rowRange(rows), stripe, cv::Size(), kTransmissionSigma);
   });
   return transmission;
 }
@@ -142,7 +142,7 @@ RowKernel StoreSmallest(const cv::Mat& plane) {
 }
 
 RowKernel Dehaze(const cv::Mat& smallest, float amount) {
-  const cv::Mat dark = DarkChannel(smallest);
+  cv::Mat dark = DarkChannel(smallest);
   const float airlight = Airlight(dark);
   return MakeRowKernel(
       [airlight](const PixelRow& row, const float* transmission) { Clear(row, transmission, airlight); },

@@ -15,7 +15,7 @@ constexpr int kStripesPerThread = 4;
 
 Window HalfOf(const cv::Mat& kernel) {
   const auto* weights = kernel.ptr<float>();
-  return Window(weights + kernel.total() / 2, weights + kernel.total());
+  return {weights + kernel.total() / 2, weights + kernel.total()};
 }
 
 // The weighted sums of 16 `vectors` neighbouring values from x on, and of those that lie k away from each on

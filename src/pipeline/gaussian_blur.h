@@ -52,7 +52,8 @@ class RowBlur {
   template <typename RowAt>
   void Blur(const RowAt& row_at, Columns columns, float* blurred) {
     const int reach = Reach(window_);
-    for (int i = -reach; i <= reach; ++i) rows_[static_cast<size_t>(i + reach)] = row_at(i);
+    const float** middle = rows_.data() + reach;
+    for (int i = -reach; i <= reach; ++i) middle[i] = row_at(i);
     BlurRows(columns, blurred);
   }
 

@@ -23,7 +23,10 @@ int ReachOf(const RowStep& step) {
 // bottom.
 class RowStream {
  public:
+  RowStream() = default;
   virtual ~RowStream() = default;
+  RowStream(const RowStream&) = delete;
+  RowStream& operator=(const RowStream&) = delete;
   virtual void Read(const PixelRow& part) = 0;
 };
 
@@ -175,6 +178,7 @@ void RunRowSteps(const RowImage& image, const RowSteps& steps, const RowKernel& 
   const int threads = std::max(cv::getNumThreads(), 1);
   const int rows_per_chunk = RowsPerChunk(image.size.height, steps, threads);
   std::vector<std::unique_ptr<RowStream>> streams;
+  streams.reserve(static_cast<size_t>(threads));
   for (int i = 0; i < threads; ++i) streams.push_back(MakeStream(image, steps));
 
   std::atomic<int> next_row{0};

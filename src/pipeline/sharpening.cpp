@@ -49,7 +49,7 @@ RowStep WideSharpening(const cv::Mat& working, float amount, float radius, float
     blurs.emplace_back(plane, sigma);
   }
   return RowKernel([blurs, sharpen = SharpenRow(amount, threshold)](const PixelRow& row) {
-    float blurred[3][kMaxPart];
+    float blurred[3][kMaxPart] = {};
     for (size_t color = 0; color < blurs.size(); ++color) {
       blurs[color].Read(row.x, row.y, row.columns, blurred[color]);
     }

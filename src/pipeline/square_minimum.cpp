@@ -40,7 +40,8 @@ void ReduceTo(int side, const Reduce& reduce) {
 // Of the values around each in a row. `line` is room for RoundedUp(columns + side) + side values.
 void AlongRow(const float* row, int columns, int side, std::vector<float>& line, float* smallest) {
   const int count = RoundedUp(columns + side);
-  line.assign(static_cast<size_t>(count + side), kNothing);
+  const int room = count + side;
+  line.assign(static_cast<size_t>(room), kNothing);
   float* const values = line.data();
   std::copy_n(row, columns, values + side / 2);
   Vectorized(
@@ -54,7 +55,7 @@ void DownStrip(const cv::Mat& plane, int left, const cv::Range& rows, int side, 
   const int columns = std::min(kStripColumns, plane.cols - left);
   const int first = rows.start - side / 2;
   int count = rows.size() + side - 1;
-  strip.assign(static_cast<size_t>(count) * kStripColumns, kNothing);
+  strip.assign(static_cast<size_t>(count) * size_t{kStripColumns}, kNothing);
   const auto row_at = [&](int i) { return strip.data() + static_cast<ptrdiff_t>(i) * kStripColumns; };
   for (int i = 0; i < count; ++i) {
     const int y = first + i;

@@ -6,8 +6,8 @@
 
 namespace lumvik {
 
-// `plane` (CV_32FC1) eroded by a square of that odd side, as cv::erode does it: what lies beyond the edge takes no
-// part. The time does not grow with the side but for its logarithm. Works on all threads.
+// `plane` (CV_32FC1) eroded by a square of that odd side, as cv::erode does it: what lies beyond the edge
+// takes no part. The time does not grow with the side but for its logarithm. Works on all threads.
 cv::Mat SquareMinimum(const cv::Mat& plane, int side);
 
 }  // namespace lumvik

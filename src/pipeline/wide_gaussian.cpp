@@ -125,10 +125,10 @@ class Sampler {
       AddRows(
           window_, [rows](int k) { return rows[k]; }, plane_.cols, line_.data() + before);
     });
-    const auto length = static_cast<int>(line_.size());
-    for (int x = -before; x < length - before; x = x == -1 ? plane_.cols : x + 1) {
-      line_[static_cast<size_t>(x + before)] =
-          line_[static_cast<size_t>(before + cv::borderInterpolate(x, plane_.cols, cv::BORDER_REFLECT_101))];
+    float* const first = line_.data() + before;
+    const int behind = static_cast<int>(line_.size()) - before;
+    for (int x = -before; x < behind; x = x == -1 ? plane_.cols : x + 1) {
+      first[x] = first[cv::borderInterpolate(x, plane_.cols, cv::BORDER_REFLECT_101)];
     }
     AlongLine(points);
   }
@@ -137,10 +137,11 @@ class Sampler {
   // Every step_-th pixel side by side, so that neighbouring grid points have neighbouring addresses.
   void AlongLine(float* points) {
     const int length = points_ + 2 * kSmallReach;
+    const float* const line = line_.data();
     float* const phases = phases_.data();
     for (int phase = 0; phase < step_; ++phase) {
       for (int i = 0; i < length; ++i) {
-        phases[phase * length + i] = line_[static_cast<size_t>(i * step_ + phase)];
+        phases[phase * length + i] = line[i * step_ + phase];
       }
     }
     const auto phase_row = [=, step = step_](int k) { return phases + k % step * length + k / step; };
