@@ -23,7 +23,7 @@ build_packages=(
   libcli11-dev             # the command line's options
   nlohmann-json3-dev       # settings files
   libpng-dev               # the command line: PNG files of previews, masks and histograms
-  libexiv2-dev             # the command line: the orientation in the EXIF of a written JPEG
+  libexiv2-dev             # the command line: metadata of written pictures, XMP files
   libgtest-dev             # the tests: a release build holds them
   libgmock-dev             # the tests' matchers
   libbenchmark-dev         # the benchmarks

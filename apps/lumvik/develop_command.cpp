@@ -16,6 +16,7 @@
 #include "lumvik.h"
 #include "output_format.h"
 #include "photograph.h"
+#include "picture_metadata.h"
 #include "png_file.h"
 #include "png_option.h"
 #include "range.h"
@@ -24,13 +25,13 @@
 #include "settings_file.h"
 #include "staged_file.h"
 #include "subject.h"
-#include "written_jpeg.h"
 
 namespace lumvik {
 namespace {
 
 constexpr Range<int> kJpegQualities = {1, 100};
 constexpr Range<float> kBlurs = {0, 100};
+constexpr int kNoExif = 0;  // of the engine's own, which knows neither RAW files nor other formats
 constexpr char kSettingsEnding[] = ".json";
 
 // The headings of the other options in the help.
@@ -44,6 +45,7 @@ struct DevelopOptions {
   int jpeg_quality = 90;
   std::optional<int> bits;
   bool no_exif = false;
+  bool strip_gps = false;
   std::optional<std::string> preview;
   float background_blur = 0;
   SubjectPoint subject;
@@ -60,16 +62,10 @@ void CheckBits(std::optional<int> bits, OutputFormat format) {
   }
 }
 
-int ExportJpeg(EngineContext* context, const DevelopOptions& options, const char* path) {
-  const int status = lumvik_export_jpeg(context, path, options.jpeg_quality, 0, options.no_exif ? 0 : 1);
-  if (status == 0 && !options.no_exif) FinishExif(path);
-  return status;
-}
-
 int Export(EngineContext* context, const DevelopOptions& options, OutputFormat format, const char* path) {
   switch (format) {
     case OutputFormat::kJpeg:
-      return ExportJpeg(context, options, path);
+      return lumvik_export_jpeg(context, path, options.jpeg_quality, 0, kNoExif);
     case OutputFormat::kPng:
       return lumvik_export_png(context, path, options.bits.value_or(8));
     case OutputFormat::kTiff:
@@ -107,7 +103,11 @@ void WriteOutput(const DevelopOptions& options, const std::filesystem::path& tar
                  Engine& engine) {
   StagedFile file(target, EndingOf(format));
   engine.Run("cannot write '" + *options.output + "'", [&](EngineContext* context) {
-    return Export(context, options, format, file.TemporaryPath().c_str());
+    const int status = Export(context, options, format, file.TemporaryPath().c_str());
+    if (status == 0 && !options.no_exif) {
+      CopyMetadata(options.photograph.input, file.TemporaryPath(), options.strip_gps);
+    }
+    return status;
   });
   file.Commit();
   PrintResult(*options.output, lumvik_get_width(engine.Context()), lumvik_get_height(engine.Context()));
@@ -188,7 +188,10 @@ void AddOutputOptions(CLI::App& command, DevelopOptions& options) {
       ->type_name("BITS")
       ->check(CLI::Validator(KnownBits, ""))
       ->group(kOutput);
-  command.add_flag("--no-exif", options.no_exif, "Leave the photograph's EXIF out of a written JPEG")
+  command.add_flag("--no-exif", options.no_exif, "Leave the photograph's metadata out of OUT")
+      ->group(kOutput);
+  command
+      .add_flag("--strip-gps", options.strip_gps, "Leave the place where the photograph was taken out of OUT")
       ->group(kOutput);
 }
 

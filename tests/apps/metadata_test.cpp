@@ -1,0 +1,219 @@
+// The metadata of a developed picture: what the photograph tells of its taking and its author, in each
+// format.
+#include <algorithm>
+#include <cstdint>
+#include <filesystem>
+#include <opencv2/imgcodecs.hpp>
+
+#include "command_test.h"
+#include "exif_file.h"
+
+namespace lumvik::test {
+namespace {
+
+const std::string kRaw = LUMVIK_SAMPLES "/sample_small.ARW";
+const std::string kTower = LUMVIK_TEST_DATA "/tower_orientation8.jpg";
+const std::string kDng = LUMVIK_TEST_DATA "/jpeg_thumb.dng";
+
+constexpr const char* kCameraTags[] = {"Exif.Image.Make",
+                                       "Exif.Image.Model",
+                                       "Exif.Image.DateTime",
+                                       "Exif.Photo.ExposureTime",
+                                       "Exif.Photo.FNumber",
+                                       "Exif.Photo.ISOSpeedRatings",
+                                       "Exif.Photo.DateTimeOriginal",
+                                       "Exif.Photo.FocalLength",
+                                       "Exif.Photo.LensModel"};
+constexpr const char* kGpsTags[] = {"Exif.GPSInfo.GPSLatitudeRef", "Exif.GPSInfo.GPSLatitude",
+                                    "Exif.GPSInfo.GPSLongitudeRef", "Exif.GPSInfo.GPSLongitude"};
+
+template <typename Tags>
+void ExpectSameTags(const Exiv2::ExifData& actual, const Exiv2::ExifData& expected, const Tags& tags) {
+  for (const char* tag : tags) {
+    EXPECT_NE(TagValue(expected, tag), "(none)") << tag;
+    EXPECT_EQ(TagValue(actual, tag), TagValue(expected, tag)) << tag;
+  }
+}
+
+int CountOfGroup(const Exiv2::ExifData& exif, const std::string& group) {
+  return static_cast<int>(std::count_if(exif.begin(), exif.end(), [&](const Exiv2::Exifdatum& tag) {
+    return tag.groupName().rfind(group, 0) == 0;
+  }));
+}
+
+std::string XmpValue(const Exiv2::XmpData& xmp, const std::string& key) {
+  const auto entry = xmp.findKey(Exiv2::XmpKey(key));
+  return entry == xmp.end() ? "(none)" : entry->toString();
+}
+
+// A JPEG by an author who tells his name in all three kinds of metadata, taken at a place.
+std::string SignedPhotograph(const std::string& path) {
+  const auto image = Exiv2::ImageFactory::open(path);
+  image->exifData()["Exif.Image.Artist"] = "Ada";
+  image->exifData()["Exif.Image.Copyright"] = "(c) Ada";
+  image->exifData()["Exif.Photo.SubjectArea"] = "30 20";
+  image->exifData()["Exif.GPSInfo.GPSLatitudeRef"] = "N";
+  image->exifData()["Exif.GPSInfo.GPSLatitude"] = "48/1 51/1 0/1";
+  image->iptcData()["Iptc.Application2.Copyright"] = std::string("(c) Ada");
+  image->xmpData()["Xmp.dc.rights"] = "lang=\"x-default\" (c) Ada";
+  image->xmpData()["Xmp.dc.format"] = "image/x-other";
+  image->xmpData()["Xmp.xmp.Rating"] = "4";
+  image->xmpData()["Xmp.exif.GPSLatitude"] = "48,51.0N";
+  image->xmpData()["Xmp.crs.Exposure2012"] = "+1.00";
+  image->xmpData()["Xmp.tiff.Orientation"] = "8";
+  image->writeMetadata();
+  return path;
+}
+
+// The endings of the formats.
+class MetadataTest : public CommandTest, public ::testing::WithParamInterface<const char*> {
+ protected:
+  // Develops a photograph to the format and returns the file with its metadata.
+  auto DevelopedFile(const std::string& input, const std::vector<std::string>& options = {}) const {
+    picture = Developed(input, output, options);
+    auto file = Exiv2::ImageFactory::open(output);
+    file->readMetadata();
+    return file;
+  }
+
+  const std::string output = Path(std::string("out") + GetParam());
+  mutable cv::Mat picture;
+};
+INSTANTIATE_TEST_SUITE_P(Formats, MetadataTest, ::testing::Values(".jpg", ".png", ".tif"),
+                         [](const auto& format) { return std::string(format.param + 1); });
+
+TEST_P(MetadataTest, ARawFileHandsItsOn) {
+  const auto file = DevelopedFile(kRaw, {"--quality", "4"});
+  const Exiv2::ExifData source = ReadExif(kRaw);
+  ExpectSameTags(file->exifData(), source, kCameraTags);
+  ExpectSameTags(file->exifData(), source, kGpsTags);
+  EXPECT_EQ(TagValue(file->exifData(), "Exif.Image.Make"), "SONY");
+  EXPECT_EQ(TagValue(file->exifData(), "Exif.Photo.LensModel"), "FE 24-105mm F4 G OSS");
+}
+
+TEST_P(MetadataTest, TheSizeAndTheOrientationAreThoseOfThePicture) {
+  const auto file = DevelopedFile(kTower, {"--crop", "0.25,0.25,0.5,0.5"});
+  ASSERT_EQ(picture.size(), cv::Size(1136, 852));
+  EXPECT_EQ(TagValue(file->exifData(), "Exif.Image.Orientation"), "1");
+  EXPECT_EQ(TagValue(file->exifData(), "Exif.Photo.PixelXDimension"), "1136");
+  EXPECT_EQ(TagValue(file->exifData(), "Exif.Photo.PixelYDimension"), "852");
+}
+
+TEST_P(MetadataTest, WhatTellsOfThePhotographsFileStaysBehind) {
+  for (const std::string& photograph : {kRaw, kDng, kTower}) {
+    ASSERT_FALSE(ReadExif(photograph).empty());
+    const auto file = DevelopedFile(photograph, {"--quality", "4"});
+    const Exiv2::ExifData& exif = file->exifData();
+    EXPECT_EQ(TagValue(exif, "Exif.Photo.MakerNote"), "(none)");
+    EXPECT_EQ(TagValue(exif, "Exif.Image.DNGVersion"), "(none)");
+    for (const char* group : {"Thumbnail", "SubImage", "Sony", "Canon", "MakerNote", "Iop"}) {
+      EXPECT_EQ(CountOfGroup(exif, group), 0) << group << " of " << photograph;
+    }
+    EXPECT_EQ(Exiv2::ExifThumbC(exif).copy().size_, 0);
+  }
+}
+
+// Writing the metadata must not cost a pixel, though a TIFF's are moved to make room.
+TEST_P(MetadataTest, ThePixelsAreThoseWithout) {
+  DevelopedFile(kRaw, {"--quality", "4"});
+  const cv::Mat with = picture;
+  EXPECT_TRUE(DevelopedFile(kRaw, {"--quality", "4", "--no-exif"})->xmpData().empty());
+  ASSERT_EQ(with.size(), picture.size());
+  EXPECT_EQ(GreatestDifference(with, picture), 0);
+  EXPECT_GT(cv::norm(with), 0);
+}
+
+TEST_P(MetadataTest, TheAuthorIsKeptInAllThreeKinds) {
+  const auto file = DevelopedFile(SignedPhotograph(Photograph("in.jpg")));
+  EXPECT_EQ(TagValue(file->exifData(), "Exif.Image.Artist"), "Ada");
+  EXPECT_EQ(TagValue(file->exifData(), "Exif.Image.Copyright"), "(c) Ada");
+  EXPECT_EQ(TagValue(file->exifData(), "Exif.Photo.SubjectArea"), "(none)");
+  const auto iptc = file->iptcData().findKey(Exiv2::IptcKey("Iptc.Application2.Copyright"));
+  ASSERT_NE(iptc, file->iptcData().end());
+  EXPECT_EQ(iptc->toString(), "(c) Ada");
+  EXPECT_EQ(XmpValue(file->xmpData(), "Xmp.dc.rights"), "lang=\"x-default\" (c) Ada");
+  EXPECT_EQ(XmpValue(file->xmpData(), "Xmp.xmp.Rating"), "4");
+  EXPECT_EQ(XmpValue(file->xmpData(), "Xmp.exif.GPSLatitude"), "48,51.0N");
+  for (const char* key : {"Xmp.dc.format", "Xmp.crs.Exposure2012", "Xmp.tiff.Orientation"}) {
+    EXPECT_EQ(XmpValue(file->xmpData(), key), "(none)") << key;
+  }
+}
+
+TEST_P(MetadataTest, StripGpsLeavesThePlaceOut) {
+  for (const std::string& photograph : {kRaw, SignedPhotograph(Photograph("in.jpg"))}) {
+    ASSERT_GT(CountOfGroup(ReadExif(photograph), "GPSInfo"), 0);
+    const auto file = DevelopedFile(photograph, {"--quality", "4", "--strip-gps"});
+    EXPECT_EQ(CountOfGroup(file->exifData(), "GPSInfo"), 0);
+    EXPECT_EQ(TagValue(file->exifData(), "Exif.Image.GPSTag"), "(none)");
+    EXPECT_EQ(XmpValue(file->xmpData(), "Xmp.exif.GPSLatitude"), "(none)");
+    EXPECT_NE(TagValue(file->exifData(), "Exif.Image.Orientation"), "(none)");
+    EXPECT_EQ(ReadFile(output).find("48,51.0N"), std::string::npos);
+  }
+}
+
+TEST_P(MetadataTest, NoExifLeavesAllOut) {
+  const auto file = DevelopedFile(SignedPhotograph(Photograph("in.jpg")), {"--no-exif"});
+  EXPECT_EQ(TagValue(file->exifData(), "Exif.Image.Artist"), "(none)");
+  EXPECT_EQ(CountOfGroup(file->exifData(), "Photo") + CountOfGroup(file->exifData(), "GPSInfo"), 0);
+  EXPECT_TRUE(file->iptcData().empty());
+  EXPECT_TRUE(file->xmpData().empty());
+}
+
+// What exiv2 cannot read has no metadata; that is no failure.
+TEST_P(MetadataTest, AKindOfFileWithoutMetadataIsWrittenAsItIs) {
+  const std::string in = Photograph("in.bmp");
+  DevelopedFile(in);
+  const std::string with = ReadFile(output);
+  DevelopedFile(in, {"--no-exif"});
+  EXPECT_EQ(ReadFile(output), with);
+}
+
+// The lens of an old camera, which is a number in its maker note.
+TEST_P(MetadataTest, ALensOfTheMakerNoteIsNamed) {
+  const std::string in = Photograph("in.jpg");
+  Exiv2::ExifData exif;
+  exif["Exif.Image.Make"] = "Canon";
+  exif["Exif.Image.Model"] = "Canon EOS 5D Mark III";
+  exif["Exif.CanonCs.LensType"] = std::uint16_t{198};
+  exif["Exif.CanonCs.Lens"] = "50 50 1";
+  WriteExif(in, exif);
+  EXPECT_EQ(TagValue(DevelopedFile(in)->exifData(), "Exif.Photo.LensModel"), "Canon EF 50mm f/1.4 USM");
+}
+
+using MetadataFailureTest = CommandTest;
+
+// The engine decodes a photograph whose metadata nobody can read.
+TEST_F(MetadataFailureTest, BrokenMetadataIsReported) {
+  Exiv2::ExifData exif;
+  exif["Exif.Image.Make"] = "Camera";
+  const std::string in = Photograph("in.png");
+  WriteExif(in, exif);
+  std::string bytes = ReadFile(in);
+  const std::size_t profile = bytes.find("Raw profile type exif");
+  ASSERT_NE(profile, std::string::npos);
+  bytes[profile + 30] ^= 0x55;  // within what is compressed
+  WriteFile(in, bytes);
+
+  const ProcessResult result = Develop(in, Path("out.jpg"));  // the PNG library adds a line of its own
+  EXPECT_EQ(result.status, kFailure);
+  const std::string failure = "lumvik: cannot write '" + Path("out.jpg") + "': the photograph's metadata";
+  EXPECT_NE(result.err.find(failure + " cannot be read: "), std::string::npos) << result.err;
+  EXPECT_FALSE(std::filesystem::exists(Path("out.jpg")));
+  EXPECT_EQ(Develop(in, Path("out.jpg"), {"--no-exif"}).status, kSuccess);
+}
+
+// A PNG holds a description of any length, a segment of a JPEG does not.
+TEST_F(MetadataFailureTest, ATextTooLongForAJpegIsReported) {
+  const std::string in = Photograph("in.png");
+  const auto image = Exiv2::ImageFactory::open(in);
+  image->xmpData()["Xmp.dc.title"] = std::string(70000, 't');
+  image->writeMetadata();
+  ExpectRefusal(Develop(in, Path("out.jpg")), kFailure,
+                "cannot write '" + Path("out.jpg") + "': the photograph's metadata cannot be written: ");
+  EXPECT_FALSE(std::filesystem::exists(Path("out.jpg")));
+  EXPECT_EQ(Develop(in, Path("out.jpg"), {"--no-exif"}).status, kSuccess);
+  EXPECT_EQ(Develop(in, Path("out.png")).status, kSuccess);
+}
+
+}  // namespace
+}  // namespace lumvik::test
