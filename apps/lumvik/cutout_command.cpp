@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -40,7 +41,8 @@ void RequireInPlace(const Settings& settings) {
 void CutOut(const CutoutOptions& options) {
   RequireReadable(options.photograph.input);
   const auto target = ResolveOutput(options.output, options.photograph.input);
-  Settings given = GivenSettings(options.photograph);
+  const std::optional<std::string> sidecar = SidecarOf(options.photograph);
+  Settings given = GivenSettings(options.photograph, sidecar);
   Engine engine;
   Load(options.photograph, engine);
   RequireInPlace(Adjust(options.photograph, std::move(given), engine));
@@ -51,6 +53,7 @@ void CutOut(const CutoutOptions& options) {
   });
   file.Commit();
   PrintResult(options.output, lumvik_get_width(engine.Context()), lumvik_get_height(engine.Context()));
+  PrintSidecar(sidecar);
 }
 
 }  // namespace

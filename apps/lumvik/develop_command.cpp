@@ -137,7 +137,8 @@ void Develop(const DevelopOptions& options) {
   CheckUsage(options);
   RequireReadable(options.photograph.input);
   const Targets targets = ResolveTargets(options);
-  Settings given = GivenSettings(options.photograph);
+  const std::optional<std::string> sidecar = SidecarOf(options.photograph);
+  Settings given = GivenSettings(options.photograph, sidecar);
 
   Engine engine;
   Load(options.photograph, engine);
@@ -152,6 +153,7 @@ void Develop(const DevelopOptions& options) {
     WritePng(preview, targets.preview);
     PrintResult(*options.preview, preview.width, preview.height);
   }
+  PrintSidecar(sidecar);
   if (settings_file) settings_file->Commit();
 }
 

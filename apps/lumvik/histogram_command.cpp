@@ -48,7 +48,7 @@ void ShowHistogram(const HistogramOptions& options) {
   RequireReadable(options.photograph.input);
   std::filesystem::path target;
   if (options.output) target = ResolveOutput(*options.output, options.photograph.input);
-  Settings given = GivenSettings(options.photograph);
+  Settings given = GivenSettings(options.photograph, SidecarOf(options.photograph));
   Engine engine;
   Load(options.photograph, engine);
   Adjust(options.photograph, std::move(given), engine);

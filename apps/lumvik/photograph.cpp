@@ -8,6 +8,7 @@
 #include "lumvik.h"
 #include "range.h"
 #include "settings_file.h"
+#include "sidecar.h"
 #include "suggestions.h"
 
 namespace lumvik {
@@ -43,6 +44,10 @@ void AddDevelopOptions(CLI::App& command, Photograph& photograph) {
       ->type_name("FILE")
       ->group(kSettingsFile);
   command
+      .add_flag("--no-sidecar", photograph.no_sidecar,
+                "Do not read the settings in IN.lumvik.json beside the photograph")
+      ->group(kSettingsFile);
+  command
       .add_flag("--auto", photograph.auto_enhance,
                 "Use the tone, colour and detail that suit the photograph, where nothing is given")
       ->group(kAutomatic);
@@ -52,11 +57,16 @@ void AddDevelopOptions(CLI::App& command, Photograph& photograph) {
       ->group(kAutomatic);
 }
 
-Settings GivenSettings(const Photograph& photograph) {
+std::optional<std::string> SidecarOf(const Photograph& photograph) {
+  return photograph.no_sidecar ? std::nullopt : FindSidecar(photograph.input, kSettingsSidecar);
+}
+
+Settings GivenSettings(const Photograph& photograph, const std::optional<std::string>& sidecar) {
   Settings settings = photograph.given;
-  if (photograph.settings) {
-    RequireReadable(*photograph.settings);
-    settings.merge(ReadSettings(*photograph.settings));
+  for (const auto& file : {photograph.settings, sidecar}) {
+    if (!file) continue;
+    RequireReadable(*file);
+    settings.merge(ReadSettings(*file));
   }
   return settings;
 }

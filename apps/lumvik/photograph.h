@@ -17,6 +17,7 @@ struct Photograph {
   int decode_quality = 1;
   Settings given;                       // by options of their own
   std::optional<std::string> settings;  // the file to read others from
+  bool no_sidecar = false;
   bool auto_enhance = false;
   bool auto_crop = false;
   bool auto_straighten = false;
@@ -26,8 +27,12 @@ struct Photograph {
 void AddInputOptions(CLI::App& command, Photograph& photograph);
 void AddDevelopOptions(CLI::App& command, Photograph& photograph);
 
-// What options and the settings file give; an option goes first. Throws std::runtime_error, as all below.
-Settings GivenSettings(const Photograph& photograph);
+// The settings file beside the photograph, when there is one and it is to be used.
+std::optional<std::string> SidecarOf(const Photograph& photograph);
+
+// What is given: an option goes before the settings file, and that before the sidecar. Throws
+// std::runtime_error, as all below.
+Settings GivenSettings(const Photograph& photograph, const std::optional<std::string>& sidecar);
 
 void Load(const Photograph& photograph, Engine& engine);
 

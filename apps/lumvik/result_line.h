@@ -1,14 +1,20 @@
-// What a command says of a picture it has written.
+// What a command says of a picture it has written, and of where its settings came from.
 #ifndef LUMVIK_APPS_RESULT_LINE_H_
 #define LUMVIK_APPS_RESULT_LINE_H_
 
 #include <iostream>
+#include <optional>
 #include <string>
 
 namespace lumvik {
 
 inline void PrintResult(const std::string& file, int width, int height) {
   std::cout << file << ' ' << width << 'x' << height << '\n';
+}
+
+// The user may not know that the file is there.
+inline void PrintSidecar(const std::optional<std::string>& file) {
+  if (file) std::cout << "settings from " << *file << '\n';
 }
 
 }  // namespace lumvik
