@@ -5,9 +5,7 @@
 #include <iostream>
 #include <memory>
 #include <optional>
-#include <stdexcept>
 #include <string>
-#include <system_error>
 #include <utility>
 
 #include "engine.h"
@@ -23,6 +21,7 @@
 #include "result_line.h"
 #include "settings.h"
 #include "settings_file.h"
+#include "settings_option.h"
 #include "staged_file.h"
 #include "subject.h"
 
@@ -32,7 +31,6 @@ namespace {
 constexpr Range<int> kJpegQualities = {1, 100};
 constexpr Range<float> kBlurs = {0, 100};
 constexpr int kNoExif = 0;  // of the engine's own, which knows neither RAW files nor other formats
-constexpr char kSettingsEnding[] = ".json";
 
 // The headings of the other options in the help.
 constexpr char kOutput[] = "Output";
@@ -72,17 +70,6 @@ int Export(EngineContext* context, const DevelopOptions& options, OutputFormat f
       return lumvik_export_tiff(context, path);
   }
   return -1;
-}
-
-// Writes the settings beside `target`; they wait there for their Commit.
-std::unique_ptr<StagedFile> StageSettings(const Settings& settings, const std::filesystem::path& target) {
-  auto file = std::make_unique<StagedFile>(target, kSettingsEnding);
-  try {
-    WriteSettings(settings, file->TemporaryPath());
-  } catch (const std::system_error& error) {
-    throw std::runtime_error("cannot write '" + target.string() + "': " + error.code().message());
-  }
-  return file;
 }
 
 Pixels PreviewOf(const DevelopOptions& options, Engine& engine) {
@@ -162,12 +149,6 @@ std::string KnownEnding(const std::string& path) {
   return "'" + path + "' does not end in .jpg, .jpeg, .png, .tif or .tiff, so its format is unknown";
 }
 
-// Spares the user a photograph lost to a slip of the hand.
-std::string SettingsEnding(const std::string& path) {
-  if (std::filesystem::path(path).extension() == kSettingsEnding) return {};
-  return "'" + path + "' does not end in " + kSettingsEnding;
-}
-
 std::string KnownBits(const std::string& text) {
   if (text == "8" || text == "16") return {};
   return "'" + text + "' is not 8 or 16";
@@ -218,11 +199,8 @@ void AddDevelopCommand(CLI::App& app) {
   AddInputOptions(*command, options->photograph);
   AddDevelopOptions(*command, options->photograph);
   AddOutputOptions(*command, *options);
-  command
-      ->add_option("--save-settings", options->save_settings,
-                   "Write all settings that were used to this file, which ends in .json")
-      ->type_name("FILE")
-      ->check(CLI::Validator(SettingsEnding, ""))
+  AddSettingsOption(*command, "--save-settings", options->save_settings,
+                    "Write all settings that were used to this file, which ends in .json")
       ->group(kOutput);
   AddPreviewOptions(*command, *options);
   command->callback([options] { Develop(*options); });

@@ -13,6 +13,7 @@
 #include "lumvik.h"
 #include "mask_command.h"
 #include "reported_failure.h"
+#include "settings_command.h"
 #include "similar_command.h"
 #include "suggest_command.h"
 #include "thumb_command.h"
@@ -36,6 +37,7 @@ void RunCommand(int argc, char** argv) {
   lumvik::AddMaskCommand(app);
   lumvik::AddCutoutCommand(app);
   lumvik::AddSuggestCommand(app);
+  lumvik::AddSettingsCommand(app);
   lumvik::AddThumbCommand(app);
   lumvik::AddHashCommand(app);
   lumvik::AddSimilarCommand(app);

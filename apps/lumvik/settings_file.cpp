@@ -132,15 +132,24 @@ Settings ReadSettings(const std::string& path) {
   }
 }
 
-void WriteSettings(const Settings& complete, const std::string& path) {
+std::string SettingsText(const Settings& settings) {
   Json json = {{kVersionKey, kVersion}};
   for (const SettingRule& rule : SettingRules()) {
-    std::visit([&](const auto& value) { json[PlaceOf(rule.key)] = value; }, complete.at(rule.key));
+    const auto setting = settings.find(rule.key);
+    if (setting == settings.end()) continue;
+    std::visit([&](const auto& value) { json[PlaceOf(rule.key)] = value; }, setting->second);
   }
-  std::ofstream file(path, std::ios::binary);
-  if (!(file << WithShortPoints(json.dump(2)) << '\n').flush()) {
-    throw std::system_error(errno, std::generic_category());
+  return WithShortPoints(json.dump(2)) + '\n';
+}
+
+std::unique_ptr<StagedFile> StageSettings(const Settings& settings, const std::filesystem::path& target) {
+  auto staged = std::make_unique<StagedFile>(target, kSettingsEnding);
+  std::ofstream file(staged->TemporaryPath(), std::ios::binary);
+  if (!(file << SettingsText(settings)).flush()) {
+    throw std::runtime_error("cannot write '" + target.string() +
+                             "': " + std::generic_category().message(errno));
   }
+  return staged;
 }
 
 }  // namespace lumvik

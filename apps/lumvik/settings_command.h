@@ -1,0 +1,14 @@
+// `lumvik settings import FILE`: turns the settings of another program into a settings file.
+#ifndef LUMVIK_APPS_SETTINGS_COMMAND_H_
+#define LUMVIK_APPS_SETTINGS_COMMAND_H_
+
+#include <CLI/App.hpp>
+
+namespace lumvik {
+
+// Adds the command to `app`; see AddDevelopCommand().
+void AddSettingsCommand(CLI::App& app);
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_APPS_SETTINGS_COMMAND_H_

@@ -1,0 +1,233 @@
+#include "settings_import.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <charconv>
+#include <cmath>
+#include <iterator>
+#include <optional>
+#include <sstream>
+
+#include "camera_raw_crop.h"
+#include "camera_raw_names.h"
+
+namespace lumvik {
+namespace {
+
+constexpr float kNeutralTemperature = 6500;  // leaves the camera's white balance alone
+constexpr float kGrey = -100;                // the saturation
+constexpr double kCurveTop = 255;
+constexpr StoredFrame kUsualFrame = {3, 2, 1};
+
+constexpr char kAsShot[] = "As Shot";
+constexpr char kTrue[] = "True";
+constexpr char kNoCounterpart[] = "there is no counterpart";
+constexpr char kCurveName[] = "ToneCurvePV2012";  // of the one for all colours; others have the colour behind
+constexpr const char* kCropNames[] = {"CropLeft",   "CropTop",   "CropRight",
+                                      "CropBottom", "CropAngle", "HasCrop"};
+
+std::optional<double> ReadNumber(const std::string& text) {
+  double number = 0;
+  const char* first = text.data() + (text.rfind('+', 0) == 0 ? 1 : 0);
+  const char* last = text.data() + text.size();
+  const auto result = std::from_chars(first, last, number);
+  if (result.ec != std::errc() || result.ptr != last || !std::isfinite(number)) return std::nullopt;
+  return number;
+}
+
+// Two numbers parted by a comma and, as a rule, a blank.
+std::optional<std::array<float, 2>> ReadPoint(const std::string& text) {
+  const std::size_t comma = text.find(',');
+  if (comma == std::string::npos) return std::nullopt;
+  const std::size_t second = std::min(text.find_first_not_of(' ', comma + 1), text.size());
+  const auto x = ReadNumber(text.substr(0, comma));
+  const auto y = ReadNumber(text.substr(second));
+  if (!x || !y) return std::nullopt;
+  const std::array<float, 2> point = {static_cast<float>(*x / kCurveTop), static_cast<float>(*y / kCurveTop)};
+  if (!kCurveLevels.Holds(point[0]) || !kCurveLevels.Holds(point[1])) return std::nullopt;
+  return point;
+}
+
+std::string LowerCase(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  return text;
+}
+
+std::string Joined(const std::vector<std::string>& parts) {
+  std::string text;
+  for (const std::string& part : parts) text += (text.empty() ? "" : "; ") + part;
+  return text;
+}
+
+struct NumberRule {
+  std::string key;
+  double factor;
+  Range<float> range;  // of the setting, as far as it is a counterpart
+};
+
+std::optional<NumberRule> NumberRuleOf(const std::string& name) {
+  for (const CameraRawNumber& number : kCameraRawNumbers) {
+    if (name != number.name) continue;
+    const Range<float> range = FindSettingRule(number.key)->range;
+    return NumberRule{number.key, number.factor, {std::max(range.lowest, number.lowest), range.highest}};
+  }
+  for (const CameraRawBandNumber& number : kCameraRawBandNumbers) {
+    if (name.rfind(number.name, 0) != 0) continue;
+    const std::string colour = LowerCase(name.substr(std::string(number.name).size()));
+    const SettingRule* rule = FindSettingRule("hsl." + colour + number.key);
+    if (rule != nullptr) return NumberRule{rule->key, number.factor, rule->range};
+  }
+  return std::nullopt;
+}
+
+class Importer {
+ public:
+  explicit Importer(const CameraRawSettings& from) : from_(from) {}
+
+  SettingsImport Run() {
+    crop_ = FindCrop();
+    if (crop_) KeepCrop(*crop_);
+    for (const auto& [name, parts] : from_.properties) {
+      property_ = {name, Joined(parts), Outcome::kTaken, "", ""};
+      Import(parts);
+      done_.properties.push_back(property_);
+    }
+    if (Text("ConvertToGrayscale") == kTrue) done_.settings["saturation"] = kGrey;
+    return std::move(done_);
+  }
+
+ private:
+  std::string Text(const std::string& name) const {
+    const auto property = std::find_if(from_.properties.begin(), from_.properties.end(),
+                                       [&](const auto& candidate) { return candidate.first == name; });
+    return property == from_.properties.end() ? "" : Joined(property->second);
+  }
+
+  void Take(const std::string& key) { property_.key = key; }
+
+  void Scale(const std::string& key, const std::string& note) {
+    property_.outcome = Outcome::kScaled;
+    property_.key = key;
+    property_.note += (property_.note.empty() ? "" : ", ") + note;
+  }
+
+  void Ignore(const std::string& why) {
+    property_.outcome = Outcome::kIgnored;
+    property_.note = why;
+  }
+
+  void Import(const std::vector<std::string>& parts) {
+    const std::string& name = property_.name;
+    if (name == "WhiteBalance") {
+      ImportWhiteBalance();
+    } else if ((name == "Temperature" || name == "Tint") && Text("WhiteBalance") == kAsShot) {
+      Ignore("the white balance is as shot");
+    } else if (name.rfind(kCurveName, 0) == 0) {
+      ImportCurve(parts);
+    } else if (std::find(std::begin(kCropNames), std::end(kCropNames), name) != std::end(kCropNames)) {
+      ImportCrop();
+    } else if (name == "ConvertToGrayscale" && property_.value == kTrue) {
+      Scale("saturation", "grey");
+    } else if (name == "AlreadyApplied" && property_.value == kTrue) {
+      Ignore("the picture in the file has these settings in its pixels");
+    } else if (const auto rule = NumberRuleOf(name)) {
+      ImportNumber(*rule);
+    } else {
+      Ignore(kNoCounterpart);
+    }
+  }
+
+  void ImportWhiteBalance() {
+    if (property_.value != kAsShot) return Ignore("Temperature and Tint tell it");
+    done_.settings["temperature"] = kNeutralTemperature;
+    done_.settings["tint"] = 0.0F;
+    Scale("temperature", "neutral");
+  }
+
+  void ImportNumber(const NumberRule& rule) {
+    const auto number = ReadNumber(property_.value);
+    if (!number) return Ignore("it is not a number");
+    const double scaled = *number * rule.factor + 0.0;  // not -0
+    const auto held = static_cast<float>(std::clamp<double>(scaled, rule.range.lowest, rule.range.highest));
+    Take(rule.key);
+    if (rule.factor != 1 && *number != 0) {
+      std::ostringstream factor;
+      factor << "times " << rule.factor;
+      Scale(rule.key, factor.str());
+    }
+    if (held != static_cast<float>(scaled)) Scale(rule.key, "held in " + rule.range.Text());
+    const auto [setting, is_new] = done_.settings.emplace(rule.key, held);
+    if (!is_new) setting->second = std::max(std::get<float>(setting->second), held);
+  }
+
+  void ImportCurve(const std::vector<std::string>& parts) {
+    const std::string colour = LowerCase(property_.name.substr(std::string(kCurveName).size()));
+    const std::string key = "tone_curves." + (colour.empty() ? kCurveNames[LUMVIK_CURVE_MASTER] : colour);
+    if (FindSettingRule(key) == nullptr) return Ignore(kNoCounterpart);
+    ToneCurve curve;
+    for (const std::string& part : parts) {
+      const auto point = ReadPoint(part);
+      if (!point) return Ignore("'" + part + "' is no point of a curve");
+      curve.push_back(*point);
+    }
+    const std::string fault = CurveFault(curve);
+    if (!fault.empty()) return Ignore(fault);
+    // The engine makes a straight line of no points exactly straight, but not one of two.
+    if (curve == ToneCurve{{0, 0}, {1, 1}}) curve.clear();
+    done_.settings[key] = curve;
+    Scale(key, "divided by 255");
+  }
+
+  std::optional<TurnedCrop> FindCrop() {
+    const auto left = ReadNumber(Text("CropLeft"));
+    const auto top = ReadNumber(Text("CropTop"));
+    const auto right = ReadNumber(Text("CropRight"));
+    const auto bottom = ReadNumber(Text("CropBottom"));
+    if (Text("HasCrop") != kTrue || !left || !top || !right || !bottom) return std::nullopt;
+    const double angle = ReadNumber(Text("CropAngle")).value_or(0);
+    StoredFrame frame = from_.frame;
+    if (frame.width <= 0 || frame.height <= 0) {
+      frame = {kUsualFrame.width, kUsualFrame.height, frame.orientation};
+      frame_is_guessed_ = angle != 0;
+    }
+    const TurnedCrop crop = TurnCrop({*left, *top, *right, *bottom, angle}, frame);
+    is_same_crop_ = crop.rotation == 0 && frame.orientation == 1;
+    return crop;
+  }
+
+  void KeepCrop(const TurnedCrop& crop) {
+    // The turned picture has the size of the upright one, so a part of the crop may lie beyond it.
+    const double x = std::clamp(crop.x, 0.0, 1.0);
+    const double y = std::clamp(crop.y, 0.0, 1.0);
+    done_.settings["crop.x"] = static_cast<float>(x);
+    done_.settings["crop.y"] = static_cast<float>(y);
+    done_.settings["crop.w"] = static_cast<float>(std::clamp(crop.x + crop.w, 0.0, 1.0) - x);
+    done_.settings["crop.h"] = static_cast<float>(std::clamp(crop.y + crop.h, 0.0, 1.0) - y);
+    done_.settings["rotation"] = static_cast<float>(crop.rotation);
+  }
+
+  void ImportCrop() {
+    if (!crop_) return Ignore("there is no complete crop");
+    if (property_.name == "CropAngle") return Take("rotation");
+    Take("crop");
+    if (!is_same_crop_) Scale("crop", "turned with the picture");
+    if (frame_is_guessed_) Scale("crop", "of a picture taken to be 3:2");
+  }
+
+  const CameraRawSettings& from_;
+  SettingsImport done_;
+  ImportedProperty property_{};  // the one that is imported
+  std::optional<TurnedCrop> crop_;
+  bool is_same_crop_ = false;
+  bool frame_is_guessed_ = false;
+};
+
+}  // namespace
+
+SettingsImport ImportSettings(const CameraRawSettings& from) {
+  return Importer(from).Run();
+}
+
+}  // namespace lumvik

@@ -1,0 +1,26 @@
+// Options that name a settings file to write.
+#ifndef LUMVIK_APPS_SETTINGS_OPTION_H_
+#define LUMVIK_APPS_SETTINGS_OPTION_H_
+
+#include <CLI/CLI.hpp>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "settings_file.h"
+
+namespace lumvik {
+
+// `path` must outlive the command. The ending spares the user a photograph lost to a slip of the hand.
+inline CLI::Option* AddSettingsOption(CLI::App& command, const std::string& name,
+                                      std::optional<std::string>& path, const std::string& help) {
+  const auto check = [](const std::string& text) {
+    const bool known = std::filesystem::path(text).extension() == kSettingsEnding;
+    return known ? "" : "'" + text + "' does not end in " + kSettingsEnding;
+  };
+  return command.add_option(name, path, help)->type_name("FILE")->check(CLI::Validator(check, ""));
+}
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_APPS_SETTINGS_OPTION_H_
