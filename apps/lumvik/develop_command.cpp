@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "engine.h"
+#include "export_options.h"
 #include "file_paths.h"
 #include "in_range.h"
 #include "lumvik.h"
@@ -28,48 +29,19 @@
 namespace lumvik {
 namespace {
 
-constexpr Range<int> kJpegQualities = {1, 100};
 constexpr Range<float> kBlurs = {0, 100};
-constexpr int kNoExif = 0;  // of the engine's own, which knows neither RAW files nor other formats
-
-// The headings of the other options in the help.
-constexpr char kOutput[] = "Output";
-constexpr char kPreview[] = "Preview";
+constexpr char kPreview[] = "Preview";  // the heading of its options in the help
 
 struct DevelopOptions {
   Photograph photograph;
   std::optional<std::string> output;
   std::optional<std::string> save_settings;  // the file to write all settings to
-  int jpeg_quality = 90;
-  std::optional<int> bits;
-  bool no_exif = false;
-  bool strip_gps = false;
+  ExportOptions how;
   std::optional<std::string> preview;
   float background_blur = 0;
   SubjectPoint subject;
 };
 
-// Refuses a depth that the format cannot hold, rather than writing another one than was asked for.
-void CheckBits(std::optional<int> bits, OutputFormat format) {
-  if (format == OutputFormat::kJpeg && bits == 16) {
-    throw CLI::ValidationError("--bits", "a JPEG holds 8 bits a channel; write a PNG or TIFF for 16");
-  }
-  if (format == OutputFormat::kTiff && bits == 8) {
-    throw CLI::ValidationError("--bits",
-                               "a TIFF is always written with 16 bits a channel; write a PNG for 8");
-  }
-}
-
-int Export(EngineContext* context, const DevelopOptions& options, OutputFormat format, const char* path) {
-  switch (format) {
-    case OutputFormat::kJpeg:
-      return lumvik_export_jpeg(context, path, options.jpeg_quality, 0, kNoExif);
-    case OutputFormat::kPng:
-      return lumvik_export_png(context, path, options.bits.value_or(8));
-    case OutputFormat::kTiff:
-      return lumvik_export_tiff(context, path);
-  }
-  return -1;
 }
 
 Pixels PreviewOf(const DevelopOptions& options, Engine& engine) {
@@ -90,9 +62,9 @@ void WriteOutput(const DevelopOptions& options, const std::filesystem::path& tar
                  Engine& engine) {
   StagedFile file(target, EndingOf(format));
   engine.Run("cannot write '" + *options.output + "'", [&](EngineContext* context) {
-    const int status = Export(context, options, format, file.TemporaryPath().c_str());
-    if (status == 0 && !options.no_exif) {
-      CopyMetadata(options.photograph.input, file.TemporaryPath(), options.strip_gps);
+    const int status = Export(context, options.how, format, file.TemporaryPath().c_str());
+    if (status == 0 && !options.how.no_exif) {
+      CopyMetadata(options.photograph.input, file.TemporaryPath(), options.how.strip_gps);
     }
     return status;
   });
@@ -117,7 +89,7 @@ Targets ResolveTargets(const DevelopOptions& options) {
 void CheckUsage(const DevelopOptions& options) {
   if (!options.output && !options.preview) throw CLI::RequiredError("--output or --preview");
   if (options.background_blur > 0 && !options.preview) throw CLI::RequiresError("--bg-blur", "--preview");
-  if (options.output) CheckBits(options.bits, *OutputFormatOf(*options.output));
+  if (options.output) CheckBits(options.how, *OutputFormatOf(*options.output));
 }
 
 void Develop(const DevelopOptions& options) {
@@ -149,9 +121,6 @@ std::string KnownEnding(const std::string& path) {
   return "'" + path + "' does not end in .jpg, .jpeg, .png, .tif or .tiff, so its format is unknown";
 }
 
-std::string KnownBits(const std::string& text) {
-  if (text == "8" || text == "16") return {};
-  return "'" + text + "' is not 8 or 16";
 }
 
 void AddOutputOptions(CLI::App& command, DevelopOptions& options) {
@@ -160,22 +129,8 @@ void AddOutputOptions(CLI::App& command, DevelopOptions& options) {
                   "The file to write; its ending .jpg, .jpeg, .png, .tif or .tiff chooses the format")
       ->type_name("OUT")
       ->check(CLI::Validator(KnownEnding, ""))
-      ->group(kOutput);
-  command.add_option("--jpeg-quality", options.jpeg_quality, "Quality of a written JPEG (default 90)")
-      ->type_name("QUALITY")
-      ->check(InRange(kJpegQualities))
-      ->group(kOutput);
-  command
-      .add_option("--bits", options.bits,
-                  "Bits a channel: 8 or 16 for PNG (default 8); a JPEG has 8, a TIFF 16")
-      ->type_name("BITS")
-      ->check(CLI::Validator(KnownBits, ""))
-      ->group(kOutput);
-  command.add_flag("--no-exif", options.no_exif, "Leave the photograph's metadata out of OUT")
-      ->group(kOutput);
-  command
-      .add_flag("--strip-gps", options.strip_gps, "Leave the place where the photograph was taken out of OUT")
-      ->group(kOutput);
+      ->group(kOutputGroup);
+  AddExportOptions(command, options.how);
 }
 
 void AddPreviewOptions(CLI::App& command, DevelopOptions& options) {
@@ -201,7 +156,7 @@ void AddDevelopCommand(CLI::App& app) {
   AddOutputOptions(*command, *options);
   AddSettingsOption(*command, "--save-settings", options->save_settings,
                     "Write all settings that were used to this file, which ends in .json")
-      ->group(kOutput);
+      ->group(kOutputGroup);
   AddPreviewOptions(*command, *options);
   command->callback([options] { Develop(*options); });
 }

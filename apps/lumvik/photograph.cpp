@@ -27,6 +27,10 @@ void AddInputOptions(CLI::App& command, Photograph& photograph) {
   command.add_option("IN", photograph.input, "The photograph: camera RAW, JPEG, PNG, TIFF, BMP or WebP")
       ->required()
       ->type_name("");
+  AddDecodingOption(command, photograph);
+}
+
+void AddDecodingOption(CLI::App& command, Photograph& photograph) {
   command
       .add_option("--quality", photograph.decode_quality,
                   "Decoding of a camera RAW file: 1 full, 2 and 3 half size first, 4 quarter-size proxy "

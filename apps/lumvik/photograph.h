@@ -23,8 +23,10 @@ struct Photograph {
   bool auto_straighten = false;
 };
 
-// Add the options; `photograph` must outlive the command. The first: the file and its decoding.
+// Add the options; `photograph` must outlive the command. The first: the file and its decoding; the second:
+// the decoding alone.
 void AddInputOptions(CLI::App& command, Photograph& photograph);
+void AddDecodingOption(CLI::App& command, Photograph& photograph);
 void AddDevelopOptions(CLI::App& command, Photograph& photograph);
 
 // The settings file beside the photograph, when there is one and it is to be used.

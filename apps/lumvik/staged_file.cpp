@@ -32,6 +32,13 @@ std::string ReserveFile(const fs::path& folder, const std::string& ending) {
 
 }  // namespace
 
+void MoveIntoPlace(const fs::path& complete, const fs::path& target) {
+  std::error_code error;
+  if (fs::exists(target, error)) fs::permissions(complete, fs::status(target).permissions(), error);
+  if (!error) fs::rename(complete, target, error);
+  if (error) throw std::runtime_error("cannot write '" + target.string() + "': " + error.message());
+}
+
 StagedFile::StagedFile(fs::path target, const std::string& ending)
     : target_(std::move(target)), temporary_path_(ReserveFile(target_.parent_path(), ending)) {}
 
@@ -41,10 +48,7 @@ StagedFile::~StagedFile() {
 }
 
 void StagedFile::Commit() {
-  std::error_code error;
-  if (fs::exists(target_, error)) fs::permissions(temporary_path_, fs::status(target_).permissions(), error);
-  if (!error) fs::rename(temporary_path_, target_, error);
-  if (error) throw std::runtime_error("cannot write '" + target_.string() + "': " + error.message());
+  MoveIntoPlace(temporary_path_, target_);
 }
 
 }  // namespace lumvik

@@ -7,6 +7,10 @@
 
 namespace lumvik {
 
+// Moves a complete file to its place, over one that may be there, whose permissions are kept. Both are in one
+// file system. Throws std::runtime_error when that fails.
+void MoveIntoPlace(const std::filesystem::path& complete, const std::filesystem::path& target);
+
 // Reserves a temporary file beside the target; Commit moves it to the target in one step. Without a Commit
 // the temporary is removed and the target stays as it was.
 class StagedFile {
@@ -20,7 +24,7 @@ class StagedFile {
 
   const std::string& TemporaryPath() const { return temporary_path_; }
 
-  // Replaces the target, whose permissions are kept. Throws std::runtime_error when that fails.
+  // Replaces the target, as MoveIntoPlace does.
   void Commit();
 
  private:
