@@ -6,17 +6,20 @@
 #include <stdexcept>
 #include <string>
 
+#include "batch_command.h"
 #include "cutout_command.h"
 #include "develop_command.h"
 #include "hash_command.h"
 #include "histogram_command.h"
 #include "lumvik.h"
 #include "mask_command.h"
+#include "picture_sizes_command.h"
 #include "reported_failure.h"
 #include "settings_command.h"
 #include "similar_command.h"
 #include "suggest_command.h"
 #include "thumb_command.h"
+#include "worker_process.h"
 
 namespace {
 
@@ -33,6 +36,7 @@ void RunCommand(int argc, char** argv) {
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.require_subcommand(0, 1);  // not 1, 1, which hides the name of an unknown command
   lumvik::AddDevelopCommand(app);
+  lumvik::AddBatchCommand(app);
   lumvik::AddHistogramCommand(app);
   lumvik::AddMaskCommand(app);
   lumvik::AddCutoutCommand(app);
@@ -41,6 +45,7 @@ void RunCommand(int argc, char** argv) {
   lumvik::AddThumbCommand(app);
   lumvik::AddHashCommand(app);
   lumvik::AddSimilarCommand(app);
+  lumvik::AddPictureSizesCommand(app);
   try {
     app.parse(argc, argv);
     if (app.get_subcommands().empty()) throw CLI::RequiredError("A command (see lumvik --help)");
@@ -56,6 +61,8 @@ int main(int argc, char** argv) {
   try {
     RunCommand(argc, argv);
     return kSuccess;
+  } catch (const lumvik::Interruption& interruption) {
+    return interruption.Status();
   } catch (const lumvik::ReportedFailure&) {
     return kFailure;
   } catch (const CLI::ParseError& error) {

@@ -24,13 +24,20 @@ char LowerAscii(char c) {
   return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
 }
 
-bool IsPhotographName(const fs::path& path) {
+std::string EndingOf(const fs::path& path) {
   std::string ending = path.extension().string();
   std::transform(ending.begin(), ending.end(), ending.begin(), LowerAscii);
-  const auto is_in = [&ending](const auto& endings) {
-    return std::binary_search(std::begin(endings), std::end(endings), ending);
-  };
-  return is_in(kOrdinaryEndings) || is_in(kRawEndings);
+  return ending;
+}
+
+template <std::size_t kCount>
+bool IsIn(const std::string_view (&endings)[kCount], const std::string& ending) {
+  return std::binary_search(std::begin(endings), std::end(endings), ending);
+}
+
+bool IsPhotographName(const fs::path& path) {
+  const std::string ending = EndingOf(path);
+  return IsIn(kOrdinaryEndings, ending) || IsIn(kRawEndings, ending);
 }
 
 std::string Failure(const fs::path& path, const std::error_code& error) {
@@ -55,6 +62,10 @@ std::error_code List(const fs::path& folder, FoundPhotographs& found, std::vecto
 }
 
 }  // namespace
+
+bool IsOrdinaryImageName(const std::string& path) {
+  return IsIn(kOrdinaryEndings, EndingOf(path));
+}
 
 FoundPhotographs FindPhotographs(const std::string& folder) {
   FoundPhotographs found;

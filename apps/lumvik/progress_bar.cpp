@@ -2,40 +2,57 @@
 
 #include <unistd.h>
 
+#include <iomanip>
 #include <iostream>
-#include <string>
+#include <sstream>
 
 namespace lumvik {
 namespace {
 
 constexpr std::size_t kWidth = 40;
 constexpr std::chrono::milliseconds kBetweenDrawings(100);
+constexpr std::chrono::milliseconds kBetweenLines(10000);
 constexpr char kWipe[] = "\r\x1B[K";
 
 }  // namespace
 
-ProgressBar::ProgressBar(std::size_t total) : total_(total), shown_(total > 0 && isatty(STDERR_FILENO) != 0) {
-  if (shown_) Draw();
-}
-
-ProgressBar::~ProgressBar() {
-  if (shown_) std::cerr << kWipe << std::flush;
+ProgressBar::ProgressBar(std::size_t total, Elsewhere elsewhere)
+    : total_(total),
+      on_terminal_(isatty(STDERR_FILENO) != 0),
+      shown_(total > 0 && (on_terminal_ || elsewhere == Elsewhere::kPlainLines)) {
+  if (on_terminal_ && shown_) Draw();
 }
 
 void ProgressBar::Advance() {
   if (!shown_) return;
   const std::lock_guard lock(mutex_);
   ++done_;
-  const auto now = std::chrono::steady_clock::now();
-  if (done_ < total_ && now - drawn_ < kBetweenDrawings) return;
+  const auto now = Clock::now();
+  if (done_ < total_ && now - drawn_ < (on_terminal_ ? kBetweenDrawings : kBetweenLines)) return;
   drawn_ = now;
   Draw();
 }
 
+void ProgressBar::Wipe() {
+  if (!on_terminal_ || !shown_) return;
+  std::cerr << kWipe << std::flush;
+  drawn_ = {};
+}
+
 void ProgressBar::Draw() const {
+  std::ostringstream line;
   const std::size_t filled = kWidth * done_ / total_;
-  std::cerr << kWipe << '[' << std::string(filled, '#') << std::string(kWidth - filled, '.') << "] " << done_
-            << '/' << total_ << std::flush;
+  if (on_terminal_)
+    line << kWipe << '[' << std::string(filled, '#') << std::string(kWidth - filled, '.') << "] ";
+  line << done_ << '/' << total_;
+  if (done_ > 0) {
+    const double rate =
+        static_cast<double>(done_) / std::chrono::duration<double>(Clock::now() - begun_).count();
+    const auto left = static_cast<long>(static_cast<double>(total_ - done_) / rate);
+    line << std::fixed << std::setprecision(1) << ", " << rate << "/s, " << left / 60 << ':' << std::setw(2)
+         << std::setfill('0') << left % 60 << " left";
+  }
+  std::cerr << line.str() << (on_terminal_ ? "" : "\n") << std::flush;
 }
 
 }  // namespace lumvik

@@ -8,26 +8,35 @@
 
 namespace lumvik {
 
-// A line on standard error that is drawn over itself, and wiped out in the end. Nothing is drawn when
-// standard error is not a terminal.
+// A line on standard error that is drawn over itself, and wiped out in the end. When standard error is not a
+// terminal, nothing is drawn, or plain lines are written from time to time.
 class ProgressBar {
  public:
-  explicit ProgressBar(std::size_t total);
-  ~ProgressBar();
+  enum class Elsewhere { kNothing, kPlainLines };
+
+  explicit ProgressBar(std::size_t total, Elsewhere elsewhere = Elsewhere::kNothing);
+  ~ProgressBar() { Wipe(); }
   ProgressBar(const ProgressBar&) = delete;
   ProgressBar& operator=(const ProgressBar&) = delete;
 
   // One more is done. Any thread may say so.
   void Advance();
 
+  // Makes room for a line of another kind; the next Advance draws again.
+  void Wipe();
+
  private:
-  void Draw() const;
+  using Clock = std::chrono::steady_clock;
+
+  void Draw() const;  // "12/30, 1.5/s, 0:12 left", behind the bar on a terminal
 
   const std::size_t total_;
+  const bool on_terminal_;
   const bool shown_;
+  const Clock::time_point begun_ = Clock::now();
   std::mutex mutex_;
   std::size_t done_ = 0;
-  std::chrono::steady_clock::time_point drawn_;
+  Clock::time_point drawn_ = begun_;
 };
 
 }  // namespace lumvik

@@ -1,19 +1,18 @@
 #include "similar_command.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <string>
-#include <thread>
 #include <utility>
 #include <vector>
 
 #include "hamming_groups.h"
 #include "in_range.h"
+#include "jobs_option.h"
 #include "parallel_hashes.h"
 #include "path_tools.h"
 #include "photograph_walk.h"
@@ -27,7 +26,6 @@ namespace {
 using Json = nlohmann::ordered_json;
 
 constexpr Range<int> kThresholds = {0, 64};
-constexpr Range<unsigned> kJobs = {1, 256};
 
 // RAW files are 2 to 4 bits away from their exports, and copies at half the size or of low quality as far
 // from each other. Different photographs are 32 bits apart on the average; of a hundred million pairs one in
@@ -37,7 +35,7 @@ constexpr int kUsualThreshold = 8;
 struct SimilarOptions {
   std::string folder;
   int threshold = kUsualThreshold;
-  unsigned jobs = std::clamp(std::thread::hardware_concurrency(), kJobs.lowest, kJobs.highest);
+  unsigned jobs = UsualJobs();
   bool json = false;
 };
 
@@ -132,9 +130,7 @@ void AddSimilarCommand(CLI::App& app) {
                    "(default 8)")
       ->type_name("BITS")
       ->check(InRange(kThresholds));
-  command->add_option("--jobs", options->jobs, "Threads to work with (default: one for each processor)")
-      ->type_name("N")
-      ->check(InRange(kJobs));
+  AddJobsOption(*command, options->jobs, "Threads to work with (default: one for each processor)");
   command->add_flag("--json", options->json, "Print JSON");
   command->callback([options] { PrintSimilar(*options); });
 }

@@ -1,0 +1,188 @@
+#include "batch_command.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <sstream>
+#include <stdexcept>
+#include <string>
+#include <system_error>
+#include <thread>
+#include <vector>
+
+#include "batch_inputs.h"
+#include "batch_memory.h"
+#include "batch_names.h"
+#include "batch_plan.h"
+#include "batch_report.h"
+#include "batch_run.h"
+#include "export_options.h"
+#include "free_memory.h"
+#include "jobs_option.h"
+#include "output_format.h"
+#include "passed_options.h"
+#include "photograph.h"
+#include "progress_bar.h"
+#include "reported_failure.h"
+#include "result_line.h"
+#include "worker_process.h"
+
+namespace lumvik {
+namespace {
+
+constexpr char kBatch[] = "Batch";  // the heading of its options in the help
+
+struct BatchOptions {
+  std::vector<std::string> inputs;
+  std::string output_folder;
+  std::string name_pattern = kUsualNamePattern;
+  std::string format = "jpg";
+  unsigned jobs = UsualJobs();
+  bool resume = false;
+  bool json = false;
+  Photograph photograph;  // any of them
+  ExportOptions how;
+  std::vector<const CLI::Option*> develop_options;
+
+  OutputFormat Format() const { return *OutputFormatOf("file." + format); }
+};
+
+void CheckUsage(const BatchOptions& options) {
+  CheckBits(options.how, options.Format());
+  const std::string fault = NamePatternFault(options.name_pattern, options.Format());
+  if (!fault.empty()) throw CLI::ValidationError("--name", fault);
+}
+
+void MakeFolder(const std::string& folder) {
+  std::error_code error;
+  std::filesystem::create_directories(folder, error);
+  if (error) throw std::runtime_error("cannot make the folder '" + folder + "': " + error.message());
+}
+
+std::vector<BatchOutcome> FirstOutcomes(const BatchOptions& options, const std::vector<BatchTask>& tasks) {
+  std::vector<BatchOutcome> outcomes(tasks.size());
+  for (std::size_t i = 0; options.resume && i < tasks.size(); ++i) {
+    const bool done = IsDone(tasks[i], options.photograph.settings, options.Format());
+    if (done) outcomes[i].state = BatchState::kSkipped;
+  }
+  return outcomes;
+}
+
+std::string Megabytes(std::uint64_t bytes) {
+  return std::to_string(bytes >> 20U) + " MB";
+}
+
+// As many as the user wants and the memory allows. Says on standard error what that is.
+unsigned ChooseWorkers(const std::vector<std::string>& photographs, unsigned jobs) {
+  const std::vector<std::uint64_t> estimates = EstimateMemory(photographs);
+  const std::uint64_t free = FreeMemory();
+  const unsigned workers = WorkersThatFit(estimates, jobs, free);
+  const unsigned processors = std::thread::hardware_concurrency();
+  std::ostringstream text;
+  text << photographs.size() << " to develop, " << workers << " at a time with "
+       << std::max(processors / workers, 1U) << " of " << processors << " processors each; up to "
+       << Megabytes(*std::max_element(estimates.begin(), estimates.end())) << " of memory each, of "
+       << Megabytes(free) << " that are free";
+  Report(text.str());
+  return workers;
+}
+
+// Returns what ended it before its end, if anything did.
+std::optional<Interruption> RunWithProgress(const BatchOptions& options, BatchWork& work,
+                                            std::vector<BatchOutcome>& outcomes) {
+  std::vector<std::string> pending;
+  for (std::size_t i = 0; i < outcomes.size(); ++i) {
+    if (outcomes[i].state == BatchState::kPending) pending.push_back(work.tasks[i].input);
+  }
+  if (pending.empty()) return std::nullopt;
+  try {
+    MakeFolder(options.output_folder);
+    work.workers = ChooseWorkers(pending, options.jobs);
+    ProgressBar bar(pending.size(), ProgressBar::Elsewhere::kPlainLines);
+    RunBatch(work, outcomes, [&](std::size_t i) {
+      if (!options.json && outcomes[i].state == BatchState::kDeveloped) {
+        bar.Wipe();
+        PrintResult(work.tasks[i].output, outcomes[i].width, outcomes[i].height);
+        std::cout.flush();
+      }
+      bar.Advance();
+    });
+  } catch (const Interruption& interruption) {
+    return interruption;
+  }
+  return std::nullopt;
+}
+
+void DevelopBatch(const BatchOptions& options) {
+  CheckUsage(options);
+  GivenSettings(options.photograph);  // finds fault with the file before any work is done
+  const BatchInputs inputs = FindBatchInputs(options.inputs, options.output_folder);
+  BatchWork work;
+  work.tasks = PlanBatch(inputs, options.output_folder, options.name_pattern, options.Format());
+  work.develop_options = PassedOptions(options.develop_options);
+  std::vector<BatchOutcome> outcomes = FirstOutcomes(options, work.tasks);
+
+  const auto begun = std::chrono::steady_clock::now();
+  const std::optional<Interruption> interruption = RunWithProgress(options, work, outcomes);
+  const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count();
+  const BatchReport report{work, outcomes, inputs.failures, seconds, interruption.has_value()};
+  if (options.json) PrintBatchJson(report);
+  ReportBatch(report);
+  if (interruption) throw Interruption(*interruption);
+  if (HasFailures(report)) throw ReportedFailure();
+}
+
+std::string KnownFormat(const std::string& text) {
+  if (text == "jpg" || text == "png" || text == "tiff") return {};
+  return "'" + text + "' is not jpg, png or tiff";
+}
+
+void AddBatchOptions(CLI::App& command, BatchOptions& options) {
+  command
+      .add_option("IN", options.inputs,
+                  "The photographs, folders of photographs, and names with the wildcards *, ? and [...]")
+      ->required()
+      ->type_name("");
+  command
+      .add_option("-o,--output", options.output_folder, "The folder to write to, which is made if need be")
+      ->required()
+      ->type_name("DIR")
+      ->group(kBatch);
+  command
+      .add_option("--name", options.name_pattern,
+                  "What to call the files, by {stem}, {n}, {ext} and {folder} (default {stem}.{ext})")
+      ->type_name("PATTERN")
+      ->group(kBatch);
+  command.add_option("--format", options.format, "jpg, png or tiff (default jpg)")
+      ->type_name("FORMAT")
+      ->check(CLI::Validator(KnownFormat, ""))
+      ->group(kBatch);
+  AddJobsOption(command, options.jobs,
+                "Photographs at a time, which share the processors (default: one for each processor)")
+      ->group(kBatch);
+  command.add_flag("--resume", options.resume, "Leave out what is already done")->group(kBatch);
+  command.add_flag("--json", options.json, "Print a report in JSON")->group(kBatch);
+}
+
+}  // namespace
+
+void AddBatchCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("batch", "Develop many photographs alike");
+  auto options = std::make_shared<BatchOptions>();
+  AddDecodingOption(*command, options->photograph);
+  AddDevelopOptions(*command, options->photograph);
+  AddExportOptions(*command, options->how);
+  const CLI::App* so_far = command;
+  options->develop_options = so_far->get_options();
+  AddBatchOptions(*command, *options);
+  command->callback([options] { DevelopBatch(*options); });
+}
+
+}  // namespace lumvik

@@ -1,0 +1,85 @@
+#include "batch_inputs.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+#include "matching_files.h"
+#include "photograph_walk.h"
+
+namespace lumvik {
+namespace {
+
+namespace fs = std::filesystem;
+
+fs::path PlaceOf(const fs::path& path) {
+  std::error_code error;
+  fs::path place = fs::weakly_canonical(path, error);
+  if (error) place = fs::absolute(path).lexically_normal();
+  return place.has_filename() ? place : place.parent_path();
+}
+
+bool LiesIn(const fs::path& place, const fs::path& folder) {
+  return std::mismatch(folder.begin(), folder.end(), place.begin(), place.end()).first == folder.end();
+}
+
+class Search {
+ public:
+  explicit Search(const std::string& output_folder) : output_(PlaceOf(output_folder)) {}
+
+  void Add(const std::string& argument) {
+    std::error_code ignored;
+    if (fs::exists(argument, ignored)) return AddExisting(argument);
+    const std::vector<std::string> matches = MatchingFiles(argument);
+    if (matches.empty()) {
+      inputs_.failures.push_back("cannot read '" + argument + "': there is no such file");
+    }
+    for (const std::string& match : matches) AddExisting(match);
+  }
+
+  BatchInputs Take() { return std::move(inputs_); }
+
+ private:
+  void AddExisting(const std::string& path) {
+    std::error_code ignored;
+    if (fs::is_directory(path, ignored)) return AddFolder(path);
+    const fs::path place = PlaceOf(path);
+    AddPhotograph(path, place, PlaceOf(fs::absolute(path).parent_path()).filename());
+  }
+
+  void AddFolder(const std::string& folder) {
+    FoundPhotographs found;
+    try {
+      found = FindPhotographs(folder);
+    } catch (const std::runtime_error& error) {
+      inputs_.failures.emplace_back(error.what());
+    }
+    const fs::path root = PlaceOf(folder);
+    for (const std::string& path : found.paths) {
+      const fs::path place = PlaceOf(path);
+      if (LiesIn(place, output_) && !LiesIn(root, output_)) continue;
+      AddPhotograph(path, place, root.filename() / place.parent_path().lexically_relative(root));
+    }
+    inputs_.failures.insert(inputs_.failures.end(), found.failures.begin(), found.failures.end());
+  }
+
+  void AddPhotograph(const std::string& path, const fs::path& place, const fs::path& folder) {
+    if (!inputs_.places.insert(place.string()).second) return;
+    inputs_.photographs.push_back({path, folder.lexically_normal().string()});
+  }
+
+  const fs::path output_;
+  BatchInputs inputs_;
+};
+
+}  // namespace
+
+BatchInputs FindBatchInputs(const std::vector<std::string>& arguments, const std::string& output_folder) {
+  Search search(output_folder);
+  for (const std::string& argument : arguments) search.Add(argument);
+  return search.Take();
+}
+
+}  // namespace lumvik

@@ -1,0 +1,55 @@
+#include "batch_plan.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <map>
+#include <stdexcept>
+#include <system_error>
+
+#include "batch_names.h"
+#include "whole_picture.h"
+
+namespace lumvik {
+namespace {
+
+namespace fs = std::filesystem;
+
+// A file whose time cannot be told counts as newer, so that the work is done once more.
+bool IsNewer(const fs::path& file, const fs::path& than) {
+  std::error_code error;
+  const auto time = fs::last_write_time(file, error);
+  if (error) return false;
+  const auto other = fs::last_write_time(than, error);
+  return !error && time > other;
+}
+
+}  // namespace
+
+std::vector<BatchTask> PlanBatch(const BatchInputs& inputs, const std::string& output_folder,
+                                 const std::string& name_pattern, OutputFormat format) {
+  const std::vector<std::string> names = NamesByPattern(name_pattern, inputs.photographs, format);
+  std::vector<BatchTask> tasks;
+  std::map<std::string, std::string> input_of;  // by output
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    const std::string& input = inputs.photographs[i].path;
+    const fs::path output = fs::path(output_folder) / names[i];
+    const auto [other, is_new] = input_of.emplace(output.string(), input);
+    if (!is_new) {
+      throw std::runtime_error("'" + other->second + "' and '" + input + "' would both become '" +
+                               output.string() + "'; {n} or {folder} in --name keeps them apart");
+    }
+    if (inputs.places.count(fs::weakly_canonical(output).string()) != 0) {
+      throw std::runtime_error("cannot write '" + output.string() +
+                               "': it is one of the photographs, which are never overwritten");
+    }
+    tasks.push_back({input, output.string()});
+  }
+  return tasks;
+}
+
+bool IsDone(const BatchTask& task, const std::optional<std::string>& settings, OutputFormat format) {
+  return IsNewer(task.output, task.input) && (!settings || IsNewer(task.output, *settings)) &&
+         IsWholePicture(task.output, format);
+}
+
+}  // namespace lumvik

@@ -1,0 +1,29 @@
+// How much of the machine a command uses.
+#ifndef LUMVIK_APPS_JOBS_OPTION_H_
+#define LUMVIK_APPS_JOBS_OPTION_H_
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <string>
+#include <thread>
+
+#include "in_range.h"
+#include "range.h"
+
+namespace lumvik {
+
+inline constexpr Range<unsigned> kJobs = {1, 256};
+
+// One for each processor.
+inline unsigned UsualJobs() {
+  return std::clamp(std::thread::hardware_concurrency(), kJobs.lowest, kJobs.highest);
+}
+
+// `jobs` must outlive the command.
+inline CLI::Option* AddJobsOption(CLI::App& command, unsigned& jobs, const std::string& help) {
+  return command.add_option("--jobs", jobs, help)->type_name("N")->check(InRange(kJobs));
+}
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_APPS_JOBS_OPTION_H_

@@ -1,0 +1,20 @@
+#include <glob.h>
+
+#include <algorithm>
+
+#include "matching_files.h"
+
+namespace lumvik {
+
+std::vector<std::string> MatchingFiles(const std::string& pattern) {
+  glob_t found = {};
+  std::vector<std::string> files;
+  if (glob(pattern.c_str(), 0, nullptr, &found) == 0) {
+    files.assign(found.gl_pathv, found.gl_pathv + found.gl_pathc);
+  }
+  globfree(&found);
+  std::sort(files.begin(), files.end());  // by their bytes, whatever the locale
+  return files;
+}
+
+}  // namespace lumvik
