@@ -1,7 +1,10 @@
-// Runs a program and collects what it says.
+// Runs programs and collects what they say.
 #ifndef LUMVIK_TESTS_APPS_RUN_PROCESS_H_
 #define LUMVIK_TESTS_APPS_RUN_PROCESS_H_
 
+#include <sys/types.h>
+
+#include <memory>
 #include <string>
 #include <vector>
 
@@ -13,8 +16,30 @@ struct ProcessResult {
   std::string err;
 };
 
-// Runs the program `arguments[0]`, looked up as a shell does, and waits for its end. Throws
-// std::system_error when it cannot be started.
+// A program while it runs.
+class RunningProcess {
+ public:
+  // Starts the program `arguments[0]`, looked up as a shell does. Throws std::system_error when it cannot be
+  // started.
+  explicit RunningProcess(const std::vector<std::string>& arguments);
+  ~RunningProcess();
+  RunningProcess(const RunningProcess&) = delete;
+  RunningProcess& operator=(const RunningProcess&) = delete;
+
+  pid_t id() const { return id_; }
+  std::string OutSoFar() const;
+
+  // Waits for its end. To be called once.
+  ProcessResult Wait();
+
+ private:
+  class Capture;
+  std::unique_ptr<Capture> out_;
+  std::unique_ptr<Capture> err_;
+  pid_t id_ = 0;
+};
+
+// Starts a program as above and waits for its end.
 ProcessResult RunProcess(const std::vector<std::string>& arguments);
 
 }  // namespace lumvik::test

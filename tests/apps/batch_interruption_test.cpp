@@ -1,0 +1,91 @@
+// `lumvik batch` ended in the middle, and taken up again.
+#include <csignal>
+#include <filesystem>
+#include <map>
+
+#include "batch_fixture.h"
+
+namespace lumvik::test {
+namespace {
+
+namespace fs = std::filesystem;
+using Json = nlohmann::json;
+
+class BatchInterruptionTest : public BatchTest {
+ protected:
+  static constexpr std::size_t kBefore = 8;
+
+  BatchInterruptionTest() { WritePhotographs(); }
+
+  // Ends a batch by this signal when some of the photographs are done.
+  ProcessResult Interrupt(int signal, const std::vector<std::string>& options = {}) const {
+    RunningProcess batch(BatchCommand(options));
+    AwaitOutputs(kBefore);
+    EXPECT_EQ(kill(batch.id(), signal), 0);
+    ProcessResult result = batch.Wait();
+    ExpectNoProcessLeft();
+    return result;
+  }
+
+  void ExpectNothingTemporary() { TearDown(); }
+
+  // Expects that what is there is kept, and that the rest comes to it.
+  void ExpectResumed() const {
+    ExpectWholeOutputs();
+    std::map<std::string, fs::file_time_type> before;
+    for (const std::string& name : Outputs()) before[name] = fs::last_write_time(Out(name));
+    EXPECT_GE(before.size(), kBefore);
+    ASSERT_LT(before.size(), std::size_t{kPhotographs - kBroken}) << "it was over before the signal came";
+
+    const ProcessResult result = Batch({"--resume", "--json"});
+    EXPECT_EQ(result.status, kFailure);
+    const Json json = Json::parse(result.out);
+    EXPECT_EQ(json.at("skipped"), before.size());
+    EXPECT_EQ(json.at("developed"), kPhotographs - kBroken - before.size());
+    EXPECT_EQ(json.at("failed"), kBroken);
+    EXPECT_EQ(Outputs().size(), std::size_t{kPhotographs - kBroken});
+    ExpectWholeOutputs();
+    for (const auto& [name, time] : before) EXPECT_EQ(fs::last_write_time(Out(name)), time) << name;
+  }
+};
+
+TEST_F(BatchInterruptionTest, KilledAndResumed) {
+  EXPECT_EQ(Interrupt(SIGKILL).status, 128 + SIGKILL);
+  ExpectResumed();
+}
+
+TEST_F(BatchInterruptionTest, InterruptedAndResumed) {
+  const ProcessResult result = Interrupt(SIGINT);
+  EXPECT_EQ(result.status, 130);
+  EXPECT_NE(result.err.find("\nlumvik: interrupted: "), std::string::npos) << result.err;
+  EXPECT_NE(result.err.find(" not done, which --resume does ("), std::string::npos) << result.err;
+  ExpectNothingTemporary();
+  ExpectResumed();
+}
+
+TEST_F(BatchInterruptionTest, TerminatedWithAReport) {
+  const ProcessResult result = Interrupt(SIGTERM, {"--json", "--jobs", "1"});
+  EXPECT_EQ(result.status, 143);
+  ExpectNothingTemporary();
+  const Json json = Json::parse(result.out);
+  EXPECT_EQ(json.at("interrupted"), true);
+  EXPECT_EQ(json.at("developed"), Outputs().size());
+  EXPECT_EQ(json.at("pending").get<std::size_t>() + json.at("failed").get<std::size_t>() + Outputs().size(),
+            std::size_t{kPhotographs});
+  ExpectResumed();
+}
+
+// Ctrl-C goes to all processes of a terminal at once.
+TEST_F(BatchInterruptionTest, CtrlCReachesTheWorkersAsWell) {
+  RunningProcess batch(BatchCommand({}, {"setsid", LUMVIK_COMMAND}));
+  AwaitOutputs(kBefore);
+  EXPECT_EQ(kill(-batch.id(), SIGINT), 0);
+  const ProcessResult result = batch.Wait();
+  EXPECT_EQ(result.status, 130);
+  EXPECT_EQ(result.err.find("was ended by signal"), std::string::npos) << result.err;
+  ExpectNoProcessLeft();
+  ExpectNothingTemporary();
+}
+
+}  // namespace
+}  // namespace lumvik::test
