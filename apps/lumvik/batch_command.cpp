@@ -122,7 +122,7 @@ std::optional<Interruption> RunWithProgress(const BatchOptions& options, BatchWo
 
 void DevelopBatch(const BatchOptions& options) {
   CheckUsage(options);
-  GivenSettings(options.photograph);  // finds fault with the file before any work is done
+  GivenSettings(options.photograph, std::nullopt);  // finds fault with the file before any work is done
   const BatchInputs inputs = FindBatchInputs(options.inputs, options.output_folder);
   BatchWork work;
   work.tasks = PlanBatch(inputs, options.output_folder, options.name_pattern, options.Format());

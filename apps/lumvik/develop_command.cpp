@@ -42,8 +42,6 @@ struct DevelopOptions {
   SubjectPoint subject;
 };
 
-}
-
 Pixels PreviewOf(const DevelopOptions& options, Engine& engine) {
   EngineContext* const context = engine.Context();
   if (options.background_blur > 0) {
@@ -119,8 +117,6 @@ void Develop(const DevelopOptions& options) {
 std::string KnownEnding(const std::string& path) {
   if (OutputFormatOf(path)) return {};
   return "'" + path + "' does not end in .jpg, .jpeg, .png, .tif or .tiff, so its format is unknown";
-}
-
 }
 
 void AddOutputOptions(CLI::App& command, DevelopOptions& options) {
