@@ -17,6 +17,7 @@ namespace {
 constexpr char kPhotograph[] = LUMVIK_TEST_DATA "/eiffel_gps_north_east.jpg";  // 600x400
 constexpr char kRaw[] = LUMVIK_TEST_DATA "/jpeg_thumb.dng";
 constexpr char kRawWithoutPreview[] = LUMVIK_TEST_DATA "/no_thumb.dng";
+constexpr char kRawWithSubject[] = LUMVIK_SAMPLES "/sample_small.ARW";
 constexpr char kMissing[] = "/nowhere/missing.jpg";
 constexpr Size kPhotographSize{600, 400};
 
@@ -208,7 +209,7 @@ TEST(AutoTest, SuggestsWhatTheCFunctionsSuggest) {
 TEST(SubjectTest, MaskHasTheSizeOfItsImage) {
   const TempDir folder;
   Engine engine;
-  engine.Load(kRaw, RawQuality::kQuarter);
+  engine.Load(kRawWithSubject, RawQuality::kQuarter);
   engine.SegmentSubject(0.5F, 0.5F);
   const Size size = engine.loaded_size();
   ExpectSize(engine.mask_size(), size);
