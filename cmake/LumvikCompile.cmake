@@ -26,7 +26,12 @@ function(lumvik_compile_options target)
   endif()
   if(LUMVIK_SANITIZE)
     # The sanitizers' own code makes GCC see uninitialised values in std::function and std::regex.
-    target_compile_options(${target} PRIVATE -Wno-maybe-uninitialized -fsanitize=${LUMVIK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> -fsanitize=${LUMVIK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(${target} PRIVATE -fsanitize=${LUMVIK_SANITIZE})
+  endif()
+  if(LUMVIK_BUILD_FUZZ)
+    # Lets the fuzzer see which branches of our code an input takes. A setting that is not finite may end in a
+    # conversion to an integer that cannot hold it, which is told and, as with GCC's checks, not the end.
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link -fsanitize-recover=float-cast-overflow)
   endif()
 endfunction()

@@ -6,6 +6,7 @@
 #   scripts/install-dependencies.sh --build --test   and what scripts/test.sh calls besides
 #   scripts/install-dependencies.sh --pictures       what scripts/make-doc-pictures.sh calls besides
 #   scripts/install-dependencies.sh --package        what scripts/package.sh and scripts/test-packages.sh call
+#   scripts/install-dependencies.sh --build --fuzz   or what scripts/fuzz.sh does
 set -euo pipefail
 
 build_packages=(
@@ -44,6 +45,9 @@ package_packages=(
   file         # tells programs and libraries from other files
   debootstrap  # the bare system that the packages are tried in
 )
+fuzz_packages=(
+  clang  # the compiler with the fuzzer, libFuzzer
+)
 
 sets=()
 for argument in "$@"; do
@@ -52,8 +56,9 @@ for argument in "$@"; do
     --test) sets+=("${test_packages[@]}") ;;
     --pictures) sets+=("${picture_packages[@]}") ;;
     --package) sets+=("${package_packages[@]}") ;;
+    --fuzz) sets+=("${fuzz_packages[@]}") ;;
     *)
-      echo "usage: $0 [--build] [--test] [--pictures] [--package]" >&2
+      echo "usage: $0 [--build] [--test] [--pictures] [--package] [--fuzz]" >&2
       exit 2
       ;;
   esac

@@ -1,0 +1,23 @@
+// A settings file: refused with a sentence, or read; what was read is the same after it was written.
+#include <stdexcept>
+
+#include "fuzz_input.h"
+#include "lumvik/settings_file.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  using lumvik::fuzz::Require;
+  const std::string path = lumvik::fuzz::WriteFile("input.json", lumvik::fuzz::ToBytes(data, size));
+  lumvik::Settings settings;
+  try {
+    settings = lumvik::ReadSettings(path);
+  } catch (const std::runtime_error& error) {
+    const std::string sentence = error.what();
+    Require(!sentence.empty() && sentence.find('\n') == std::string::npos);
+    return 0;
+  }
+  settings.merge(lumvik::DefaultSettings());
+  const std::string written = lumvik::fuzz::FilePath("written.json");
+  lumvik::WriteSettings(settings, written);
+  Require(lumvik::ReadSettings(written) == settings);
+  return 0;
+}

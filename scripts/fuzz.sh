@@ -1,0 +1,56 @@
+#!/usr/bin/env bash
+# Feeds the engine with changed files and lists of calls, and stops at the first that harms it. Builds first what
+# that takes; the inputs found so far are kept in build/fuzz/corpus and begun with the next time.
+#
+#   scripts/fuzz.sh                       a minute for each target
+#   scripts/fuzz.sh --seconds N           N seconds for each
+#   scripts/fuzz.sh [--seconds N] TARGET  that one only, such as exif_fuzz
+#
+# What a target stopped at is in build/fuzz/findings, and is played again by
+#   build/fuzz/fuzz/TARGET FILE
+set -euo pipefail
+# shellcheck source-path=SCRIPTDIR source=common.sh
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+TARGETS=(settings_file_fuzz exif_fuzz image_loader_fuzz raw_decoder_fuzz thumbnail_fuzz perceptual_hash_fuzz
+  call_list_fuzz)
+BUILD=$ROOT/build/fuzz
+
+seconds=60
+if [[ ${1:-} == --seconds ]]; then
+  [[ ${2:-} =~ ^[1-9][0-9]*$ ]] || fail "usage: scripts/fuzz.sh [--seconds N] [TARGET]"
+  seconds=$2
+  shift 2
+fi
+if (($#)); then
+  [[ $# == 1 && " ${TARGETS[*]} " == *" $1 "* ]] || fail "the targets are: ${TARGETS[*]}"
+  TARGETS=("$1")
+fi
+
+"$ROOT/scripts/install-dependencies.sh" --build --fuzz
+configure fuzz "$BUILD"
+cmake --build "$BUILD" --target lumvik_fuzz
+
+# One folder for the targets' files, removed with them however they end.
+TMPDIR=$(mktemp -d)
+export TMPDIR BUILD SECONDS_EACH=$seconds
+trap 'rm -rf "$TMPDIR"' EXIT
+"$BUILD/fuzz/lumvik_fuzz_seeds" "$TMPDIR/seeds"
+
+# A file may claim more than the machine has: LibRaw and OpenCV get a null, as they do without the sanitizer.
+# Leaks are looked for at the end only, as looking for them in between takes most of the time.
+export ASAN_OPTIONS=allocator_may_return_null=1:max_allocation_size_mb=4096
+run_target() {
+  local target=$1 corpus=$BUILD/corpus/$1 log=$BUILD/$1.log
+  mkdir -p "$corpus" "$BUILD/findings"
+  if ! "$BUILD/fuzz/$target" "$corpus" "$TMPDIR/seeds/$target" -artifact_prefix="$BUILD/findings/$target-" \
+    -max_total_time="$SECONDS_EACH" -timeout=30 -rss_limit_mb=4096 -malloc_limit_mb=4096 -max_len=65536 \
+    -print_final_stats=1 >"$log" 2>&1; then
+    grep -a -A 40 -E 'ERROR|runtime error' "$log" | cut -c 1-200
+    echo "$target failed: $log"
+    return 1
+  fi
+  printf '%-22s %9s inputs\n' "$target" "$(awk '/number_of_executed_units/ { print $2 }' "$log")"
+}
+export -f run_target
+printf '%s\n' "${TARGETS[@]}" | xargs -P "$JOBS" -I {} bash -euo pipefail -c 'run_target {}'
