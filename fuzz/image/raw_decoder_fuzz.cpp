@@ -1,11 +1,10 @@
 // A RAW file: decoded and rendered, or refused in the words of the step that failed. Read once more for its
 // metadata, which for most RAW files is the decoder's.
-#include <libraw/libraw.h>
-
 #include <algorithm>
 #include <memory>
 
 #include "fuzz_input.h"
+#include "image/guarded_libraw.h"
 #include "lumvik.h"
 
 extern "C" size_t LLVMFuzzerMutate(uint8_t* data, size_t size, size_t max_size);
@@ -17,9 +16,8 @@ namespace {
 constexpr size_t kMaxPixels = size_t{1} << 20;
 
 bool IsTooLarge(const std::string& path) {
-  const auto raw = std::make_unique<LibRaw>();
-  raw->set_dataerror_handler(nullptr, nullptr);
-  if (raw->open_file(path.c_str()) != LIBRAW_SUCCESS) return false;
+  const auto raw = std::make_unique<lumvik::GuardedLibRaw>();
+  if (raw->OpenFile(path) != LIBRAW_SUCCESS) return false;
   const libraw_image_sizes_t& sizes = raw->imgdata.sizes;
   const size_t recorded = size_t{sizes.raw_width} * sizes.raw_height;
   const size_t delivered = size_t{sizes.iwidth} * sizes.iheight;

@@ -1,6 +1,6 @@
 #include "image/embedded_preview.h"
 
-#include "image/file_io.h"
+#include "image/guarded_libraw.h"
 
 namespace lumvik {
 namespace {
@@ -11,13 +11,10 @@ constexpr size_t kColors = 3;
 
 EmbeddedPreview ReadEmbeddedPreview(const std::string& path) {
   EmbeddedPreview preview;
-  const auto raw = std::make_unique<LibRaw>();  // far too large for the stack
-  // Its default handler reports damaged data on the host's standard error.
-  raw->set_dataerror_handler(nullptr, nullptr);
-  // LibRaw would wait for ever for the other end of a pipe.
-  if (ReadingMayBlock(path) || raw->open_file(path.c_str()) != LIBRAW_SUCCESS) return preview;
+  const auto raw = std::make_unique<GuardedLibRaw>();
+  if (raw->OpenFile(path) != LIBRAW_SUCCESS) return preview;
   preview.status = FileStatus::kNoPreview;
-  if (raw->unpack_thumb() != LIBRAW_SUCCESS) return preview;
+  if (raw->UnpackPreview() != LIBRAW_SUCCESS) return preview;
   preview.image.reset(raw->dcraw_make_mem_thumb(&preview.delivery_error));
   preview.status = preview.image ? FileStatus::kRead : FileStatus::kPreviewNotDelivered;
   return preview;

@@ -1,7 +1,5 @@
 #include "image/raw_decoder.h"
 
-#include <libraw/libraw.h>
-
 #include <algorithm>
 #include <iterator>
 #include <memory>
@@ -9,8 +7,8 @@
 #include <opencv2/imgproc.hpp>
 
 #include "image/base_curve.h"
-#include "image/file_io.h"
 #include "image/fixed_text.h"
+#include "image/guarded_libraw.h"
 
 namespace lumvik {
 namespace {
@@ -53,15 +51,13 @@ bool HasThreeDeepColors(const LibRaw& raw) {
 }
 
 // Runs LibRaw's steps up to the finished image in memory; null with `error` set when one fails.
-MemoryImage Develop(LibRaw& raw, const std::string& path, int quality, std::string& error) {
+MemoryImage Develop(GuardedLibRaw& raw, const std::string& path, int quality, std::string& error) {
   MemoryImage image(nullptr, &LibRaw::dcraw_clear_mem);
   const auto failed = [&error](const char* step, int code) {
     if (code != LIBRAW_SUCCESS) error = Failure(step, code);
     return code != LIBRAW_SUCCESS;
   };
-  // LibRaw would wait for ever for the other end of a pipe.
-  const int opened = ReadingMayBlock(path) ? LIBRAW_IO_ERROR : raw.open_file(path.c_str());
-  if (failed("open_file", opened)) return image;
+  if (failed("open_file", raw.OpenFile(path))) return image;
   SetProcessingParameters(raw.imgdata.params, quality);
   const libraw_image_sizes_t& sizes = raw.imgdata.sizes;
   const bool too_big = size_t{sizes.raw_width} * sizes.raw_height > kMaxPixels;
@@ -120,9 +116,7 @@ void CopyMetadata(const libraw_data_t& data, DecodedImage& decoded) {
 bool DecodeRaw(const std::string& path, int quality, DecodedImage& decoded) {
   DecodedImage result;
   result.path = path;
-  const auto raw = std::make_unique<LibRaw>();  // far too large for the stack
-  // Its default handler reports damaged data on the host's standard error.
-  raw->set_dataerror_handler(nullptr, nullptr);
+  const auto raw = std::make_unique<GuardedLibRaw>();
   MemoryImage memory = Develop(*raw, path, quality, result.error);
   if (!memory) {
     decoded.path = std::move(result.path);

@@ -1,0 +1,125 @@
+// Files that LibRaw 0.20 alone would not survive, or of which it would tell what was never in them.
+#include "image/guarded_libraw.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <memory>
+
+#include "support/file_bytes.h"
+#include "support/raw_previews.h"
+#include "support/raw_writer.h"
+#include "support/temp_dir.h"
+#include "support/tiff_tags.h"
+
+namespace lumvik::test {
+namespace {
+
+using Bytes = std::vector<uint8_t>;
+using ::testing::Each;
+
+constexpr uint16_t kKodakCfaPattern = 0xFD09;
+constexpr int kSixBySix = 36;
+
+const cv::Mat kPicture(32, 48, CV_8UC3, cv::Scalar(90, 150, 210));
+
+TiffDirectory Dng() {
+  RawOptions options;
+  options.format = RawFormat::kDng;
+  options.preview = RawPreview::kNone;
+  return MakeRawDirectory(kPicture, options);
+}
+
+// The file with another number `place` bytes behind where the entry begins.
+Bytes WithField(Bytes file, const Bytes& entry, size_t place, uint32_t value) {
+  const auto found = std::search(file.begin(), file.end(), entry.begin(), entry.end());
+  EXPECT_NE(found, file.end());
+  std::memcpy(&*found + place, &value, sizeof(value));
+  return file;
+}
+
+class GuardedLibRawTest : public ::testing::Test {
+ protected:
+  int Open(const Bytes& file) { return raw_->OpenFile(WriteBytes(folder_.File("a.dng"), file)); }
+
+  const libraw_thumbnail_t& preview() const { return raw_->imgdata.thumbnail; }
+
+  TempDir folder_;
+  std::unique_ptr<GuardedLibRaw> raw_ = std::make_unique<GuardedLibRaw>();
+};
+
+TEST_F(GuardedLibRawTest, APatternOfSixBySixWithoutSayingSo) {
+  TiffDirectory dng = Dng();
+  dng.SetBytes(tag::kCfaPattern, Bytes(kSixBySix, 1));
+  EXPECT_EQ(Open(dng.Serialize()), LIBRAW_IO_ERROR);
+}
+
+TEST_F(GuardedLibRawTest, APatternOfSixBySixThatSaysSo) {
+  TiffDirectory dng = Dng();
+  dng.SetShorts(tag::kCfaRepeatPatternDim, {6, 6});
+  dng.SetBytes(tag::kCfaPattern, Bytes(kSixBySix, 1));
+  EXPECT_EQ(Open(dng.Serialize()), LIBRAW_SUCCESS);
+}
+
+TEST_F(GuardedLibRawTest, AKodakPatternOfSixBySix) {
+  TiffDirectory dng = Dng();
+  dng.SetBytes(kKodakCfaPattern, Bytes(kSixBySix, 1));
+  EXPECT_EQ(Open(dng.Serialize()), LIBRAW_IO_ERROR);
+  dng.SetBytes(kKodakCfaPattern, {0, 1, 1, 2});
+  EXPECT_EQ(Open(dng.Serialize()), LIBRAW_SUCCESS);
+}
+
+// The first directory's entry of this tag and type, with one value.
+Bytes Entry(uint16_t tag, uint8_t type) {
+  return {static_cast<uint8_t>(tag & 0xFF), static_cast<uint8_t>(tag >> 8), type, 0, 1, 0, 0, 0};
+}
+
+constexpr uint8_t kShort = 3;
+constexpr uint8_t kLong = 4;
+constexpr size_t kCount = 4;  // places in an entry
+constexpr size_t kValue = 8;
+
+// The file with these two numbers in place of the entry's one.
+Bytes WithTwo(Bytes file, const Bytes& entry, const std::array<uint32_t, 2>& numbers) {
+  file = WithField(std::move(file), entry, kValue, static_cast<uint32_t>(file.size()));
+  file = WithField(std::move(file), entry, kCount, 2);
+  const auto* bytes = reinterpret_cast<const uint8_t*>(numbers.data());
+  file.insert(file.end(), bytes, bytes + sizeof(numbers));
+  return file;
+}
+
+// A compression of 0 makes LibRaw take the preview for one of separate colour planes.
+TEST_F(GuardedLibRawTest, PlanesOfMoreBytesThanTheirSizeHas) {
+  Bytes file = WithField(MakeBitmapPreviewRaw(kPicture), Entry(tag::kCompression, kShort), kValue, 0);
+  const auto bytes = static_cast<uint32_t>(kPicture.total());
+  file = WithField(std::move(file), Entry(tag::kStripByteCounts, kLong), kValue, 3 * bytes);
+  ASSERT_EQ(Open(file), LIBRAW_SUCCESS);
+  ASSERT_EQ(preview().tlength, 3 * bytes);
+  EXPECT_EQ(raw_->UnpackPreview(), LIBRAW_SUCCESS);
+  EXPECT_EQ(preview().tlength, 3 * bytes);
+  EXPECT_EQ(preview().thumb[0], 90);
+}
+
+// LibRaw makes room for 100 bytes and takes the negative number for one beyond all files.
+TEST_F(GuardedLibRawTest, StripsWhoseSumOverflows) {
+  Bytes file = WithTwo(MakeBitmapPreviewRaw(kPicture), Entry(tag::kStripOffsets, kLong), {1000, 1000});
+  file = WithTwo(std::move(file), Entry(tag::kStripByteCounts, kLong), {200, static_cast<uint32_t>(-100)});
+  ASSERT_EQ(Open(file), LIBRAW_SUCCESS);
+  EXPECT_EQ(raw_->UnpackPreview(), LIBRAW_UNSUPPORTED_THUMBNAIL);
+}
+
+TEST_F(GuardedLibRawTest, WhatTheEndOfTheFileCutsOffABitmapIsZero) {
+  const Bytes whole = MakeBitmapPreviewRaw(kPicture);
+  const auto bytes = static_cast<uint32_t>(kPicture.total() * kPicture.elemSize());
+  const auto begin = static_cast<uint32_t>(whole.size() - 100);
+  ASSERT_EQ(Open(WithField(whole, Entry(tag::kStripOffsets, kLong), kValue, begin)), LIBRAW_SUCCESS);
+  ASSERT_EQ(raw_->UnpackPreview(), LIBRAW_SUCCESS);
+  ASSERT_EQ(preview().tlength, bytes);
+  EXPECT_EQ(std::memcmp(preview().thumb, whole.data() + begin, 100), 0);
+  EXPECT_THAT(Bytes(preview().thumb + 100, preview().thumb + bytes), Each(0));
+}
+
+}  // namespace
+}  // namespace lumvik::test
