@@ -62,7 +62,8 @@
  * @par Exceptions
  * Exceptions of the image library (cv::Exception) and of the C++ runtime leave the call; they are
  * not turned into a status. The context is then as it was before the call, without a text, and can
- * be used or destroyed. A C host cannot catch them and should avoid their causes:
+ * be used or destroyed; lumvik_get_preview() and lumvik_get_histogram() keep a render that they made
+ * before. A C host cannot catch exceptions and should avoid their causes:
  * - a render with a positive sharpening amount and a sharpening radius that is not positive;
  * - an export to a path without a "." (std::out_of_range), or whose ending no encoder knows;
  * - lumvik_export_subject_png() when mask and render differ in size;

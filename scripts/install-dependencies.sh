@@ -7,6 +7,7 @@
 #   scripts/install-dependencies.sh --pictures       what scripts/make-doc-pictures.sh calls besides
 #   scripts/install-dependencies.sh --package        what scripts/package.sh and scripts/test-packages.sh call
 #   scripts/install-dependencies.sh --build --fuzz   or what scripts/fuzz.sh does
+#   scripts/install-dependencies.sh --build --coverage   or what scripts/coverage.sh does
 set -euo pipefail
 
 build_packages=(
@@ -48,6 +49,9 @@ package_packages=(
 fuzz_packages=(
   clang  # the compiler with the fuzzer, libFuzzer
 )
+coverage_packages=(
+  gcovr  # counts the lines that the tests reach
+)
 
 sets=()
 for argument in "$@"; do
@@ -57,8 +61,9 @@ for argument in "$@"; do
     --pictures) sets+=("${picture_packages[@]}") ;;
     --package) sets+=("${package_packages[@]}") ;;
     --fuzz) sets+=("${fuzz_packages[@]}") ;;
+    --coverage) sets+=("${coverage_packages[@]}") ;;
     *)
-      echo "usage: $0 [--build] [--test] [--pictures] [--package] [--fuzz]" >&2
+      echo "usage: $0 [--build] [--test] [--pictures] [--package] [--fuzz] [--coverage]" >&2
       exit 2
       ;;
   esac

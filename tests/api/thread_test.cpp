@@ -16,7 +16,7 @@ extern "C" __attribute__((visibility("default"))) const char* __tsan_default_sup
 namespace lumvik::test {
 namespace {
 
-constexpr int kRounds = 3;
+constexpr int kRounds = 2;
 
 // One photograph with settings of its own.
 struct Job {
@@ -49,11 +49,15 @@ class ThreadTest : public ApiTest {
         {missing_ordinary, 1, 0},
         {missing_raw, 1, 0},
         {LUMVIK_SAMPLES "/sample_small.ARW", 2, 0.75F},
+        {LUMVIK_TEST_DATA "/eiffel_gps_north_east.jpg", 1, -0.25F},
     };
   }
 
   // Runs one job in a context of its own, with files whose names begin with `prefix`.
   Outcome Run(const Job& job, const std::string& prefix) const;
+  static Outcome Read(EngineContext* c);
+  static Outcome OfItsPath(const std::string& photograph);
+  Outcome Segmented(EngineContext* c, const std::string& prefix) const;
 
   std::vector<Job> jobs_;
 };
@@ -77,6 +81,7 @@ Outcome ThreadTest::Run(const Job& job, const std::string& prefix) const {
              std::to_string(lumvik_auto_straighten(c, rest + 1)) +
              std::to_string(lumvik_auto_crop(c, rest + 2, rest + 3, rest + 4, rest + 5));
   outcome.append(reinterpret_cast<const char*>(suggested), sizeof(suggested));
+  outcome += Read(c) + OfItsPath(job.photograph) + Segmented(c, prefix);
   const std::string jpeg = Path(prefix + ".jpg");
   const std::string png = Path(prefix + ".png");
   const std::string tiff = Path(prefix + ".tif");
@@ -89,6 +94,43 @@ Outcome ThreadTest::Run(const Job& job, const std::string& prefix) const {
     std::filesystem::remove(file);
   }
   return outcome + lumvik_last_error(c) + lumvik_last_error(nullptr);
+}
+
+Outcome ThreadTest::Read(EngineContext* c) {
+  std::vector<uint32_t> bins(size_t{4} * LUMVIK_HISTOGRAM_BINS);
+  const int counted = lumvik_get_histogram(c, &bins[0], &bins[256], &bins[512], &bins[768]);
+  Bytes preview(
+      size_t{4} * static_cast<size_t>(lumvik_get_width(c)) * static_cast<size_t>(lumvik_get_height(c)) + 1);
+  const int rendered = lumvik_get_preview(c, preview.data(), static_cast<int>(preview.size()));
+  Outcome outcome = std::to_string(counted) + std::to_string(rendered);
+  outcome.append(reinterpret_cast<const char*>(bins.data()), bins.size() * sizeof(uint32_t));
+  return outcome.append(preview.begin(), preview.end());
+}
+
+Outcome ThreadTest::OfItsPath(const std::string& photograph) {
+  uint64_t hash = 0;
+  uint8_t* thumbnail = nullptr;
+  int size = 0;
+  Outcome outcome = std::to_string(lumvik_phash(photograph.c_str(), &hash)) + " " + std::to_string(hash) +
+                    " " + std::to_string(lumvik_extract_thumbnail(photograph.c_str(), &thumbnail, &size));
+  // LibRaw puts memory that was never set into the header of a preview, but not behind it.
+  const int header = std::min(size, 1024);
+  outcome.append(thumbnail + header, thumbnail + size);
+  lumvik_free_thumb(thumbnail);
+  return outcome;
+}
+
+// The seeds of a segmentation are random, and so is where the mask ends: it counts that there is one.
+Outcome ThreadTest::Segmented(EngineContext* c, const std::string& prefix) const {
+  const std::string cutout = Path(prefix + ".subject.png");
+  Bytes mask(size_t{4096} * 4096);
+  Outcome outcome = std::to_string(lumvik_segment_subject(c, 0.5F, 0.5F));
+  outcome += std::to_string(lumvik_get_mask(c, mask.data(), static_cast<int>(mask.size())));
+  if (lumvik_get_mask(c, mask.data(), static_cast<int>(mask.size())) == LUMVIK_OK) {
+    outcome += std::to_string(lumvik_export_subject_png(c, cutout.c_str()));
+    std::filesystem::remove(cutout);
+  }
+  return outcome;
 }
 
 // First all at once, so that what the library prepares on first use is prepared then.
