@@ -16,6 +16,15 @@ if(LUMVIK_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${LUMVIK_CCACHE})
 endif()
 
+# The end of the names of the files that are for one platform alone.
+if(WIN32)
+  set(LUMVIK_PLATFORM win32)
+  set(LUMVIK_OTHER_PLATFORM posix)
+else()
+  set(LUMVIK_PLATFORM posix)
+  set(LUMVIK_OTHER_PLATFORM win32)
+endif()
+
 function(lumvik_compile_options target)
   # Contraction would let the compiler fuse a multiply and an add on some instruction sets and not on
   # others; with it off the same photograph gives the same bytes everywhere. Nobody looks at the floating-point
@@ -33,5 +42,12 @@ function(lumvik_compile_options target)
     # Lets the fuzzer see which branches of our code an input takes. A setting that is not finite may end in a
     # conversion to an integer that cannot hold it, which is told and, as with GCC's checks, not the end.
     target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link -fsanitize-recover=float-cast-overflow)
+  endif()
+endfunction()
+
+# Lets a program of ours take its arguments and paths in UTF-8, as it does by itself on other systems than Windows.
+function(lumvik_utf8_program target)
+  if(WIN32)
+    target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/utf8_manifest.rc)
   endif()
 endfunction()

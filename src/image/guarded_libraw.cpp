@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <limits>
 
-#include "image/file_io.h"
+#include "image/raw_file.h"
 
 namespace lumvik {
 namespace {
@@ -38,8 +38,7 @@ GuardedLibRaw::GuardedLibRaw() {
 }
 
 int GuardedLibRaw::OpenFile(const std::string& path) {
-  // LibRaw would wait for ever for the other end of a pipe.
-  return ReadingMayBlock(path) ? LIBRAW_IO_ERROR : open_file(path.c_str());
+  return OpenRawFile(*this, path);
 }
 
 int GuardedLibRaw::UnpackPreview() {
