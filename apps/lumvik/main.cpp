@@ -6,7 +6,6 @@
 #include <stdexcept>
 #include <string>
 
-#include "batch_command.h"
 #include "cutout_command.h"
 #include "develop_command.h"
 #include "hash_command.h"
@@ -19,7 +18,12 @@
 #include "similar_command.h"
 #include "suggest_command.h"
 #include "thumb_command.h"
+#if defined(_WIN32)
+#include "console_win32.h"
+#else
+#include "batch_command.h"
 #include "worker_process.h"
+#endif
 
 namespace {
 
@@ -36,7 +40,9 @@ void RunCommand(int argc, char** argv) {
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.require_subcommand(0, 1);  // not 1, 1, which hides the name of an unknown command
   lumvik::AddDevelopCommand(app);
+#if !defined(_WIN32)
   lumvik::AddBatchCommand(app);
+#endif
   lumvik::AddHistogramCommand(app);
   lumvik::AddMaskCommand(app);
   lumvik::AddCutoutCommand(app);
@@ -58,11 +64,16 @@ void RunCommand(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
+#if defined(_WIN32)
+  const lumvik::Utf8Console console;
+#endif
   try {
     RunCommand(argc, argv);
     return kSuccess;
+#if !defined(_WIN32)
   } catch (const lumvik::Interruption& interruption) {
     return interruption.Status();
+#endif
   } catch (const lumvik::ReportedFailure&) {
     return kFailure;
   } catch (const CLI::ParseError& error) {

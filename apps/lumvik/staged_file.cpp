@@ -1,8 +1,9 @@
 #include "staged_file.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <cerrno>
-#include <cstdio>
-#include <memory>
 #include <random>
 #include <stdexcept>
 #include <system_error>
@@ -18,9 +19,10 @@ std::string ReserveFile(const fs::path& folder, const std::string& ending) {
   std::random_device random;
   for (;;) {
     std::string path = (folder / (".lumvik-" + std::to_string(random()) + ending)).string();
-    // The mode "x" refuses a file that exists.
-    if (std::FILE* file = std::fopen(path.c_str(), "wbx")) {
-      std::fclose(file);
+    constexpr int kNewFileMode = 0666;
+    const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL, kNewFileMode);
+    if (file >= 0) {
+      ::close(file);
       return path;
     }
     if (errno != EEXIST) {
