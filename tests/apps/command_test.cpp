@@ -1,35 +1,20 @@
 #include "command_test.h"
 
-#include <stdlib.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <fstream>
 #include <iterator>
 #include <opencv2/imgcodecs.hpp>
-#include <system_error>
 
 namespace lumvik::test {
-namespace {
 
 namespace fs = std::filesystem;
-
-fs::path MakeFolder() {
-  std::string name = (fs::temp_directory_path() / "lumvik-command-XXXXXX").string();
-  if (!mkdtemp(name.data())) throw std::system_error(errno, std::generic_category(), name);
-  return name;
-}
-
-}  // namespace
 
 std::vector<std::string> Command() {
   return {LUMVIK_COMMAND};
 }
 
 std::vector<std::string> UnprivilegedCommand() {
-  if (geteuid() != 0) return Command();
-  return {"setpriv", "--bounding-set=-dac_override,-dac_read_search", LUMVIK_COMMAND};
+  return Unprivileged(Command());
 }
 
 std::string ReadFile(const fs::path& path) {
@@ -77,15 +62,8 @@ void ExpectRefusal(const ProcessResult& result, int status, const std::string& p
   EXPECT_EQ(result.err.find('\n'), result.err.size() - 1) << "not one line: " << result.err;
 }
 
-CommandTest::CommandTest() : folder_(MakeFolder()) {}
-
-CommandTest::~CommandTest() {
-  std::error_code ignored;
-  fs::remove_all(folder_, ignored);
-}
-
 void CommandTest::TearDown() {
-  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder_)) {
+  for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder_.path())) {
     EXPECT_NE(entry.path().filename().string().rfind(".lumvik-", 0), 0U)
         << entry.path() << " was left behind";
   }

@@ -10,6 +10,8 @@
 #include <vector>
 
 #include "run_process.h"
+#include "support/process_state.h"
+#include "support/temp_dir.h"
 
 namespace lumvik::test {
 
@@ -39,11 +41,9 @@ void ExpectRefusal(const ProcessResult& result, int status, const std::string& p
 
 class CommandTest : public ::testing::Test {
  protected:
-  CommandTest();
-  ~CommandTest() override;
   void TearDown() override;  // expects that no temporary file is left
 
-  std::string Path(const std::string& name) const { return (folder_ / name).string(); }
+  std::string Path(const std::string& name) const { return folder_.File(name); }
 
   // Writes SmallPicture() under this name and returns its path.
   std::string Photograph(const std::string& name) const;
@@ -58,7 +58,7 @@ class CommandTest : public ::testing::Test {
                            const std::vector<std::string>& options = {});
 
  private:
-  std::filesystem::path folder_;
+  TempDir folder_;
 };
 
 }  // namespace lumvik::test

@@ -1,6 +1,4 @@
 // `lumvik hash`: a line for each file, whatever becomes of the others.
-#include <sys/stat.h>
-
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -51,11 +49,11 @@ TEST_F(HashTest, LeadingZerosAreKept) {
 TEST_F(HashTest, AFailureDoesNotStopTheRest) {
   const std::string good = Photograph("good.png");
   WriteFile(Path("text.jpg"), "not a photograph at all\n");
-  ASSERT_EQ(mkfifo(Path("pipe.jpg").c_str(), 0600), 0);
+  const std::string pipe = MakePipe(Path("pipe.jpg"));
   const std::vector<std::string> files = {Path("missing.jpg"),
                                           good,
                                           Path("text.jpg"),
-                                          Path("pipe.jpg"),
+                                          pipe,
                                           LUMVIK_TEST_DATA "/no_thumb.dng",
                                           fs::path(good).parent_path().string(),
                                           good};

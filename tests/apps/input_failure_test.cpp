@@ -1,6 +1,4 @@
 // Photographs that cannot be developed: status 1, one sentence, no file.
-#include <sys/stat.h>
-
 #include <array>
 #include <cstdint>
 #include <filesystem>
@@ -68,8 +66,7 @@ TEST_F(InputFailureTest, AFolder) {
 }
 
 TEST_F(InputFailureTest, APipeIsNotWaitedFor) {
-  ASSERT_EQ(mkfifo(Path("pipe.jpg").c_str(), 0600), 0);
-  ExpectRefusedInput(Path("pipe.jpg"), "it is not a regular file");
+  ExpectRefusedInput(MakePipe(Path("pipe.jpg")), "it is not a regular file");
 }
 
 TEST_F(InputFailureTest, AFileThatMayNotBeRead) {

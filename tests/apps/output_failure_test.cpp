@@ -1,6 +1,4 @@
 // Places that cannot be written: status 1, one sentence, and nothing lost that was there before.
-#include <sys/stat.h>
-
 #include <cstdint>
 #include <filesystem>
 #include <opencv2/imgcodecs.hpp>
@@ -37,7 +35,7 @@ TEST_F(OutputFailureTest, AFolder) {
 
 // A pipe stands for the devices, which a test should not put at risk.
 TEST_F(OutputFailureTest, AFileThatIsNotRegular) {
-  ASSERT_EQ(mkfifo(Path("pipe.jpg").c_str(), 0600), 0);
+  MakePipe(Path("pipe.jpg"));
   fs::create_symlink("pipe.jpg", Path("out.jpg"));
   ExpectRefusedOutput(Path("pipe.jpg"), "it is not a regular file");
   ExpectRefusedOutput(Path("out.jpg"), "it is not a regular file");

@@ -1,4 +1,4 @@
-// Runs programs and collects what they say.
+// Runs programs and collects what they say. One implementation per platform.
 #ifndef LUMVIK_TESTS_APPS_RUN_PROCESS_H_
 #define LUMVIK_TESTS_APPS_RUN_PROCESS_H_
 
@@ -11,12 +11,13 @@
 namespace lumvik::test {
 
 struct ProcessResult {
-  int status = 0;  // the exit status; 128 + the signal's number when a signal ended the program
+  int status = 0;  // the exit status; 128 + the signal's number when a signal ended the program;
+                   // on Windows a crash is a status far above 255
   std::string out;
   std::string err;
 };
 
-// A program while it runs.
+// A program while it runs. On POSIX systems alone.
 class RunningProcess {
  public:
   // Starts the program `arguments[0]`, looked up as a shell does. Throws std::system_error when it cannot be
@@ -41,6 +42,9 @@ class RunningProcess {
 
 // Starts a program as above and waits for its end.
 ProcessResult RunProcess(const std::vector<std::string>& arguments);
+
+// The arguments that run the same program bound by file permissions, even for the superuser.
+std::vector<std::string> Unprivileged(const std::vector<std::string>& arguments);
 
 }  // namespace lumvik::test
 

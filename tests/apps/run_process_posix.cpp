@@ -1,5 +1,3 @@
-#include "run_process.h"
-
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -10,6 +8,8 @@
 #include <cstdio>
 #include <memory>
 #include <system_error>
+
+#include "run_process.h"
 
 namespace lumvik::test {
 namespace {
@@ -93,6 +93,13 @@ ProcessResult RunningProcess::Wait() {
 
 ProcessResult RunProcess(const std::vector<std::string>& arguments) {
   return RunningProcess(arguments).Wait();
+}
+
+std::vector<std::string> Unprivileged(const std::vector<std::string>& arguments) {
+  if (geteuid() != 0) return arguments;
+  std::vector<std::string> bound = {"setpriv", "--bounding-set=-dac_override,-dac_read_search"};
+  bound.insert(bound.end(), arguments.begin(), arguments.end());
+  return bound;
 }
 
 }  // namespace lumvik::test

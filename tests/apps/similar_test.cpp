@@ -1,6 +1,4 @@
 // `lumvik similar`: which photographs it puts together, and how it goes through a folder.
-#include <sys/stat.h>
-
 #include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -134,7 +132,7 @@ TEST_F(SimilarTest, LinksAndPipesAreLeftAlone) {
   fs::create_symlink("nowhere", In("dangling.jpg"));
   fs::create_directory_symlink("..", In("export/loop"));
   fs::create_directory_symlink("export", In("other"));
-  ASSERT_EQ(mkfifo(In("pipe.jpg").c_str(), 0600), 0);
+  MakePipe(In("pipe.jpg"));
   fs::create_directory(In("folder.jpg"));
   const ProcessResult result = Similar({"--json"});
   EXPECT_EQ(result.status, kSuccess) << result.err;

@@ -1,6 +1,7 @@
-#include "support/process_state.h"
-
+#include <sys/resource.h>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -10,10 +11,11 @@
 #include <filesystem>
 #include <system_error>
 
+#include "support/process_state.h"
+
 namespace lumvik::test {
 namespace {
 
-constexpr unsigned kDeadlineSeconds = 20;
 constexpr uid_t kNobody = 65534;
 
 void Require(bool succeeded, const char* what) {
@@ -27,23 +29,29 @@ std::string MakePipe(const std::string& path) {
   return path;
 }
 
-Deadline::Deadline() {
-  ::alarm(kDeadlineSeconds);
-}
-
-Deadline::~Deadline() {
-  ::alarm(0);
+std::string MakeSocket(const std::string& path) {
+  const int fd = ::socket(AF_UNIX, SOCK_STREAM, 0);
+  sockaddr_un address{};
+  address.sun_family = AF_UNIX;
+  path.copy(address.sun_path, sizeof(address.sun_path) - 1);
+  Require(::bind(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0, "bind");
+  ::close(fd);
+  return path;
 }
 
 FileSizeLimit::FileSizeLimit(uint64_t bytes) : previous_handler_(std::signal(SIGXFSZ, SIG_IGN)) {
-  Require(::getrlimit(RLIMIT_FSIZE, &previous_) == 0, "getrlimit");
-  rlimit limit = previous_;
+  rlimit limit{};
+  Require(::getrlimit(RLIMIT_FSIZE, &limit) == 0, "getrlimit");
+  previous_ = limit.rlim_cur;
   limit.rlim_cur = bytes;
   Require(::setrlimit(RLIMIT_FSIZE, &limit) == 0, "setrlimit");
 }
 
 FileSizeLimit::~FileSizeLimit() {
-  ::setrlimit(RLIMIT_FSIZE, &previous_);
+  rlimit limit{};
+  ::getrlimit(RLIMIT_FSIZE, &limit);
+  limit.rlim_cur = previous_;
+  ::setrlimit(RLIMIT_FSIZE, &limit);
   std::signal(SIGXFSZ, previous_handler_);
 }
 

@@ -2,10 +2,8 @@
 #ifndef LUMVIK_TESTS_SUPPORT_TEMP_DIR_H_
 #define LUMVIK_TESTS_SUPPORT_TEMP_DIR_H_
 
-#include <stdlib.h>
-
-#include <cerrno>
 #include <filesystem>
+#include <random>
 #include <string>
 #include <system_error>
 
@@ -15,9 +13,11 @@ namespace lumvik::test {
 class TempDir {
  public:
   TempDir() {
-    std::string name = (std::filesystem::temp_directory_path() / "lumvik-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr) throw std::system_error(errno, std::generic_category(), name);
-    path_ = name;
+    std::random_device random;
+    do {
+      path_ = std::filesystem::temp_directory_path() / ("lumvik-" + std::to_string(random()));
+    } while (!std::filesystem::create_directory(path_));  // false when there is one already
+    std::filesystem::permissions(path_, std::filesystem::perms::owner_all);
   }
   ~TempDir() {
     std::error_code ignored;
