@@ -8,6 +8,8 @@
 #   scripts/install-dependencies.sh --package        what scripts/package.sh and scripts/test-packages.sh call
 #   scripts/install-dependencies.sh --build --fuzz   or what scripts/fuzz.sh does
 #   scripts/install-dependencies.sh --build --coverage   or what scripts/coverage.sh does
+#   scripts/install-dependencies.sh --build --windows [--windows-test]
+#                                                    what the scripts for Windows call
 set -euo pipefail
 
 build_packages=(
@@ -46,6 +48,18 @@ package_packages=(
   file         # tells programs and libraries from other files
   debootstrap  # the bare system that the packages are tried in
 )
+windows_packages=(
+  g++-mingw-w64-x86-64-posix  # the cross compiler, of the kind that has std::thread
+  dpkg-dev                    # unpacks Debian's source packages
+  nasm                        # the JPEG library's vector code
+  googletest                  # the tests' library in source
+  zip                         # packs what was built
+)
+windows_test_packages=(
+  wine      # runs programs of Windows
+  wine64    # those of 64 bits
+  mono-mcs  # the C# compiler, for a host in C#
+)
 fuzz_packages=(
   clang  # the compiler with the fuzzer, libFuzzer
 )
@@ -62,8 +76,10 @@ for argument in "$@"; do
     --package) sets+=("${package_packages[@]}") ;;
     --fuzz) sets+=("${fuzz_packages[@]}") ;;
     --coverage) sets+=("${coverage_packages[@]}") ;;
+    --windows) sets+=("${windows_packages[@]}") ;;
+    --windows-test) sets+=("${windows_test_packages[@]}") ;;
     *)
-      echo "usage: $0 [--build] [--test] [--pictures] [--package] [--fuzz] [--coverage]" >&2
+      sed -n 's/^#   /usage: /p' "$0" >&2
       exit 2
       ;;
   esac

@@ -1,0 +1,58 @@
+#!/usr/bin/env bash
+# Builds lumvik for Windows and runs its tests under Wine, installing first what that takes.
+#
+#   scripts/test-windows.sh [CTEST OPTION...]
+#
+# tests/windows/not_run.txt names the tests that are left out, with the reason.
+set -euo pipefail
+# shellcheck source-path=SCRIPTDIR source=common.sh
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+BUILD=$ROOT/build/windows
+
+"$ROOT/scripts/install-dependencies.sh" --build --windows --windows-test
+"$ROOT/scripts/build-windows.sh"
+
+step "Tests: build"
+cmake --build "$BUILD"
+
+# A Wine of our own. Its debugger would end a crashed test with status 0; in the locale C it finds no file whose
+# name goes beyond ASCII.
+export WINEPREFIX=$BUILD/wine WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml,winedbg.exe=' LC_ALL=C.UTF-8
+
+step "Wine"
+[[ -d $WINEPREFIX ]] || wine wineboot --init
+wineserver --persistent # starting it for each test would cost more than the test
+trap 'wineserver --kill' EXIT
+
+step "Tests"
+not_run=$(grep -v '^#' "$ROOT/tests/windows/not_run.txt" | paste -s -d '|')
+ctest --test-dir "$BUILD" --output-on-failure --no-tests=error -E "^($not_run)\$" "$@"
+
+# The renders of one photograph beside those of the native build. Nearly all of what differs comes out of
+# LibRaw, whose tables are made with the C library's mathematics.
+step "Renders beside the native build's"
+configure release "$ROOT/build/release"
+cmake --build "$ROOT/build/release" --target lumvik_cli
+
+# compare NAME LARGEST [OPTION...]: a difference of LARGEST in 65535 at most.
+compare() {
+  local name=$1 largest=$2 photo=$ROOT/samples/sample_small.ARW
+  shift 2
+  "$ROOT/build/release/apps/lumvik/lumvik" develop "$photo" -o "$BUILD/$name-linux.png" --bits 16 "$@"
+  wine "$BUILD/bin/lumvik.exe" develop "$photo" -o "$BUILD/$name-windows.png" --bits 16 "$@"
+  echo "$name: $(wine "$BUILD/bin/compare_pictures.exe" "$BUILD/$name-"{linux,windows}.png "$largest")"
+}
+
+typical=(--exposure 0.5 --contrast 20 --highlights -30 --shadows 25 --vibrance 16 --saturation 5 --clarity 15
+  --sharpening-amount 40 --sharpening-radius 1)
+everything=("${typical[@]}" --tint 10 --brightness 10 --whites -10 --blacks 10
+  --tone-curve "0,0 0.25,0.2 0.5,0.5 0.75,0.8 1,1" --texture 15 --dehaze 20
+  --hsl red=27,-15,9 --hsl orange=21.6,-12,7.2 --hsl yellow=16.2,-9,5.4 --hsl green=10.8,-6,3.6
+  --hsl aqua=5.4,-3,1.8 --hsl blue=0,0,0 --hsl purple=-5.4,3,-1.8 --hsl magenta=-10.8,6,-3.6
+  --split-highlights 40,20 --split-shadows 220,14 --split-balance 10 --nr-luminance 25 --nr-color 25
+  --distortion 10 --ca-correction 30 --lens-vignette 30 --defringe 30 --rotation 1.5 --perspective-h 10
+  --crop 0.02,0.02,0.96,0.96 --vignette-amount 20)
+compare default 1
+compare typical 1 "${typical[@]}"
+compare everything 1 "${everything[@]}"

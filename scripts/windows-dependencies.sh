@@ -1,0 +1,192 @@
+#!/usr/bin/env bash
+# Builds the libraries lumvik needs for Windows x86-64, as static libraries, from Debian's source packages: the
+# same versions, where the archive still has them, as the packages of the native build.
+#
+#   scripts/windows-dependencies.sh PREFIX
+#
+# PREFIX appears only when all of it is there. After a failure the sources that were fetched are used again.
+set -euo pipefail
+# shellcheck source-path=SCRIPTDIR source=common.sh
+source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+
+(($# == 1)) || fail "usage: scripts/windows-dependencies.sh PREFIX"
+PREFIX=$(realpath -m -- "$1")
+WORK=$PREFIX.work
+OUT=$WORK/prefix
+SOURCES=$WORK/sources
+
+TRIPLET=x86_64-w64-mingw32
+CCACHE=$(command -v ccache || true)
+# As Debian compiles them. A path of this machine would make the bytes differ from place to place.
+FLAGS="-O2 -DNDEBUG -ffile-prefix-map=$WORK=."
+
+# Each source package, and a package of it that the native build has installed.
+packages=(
+  zlib:zlib1g
+  libjpeg-turbo:libjpeg62-turbo
+  libpng1.6:libpng16-16
+  libwebp:libwebp7
+  tiff:libtiff6
+  lcms2:liblcms2-2
+  libexif:libexif12
+  libraw:libraw20
+  expat:libexpat1
+  exiv2:libexiv2-27
+  opencv:libopencv-core-dev
+)
+
+# An index of source packages of our own: the system's may have none, and is left alone.
+apt_options=(
+  -q
+  -o Dir::Etc::sourcelist="$WORK/apt/sources.list"
+  -o Dir::Etc::sourceparts="$WORK/apt/parts"
+  -o Dir::State::lists="$WORK/apt/lists"
+  -o Dir::Cache="$WORK/apt/cache"
+  -o Acquire::Retries=3
+  -o APT::Sandbox::User=root
+)
+
+make_source_index() {
+  mkdir -p "$WORK/apt"/{parts,lists/partial,cache/archives/partial}
+  touch "$WORK/apt/sources.list"
+  if [[ -e /etc/apt/sources.list ]]; then
+    sed -n 's/^deb /deb-src /p' /etc/apt/sources.list >"$WORK/apt/sources.list"
+  fi
+  if [[ -e /etc/apt/sources.list.d/debian.sources ]]; then
+    sed 's/^Types:.*/Types: deb-src/' /etc/apt/sources.list.d/debian.sources >"$WORK/apt/parts/debian.sources"
+  fi
+  apt-get "${apt_options[@]}" update
+}
+
+# fetch SOURCE PACKAGE: the version that is installed; or the newest that can be had, since a mirror's index
+# may name versions whose files it does not hold.
+fetch() {
+  local version
+  [[ ! -d $SOURCES/$1 ]] || return 0
+  for version in $(dpkg-query -W -f '${source:Version}' "$2") \
+    $(apt-cache "${apt_options[@]}" showsrc "$1" | sed -n 's/^Version: //p' | sort -rVu); do
+    (cd "$SOURCES" && apt-get "${apt_options[@]}" source --only-source "$1=$version") &>>"$WORK/fetch.log" || continue
+    echo "$1 $version" | tee "$SOURCES/$1.version"
+    mv "$SOURCES/$1"-*/ "$SOURCES/$1"
+    return
+  done
+  tail -n 20 "$WORK/fetch.log" >&2
+  fail "no source of $1"
+}
+
+# cmake_library NAME FOLDER [CMAKE OPTION...]
+cmake_library() {
+  # OpenCV's error texts name its source files: as Debian's do, from the top of its tree.
+  local flags="$FLAGS -ffile-prefix-map=$SOURCES/$2=."
+  step "$1"
+  cmake -S "$SOURCES/$2" -B "$WORK/build/$1" -G Ninja --toolchain "$ROOT/cmake/MingwW64.cmake" \
+    -D CMAKE_BUILD_TYPE=Release -D CMAKE_C_FLAGS_RELEASE="$flags" -D CMAKE_CXX_FLAGS_RELEASE="$flags" \
+    -D CMAKE_C_COMPILER_LAUNCHER="$CCACHE" -D CMAKE_CXX_COMPILER_LAUNCHER="$CCACHE" \
+    -D CMAKE_FIND_ROOT_PATH="$OUT" -D CMAKE_INSTALL_PREFIX="$OUT" -D CMAKE_INSTALL_LIBDIR:STRING=lib \
+    -D BUILD_SHARED_LIBS=OFF -Wno-dev --no-warn-unused-cli "${@:3}" >"$WORK/$1.log"
+  cmake --build "$WORK/build/$1" >>"$WORK/$1.log" || { tail -n 40 "$WORK/$1.log" >&2; fail "$1 does not build"; }
+  cmake --install "$WORK/build/$1" >>"$WORK/$1.log"
+}
+
+# plain_library NAME COMPILER FOLDER "FLAGS" FILE...: for sources whose build system does not know the compiler.
+plain_library() {
+  local name=$1 compiler=$2 folder=$3 flags=$4
+  shift 4
+  step "$name"
+  mkdir -p "$WORK/build/$name" "$OUT/lib"
+  # shellcheck disable=SC2086 # the flags are words
+  printf '%s\n' "$@" | (cd "$SOURCES/$folder" && xargs -P "$JOBS" -I {} sh -c '
+    object=$1/$(printf %s "$2" | tr / _).o
+    shift 2
+    exec "$@" -o "$object"' sh "$WORK/build/$name" {} $CCACHE "$TRIPLET-$compiler-posix" $FLAGS -w $flags -c {})
+  "$TRIPLET-ar" rcsD "$OUT/lib/lib$name.a" "$WORK/build/$name"/*.o
+}
+
+# pkg_config NAME VERSION "LIBRARIES" "FLAGS"
+pkg_config() {
+  mkdir -p "$OUT/lib/pkgconfig"
+  cat >"$OUT/lib/pkgconfig/$1.pc" <<END
+prefix=\${pcfiledir}/../..
+Name: $1
+Description: $1, static, for Windows
+Version: $2
+Libs: -L\${prefix}/lib $3
+Cflags: -I\${prefix}/include $4
+END
+}
+
+headers() {
+  local folder=$OUT/include/$1
+  shift
+  mkdir -p "$folder"
+  cp "$@" "$folder"
+}
+
+rm -rf "$WORK"/{build,prefix}
+mkdir -p "$SOURCES" "$OUT/licenses"
+step "Sources"
+make_source_index
+for package in "${packages[@]}"; do
+  fetch "${package%:*}" "${package#*:}"
+  cp "$SOURCES/${package%:*}/debian/copyright" "$OUT/licenses/${package%:*}.txt"
+done
+cat "$SOURCES"/*.version >"$OUT/versions.txt"
+
+plain_library z gcc zlib "" "$SOURCES"/zlib/*.c
+headers . "$SOURCES"/zlib/{zlib,zconf}.h
+
+cmake_library libjpeg-turbo libjpeg-turbo -D ENABLE_SHARED=OFF -D WITH_TURBOJPEG=OFF -D REQUIRE_SIMD=ON
+cmake_library libpng1.6 libpng1.6 -D PNG_SHARED=OFF -D PNG_TESTS=OFF -D PNG_EXECUTABLES=OFF
+cmake_library libwebp libwebp -DWEBP_BUILD_{ANIM_UTILS,CWEBP,DWEBP,GIF2WEBP,IMG2WEBP,VWEBP,WEBPINFO,WEBPMUX,EXTRAS}=OFF
+cmake_library tiff tiff -Dtiff-{tools,tests,contrib,docs}=OFF -D cxx=OFF \
+  -D libdeflate=OFF -D jbig=OFF -D lerc=OFF -D lzma=OFF -D webp=OFF -D zstd=OFF
+
+plain_library lcms2 gcc lcms2 -Iinclude "$SOURCES"/lcms2/src/*.c
+headers . "$SOURCES"/lcms2/include/*.h
+# In C++17 the keyword `register` is an error.
+pkg_config lcms2 2.14 -llcms2 -DCMS_NO_REGISTER_KEYWORD
+
+mkdir -p "$WORK/libexif-config"
+printf '#define GETTEXT_PACKAGE "libexif-12"\n#define LOCALEDIR ""\n' >"$WORK/libexif-config/config.h"
+echo '#include <stdint.h>' >"$SOURCES/libexif/libexif/_stdint.h"
+plain_library exif gcc libexif "-I. -I$WORK/libexif-config" "$SOURCES"/libexif/libexif/{.,*}/*.c
+headers libexif "$SOURCES"/libexif/libexif/*.h
+pkg_config libexif 0.6.24 -lexif ""
+
+# Whoever includes LibRaw's headers has to see the same two macros, or the classes differ.
+libraw_macros="-DLIBRAW_NODLL -DLIBRAW_WIN32_UNICODEPATHS"
+mapfile -t libraw_sources < <(
+  cd "$SOURCES/libraw" && find src -name '*.cpp' ! -name '*_ph.cpp' ! -name libraw_cxx.cpp | sort)
+plain_library raw_r g++ libraw "-std=c++11 -I. -I$OUT/include -DUSE_JPEG -DUSE_JPEG8 -DUSE_LCMS2 $libraw_macros" \
+  "${libraw_sources[@]}"
+headers libraw "$SOURCES"/libraw/libraw/*.h
+pkg_config libraw_r 0.20.2 "-lraw_r -llcms2 -ljpeg -lws2_32" "$libraw_macros -DCMS_NO_REGISTER_KEYWORD"
+
+cmake_library expat expat/expat -DEXPAT_BUILD_{DOCS,EXAMPLES,TESTS,TOOLS}=OFF -D EXPAT_SHARED_LIBS=OFF
+cmake_library exiv2 exiv2 -DEXIV2_BUILD_{SAMPLES,EXIV2_COMMAND}=OFF -D EXIV2_ENABLE_BMFF=ON
+pkg_config exiv2 0.27.6 "-lexiv2 -lxmp -lexpat -lz -lpsapi -lws2_32 -lshlwapi" ""
+
+# It looks for pthread.h on UNIX only.
+cmake_library opencv opencv -D BUILD_LIST=core,imgproc,imgcodecs \
+  -D CPU_BASELINE=SSE2 -D CPU_BASELINE_DISABLE=SSE3 -D ENABLE_PRECOMPILED_HEADERS=OFF \
+  -D WITH_PTHREADS_PF=ON -D HAVE_PTHREAD=1 -D OPENCV_GENERATE_PKGCONFIG=OFF \
+  -DWITH_{1394,ADE,EIGEN,FFMPEG,GDAL,GDCM,GSTREAMER,IPP,ITT,JASPER,LAPACK,OPENCL,OPENEXR,OPENJPEG,PROTOBUF,QUIRC}=OFF \
+  -DWITH_{DIRECTX,DSHOW,MSMF,WIN32UI}=OFF \
+  -DBUILD_{TESTS,PERF_TESTS,EXAMPLES,opencv_apps,JAVA}=OFF \
+  -DOPENCV_{LIB,LIB_ARCHIVE,3P_LIB}_INSTALL_PATH=lib -D OPENCV_CONFIG_INSTALL_PATH=lib/cmake/opencv4
+grep -q 'Parallel framework: *pthreads' "$WORK/opencv.log" || fail "OpenCV was configured without threads"
+
+step "Headers and tests"
+cp -r /usr/include/{CLI,nlohmann} "$OUT/include"
+mkdir -p "$OUT/share/cmake"
+cp -r /usr/share/cmake/{CLI11,nlohmann_json} "$OUT/share/cmake"
+ln -sfn /usr/src/googletest "$SOURCES/googletest"
+cmake_library googletest googletest
+
+# The only absolute paths that got in.
+grep -rlF "$OUT" "$OUT/lib" --include='*.cmake' | xargs -r sed -i "s|$OUT|\${_IMPORT_PREFIX}|g"
+
+rm -rf "$PREFIX"
+mkdir -p "$(dirname "$PREFIX")"
+mv "$OUT" "$PREFIX"
+rm -rf "$WORK"

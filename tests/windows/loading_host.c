@@ -1,0 +1,140 @@
+/* A host in plain C that knows the library at run time alone, as most bindings do, in the code page that
+   Windows gives a program which does not ask for UTF-8. It loads the library, uses it from several threads
+   and frees it, time and again, and expects the same picture from every thread of every round.
+
+     loading_host LIBRARY PHOTOGRAPH */
+#include <stdint.h>
+#include <stdio.h>
+#include <stdlib.h>
+#include <string.h>
+#include <windows.h>
+
+#include "lumvik.h"
+
+#define ROUNDS 8
+#define THREADS 4
+#define CHECK(condition) \
+  ((condition) ? (void)0 : (fprintf(stderr, "line %d: %s\n", __LINE__, #condition), exit(1)))
+
+/* Pointers to the functions of the library, each with the type that the header gives it. */
+#define DECLARE(name) static __typeof__(&lumvik_##name) name
+DECLARE(version);
+DECLARE(create_context);
+DECLARE(destroy_context);
+DECLARE(load_arw);
+DECLARE(last_error);
+DECLARE(get_width);
+DECLARE(get_height);
+DECLARE(set_exposure);
+DECLARE(set_contrast);
+DECLARE(set_clarity);
+DECLARE(get_preview);
+DECLARE(export_png);
+
+static void Resolve(HMODULE library) {
+#define RESOLVE(name) \
+  CHECK((name = (__typeof__(name))(void*)GetProcAddress(library, "lumvik_" #name)) != NULL)
+  RESOLVE(version);
+  RESOLVE(create_context);
+  RESOLVE(destroy_context);
+  RESOLVE(load_arw);
+  RESOLVE(last_error);
+  RESOLVE(get_width);
+  RESOLVE(get_height);
+  RESOLVE(set_exposure);
+  RESOLVE(set_contrast);
+  RESOLVE(set_clarity);
+  RESOLVE(get_preview);
+  RESOLVE(export_png);
+}
+
+static char photograph[4 * MAX_PATH];
+static char written[4 * MAX_PATH];
+
+static void ToUtf8(const wchar_t* wide, char* utf8) {
+  CHECK(WideCharToMultiByte(CP_UTF8, 0, wide, -1, utf8, 4 * MAX_PATH, NULL, NULL) > 0);
+}
+
+static EngineContext* Load(void) {
+  EngineContext* context = create_context();
+  CHECK(context != NULL);
+  if (load_arw(context, photograph, 4) != 0) {
+    fprintf(stderr, "%s\n", last_error(context));
+    exit(1);
+  }
+  return context;
+}
+
+/* Develops the photograph and returns a sum over the bytes of its preview. */
+static DWORD WINAPI Develop(void* unused) {
+  (void)unused;
+  EngineContext* context = Load();
+  set_exposure(context, 0.5f);
+  set_contrast(context, 20.0f);
+  set_clarity(context, 15.0f);
+  const size_t size = (size_t)get_width(context) * (size_t)get_height(context) * 4;
+  uint8_t* preview = malloc(size);
+  CHECK(preview != NULL && size > 0);
+  CHECK(get_preview(context, preview, (int)size) == 0);
+  DWORD sum = 0;
+  for (size_t i = 0; i < size; ++i) sum = sum * 31 + preview[i];
+  free(preview);
+  destroy_context(context);
+  return sum;
+}
+
+static DWORD DevelopInThreads(void) {
+  HANDLE threads[THREADS];
+  for (int i = 0; i < THREADS; ++i) {
+    threads[i] = CreateThread(NULL, 0, Develop, NULL, 0, NULL);
+    CHECK(threads[i] != NULL);
+  }
+  DWORD first = 0;
+  for (int i = 0; i < THREADS; ++i) {
+    DWORD sum = 0;
+    CHECK(WaitForSingleObject(threads[i], INFINITE) == WAIT_OBJECT_0);
+    CHECK(GetExitCodeThread(threads[i], &sum));
+    CloseHandle(threads[i]);
+    if (i == 0) first = sum;
+    CHECK(sum == first);
+  }
+  return first;
+}
+
+int wmain(int count, wchar_t** arguments) {
+  CHECK(count == 3);
+  CHECK(GetACP() != CP_UTF8);
+
+  /* Names that the code page cannot hold. */
+  wchar_t folder[MAX_PATH];
+  wchar_t source[MAX_PATH];
+  wchar_t target[MAX_PATH];
+  CHECK(GetTempPathW(MAX_PATH, folder) > 0);
+  swprintf(source, MAX_PATH, L"%ls\\\u5199\u771F \u00E9t\u00E9.ARW", folder);
+  swprintf(target, MAX_PATH, L"%ls\\\u5199\u771F \u00E9t\u00E9.png", folder);
+  CHECK(CopyFileW(arguments[2], source, FALSE));
+  ToUtf8(source, photograph);
+  ToUtf8(target, written);
+
+  DWORD expected = 0;
+  for (int round = 0; round < ROUNDS; ++round) {
+    const HMODULE library = LoadLibraryW(arguments[1]);
+    CHECK(library != NULL);
+    Resolve(library);
+    CHECK(strcmp(version(), "1.0.0") == 0);
+    const DWORD sum = DevelopInThreads();
+    if (round == 0) expected = sum;
+    CHECK(sum == expected);
+    CHECK(FreeLibrary(library));
+    Sleep(20); /* the library's own threads would wake here, in code that is gone */
+  }
+
+  const HMODULE library = LoadLibraryW(arguments[1]);
+  Resolve(library);
+  EngineContext* context = Load();
+  CHECK(export_png(context, written, 8) == 0);
+  destroy_context(context);
+  CHECK(DeleteFileW(target)); /* it is there, under that name */
+  CHECK(DeleteFileW(source));
+  return 0;
+}
