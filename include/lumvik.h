@@ -49,10 +49,10 @@
  * host; the strings returned by lumvik_version() and lumvik_last_error() are not.
  *
  * @par Paths
- * NUL-terminated UTF-8. Ordinary images are read and exports written under exactly that name. RAW
- * files and the EXIF of any file are opened through the C runtime with the bytes as given. Where
- * that does not take UTF-8 (Windows with another code page) a path beyond ASCII fails there: a RAW
- * file does not load, lumvik_get_exif() falls back, and a JPEG export carries no EXIF.
+ * NUL-terminated UTF-8. Photographs are read and exports written under exactly that name. The EXIF
+ * of any file is read and carried over through the C runtime with the bytes as given. Where that
+ * does not take UTF-8 (Windows with another code page) a path beyond ASCII fails there:
+ * lumvik_get_exif() falls back, and a JPEG export carries no EXIF.
  *
  * @par Threads
  * There are no locks. One context must be used by one thread at a time; different contexts, and the

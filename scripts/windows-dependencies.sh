@@ -157,14 +157,21 @@ pkg_config libexif 0.6.24 -lexif ""
 libraw_macros="-DLIBRAW_NODLL -DLIBRAW_WIN32_UNICODEPATHS"
 mapfile -t libraw_sources < <(
   cd "$SOURCES/libraw" && find src -name '*.cpp' ! -name '*_ph.cpp' ! -name libraw_cxx.cpp | sort)
-plain_library raw_r g++ libraw "-std=c++11 -I. -I$OUT/include -DUSE_JPEG -DUSE_JPEG8 -DUSE_LCMS2 $libraw_macros" \
+plain_library raw_r g++ libraw \
+  "-std=c++11 -D_USE_MATH_DEFINES -I. -I$OUT/include -DUSE_JPEG -DUSE_JPEG8 -DUSE_LCMS2 $libraw_macros" \
   "${libraw_sources[@]}"
 headers libraw "$SOURCES"/libraw/libraw/*.h
 pkg_config libraw_r 0.20.2 "-lraw_r -llcms2 -ljpeg -lws2_32" "$libraw_macros -DCMS_NO_REGISTER_KEYWORD"
 
-cmake_library expat expat/expat -DEXPAT_BUILD_{DOCS,EXAMPLES,TESTS,TOOLS}=OFF -D EXPAT_SHARED_LIBS=OFF
+# Its CMake files define XML_DTD without a value, which Debian's patches compare with 1.
+mkdir -p "$WORK/expat-config"
+printf '#define %s\n' 'XML_DTD 1' 'XML_NS 1' 'XML_CONTEXT_BYTES 1024' 'BYTEORDER 1234' 'HAVE_MEMMOVE 1' \
+  >"$WORK/expat-config/expat_config.h"
+plain_library expat gcc expat/expat "-I$WORK/expat-config" "$SOURCES"/expat/expat/lib/xml{parse,role,tok}.c
+headers . "$SOURCES"/expat/expat/lib/expat{,_external}.h
+
 cmake_library exiv2 exiv2 -DEXIV2_BUILD_{SAMPLES,EXIV2_COMMAND}=OFF -D EXIV2_ENABLE_BMFF=ON
-pkg_config exiv2 0.27.6 "-lexiv2 -lxmp -lexpat -lz -lpsapi -lws2_32 -lshlwapi" ""
+pkg_config exiv2 0.27.6 "-lexiv2 -lexiv2-xmp -lexpat -lz -lpsapi -lws2_32 -lshlwapi" ""
 
 # It looks for pthread.h on UNIX only.
 cmake_library opencv opencv -D BUILD_LIST=core,imgproc,imgcodecs \
@@ -172,6 +179,7 @@ cmake_library opencv opencv -D BUILD_LIST=core,imgproc,imgcodecs \
   -D WITH_PTHREADS_PF=ON -D HAVE_PTHREAD=1 -D OPENCV_GENERATE_PKGCONFIG=OFF \
   -DWITH_{1394,ADE,EIGEN,FFMPEG,GDAL,GDCM,GSTREAMER,IPP,ITT,JASPER,LAPACK,OPENCL,OPENEXR,OPENJPEG,PROTOBUF,QUIRC}=OFF \
   -DWITH_{DIRECTX,DSHOW,MSMF,WIN32UI}=OFF \
+  -DBUILD_{ZLIB,JPEG,PNG,TIFF,WEBP,OPENJPEG,OPENEXR,JASPER}=OFF \
   -DBUILD_{TESTS,PERF_TESTS,EXAMPLES,opencv_apps,JAVA}=OFF \
   -DOPENCV_{LIB,LIB_ARCHIVE,3P_LIB}_INSTALL_PATH=lib -D OPENCV_CONFIG_INSTALL_PATH=lib/cmake/opencv4
 grep -q 'Parallel framework: *pthreads' "$WORK/opencv.log" || fail "OpenCV was configured without threads"

@@ -5,7 +5,6 @@
 #include <filesystem>
 
 #include "image/file_io.h"
-#include "image/raw_file.h"
 #include "image/wide_path_win32.h"
 #include "support/file_bytes.h"
 #include "support/process_state.h"
@@ -64,12 +63,6 @@ TEST_F(FileIoWin32, OnlyReadingAPipeOrADeviceMayBlock) {
   EXPECT_FALSE(ReadingMayBlock(WriteBytes(dir_.File("file"), kBytes)));
   EXPECT_FALSE(ReadingMayBlock(dir_.path().string()));
   EXPECT_FALSE(ReadingMayBlock(dir_.File("missing")));
-}
-
-TEST_F(FileIoWin32, ARawFileThatIsNoFileIsRefusedAtOnce) {
-  const Deadline deadline;
-  const auto raw = std::make_unique<LibRaw>();
-  EXPECT_EQ(OpenRawFile(*raw, MakePipe(dir_.File("pipe.ARW"))), LIBRAW_IO_ERROR);
 }
 
 TEST_F(FileIoWin32, AHeldFileIsNeitherReadNorReplaced) {
