@@ -9,6 +9,7 @@ namespace lumvik {
 std::vector<std::string> MatchingFiles(const std::string& pattern) {
   glob_t found = {};
   std::vector<std::string> files;
+  // NOLINTNEXTLINE(concurrency-mt-unsafe): no other thread runs while the photographs are looked for
   if (glob(pattern.c_str(), 0, nullptr, &found) == 0) {
     files.assign(found.gl_pathv, found.gl_pathv + found.gl_pathc);
   }

@@ -28,14 +28,14 @@ TerminationSignals::TerminationSignals() {
   }
   descriptor_ = signalfd(-1, &held, SFD_CLOEXEC | SFD_NONBLOCK);
   if (descriptor_ < 0) throw std::system_error(errno, std::generic_category(), "cannot wait for signals");
-  sigprocmask(SIG_BLOCK, &held, &mask_before_);
+  pthread_sigmask(SIG_BLOCK, &held, &mask_before_);
   const struct sigaction ignore = Ignore();
   sigaction(SIGPIPE, &ignore, &pipe_before_);
 }
 
 TerminationSignals::~TerminationSignals() {
   sigaction(SIGPIPE, &pipe_before_, nullptr);
-  sigprocmask(SIG_SETMASK, &mask_before_, nullptr);
+  pthread_sigmask(SIG_SETMASK, &mask_before_, nullptr);
   close(descriptor_);
 }
 
@@ -48,7 +48,7 @@ void TerminationSignals::ResetForWorker() const {
   const struct sigaction ignore = Ignore();
   sigaction(SIGINT, &ignore, nullptr);
   sigaction(SIGPIPE, &pipe_before_, nullptr);
-  sigprocmask(SIG_SETMASK, &mask_before_, nullptr);
+  pthread_sigmask(SIG_SETMASK, &mask_before_, nullptr);
 }
 
 }  // namespace lumvik

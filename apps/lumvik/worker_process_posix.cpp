@@ -94,7 +94,8 @@ cpu_set_t ShareOf(unsigned place, unsigned places) {
 }
 
 std::string NameOf(int signal) {
-  return "signal " + std::to_string(signal) + ", " + strsignal(signal);
+  const char* description = sigdescr_np(signal);
+  return "signal " + std::to_string(signal) + (description == nullptr ? "" : std::string(", ") + description);
 }
 
 }  // namespace
@@ -111,10 +112,11 @@ class Workers::Processes {
 
   std::size_t Running() const { return running_.size(); }
 
-  void Start(std::size_t id, const std::vector<std::string>& arguments) {
+  void Start(std::size_t id, std::vector<std::string> arguments) {
     auto process = std::make_unique<Process>(id, FreePlace());
-    std::vector<char*> argv = {const_cast<char*>("lumvik")};
-    for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
+    arguments.insert(arguments.begin(), "lumvik");
+    std::vector<char*> argv;
+    for (std::string& argument : arguments) argv.push_back(argument.data());
     argv.push_back(nullptr);
     const cpu_set_t share = ShareOf(process->place, most_);
     const pid_t parent = getpid();
@@ -181,8 +183,8 @@ class Workers::Processes {
     dup2(process.out.WriteEnd(), STDOUT_FILENO);
     dup2(process.err.WriteEnd(), STDERR_FILENO);
     execv(kThisCommand, argv.data());
-    const char* reason = strerror(errno);
-    const ssize_t ignored = write(STDERR_FILENO, reason, std::strlen(reason));
+    const std::string reason = std::generic_category().message(errno);
+    const ssize_t ignored = write(STDERR_FILENO, reason.data(), reason.size());
     _exit(ignored < 0 ? kCannotStart + 1 : kCannotStart);
   }
 

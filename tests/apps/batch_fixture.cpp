@@ -117,10 +117,6 @@ std::set<std::string> BatchTest::Outputs() const {
   return outputs;
 }
 
-void BatchTest::AwaitOutputs(std::size_t count) const {
-  EXPECT_TRUE(Await([&] { return Outputs().size() >= count; })) << Outputs().size();
-}
-
 pid_t BatchTest::AwaitWorker(pid_t parent, const std::string& photograph) {
   pid_t worker = 0;
   EXPECT_TRUE(Await([&] {

@@ -40,9 +40,6 @@ class BatchTest : public CommandTest {
   // The files in Out() by their paths there, without what is hidden.
   std::set<std::string> Outputs() const;
 
-  // Waits until there are so many.
-  void AwaitOutputs(std::size_t count) const;
-
   // Waits for the process that `parent` has started to develop `photograph`.
   static pid_t AwaitWorker(pid_t parent, const std::string& photograph);
 
