@@ -116,6 +116,7 @@ class Workers::Processes {
     auto process = std::make_unique<Process>(id, FreePlace());
     arguments.insert(arguments.begin(), "lumvik");
     std::vector<char*> argv;
+    argv.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) argv.push_back(argument.data());
     argv.push_back(nullptr);
     const cpu_set_t share = ShareOf(process->place, most_);
