@@ -38,13 +38,12 @@ trap 'rm -rf "$TMPDIR"' EXIT
 "$BUILD/fuzz/lumvik_fuzz_seeds" "$TMPDIR/seeds"
 
 # A file may claim more than the machine has: LibRaw and OpenCV get a null, as they do without the sanitizer.
-# Leaks are looked for at the end only, as looking for them in between takes most of the time.
 export ASAN_OPTIONS=allocator_may_return_null=1:max_allocation_size_mb=4096
 run_target() {
   local target=$1 corpus=$BUILD/corpus/$1 log=$BUILD/$1.log
   mkdir -p "$corpus" "$BUILD/findings"
   if ! "$BUILD/fuzz/$target" "$corpus" "$TMPDIR/seeds/$target" -artifact_prefix="$BUILD/findings/$target-" \
-    -max_total_time="$SECONDS_EACH" -timeout=30 -rss_limit_mb=4096 -malloc_limit_mb=4096 -max_len=65536 \
+    -max_total_time="$SECONDS_EACH" -timeout=120 -rss_limit_mb=4096 -malloc_limit_mb=4096 -max_len=65536 \
     -print_final_stats=1 >"$log" 2>&1; then
     grep -a -A 40 -E 'ERROR|runtime error' "$log" | cut -c 1-200
     echo "$target failed: $log"
