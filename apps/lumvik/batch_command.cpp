@@ -66,11 +66,21 @@ void MakeFolder(const std::string& folder) {
   if (error) throw std::runtime_error("cannot make the folder '" + folder + "': " + error.message());
 }
 
+// The files that the settings of a photograph come from.
+std::vector<std::string> SettingsFiles(Photograph photograph, const std::string& input) {
+  photograph.input = input;
+  std::vector<std::string> files;
+  for (const auto& file : {photograph.settings, SidecarOf(photograph)}) {
+    if (file) files.push_back(*file);
+  }
+  return files;
+}
+
 std::vector<BatchOutcome> FirstOutcomes(const BatchOptions& options, const std::vector<BatchTask>& tasks) {
   std::vector<BatchOutcome> outcomes(tasks.size());
   for (std::size_t i = 0; options.resume && i < tasks.size(); ++i) {
-    const bool done = IsDone(tasks[i], options.photograph.settings, options.Format());
-    if (done) outcomes[i].state = BatchState::kSkipped;
+    const auto settings = SettingsFiles(options.photograph, tasks[i].input);
+    if (IsDone(tasks[i], settings, options.Format())) outcomes[i].state = BatchState::kSkipped;
   }
   return outcomes;
 }

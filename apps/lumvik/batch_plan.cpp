@@ -1,5 +1,6 @@
 #include "batch_plan.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <map>
@@ -47,8 +48,10 @@ std::vector<BatchTask> PlanBatch(const BatchInputs& inputs, const std::string& o
   return tasks;
 }
 
-bool IsDone(const BatchTask& task, const std::optional<std::string>& settings, OutputFormat format) {
-  return IsNewer(task.output, task.input) && (!settings || IsNewer(task.output, *settings)) &&
+bool IsDone(const BatchTask& task, const std::vector<std::string>& settings, OutputFormat format) {
+  return IsNewer(task.output, task.input) &&
+         std::all_of(settings.begin(), settings.end(),
+                     [&](const std::string& file) { return IsNewer(task.output, file); }) &&
          IsWholePicture(task.output, format);
 }
 

@@ -2,7 +2,6 @@
 #ifndef LUMVIK_APPS_BATCH_PLAN_H_
 #define LUMVIK_APPS_BATCH_PLAN_H_
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -21,8 +20,8 @@ struct BatchTask {
 std::vector<BatchTask> PlanBatch(const BatchInputs& inputs, const std::string& output_folder,
                                  const std::string& name_pattern, OutputFormat format);
 
-// Whether the output is there, whole, and newer than the photograph and the file of settings.
-bool IsDone(const BatchTask& task, const std::optional<std::string>& settings, OutputFormat format);
+// Whether the output is there, whole, and newer than the photograph and the files of its settings.
+bool IsDone(const BatchTask& task, const std::vector<std::string>& settings, OutputFormat format);
 
 }  // namespace lumvik
 

@@ -132,8 +132,8 @@ class Run {
     } catch (const std::exception& error) {
       return Fail(end.id, error.what());
     }
-    const std::size_t size = end.out.rfind(' ');  // "name 2000x1333"
-    if (size != std::string::npos) {
+    const std::size_t size = begun.staging->StagedPath().size();  // "name 2000x1333", other lines behind it
+    if (size < end.out.size()) {
       std::sscanf(end.out.c_str() + size, "%dx%d", &outcome.width, &outcome.height);
     }
     outcome.state = BatchState::kDeveloped;

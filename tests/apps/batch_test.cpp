@@ -167,6 +167,24 @@ TEST_F(BatchTest, ResumingDoesWhatIsMissingOlderOrCutOff) {
   EXPECT_EQ(states(), std::vector<int>({4, 0}));
 }
 
+TEST_F(BatchTest, ASidecarHoldsForItsPhotograph) {
+  Photograph("photos/a.png");
+  Photograph("photos/b 1.png");
+  WriteFile(In("b 1.png.lumvik.json"), R"({"lumvik": 1, "crop": {"x": 0, "y": 0, "w": 0.5, "h": 0.5}})");
+  const auto report = [&](const std::string& option) {
+    return Json::parse(Batch({"--json", option}).out).at("photographs");
+  };
+  const Json first = report("--resume");
+  EXPECT_EQ(first.at(0).at("width"), 60);
+  EXPECT_EQ(first.at(1).at("width"), 30);
+  EXPECT_EQ(first.at(1).at("height"), 20);
+  fs::last_write_time(In("b 1.png.lumvik.json"), fs::file_time_type::clock::now() + std::chrono::hours(1));
+  const Json second = report("--resume");
+  EXPECT_EQ(second.at(0).at("status"), "skipped");
+  EXPECT_EQ(second.at(1).at("status"), "developed");
+  EXPECT_EQ(report("--no-sidecar").at(1).at("width"), 60);
+}
+
 TEST_F(BatchTest, FaultySettingsStopItBeforeAnything) {
   Photograph("photos/in.jpg");
   WriteFile(Path("look.json"), R"({"lumvik": 1, "contrast": 200})");
