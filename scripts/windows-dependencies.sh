@@ -171,7 +171,7 @@ plain_library expat gcc expat/expat "-I$WORK/expat-config" "$SOURCES"/expat/expa
 headers . "$SOURCES"/expat/expat/lib/expat{,_external}.h
 
 cmake_library exiv2 exiv2 -DEXIV2_BUILD_{SAMPLES,EXIV2_COMMAND}=OFF -D EXIV2_ENABLE_BMFF=ON
-pkg_config exiv2 0.27.6 "-lexiv2 -lexiv2-xmp -lexpat -lz -lpsapi -lws2_32 -lshlwapi" ""
+pkg_config exiv2 0.27.6 "-lexiv2 -lexiv2-xmp -lexpat -lz -lpsapi -lws2_32 -lshell32" ""
 
 # It looks for pthread.h on UNIX only.
 cmake_library opencv opencv -D BUILD_LIST=core,imgproc,imgcodecs \
