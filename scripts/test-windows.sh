@@ -34,8 +34,8 @@ done
 excluded=$(IFS='|' && echo "${not_run[*]}")
 ctest --test-dir "$BUILD" --output-on-failure --no-tests=error -E "^($excluded)\$" "$@"
 
-# The renders of one photograph beside those of the native build. Nearly all of what differs comes out of
-# LibRaw, whose tables are made with the C library's mathematics.
+# The renders of one photograph beside those of the native build: tables of LibRaw and of ours are made with the
+# C library's mathematics, whose last bits differ.
 step "Renders beside the native build's"
 configure release "$ROOT/build/release"
 cmake --build "$ROOT/build/release" --target lumvik_cli
