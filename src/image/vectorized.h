@@ -32,16 +32,15 @@ template <typename Loop>
 }
 
 // GCC prefers narrower vectors unless it is told; clang knows no such option here.
-#if defined(__clang__)
-#define LUMVIK_AVX512 "avx2,avx512f,avx512bw,avx512dq,avx512vl"
-#else
-#define LUMVIK_AVX512 "avx2,avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512"
-#endif
 template <typename Loop>
-[[gnu::flatten, gnu::target(LUMVIK_AVX512)]] void RunWithAvx512(const Loop& loop) {
+#if defined(__clang__)
+[[gnu::flatten, gnu::target("avx2,avx512f,avx512bw,avx512dq,avx512vl")]]
+#else
+[[gnu::flatten, gnu::target("avx2,avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")]]
+#endif
+void RunWithAvx512(const Loop& loop) {
   loop();
 }
-#undef LUMVIK_AVX512
 
 // Calls `loop()`, compiled for the best instruction set: worth it when the loop is simple enough for the
 // compiler to vectorise and runs over hundreds of values. The results are the same bytes with every set,
