@@ -8,6 +8,7 @@
 #include <functional>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
+#include <sstream>
 #include <thread>
 
 #include "support/raw_writer.h"
@@ -29,9 +30,12 @@ bool Await(const std::function<bool()>& condition) {
   return true;
 }
 
+// Nothing of a process that has ended by now: reading what the system says of it fails, and an iterator over
+// the file would throw.
 std::string Contents(const fs::path& path) {
-  std::ifstream file(path);
-  return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  std::ostringstream contents;
+  contents << std::ifstream(path).rdbuf();
+  return contents.str();
 }
 
 // The running processes whose arguments, each ended by a zero byte, contain `part`.
