@@ -39,9 +39,8 @@ function(lumvik_compile_options target)
     target_link_options(${target} PRIVATE -fsanitize=${LUMVIK_SANITIZE})
   endif()
   if(LUMVIK_BUILD_FUZZ)
-    # Lets the fuzzer see which branches of our code an input takes. A setting that is not finite may end in a
-    # conversion to an integer that cannot hold it, which is told and, as with GCC's checks, not the end.
-    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link -fsanitize-recover=float-cast-overflow)
+    # Lets the fuzzer see which branches of our code an input takes.
+    target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
   endif()
 endfunction()
 

@@ -1,6 +1,7 @@
 #include "pipeline/noise_reduction.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "image/luminance.h"
 
@@ -11,9 +12,14 @@ constexpr float kLuminanceKernelSteps = 5.0F;
 constexpr float kColorKernelSteps = 4.0F;
 constexpr float kLuminanceStrength = 0.6F;
 constexpr float kMinLuminance = 1e-6F;
+constexpr int kMinKernelSize = 3;
+constexpr float kMostWidening = 1 << 20;
 
+// The smallest window stands for one that is not finite or wider than any picture by far.
 int KernelSize(float percent, float steps) {
-  return 3 - 2 * static_cast<int>(percent / -100.0F * steps);
+  const float narrower = percent / -100.0F * steps;
+  if (!(std::abs(narrower) < kMostWidening)) return kMinKernelSize;
+  return kMinKernelSize - 2 * static_cast<int>(narrower);
 }
 
 void PullToBlur(const PixelRow& row, const float* smooth, float weight) {
