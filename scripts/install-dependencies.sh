@@ -3,11 +3,10 @@
 # nothing is asked of the network.
 #
 #   scripts/install-dependencies.sh --build          what `cmake --preset release` needs
-#   scripts/install-dependencies.sh --build --test   and what scripts/test.sh calls besides
+#   scripts/install-dependencies.sh --build --test --fuzz   and what scripts/test.sh calls besides
 #   scripts/install-dependencies.sh --pictures       what scripts/make-doc-pictures.sh calls besides
 #   scripts/install-dependencies.sh --package        what scripts/package.sh and scripts/test-packages.sh call
 #   scripts/install-dependencies.sh --build --fuzz   or what scripts/fuzz.sh does
-#   scripts/install-dependencies.sh --build --coverage   or what scripts/coverage.sh does
 #   scripts/install-dependencies.sh --build --windows [--windows-test]
 #                                                    what the scripts for Windows call
 set -euo pipefail
@@ -38,6 +37,7 @@ test_packages=(
   doxygen       # the reference of the interface, which is to be made without a warning
   python3       # the checks of the documents
   abigail-tools # the check of the binary interface
+  gcovr         # counts the lines that the tests reach
 )
 picture_packages=(
   imagemagick  # scales the pictures of the documents and puts them side by side
@@ -63,9 +63,6 @@ windows_test_packages=(
 fuzz_packages=(
   clang  # the compiler with the fuzzer, libFuzzer
 )
-coverage_packages=(
-  gcovr  # counts the lines that the tests reach
-)
 
 sets=()
 for argument in "$@"; do
@@ -75,7 +72,6 @@ for argument in "$@"; do
     --pictures) sets+=("${picture_packages[@]}") ;;
     --package) sets+=("${package_packages[@]}") ;;
     --fuzz) sets+=("${fuzz_packages[@]}") ;;
-    --coverage) sets+=("${coverage_packages[@]}") ;;
     --windows) sets+=("${windows_packages[@]}") ;;
     --windows-test) sets+=("${windows_test_packages[@]}") ;;
     *)

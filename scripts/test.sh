@@ -1,26 +1,21 @@
 #!/usr/bin/env bash
 # Builds and checks everything, installing first what that takes: layout, the reference's comments, binary interface,
-# static analysis, and all tests, once with AddressSanitizer and UndefinedBehaviorSanitizer and once as shipped.
+# static analysis, all tests, once with AddressSanitizer and UndefinedBehaviorSanitizer and once as shipped, how many
+# lines they reach, the tests of threads with ThreadSanitizer, and a short run of the fuzz targets.
 #
-#   scripts/test.sh         all of that
-#   scripts/test.sh --all   and the thread tests with ThreadSanitizer
+#   scripts/test.sh
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-with_tsan=false
-case ${1:-} in
-  '') ;;
-  --all) with_tsan=true ;;
-  *) fail "usage: scripts/test.sh [--all]" ;;
-esac
+(($# == 0)) || fail "usage: scripts/test.sh"
 
 run_tests() {
   ctest --test-dir "$1" --output-on-failure --no-tests=error "${@:2}"
 }
 
 step "Packages"
-"$ROOT/scripts/install-dependencies.sh" --build --test
+"$ROOT/scripts/install-dependencies.sh" --build --test --fuzz
 
 step "Layout"
 "$ROOT/scripts/check-format.sh"
@@ -38,22 +33,27 @@ step "Binary interface"
 step "Static analysis"
 "$ROOT/scripts/check-tidy.sh"
 
-# One build for both sanitizers, with little optimisation and line numbers only: a quarter of the compile time of
-# the presets asan and ubsan one after the other.
+# One build for both sanitizers and the coverage, with little optimisation and line numbers only: a fraction of the
+# compile time of a build for each.
 step "Tests with AddressSanitizer and UndefinedBehaviorSanitizer"
 configure asan "$ROOT/build/asan-ubsan" -D LUMVIK_SANITIZE=address,undefined \
-  -D CMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g1"
+  -D CMAKE_CXX_FLAGS=--coverage -D CMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g1"
 cmake --build "$ROOT/build/asan-ubsan"
+find "$ROOT/build/asan-ubsan" -name '*.gcda' -delete
 # A size beyond all memory gets a null, as it does without the sanitizer: broken files ask LibRaw for such sizes.
 ASAN_OPTIONS=allocator_may_return_null=1 run_tests "$ROOT/build/asan-ubsan"
 
-if $with_tsan; then
-  # OpenCV is not built with ThreadSanitizer: only the tests of our own threading tell anything.
-  step "Thread tests with ThreadSanitizer"
-  configure tsan "$ROOT/build/tsan"
-  cmake --build "$ROOT/build/tsan"
-  run_tests "$ROOT/build/tsan" -R Thread
-fi
+step "Lines that the tests reach"
+"$ROOT/scripts/check-coverage.sh"
+
+# OpenCV is not built with ThreadSanitizer: only the tests of our own threading tell anything.
+step "Tests of threads with ThreadSanitizer"
+configure tsan "$ROOT/build/tsan" -D CMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g1"
+cmake --build "$ROOT/build/tsan" --target api_tests
+run_tests "$ROOT/build/tsan" -R '^ThreadTest'
+
+step "Fuzz targets, a minute each"
+"$ROOT/scripts/fuzz.sh"
 
 step "Tests of the release build"
 run_tests "$ROOT/build/release"
