@@ -42,6 +42,10 @@ function(lumvik_compile_options target)
     # Lets the fuzzer see which branches of our code an input takes.
     target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
   endif()
+  if(LUMVIK_COVERAGE)
+    target_compile_options(${target} PRIVATE -fprofile-instr-generate -fcoverage-mapping)
+    target_link_options(${target} PRIVATE -fprofile-instr-generate)
+  endif()
 endfunction()
 
 # Lets a program of ours take its arguments and paths in UTF-8, as it does by itself on other systems than Windows.

@@ -1,20 +1,20 @@
 #!/usr/bin/env bash
 # Feeds the engine with changed files and lists of calls, and stops at the first that harms it. Builds first what
-# that takes; the inputs found so far are kept in build/fuzz/corpus and begun with the next time.
+# that takes; the inputs found so far are kept in build/checked/corpus and begun with the next time.
 #
 #   scripts/fuzz.sh                       a minute for each target
 #   scripts/fuzz.sh --seconds N           N seconds for each
 #   scripts/fuzz.sh [--seconds N] TARGET  that one only, such as exif_fuzz
 #
-# What a target stopped at is in build/fuzz/findings, and is played again by
-#   build/fuzz/fuzz/TARGET FILE
+# What a target stopped at is in build/checked/findings, and is played again by
+#   build/checked/fuzz/TARGET FILE
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 TARGETS=(settings_file_fuzz exif_fuzz image_loader_fuzz raw_decoder_fuzz thumbnail_fuzz perceptual_hash_fuzz
   call_list_fuzz)
-BUILD=$ROOT/build/fuzz
+BUILD=$ROOT/build/checked
 
 seconds=60
 if [[ ${1:-} == --seconds ]]; then
@@ -28,7 +28,7 @@ if (($#)); then
 fi
 
 "$ROOT/scripts/install-dependencies.sh" --build --fuzz
-configure fuzz "$BUILD"
+configure checked "$BUILD"
 cmake --build "$BUILD" --target lumvik_fuzz
 
 # One folder for the targets' files, removed with them however they end.

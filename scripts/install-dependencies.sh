@@ -37,7 +37,6 @@ test_packages=(
   doxygen       # the reference of the interface, which is to be made without a warning
   python3       # the checks of the documents
   abigail-tools # the check of the binary interface
-  gcovr         # counts the lines that the tests reach
 )
 picture_packages=(
   imagemagick  # scales the pictures of the documents and puts them side by side
@@ -62,6 +61,7 @@ windows_test_packages=(
 )
 fuzz_packages=(
   clang  # the compiler with the fuzzer, libFuzzer
+  llvm   # counts the lines that the tests reach, and gives the sanitizers' reports their names
 )
 
 sets=()

@@ -11,8 +11,8 @@ MetadataFile ReadMetadata(const std::string& path) {
 #endif
   // An absolute path, as "-" would be the standard input and "http:..." an address.
   const std::string absolute = std::filesystem::absolute(path).string();
-  if (Exiv2::ImageFactory::getType(absolute) == Exiv2::ImageType::none) return MetadataFile();
-  MetadataFile file = Exiv2::ImageFactory::open(absolute);
+  if (Exiv2::ImageFactory::getType(absolute) == Exiv2::ImageType::none) return nullptr;
+  MetadataFile file(Exiv2::ImageFactory::open(absolute).release());
   file->readMetadata();
   return file;
 }

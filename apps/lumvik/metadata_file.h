@@ -3,11 +3,12 @@
 #define LUMVIK_APPS_METADATA_FILE_H_
 
 #include <exiv2/exiv2.hpp>
+#include <memory>
 #include <string>
 
 namespace lumvik {
 
-using MetadataFile = decltype(Exiv2::ImageFactory::open(std::string()));  // an owner, by exiv2's version
+using MetadataFile = std::unique_ptr<Exiv2::Image>;
 
 // The file with its metadata; null for a kind of file that exiv2 does not know. Throws std::exception when
 // the metadata is broken.

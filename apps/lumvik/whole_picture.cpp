@@ -23,7 +23,9 @@ std::uint32_t NumberAt(std::ifstream& file, std::streamoff place, int size) {
   unsigned char bytes[4] = {};
   file.seekg(place);
   file.read(reinterpret_cast<char*>(bytes), size);
-  return bytes[0] | bytes[1] << 8U | bytes[2] << 16U | static_cast<std::uint32_t>(bytes[3]) << 24U;
+  std::uint32_t number = 0;
+  for (int i = 3; i >= 0; --i) number = number << 8U | bytes[i];
+  return number;
 }
 
 // The directory stands behind the pixels, and values too long for its entries behind the directory: each is

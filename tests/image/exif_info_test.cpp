@@ -157,7 +157,7 @@ TEST_P(ExifFields, TheDateFallsBackToTheFilesDate) {
 TEST_P(ExifFields, LongTextsAreCutToTheirFields) {
   const auto text = [](char first, size_t size) {
     std::string long_text(size, '.');
-    for (size_t i = 0; i < size; ++i) long_text[i] = static_cast<char>(first + i % 20);
+    for (size_t i = 0; i < size; ++i) long_text[i] = static_cast<char>(first + static_cast<char>(i % 20));
     return long_text;
   };
   exif_.Ascii(Ifd::kZero, EXIF_TAG_MAKE, text('a', 64))
