@@ -155,7 +155,7 @@ TEST(StageChains, TwoHundredRandomSettingsStayWithinTheirTolerance) {
 TEST(StageChains, GiveTheSameBytesForAnyNumberOfThreads) {
   std::mt19937 random(7);
   const int usual = cv::getNumThreads();
-  for (int run = 0; run < 12; ++run) {
+  for (size_t run = 0; run < 12; ++run) {
     const cv::Mat source =
         run < 4 ? test::Photograph("cat.jpg", 300) : test::NoiseImage(test::OddSizes()[run], 7);
     const Adjustments adjustments = test::RandomAdjustments(random);
