@@ -16,8 +16,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     return 0;
   }
   settings.merge(lumvik::DefaultSettings());
-  const std::string written = lumvik::fuzz::FilePath("written.json");
-  lumvik::WriteSettings(settings, written);
+  const std::string text = lumvik::SettingsText(settings);
+  const std::string written = lumvik::fuzz::WriteFile("written.json", {text.begin(), text.end()});
   Require(lumvik::ReadSettings(written) == settings);
   return 0;
 }
