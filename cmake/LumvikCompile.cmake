@@ -37,6 +37,11 @@ function(lumvik_compile_options target)
     # The sanitizers' own code makes GCC see uninitialised values in std::function and std::regex.
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> -fsanitize=${LUMVIK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(${target} PRIVATE -fsanitize=${LUMVIK_SANITIZE})
+    # LUMVIK_SANITIZE_ADDRESS and the like: what tells of a sanitizer differs from compiler to compiler.
+    string(TOUPPER "${LUMVIK_SANITIZE}" names)
+    string(REGEX MATCHALL "[A-Z]+" names "${names}")
+    list(TRANSFORM names PREPEND LUMVIK_SANITIZE_)
+    target_compile_definitions(${target} PRIVATE ${names})
   endif()
   if(LUMVIK_BUILD_FUZZ)
     # Lets the fuzzer see which branches of our code an input takes.

@@ -1,5 +1,5 @@
 # Fails unless the shared library exports exactly the names of a list.
-execute_process(COMMAND ${NM} -D --defined-only ${LIBRARY} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
+execute_process(COMMAND ${NM} -D --defined-only --extern-only ${LIBRARY} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX REPLACE "[0-9a-f]+ [A-Za-z] ([^\n]+)" "\\1" symbols "${symbols}")
 string(REGEX MATCHALL "[^\n]+" exported "${symbols}")
 list(SORT exported)

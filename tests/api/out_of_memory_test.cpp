@@ -5,7 +5,7 @@
 #include "api_test.h"
 
 // OpenCV leaks the pixels of a matrix when there is no memory for its header.
-#ifdef __SANITIZE_ADDRESS__
+#ifdef LUMVIK_SANITIZE_ADDRESS
 #include <sanitizer/lsan_interface.h>
 using AllowLeaks = __lsan::ScopedDisabler;
 #else

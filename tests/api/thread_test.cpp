@@ -5,7 +5,7 @@
 
 #include "api_test.h"
 
-#ifdef __SANITIZE_THREAD__
+#ifdef LUMVIK_SANITIZE_THREAD
 // The sanitizer sees neither the lock within the C library's time zone, which LibRaw reads, nor how GDAL,
 // behind OpenCV, sets itself up.
 extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions() {
@@ -31,7 +31,7 @@ using Outcome = std::string;
 class ThreadTest : public ApiTest {
  protected:
   ThreadTest() {
-#ifdef __SANITIZE_THREAD__
+#ifdef LUMVIK_SANITIZE_THREAD
     cv::setNumThreads(1);  // it does not see either how OpenCV's pool hands work from thread to thread
 #endif
     RawOptions uncompressed;

@@ -42,7 +42,7 @@ class BatchMemoryTest : public CommandTest {};
 
 // The greatest part of memory that any of the processes so far had, which were one.
 TEST_F(BatchMemoryTest, DevelopingTakesNoMoreThanIsReckonedWith) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(LUMVIK_SANITIZE_ADDRESS) || defined(LUMVIK_SANITIZE_THREAD)
   GTEST_SKIP() << "the sanitizer needs memory of its own";
 #endif
   const cv::Size size(5000, 3500);

@@ -104,7 +104,7 @@ TEST_F(InputFailureTest, ASizeBeyondTheDecodersLimits) {
 
 // The engine lets the image library's exception for exhausted memory pass; 3 GB of picture meet a limit of 2.
 TEST_F(InputFailureTest, AnExceptionFromTheEngine) {
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+#if defined(LUMVIK_SANITIZE_ADDRESS) || defined(LUMVIK_SANITIZE_THREAD)
   GTEST_SKIP() << "the sanitizer itself needs more memory than the limit leaves";
 #endif
   WriteFile(Path("huge.png"), EmptyPng(32000, 32000));

@@ -83,7 +83,8 @@ constexpr size_t kValue = 8;
 
 // The file with these two numbers in place of the entry's one.
 Bytes WithTwo(Bytes file, const Bytes& entry, const std::array<uint32_t, 2>& numbers) {
-  file = WithField(std::move(file), entry, kValue, static_cast<uint32_t>(file.size()));
+  const auto end = static_cast<uint32_t>(file.size());
+  file = WithField(std::move(file), entry, kValue, end);
   file = WithField(std::move(file), entry, kCount, 2);
   const auto* bytes = reinterpret_cast<const uint8_t*>(numbers.data());
   file.insert(file.end(), bytes, bytes + sizeof(numbers));

@@ -128,7 +128,7 @@ TEST_F(RawDecoderFailure, MorePixelsThanAnyCameraHas) {
 }
 
 TEST_F(RawDecoderFailure, ADevelopedImageWithoutPixels) {
-#if defined(__SANITIZE_ADDRESS__)
+#if defined(LUMVIK_SANITIZE_ADDRESS)
   GTEST_SKIP() << "LibRaw asks for more memory than there can be, which the sanitizer does not allow";
 #endif
   ExpectFailure(Write("diagonal.dng", MakeDiagonalRaw(46340)),
