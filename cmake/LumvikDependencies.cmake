@@ -8,6 +8,10 @@ pkg_check_modules(LCMS REQUIRED IMPORTED_TARGET lcms2>=2.12)
 
 add_library(lumvik_dependencies INTERFACE)
 target_link_libraries(lumvik_dependencies INTERFACE PkgConfig::LIBRAW PkgConfig::LIBEXIF PkgConfig::LCMS)
+if(CMAKE_CXX_COMPILER_ID MATCHES Clang AND UNIX AND NOT APPLE)
+  # LibRaw brings -fopenmp, by which clang takes a runtime of its own instead of the one LibRaw was built with.
+  target_link_libraries(lumvik_dependencies INTERFACE -fopenmp=libgomp)
+endif()
 
 # The small Debian packages libopencv-{core,imgproc,imgcodecs}-dev bring no OpenCVConfig.cmake, a built-from-source OpenCV does.
 find_package(OpenCV 4 QUIET COMPONENTS core imgproc imgcodecs)
