@@ -76,16 +76,19 @@ fetch() {
 
 # cmake_library NAME FOLDER [CMAKE OPTION...]
 cmake_library() {
-  # OpenCV's error texts name its source files: as Debian's do, from the top of its tree.
+  # OpenCV's error texts name its source files: as Debian's do, from the top of its tree. The prefix gets into
+  # some libraries, so it is the same wherever they are made.
   local flags="$FLAGS -ffile-prefix-map=$SOURCES/$2=."
   step "$1"
   cmake -S "$SOURCES/$2" -B "$WORK/build/$1" -G Ninja --toolchain "$ROOT/cmake/MingwW64.cmake" \
     -D CMAKE_BUILD_TYPE=Release -D CMAKE_C_FLAGS_RELEASE="$flags" -D CMAKE_CXX_FLAGS_RELEASE="$flags" \
     -D CMAKE_C_COMPILER_LAUNCHER="$CCACHE" -D CMAKE_CXX_COMPILER_LAUNCHER="$CCACHE" \
-    -D CMAKE_FIND_ROOT_PATH="$OUT" -D CMAKE_INSTALL_PREFIX="$OUT" -D CMAKE_INSTALL_LIBDIR:STRING=lib \
+    -D CMAKE_FIND_ROOT_PATH="$OUT" -D CMAKE_INSTALL_PREFIX=/lumvik -D CMAKE_INSTALL_LIBDIR:STRING=lib \
     -D BUILD_SHARED_LIBS=OFF -Wno-dev --no-warn-unused-cli "${@:3}" >"$WORK/$1.log"
+  # OpenCV would tell of the day, the machine and the folder.
+  find "$WORK/build/$1" -name version_string.inc -exec sed -i 's/.*/""/' {} +
   cmake --build "$WORK/build/$1" >>"$WORK/$1.log" || { tail -n 40 "$WORK/$1.log" >&2; fail "$1 does not build"; }
-  cmake --install "$WORK/build/$1" >>"$WORK/$1.log"
+  DESTDIR=$OUT cmake --install "$WORK/build/$1" --prefix / >>"$WORK/$1.log"
 }
 
 # plain_library NAME COMPILER FOLDER "FLAGS" FILE...: for sources whose build system does not know the compiler.
