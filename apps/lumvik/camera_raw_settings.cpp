@@ -27,7 +27,8 @@ std::runtime_error Unreadable(const std::string& path, const std::string& why) {
 
 Exiv2::XmpData Decode(const std::string& path) {
   RequireReadable(path);
-  if (std::filesystem::file_size(path) > kMostBytes) throw Unreadable(path, "the file is too large");
+  if (std::filesystem::file_size(std::filesystem::u8path(path)) > kMostBytes)
+    throw Unreadable(path, "the file is too large");
   std::ifstream file(path, std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
   Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);  // of a fault it tells a number alone
@@ -92,7 +93,7 @@ MetadataFile OpenPhotograph(const std::string& path) {
 }  // namespace
 
 CameraRawSettings ReadCameraRawSettings(const std::string& path) {
-  const std::string ending = std::filesystem::path(path).extension().string();
+  const std::string ending = std::filesystem::u8path(path).extension().string();
   if (std::find(std::begin(kXmpEndings), std::end(kXmpEndings), ending) != std::end(kXmpEndings)) {
     const Exiv2::XmpData xmp = Decode(path);
     return SettingsOf(path, xmp, FrameOf(xmp));

@@ -39,7 +39,8 @@ fs::path FollowLinks(const fs::path& output) {
 
 }  // namespace
 
-void RequireReadable(const std::string& input) {
+void RequireReadable(const std::string& utf8_input) {
+  const fs::path input = fs::u8path(utf8_input);
   const fs::file_status status = StatusOf("cannot read", input);
   if (!fs::exists(status)) throw Failure("cannot read", input, "there is no such file");
   if (fs::is_directory(status)) throw Failure("cannot read", input, "it is a folder");
@@ -48,7 +49,8 @@ void RequireReadable(const std::string& input) {
   if (!std::ifstream(input)) throw Failure("cannot read", input, LastSystemError());
 }
 
-fs::path ResolveOutput(const std::string& output, const std::string& input) {
+fs::path ResolveOutput(const std::string& utf8_output, const std::string& utf8_input) {
+  const fs::path output = fs::u8path(utf8_output);
   fs::path target = FollowLinks(output);
   const fs::path folder = target.parent_path();
   const fs::file_status folder_status = StatusOf("cannot write into the folder", folder);
@@ -63,7 +65,7 @@ fs::path ResolveOutput(const std::string& output, const std::string& input) {
   if (!fs::exists(status)) return target;
   if (fs::is_directory(status)) throw Failure("cannot write", output, "it is a folder");
   if (!fs::is_regular_file(status)) throw Failure("cannot write", output, "it is not a regular file");
-  if (fs::equivalent(target, input)) {
+  if (fs::equivalent(target, fs::u8path(utf8_input))) {
     throw Failure("cannot write", output, "it is the photograph itself, which is never overwritten");
   }
   // Opening to append changes nothing in a file; renaming over it would not ask for the permission.

@@ -38,7 +38,8 @@ void RunCommand(int argc, char** argv) {
   CLI::App app("Develops photographs.", "lumvik");
   app.set_version_flag("--version", std::string("lumvik ") + lumvik_version(), "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
-  app.require_subcommand(0, 1);  // not 1, 1, which hides the name of an unknown command
+  app.allow_windows_style_options(false);  // a path may begin with a slash
+  app.require_subcommand(0, 1);            // not 1, 1, which hides the name of an unknown command
   lumvik::AddDevelopCommand(app);
 #if !defined(_WIN32)
   lumvik::AddBatchCommand(app);

@@ -24,7 +24,7 @@ char LowerAscii(char c) {
 }  // namespace
 
 std::optional<OutputFormat> OutputFormatOf(const std::string& path) {
-  std::string ending = std::filesystem::path(path).extension().string();
+  std::string ending = std::filesystem::u8path(path).extension().string();
   std::transform(ending.begin(), ending.end(), ending.begin(), LowerAscii);
   for (const Ending& known : kEndings) {
     if (ending == known.text) return known.format;

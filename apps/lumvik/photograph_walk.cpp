@@ -64,14 +64,14 @@ std::error_code List(const fs::path& folder, FoundPhotographs& found, std::vecto
 }  // namespace
 
 bool IsOrdinaryImageName(const std::string& path) {
-  return IsIn(kOrdinaryEndings, EndingOf(path));
+  return IsIn(kOrdinaryEndings, EndingOf(fs::u8path(path)));
 }
 
 FoundPhotographs FindPhotographs(const std::string& folder) {
   FoundPhotographs found;
   std::vector<fs::path> folders;
-  if (const std::error_code error = List(folder, found, folders)) {
-    throw std::runtime_error(Failure(folder, error));
+  if (const std::error_code error = List(fs::u8path(folder), found, folders)) {
+    throw std::runtime_error(Failure(fs::u8path(folder), error));
   }
   while (!folders.empty()) {
     const fs::path next = std::move(folders.back());

@@ -17,7 +17,8 @@ struct PictureSize {
 };
 
 PictureSize SizeOf(const std::string& file) {
-  if (!std::filesystem::is_regular_file(file)) return {};  // a pipe would keep the reader waiting
+  if (!std::filesystem::is_regular_file(std::filesystem::u8path(file)))
+    return {};  // a pipe would keep the reader waiting
   try {
     const auto image = Exiv2::ImageFactory::open(file, false);
     image->readMetadata();

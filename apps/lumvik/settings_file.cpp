@@ -105,7 +105,8 @@ class Reader {
 };
 
 std::string ReadText(const std::string& path) {
-  if (std::filesystem::file_size(path) > kMostBytes) throw std::runtime_error("the file is too large");
+  if (std::filesystem::file_size(std::filesystem::u8path(path)) > kMostBytes)
+    throw std::runtime_error("the file is too large");
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }

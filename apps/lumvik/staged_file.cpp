@@ -46,11 +46,11 @@ StagedFile::StagedFile(fs::path target, const std::string& ending)
 
 StagedFile::~StagedFile() {
   std::error_code ignored;  // after a Commit there is nothing to remove
-  fs::remove(temporary_path_, ignored);
+  fs::remove(fs::u8path(temporary_path_), ignored);
 }
 
 void StagedFile::Commit() {
-  MoveIntoPlace(temporary_path_, target_);
+  MoveIntoPlace(fs::u8path(temporary_path_), target_);
 }
 
 }  // namespace lumvik

@@ -214,7 +214,7 @@ TEST_F(ExportTest, ALargerFileOfTheNameIsReplacedWhole) {
 
 TEST_F(ExportTest, NamesMayHoldAnyLetters) {
   const std::string folder = Path("фото 写真");
-  fs::create_directory(folder);
+  fs::create_directory(fs::u8path(folder));
   for (const Exporter& exporter : kExporters) {
     const std::string path = folder + "/schöner Tag." + exporter.name;
     EXPECT_EQ(exporter.write(ctx(), path.c_str()), LUMVIK_OK) << LastError();

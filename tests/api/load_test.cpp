@@ -279,9 +279,9 @@ TEST_F(LoadTest, ThePathIsCopied) {
 
 TEST_F(LoadTest, NamesMayHoldAnyLetters) {
   const std::string folder = Path("фото 写真 été");
-  std::filesystem::create_directory(folder);
-  std::filesystem::rename(WritePicture("a.png"), folder + "/schöner Tag.png");
-  std::filesystem::rename(WriteRaw("a.arw"), folder + "/Ärger.arw");
+  std::filesystem::create_directory(std::filesystem::u8path(folder));
+  std::filesystem::rename(WritePicture("a.png"), std::filesystem::u8path(folder + "/schöner Tag.png"));
+  std::filesystem::rename(WriteRaw("a.arw"), std::filesystem::u8path(folder + "/Ärger.arw"));
   for (const std::string& path : {folder + "/schöner Tag.png", folder + "/Ärger.arw"}) {
     ASSERT_EQ(Load(path), LUMVIK_OK) << LastError();
     EXPECT_EQ(Size(), cv::Size(48, 32));

@@ -88,10 +88,10 @@ TEST_F(OutputTest, DecodeQualityLeavesAnOrdinaryPhotographAlone) {
 
 TEST_F(OutputTest, NamesMayHoldSpacesAndAnyLetters) {
   const std::string in = Photograph("été à la mer.jpg");
-  fs::create_directory(Path("фото 写真"));
+  fs::create_directory(fs::u8path(Path("фото 写真")));
   const std::string out = Path("фото 写真/schöner Tag.jpg");
   EXPECT_EQ(Developed(in, out).size(), cv::Size(60, 40));
-  EXPECT_TRUE(fs::exists(out));
+  EXPECT_TRUE(fs::exists(fs::u8path(out)));
 }
 
 TEST_F(OutputTest, NamesRelativeToTheWorkingFolderWork) {
@@ -130,7 +130,7 @@ TEST_F(OutputTest, AnExistingFileIsReplacedWholeAndKeepsItsPermissions) {
 
 TEST_F(OutputTest, ANewFileHasTheUsualPermissions) {
   Develop(Photograph("in.png"), Path("out.jpg"));
-  const mode_t mask = umask(0);
+  const auto mask = umask(0);
   umask(mask);
   EXPECT_EQ(fs::status(Path("out.jpg")).permissions(), fs::perms(0666 & ~mask));
 }

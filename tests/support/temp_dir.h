@@ -27,8 +27,10 @@ class TempDir {
   TempDir& operator=(const TempDir&) = delete;
 
   const std::filesystem::path& path() const { return path_; }
-  // The path of a file in it, whether there is one or not.
-  std::string File(const std::string& name) const { return (path_ / name).string(); }
+  // The path of a file in it, whether there is one or not. Names are UTF-8, as everywhere.
+  std::string File(const std::string& name) const {
+    return (path_ / std::filesystem::u8path(name)).make_preferred().string();
+  }
 
  private:
   std::filesystem::path path_;
