@@ -47,14 +47,16 @@ TEST(LeanOf, ASegmentMayBeDrawnFromRightToLeft) {
 }
 
 TEST(LeanOf, LinesOfMoreThan30DegreesHaveNoVote) {
+  // The end of the line is a whole pixel, which turns it by 1.2e-5 degrees.
+  constexpr double kOfAPixel = 2e-5;
   const auto lean_at = [](double degrees) {
     return LeanOfOne(0, 0, 1000000, cvRound(-1000000 * std::tan(degrees * kDegree)));
   };
   EXPECT_NEAR(lean_at(29.9), 29.9, 1e-4);
-  EXPECT_NEAR(lean_at(30), 30, 1e-5);
+  EXPECT_NEAR(lean_at(30), 30, kOfAPixel);
   EXPECT_EQ(lean_at(30.01), 0);
   EXPECT_EQ(lean_at(30.5), 0);
-  EXPECT_NEAR(lean_at(-30), -30, 1e-5);
+  EXPECT_NEAR(lean_at(-30), -30, kOfAPixel);
   EXPECT_EQ(lean_at(-30.5), 0);
   EXPECT_EQ(LeanOfOne(5, 0, 5, 500), 0);
   EXPECT_EQ(LeanOfOne(5, 500, 5, 0), 0);

@@ -1,4 +1,5 @@
 // The tools that take a path and no context: status codes, and what becomes of the outputs.
+#include <atomic>
 #include <cstdlib>
 #include <fstream>
 #include <opencv2/imgcodecs.hpp>
@@ -11,8 +12,9 @@
 
 namespace {
 
-// The size that malloc refuses to this thread; 0: none. The linker sends malloc of this program here.
-thread_local size_t refused_size = 0;
+// The size that malloc refuses; 0: none. The linker sends malloc of this program here. A variable of each
+// thread would not do, since on Windows it takes a malloc to make one.
+std::atomic<size_t> refused_size{0};
 
 }  // namespace
 

@@ -19,7 +19,7 @@ const std::string kData = LUMVIK_TEST_DATA "/";
 class SimilarTest : public CommandTest {
  protected:
   std::string Folder() const { return Path("photos"); }
-  std::string In(const std::string& name) const { return Folder() + "/" + name; }
+  std::string In(const std::string& name) const { return Path("photos/" + name); }
 
   SimilarTest() { fs::create_directories(In("export")); }
 
@@ -46,7 +46,8 @@ class SimilarTest : public CommandTest {
     for (const Json& members : json.at("groups")) {
       std::vector<std::string>& group = groups.emplace_back();
       for (const Json& member : members) {
-        group.push_back(member.at("path").get<std::string>().substr(Folder().size() + 1));
+        const fs::path path = fs::u8path(member.at("path").get<std::string>().substr(Folder().size() + 1));
+        group.push_back(path.generic_string());
       }
     }
     return groups;

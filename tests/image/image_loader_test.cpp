@@ -58,7 +58,7 @@ class ImageLoader : public ::testing::Test {
     return WriteBytes(dir_.File(name), bytes);
   }
   std::string Write(const std::string& name, const cv::Mat& image) const {
-    return Write(name, Encoded(fs::path(name).extension().c_str(), image));
+    return Write(name, Encoded(fs::path(name).extension().string().c_str(), image));
   }
 
   TempDir dir_;
