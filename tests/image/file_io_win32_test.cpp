@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <filesystem>
+#include <fstream>
 
 #include "image/file_io.h"
 #include "image/wide_path_win32.h"
@@ -78,6 +79,7 @@ TEST_F(FileIoWin32, AHeldFileIsNeitherReadNorReplaced) {
 TEST_F(FileIoWin32, AReadOnlyFileKeepsItsBytes) {
   const std::string path = WriteBytes(dir_.File("a"), kBytes);
   SetFileAttributesW(WidePath(path).c_str(), FILE_ATTRIBUTE_READONLY);
+  if (std::ofstream(path, std::ios::app)) GTEST_SKIP() << "Wine lets the superuser write into any file";
   EXPECT_FALSE(WriteWholeFile(path, {9}));
   EXPECT_EQ(ReadBytes(path), kBytes);
   SetFileAttributesW(WidePath(path).c_str(), FILE_ATTRIBUTE_NORMAL);

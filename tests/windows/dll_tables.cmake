@@ -1,7 +1,7 @@
 # Fails unless the library exports exactly the names of a list, and imports nothing that Windows does not bring.
 execute_process(COMMAND ${OBJDUMP} -p ${LIBRARY} OUTPUT_VARIABLE tables COMMAND_ERROR_IS_FATAL ANY)
 
-string(REGEX MATCHALL "\n\t\\[ *[0-9]+\\] [^\n]+" lines "${tables}")
+string(REGEX MATCHALL "\n\t\\[ *[0-9]+\\] [^+\n][^\n]*" lines "${tables}")
 foreach(line IN LISTS lines)
   string(REGEX REPLACE ".* " "" name "${line}")
   list(APPEND exported ${name})
