@@ -21,9 +21,10 @@ cmake --build "$BUILD"
 export WINEPREFIX=$BUILD/wine WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml,winedbg.exe=' LC_ALL=C.UTF-8
 
 step "Wine"
-[[ -d $WINEPREFIX ]] || wine wineboot --init
+mkdir -p "$WINEPREFIX"
 wineserver --persistent # starting it for each test would cost more than the test
 trap 'wineserver --kill' EXIT
+[[ -e $WINEPREFIX/system.reg ]] || wine wineboot --init
 
 step "Tests"
 tests=$(ctest --test-dir "$BUILD" -N | sed -n 's/^ *Test *#[0-9]*: //p')
