@@ -1,4 +1,6 @@
 # Fails unless the library exports exactly the names of a list, and imports nothing that Windows does not bring.
+cmake_minimum_required(VERSION 3.25)
+
 execute_process(COMMAND ${OBJDUMP} -p ${LIBRARY} OUTPUT_VARIABLE tables COMMAND_ERROR_IS_FATAL ANY)
 
 string(REGEX MATCHALL "\n\t\\[ *[0-9]+\\] [^+\n][^\n]*" lines "${tables}")
