@@ -29,9 +29,10 @@ prefix=$CACHE/$key
 step "Libraries: $prefix"
 [[ -d $prefix ]] || "$ROOT/scripts/windows-dependencies.sh" "$prefix"
 
-# Nothing in the files may tell of the folder they were made in.
+# Nothing in the files may tell of the folder they were made in, nor of the time, which strip would put there.
+export SOURCE_DATE_EPOCH=946684800 # the year 2000
 step "Build"
-maps="-ffile-prefix-map=$prefix=. -ffile-prefix-map=$ROOT=."
+maps="-ffile-prefix-map=$ROOT/=./ -ffile-prefix-map=$prefix/=./" # the last that fits counts
 cmake -S "$ROOT" -B "$BUILD" -G Ninja --toolchain "$ROOT/cmake/MingwW64.cmake" -D CMAKE_BUILD_TYPE=Release \
   -D CMAKE_C_FLAGS="$maps" -D CMAKE_CXX_FLAGS="$maps" -D CMAKE_INSTALL_LIBDIR=lib \
   -D CMAKE_FIND_ROOT_PATH="$prefix" -D CMAKE_CROSSCOMPILING_EMULATOR=wine -D LUMVIK_BUILD_BENCH=OFF
@@ -49,6 +50,6 @@ for package in gcc-mingw-w64-base mingw-w64-common libcli11-dev nlohmann-json3-d
   cp "/usr/share/doc/$package/copyright" "$stage/licenses/$package.txt"
 done
 # The same bytes every time: one time stamp, one order, no owners.
-find "$stage" -exec touch -h -d '2000-01-01 00:00:00 UTC' {} +
+find "$stage" -exec touch -h -d "@$SOURCE_DATE_EPOCH" {} +
 (cd "$BUILD/package" && find "$name" -type f | LC_ALL=C sort | TZ=UTC zip -q -X -@ "$name.zip")
 ls -l "$stage/bin" "$BUILD/package/$name.zip"
