@@ -54,11 +54,11 @@ typical=(--exposure 0.5 --contrast 20 --highlights -30 --shadows 25 --vibrance 1
   --sharpening-amount 40 --sharpening-radius 1)
 everything=("${typical[@]}" --tint 10 --brightness 10 --whites -10 --blacks 10
   --tone-curve "0,0 0.25,0.2 0.5,0.5 0.75,0.8 1,1" --texture 15 --dehaze 20
-  --hsl red=27,-15,9 --hsl orange=21.6,-12,7.2 --hsl yellow=16.2,-9,5.4 --hsl green=10.8,-6,3.6
-  --hsl aqua=5.4,-3,1.8 --hsl blue=0,0,0 --hsl purple=-5.4,3,-1.8 --hsl magenta=-10.8,6,-3.6
-  --split-highlights 40,20 --split-shadows 220,14 --split-balance 10 --nr-luminance 25 --nr-color 25
+  --hsl "red=27,-15,9" --hsl "orange=21.6,-12,7.2" --hsl "yellow=16.2,-9,5.4" --hsl "green=10.8,-6,3.6"
+  --hsl "aqua=5.4,-3,1.8" --hsl "blue=0,0,0" --hsl "purple=-5.4,3,-1.8" --hsl "magenta=-10.8,6,-3.6"
+  --split-highlights "40,20" --split-shadows "220,14" --split-balance 10 --nr-luminance 25 --nr-color 25
   --distortion 10 --ca-correction 30 --lens-vignette 30 --defringe 30 --rotation 1.5 --perspective-h 10
-  --crop 0.02,0.02,0.96,0.96 --vignette-amount 20 --grain-amount 20)
+  --crop "0.02,0.02,0.96,0.96" --vignette-amount 20 --grain-amount 20)
 compare default
 compare typical "${typical[@]}"
 compare everything "${everything[@]}"
