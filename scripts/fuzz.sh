@@ -2,7 +2,7 @@
 # Feeds the engine with changed files and lists of calls, and stops at the first that harms it. Builds first what
 # that takes; the inputs found so far are kept in build/checked/corpus and begun with the next time.
 #
-#   scripts/fuzz.sh                       a minute for each target
+#   scripts/fuzz.sh                       a minute for each target, by the same chances every time
 #   scripts/fuzz.sh --seconds N           N seconds for each
 #   scripts/fuzz.sh [--seconds N] TARGET  that one only, such as exif_fuzz
 #
@@ -17,9 +17,11 @@ TARGETS=(settings_file_fuzz exif_fuzz image_loader_fuzz raw_decoder_fuzz thumbna
 BUILD=$ROOT/build/checked
 
 seconds=60
+seed=1 # so that a failure of a short run is the change's, not chance's; 0 is another one every time
 if [[ ${1:-} == --seconds ]]; then
   [[ ${2:-} =~ ^[1-9][0-9]*$ ]] || fail "usage: scripts/fuzz.sh [--seconds N] [TARGET]"
   seconds=$2
+  seed=0
   shift 2
 fi
 if (($#)); then
@@ -33,7 +35,7 @@ cmake --build "$BUILD" --target lumvik_fuzz
 
 # One folder for the targets' files, removed with them however they end.
 TMPDIR=$(mktemp -d)
-export TMPDIR BUILD SECONDS_EACH=$seconds
+export TMPDIR BUILD SECONDS_EACH=$seconds SEED=$seed
 trap 'rm -rf "$TMPDIR"' EXIT
 "$BUILD/fuzz/lumvik_fuzz_seeds" "$TMPDIR/seeds"
 
@@ -43,7 +45,7 @@ run_target() {
   local target=$1 corpus=$BUILD/corpus/$1 log=$BUILD/$1.log
   mkdir -p "$corpus" "$BUILD/findings"
   if ! "$BUILD/fuzz/$target" "$corpus" "$TMPDIR/seeds/$target" -artifact_prefix="$BUILD/findings/$target-" \
-    -max_total_time="$SECONDS_EACH" -timeout=120 -rss_limit_mb=4096 -malloc_limit_mb=4096 -max_len=65536 \
+    -max_total_time="$SECONDS_EACH" -seed="$SEED" -timeout=120 -rss_limit_mb=4096 -malloc_limit_mb=4096 -max_len=65536 \
     -print_final_stats=1 >"$log" 2>&1; then
     grep -a -A 40 -E 'ERROR|runtime error' "$log" | cut -c 1-200
     echo "$target failed: $log"
