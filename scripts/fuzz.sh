@@ -37,11 +37,11 @@ cmake --build "$BUILD" --target lumvik_fuzz
 TMPDIR=$(mktemp -d)
 export TMPDIR BUILD SECONDS_EACH=$seconds SEED=$seed
 trap 'rm -rf "$TMPDIR"' EXIT
+export LLVM_PROFILE_FILE=/dev/null # the lines that are reached count for the tests alone
 "$BUILD/fuzz/lumvik_fuzz_seeds" "$TMPDIR/seeds"
 
 # A file may claim more than the machine has: LibRaw and OpenCV get a null, as they do without the sanitizer.
 export ASAN_OPTIONS=allocator_may_return_null=1:max_allocation_size_mb=4096
-export LLVM_PROFILE_FILE=/dev/null # the lines that are reached count for the tests alone
 run_target() {
   local target=$1 corpus=$BUILD/corpus/$1 log=$BUILD/$1.log
   mkdir -p "$corpus" "$BUILD/findings"

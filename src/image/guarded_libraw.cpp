@@ -1,6 +1,7 @@
 #include "image/guarded_libraw.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <limits>
 
@@ -12,32 +13,72 @@ namespace {
 // LibRaw 0.21 has these faults no more.
 constexpr bool kIsOldLibRaw = LIBRAW_COMPILE_CHECK_VERSION_NOTLESS(0, 21) == 0;
 
-// Called ahead of each tag. Of a colour filter pattern of 36 entries LibRaw 0.20 reads on without end, past
-// all its memory, unless a tag before it said that it repeats over 6 x 6 pixels. LibRaw catches what is
-// thrown here and gives up the file.
-void RefuseEndlessPattern(void* libraw, int tag, int /*type*/, int count, unsigned /*order*/,
-                          void* /*stream*/, INT64 /*base*/) {
-  constexpr int kTagMask = 0xFFFF;  // the bits above tell of the directory
+constexpr int kTagMask = 0xFFFF;  // the bits above tell of the directory
+constexpr int kNameLength = 63;   // what LibRaw keeps of a name
+
+// Of a colour filter pattern of 36 entries LibRaw 0.20 reads on without end, past all its memory, unless a
+// tag before it said that it repeats over 6 x 6 pixels.
+bool IsEndlessPattern(const libraw_iparams_t& camera, int name, int count) {
   constexpr int kCfaPattern = 0x828E;
   constexpr int kKodakCfaPattern = 0xFD09;
   constexpr int kEntries = 36;
   constexpr unsigned kSixBySix = 9;
-  if (count != kEntries) return;
-  const int name = tag & kTagMask;
-  const bool known = static_cast<LibRaw*>(libraw)->imgdata.idata.filters == kSixBySix;
-  if (name == kKodakCfaPattern || (name == kCfaPattern && !known))
-    throw LibRaw_exceptions{LIBRAW_EXCEPTION_IO_CORRUPT};
+  if (!kIsOldLibRaw || count != kEntries) return false;
+  return name == kKodakCfaPattern || (name == kCfaPattern && camera.filters != kSixBySix);
+}
+
+// Whether the tag is one of a TIFF directory, not of EXIF or of a maker's notes.
+bool IsOfDirectory(int tag) {
+  constexpr int kPanasonic = 0x30000;
+  constexpr int kFirstDirectory = 1 << 20;
+  return (tag & ~kTagMask) == kPanasonic || tag >= kFirstDirectory;
+}
+
+// The text that begins at the stream's position, of at most so many bytes and as far as LibRaw keeps it.
+std::string Text(LibRaw_abstract_datastream& stream, int most) {
+  std::array<char, kNameLength + 1> text{};
+  stream.read(text.data(), 1, static_cast<size_t>(std::clamp(most, 0, kNameLength)));
+  return text.data();
 }
 
 }  // namespace
 
+// Called ahead of each tag. LibRaw catches what is thrown here and gives up the file.
+void GuardedLibRaw::InspectTag(void* guarded, int tag, int /*type*/, int count, unsigned /*order*/,
+                               void* stream, INT64 /*base*/) {
+  auto& raw = *static_cast<GuardedLibRaw*>(guarded);
+  if (IsOfDirectory(tag))
+    raw.NoteName(tag & kTagMask, count, *static_cast<LibRaw_abstract_datastream*>(stream));
+  if (IsEndlessPattern(raw.imgdata.idata, tag & kTagMask, count) ||
+      (raw.is_hasselblad_ && raw.has_long_name_))
+    throw LibRaw_exceptions{LIBRAW_EXCEPTION_IO_CORRUPT};
+}
+
+// LibRaw puts a Hasselblad's names together in 64 bytes, whatever their length: it adds at most "-II-FFF".
+void GuardedLibRaw::NoteName(int name, int count, LibRaw_abstract_datastream& stream) {
+  constexpr int kMake = 0x010F;
+  constexpr int kModel = 0x0110;
+  constexpr int kUniqueCameraModel = 0xC614;
+  constexpr int kLocalizedCameraModel = 0xC615;
+  constexpr int kHasselbladOnly = 0xC51A;
+  constexpr size_t kLongest = 56;
+  if (name == kHasselbladOnly) is_hasselblad_ = true;
+  if (name != kMake && name != kModel && name != kUniqueCameraModel && name != kLocalizedCameraModel) return;
+  // LibRaw reads make and model up to where their text ends, beyond their stated length too.
+  std::string text = Text(stream, name == kMake || name == kModel ? kNameLength : count);
+  if (name != kMake && text.size() > kLongest) has_long_name_ = true;
+  if (strcasestr(text.data(), "Hasselblad") != nullptr) is_hasselblad_ = true;
+}
+
 GuardedLibRaw::GuardedLibRaw() {
   // Its default handler reports damaged data on the host's standard error.
   set_dataerror_handler(nullptr, nullptr);
-  if (kIsOldLibRaw) set_exifparser_handler(RefuseEndlessPattern, static_cast<LibRaw*>(this));
+  set_exifparser_handler(InspectTag, this);
 }
 
 int GuardedLibRaw::OpenFile(const std::string& path) {
+  is_hasselblad_ = false;
+  has_long_name_ = false;
   return OpenRawFile(*this, path);
 }
 

@@ -20,8 +20,14 @@ class GuardedLibRaw : public LibRaw {
   int UnpackPreview();
 
  private:
+  static void InspectTag(void* guarded, int tag, int type, int count, unsigned order, void* stream,
+                         INT64 base);
+  void NoteName(int name, int count, LibRaw_abstract_datastream& stream);
   bool MakePreviewFit();
   bool IsTakenAsStored() const;
+
+  bool is_hasselblad_ = false;
+  bool has_long_name_ = false;
 };
 
 }  // namespace lumvik

@@ -21,6 +21,11 @@ static_assert(1 << (kFineBits - kFineToPlace) == kPlacesPerPixel);
 constexpr int kBlockRows = 16;
 constexpr int kBlockPixels = 1024;
 
+// Of angles that are no number OpenCV makes the least of all ints, twice, and lets their sum wrap round.
+int WrappingSum(int a, int b) {
+  return static_cast<int>(static_cast<unsigned>(a) + static_cast<unsigned>(b));
+}
+
 // The pixels from x on come from where the matrix takes them; `first` is the column at which their block
 // begins.
 void PlaceProjected(const cv::Matx33d& matrix, int first, int x, int y, int columns, int* __restrict to_x,
@@ -69,8 +74,8 @@ RowImage Rotated(const cv::Mat& working, float degrees) {
     const int row_y = cvRound((back(1, 1) * part.y + back(1, 2)) * kFine) + kHalfPlace;
     for (int i = 0; i < part.columns; ++i) {
       const double x = part.x + i;
-      places.x[i] = (row_x + cvRound(back(0, 0) * x * kFine)) >> kFineToPlace;
-      places.y[i] = (row_y + cvRound(back(1, 0) * x * kFine)) >> kFineToPlace;
+      places.x[i] = WrappingSum(row_x, cvRound(back(0, 0) * x * kFine)) >> kFineToPlace;
+      places.y[i] = WrappingSum(row_y, cvRound(back(1, 0) * x * kFine)) >> kFineToPlace;
     }
   });
 }

@@ -21,7 +21,11 @@ using Bytes = std::vector<uint8_t>;
 using ::testing::Each;
 
 constexpr uint16_t kKodakCfaPattern = 0xFD09;
+constexpr uint16_t kUniqueCameraModel = 0xC614;
+constexpr uint16_t kLocalizedCameraModel = 0xC615;
+constexpr uint16_t kHasselbladOnly = 0xC51A;
 constexpr int kSixBySix = 36;
+constexpr int kModelLength = 20;
 
 const cv::Mat kPicture(32, 48, CV_8UC3, cv::Scalar(90, 150, 210));
 
@@ -69,6 +73,52 @@ TEST_F(GuardedLibRawTest, AKodakPatternOfSixBySix) {
   EXPECT_EQ(Open(dng.Serialize()), LIBRAW_IO_ERROR);
   dng.SetBytes(kKodakCfaPattern, {0, 1, 1, 2});
   EXPECT_EQ(Open(dng.Serialize()), LIBRAW_SUCCESS);
+}
+
+// LibRaw adds to such a name in a buffer that holds 63 characters of it.
+TEST_F(GuardedLibRawTest, AHasselbladWhoseNameLeavesNoRoom) {
+  for (const uint16_t name : {tag::kModel, kUniqueCameraModel, kLocalizedCameraModel}) {
+    for (const size_t length : {56, 57, 63, 200}) {
+      TiffDirectory dng = Dng();
+      dng.SetAscii(tag::kMake, "Victor HASSELBLAD AB");
+      dng.SetAscii(name, std::string(length, 'x'));
+      EXPECT_EQ(Open(dng.Serialize()), length == 56 ? LIBRAW_SUCCESS : LIBRAW_IO_ERROR)
+          << name << ", " << length;
+    }
+  }
+}
+
+TEST_F(GuardedLibRawTest, AHasselbladByWhateverTagWithALongName) {
+  TiffDirectory by_its_own_tag = Dng();
+  by_its_own_tag.SetAscii(tag::kMake, "");
+  by_its_own_tag.SetLongs(kHasselbladOnly, {1});
+  by_its_own_tag.SetAscii(tag::kModel, std::string(60, 'x'));
+  EXPECT_EQ(Open(by_its_own_tag.Serialize()), LIBRAW_IO_ERROR);
+
+  TiffDirectory by_its_unique_model = Dng();
+  by_its_unique_model.SetAscii(tag::kMake, "");
+  by_its_unique_model.SetAscii(tag::kModel, "");
+  by_its_unique_model.SetAscii(kUniqueCameraModel, "Hasselblad " + std::string(52, 'x'));
+  EXPECT_EQ(Open(by_its_unique_model.Serialize()), LIBRAW_IO_ERROR);
+}
+
+TEST_F(GuardedLibRawTest, AHasselbladWhoseModelDoesNotEndWhereItShould) {
+  TiffDirectory dng = Dng();
+  dng.SetAscii(tag::kMake, "Hasselblad");
+  dng.SetAscii(tag::kModel, std::string(kModelLength, 'x'));
+  const Bytes file = dng.Serialize();
+  ASSERT_EQ(Open(file), LIBRAW_SUCCESS);
+  Bytes unended = file;
+  const auto name = std::search_n(unended.begin(), unended.end(), kModelLength, 'x');
+  std::fill_n(name, 60, 'x');
+  EXPECT_EQ(Open(unended), LIBRAW_IO_ERROR);
+}
+
+TEST_F(GuardedLibRawTest, ALongNameByAnyoneElse) {
+  TiffDirectory dng = Dng();
+  dng.SetAscii(tag::kModel, std::string(63, 'x'));
+  EXPECT_EQ(Open(dng.Serialize()), LIBRAW_SUCCESS);
+  EXPECT_EQ(raw_->imgdata.idata.model, std::string(63, 'x'));
 }
 
 // The first directory's entry of this tag and type, with one value.

@@ -83,6 +83,7 @@ std::vector<StageCase> StageCases() {
       {"lens_vignette", field(&A::lens_vignette), kPositive},
       {"defringe", field(&A::defringe), kPositive, kJumps},
       {"geometry", &test::SetGeometry, {0, 1, 2, 3, 4, 5, 6}},
+      {"rotation", field(&A::rotation), {-1e9F, -90, 0.01F, 33, 1e9F, kInfinity, kNaN}},
       {"vignette", &test::SetVignette, {-250, -100, -30, 1, 50, 100, 250}},
       {"grain", &test::SetGrain, {-5, 1, 50, 100}},
   };
