@@ -1,4 +1,5 @@
-# How our own code is compiled. `lumvik_compile_options(target)` is the one place where a flag is set.
+# How our own code is compiled: the one place where a flag is set. Every target of ours calls `lumvik_compile_options`,
+# or `lumvik_test_options` in its place.
 
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -43,13 +44,24 @@ function(lumvik_compile_options target)
     list(TRANSFORM names PREPEND LUMVIK_SANITIZE_)
     target_compile_definitions(${target} PRIVATE ${names})
   endif()
+  if(LUMVIK_COVERAGE)
+    target_link_options(${target} PRIVATE -fprofile-instr-generate)
+  endif()
+endfunction()
+
+# For the cases of the tests, which take longer to compile than to run.
+function(lumvik_test_options target)
+  lumvik_compile_options(${target})
+  target_compile_options(${target} PRIVATE -O0)
+endfunction()
+
+# For the code whose lines are counted, and whose branches the fuzzer is to see its inputs take.
+function(lumvik_instrument target)
   if(LUMVIK_BUILD_FUZZ)
-    # Lets the fuzzer see which branches of our code an input takes.
     target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
   endif()
   if(LUMVIK_COVERAGE)
     target_compile_options(${target} PRIVATE -fprofile-instr-generate -fcoverage-mapping)
-    target_link_options(${target} PRIVATE -fprofile-instr-generate)
   endif()
 endfunction()
 

@@ -13,7 +13,7 @@ export ROOT BUILD STAMPS
 digest() {
   {
     clang-tidy --version
-    cat "$ROOT/.clang-tidy"
+    cat "$ROOT/.clang-tidy" "$ROOT/apps/.clang-tidy"
     grep -B 1 -F "\"file\": \"$1\"" "$BUILD/compile_commands.json"
     # Ninja's record of an object: a line with its name, then its files, indented, the source first.
     awk -v source="$1" -v root="$ROOT/" '

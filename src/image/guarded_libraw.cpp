@@ -77,6 +77,7 @@ GuardedLibRaw::GuardedLibRaw() {
 }
 
 int GuardedLibRaw::OpenFile(const std::string& path) {
+  recycle();  // LibRaw's open_file forgets a file that is still open
   is_hasselblad_ = false;
   has_long_name_ = false;
   return OpenRawFile(*this, path);

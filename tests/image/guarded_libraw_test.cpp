@@ -78,7 +78,7 @@ TEST_F(GuardedLibRawTest, AKodakPatternOfSixBySix) {
 // LibRaw adds to such a name in a buffer that holds 63 characters of it.
 TEST_F(GuardedLibRawTest, AHasselbladWhoseNameLeavesNoRoom) {
   for (const uint16_t name : {tag::kModel, kUniqueCameraModel, kLocalizedCameraModel}) {
-    for (const size_t length : {56, 57, 63, 200}) {
+    for (const size_t length : {56U, 57U, 63U, 200U}) {
       TiffDirectory dng = Dng();
       dng.SetAscii(tag::kMake, "Victor HASSELBLAD AB");
       dng.SetAscii(name, std::string(length, 'x'));
