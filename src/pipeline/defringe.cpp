@@ -15,14 +15,15 @@ bool IsFringeHue(float h) {
   return h > (purple ? kPurpleLow : kGreenLow) && h < (purple ? kPurpleHigh : kGreenHigh);
 }
 
+// At the same hue and lightness a component lies as far from the lightness as the saturation is high.
 void DampRow(const PixelRow& row, float saturation_limit, float damping) {
   for (int i = 0; i < row.columns; ++i) {
     const HslColor color = rgb_to_hsl(row.red[i], row.green[i], row.blue[i]);
-    const RgbColor rgb = hsl_to_rgb(color.h, color.s * damping, color.l);
+    const auto damped = [=](float value) { return ClampUnit((value - color.l) * damping + color.l); };
     const bool fringe = IsFringeHue(color.h) && color.s > saturation_limit;
-    row.red[i] = Choose(fringe, rgb.r, row.red[i]);
-    row.green[i] = Choose(fringe, rgb.g, row.green[i]);
-    row.blue[i] = Choose(fringe, rgb.b, row.blue[i]);
+    row.red[i] = Choose(fringe, damped(row.red[i]), row.red[i]);
+    row.green[i] = Choose(fringe, damped(row.green[i]), row.green[i]);
+    row.blue[i] = Choose(fringe, damped(row.blue[i]), row.blue[i]);
   }
 }
 

@@ -37,11 +37,11 @@ inline HslColor rgb_to_hsl(float r, float g, float b) {
   const float spread = largest - smallest;
   const float l = (largest + smallest) * 0.5F;
   const float s = spread / (1.0F - std::fabs(2.0F * l - 1.0F));
-  const float from_red = (g - b) / spread;
-  const float from_green = (b - r) / spread + 2.0F;
-  const float from_blue = (r - g) / spread + 4.0F;
-  const float beyond_red = largest == g ? from_green : from_blue;
-  const float h = (largest == r ? from_red : beyond_red) / 6.0F;
+  const bool red = largest == r;
+  const bool green = largest == g;
+  const float beyond_red = green ? b - r : r - g;
+  const float primary = red ? 0.0F : (green ? 2.0F : 4.0F);
+  const float h = ((red ? g - b : beyond_red) / spread + primary) / 6.0F;
   const float hue = h < 0.0F ? h + 1.0F : h;
   const bool grey = spread < kGreySpread;
   return {grey ? 0.0F : hue, grey ? 0.0F : s, l};

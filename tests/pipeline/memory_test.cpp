@@ -48,7 +48,7 @@ class CountingAllocator : public cv::MatAllocator {
 constexpr size_t kMegabyte = 1 << 20;
 
 // As wide as a large photograph, and high enough for an image of it to be told from some rows.
-constexpr cv::Size kWide(4096, 700);
+const cv::Size kWide(4096, 700);
 
 // In bytes, of a render into an image that is there already.
 size_t PeakOf(const Adjustments& adjustments, const cv::Mat& source) {
