@@ -2,6 +2,7 @@
 #ifndef LUMVIK_PIPELINE_ROW_KERNEL_H_
 #define LUMVIK_PIPELINE_ROW_KERNEL_H_
 
+#include <cstdint>
 #include <functional>
 #include <opencv2/core.hpp>
 
@@ -41,11 +42,22 @@ void ChangeRow(const Change& change, const PixelRow& row, Values... values) {
   });
 }
 
+// Asks for the pixels below those of `row`: rows are read a strip of columns at a time, and to another page
+// the processor does not look ahead by itself.
+inline void FetchNextRow(const cv::Mat& image, const PixelRow& row) {
+  constexpr size_t kCacheLine = 64;
+  if (row.y + 1 >= image.rows) return;
+  const uint8_t* next = image.ptr(row.y + 1) + static_cast<size_t>(row.x) * image.elemSize();
+  const size_t bytes = static_cast<size_t>(row.columns) * image.elemSize();
+  for (size_t at = 0; at < bytes; at += kCacheLine) __builtin_prefetch(next + at);
+}
+
 // The kernel that does so. `values` are those of each of the `planes` (cv::Mat of type CV_32FC1, as large as
 // the frame) at the row's pixels.
 template <typename Change, typename... Planes>
 RowKernel MakeRowKernel(const Change& change, const Planes&... planes) {
   return [change, planes...](const PixelRow& row) {
+    (FetchNextRow(planes, row), ...);
     ChangeRow(change, row, (planes.template ptr<float>(row.y) + row.x)...);
   };
 }

@@ -63,6 +63,7 @@ class AreaStream : public RowStream {
         kernel_(kernel),
         reach_(Reach(kernel.window)),
         kept_rows_(std::min(2 * reach_ + 1, frame.height)),
+        around_(static_cast<size_t>(2 * reach_ + 1)),
         kept_(kept_rows_ * kPlanes, WidenedColumns(max_columns, reach_), CV_32F),
         blurred_(kColors, max_columns, CV_32F),
         blur_(kernel.window, frame.width, max_columns) {}
@@ -107,10 +108,13 @@ class AreaStream : public RowStream {
   }
 
   void BlurAround(int y) {
+    const float** middle = around_.data() + reach_;
+    for (int i = -reach_; i <= reach_; ++i) {
+      middle[i] = RowOf(0, cv::borderInterpolate(y + i, frame_.height, cv::BORDER_REFLECT_101));
+    }
     const auto blur_plane = [&](int plane, int into) {
-      const auto row_at = [&](int i) {
-        return RowOf(plane, cv::borderInterpolate(y + i, frame_.height, cv::BORDER_REFLECT_101));
-      };
+      const size_t offset = kept_.step1() * static_cast<size_t>(plane);
+      const auto row_at = [&](int i) { return middle[i] + offset; };
       blur_.Blur(row_at, columns_, blurred_.ptr<float>(into));
     };
     if (kernel_.of == AreaKernel::Of::kLuminance) {
@@ -125,8 +129,9 @@ class AreaStream : public RowStream {
   const AreaKernel& kernel_;
   int reach_;
   int kept_rows_;
-  cv::Mat kept_;     // kPlanes for each row
-  cv::Mat blurred_;  // of the current row
+  std::vector<const float*> around_;  // the first planes of the rows that the window reaches
+  cv::Mat kept_;                      // kPlanes for each row
+  cv::Mat blurred_;                   // of the current row
   RowBlur blur_;
   Columns columns_{0, 0};
   Columns held_{0, 0};
