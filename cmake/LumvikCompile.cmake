@@ -53,6 +53,19 @@ endfunction()
 function(lumvik_test_options target)
   lumvik_compile_options(${target})
   target_compile_options(${target} PRIVATE -O0)
+  lumvik_compile_together(${target})
+endfunction()
+
+# For sources whose headers take far longer to compile than they do themselves: many at once, but for those that
+# include a system's own headers and the macros in them.
+function(lumvik_compile_together target)
+  if(NOT LUMVIK_COMPILE_TOGETHER)
+    return()
+  endif()
+  set_target_properties(${target} PROPERTIES UNITY_BUILD ON UNITY_BUILD_BATCH_SIZE 20)
+  get_target_property(sources ${target} SOURCES)
+  list(FILTER sources INCLUDE REGEX "_(posix|win32)(_test)?\\.cpp$")
+  set_source_files_properties(${sources} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
 
 # For the code whose lines are counted, and whose branches the fuzzer is to see its inputs take.

@@ -10,6 +10,11 @@ source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 (($# == 0)) || fail "usage: scripts/test.sh"
 
+# configure PRESET: into its own folder, with a process for many cases.
+configure_tests() {
+  configure "$1" "$ROOT/build/$1" -D LUMVIK_PROCESS_PER_CASE=OFF "${@:2}"
+}
+
 run_tests() {
   ctest --test-dir "$1" --output-on-failure --no-tests=error "${@:2}"
 }
@@ -24,7 +29,7 @@ step "Reference of the interface"
 "$ROOT/scripts/build-docs.sh"
 
 step "Release build"
-configure release "$ROOT/build/release"
+configure_tests release
 cmake --build "$ROOT/build/release"
 
 step "Binary interface"
@@ -35,7 +40,7 @@ step "Static analysis"
 
 # One build for both sanitizers, the coverage and the fuzz targets, by another compiler than the release's.
 step "Tests with AddressSanitizer and UndefinedBehaviorSanitizer"
-configure checked "$ROOT/build/checked"
+configure_tests checked
 cmake --build "$ROOT/build/checked"
 rm -rf "$ROOT/build/checked/profiles"
 # A size beyond all memory gets a null, as it does without the sanitizer: broken files ask LibRaw for such sizes.

@@ -12,8 +12,6 @@
 namespace lumvik {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 const char* NameOf(BatchState state) {
   switch (state) {
     case BatchState::kSkipped:
@@ -33,8 +31,9 @@ std::ptrdiff_t Count(const BatchReport& report, BatchState state) {
                        [=](const BatchOutcome& outcome) { return outcome.state == state; });
 }
 
-Json JsonOf(const BatchTask& task, const BatchOutcome& outcome) {
-  Json json = {{"input", task.input}, {"output", task.output}, {"status", NameOf(outcome.state)}};
+nlohmann::ordered_json JsonOf(const BatchTask& task, const BatchOutcome& outcome) {
+  nlohmann::ordered_json json = {
+      {"input", task.input}, {"output", task.output}, {"status", NameOf(outcome.state)}};
   if (outcome.state == BatchState::kDeveloped) {
     json["width"] = outcome.width;
     json["height"] = outcome.height;
@@ -51,19 +50,19 @@ bool HasFailures(const BatchReport& report) {
 }
 
 void PrintBatchJson(const BatchReport& report) {
-  Json json = {
+  nlohmann::ordered_json json = {
       {"interrupted", report.interrupted}, {"jobs", report.work.workers}, {"seconds", report.seconds}};
   for (const BatchState state :
        {BatchState::kDeveloped, BatchState::kSkipped, BatchState::kFailed, BatchState::kPending}) {
     json[NameOf(state)] = Count(report, state);
   }
-  json["photographs"] = Json::array();
+  json["photographs"] = nlohmann::ordered_json::array();
   for (std::size_t i = 0; i < report.outcomes.size(); ++i) {
     json["photographs"].push_back(JsonOf(report.work.tasks[i], report.outcomes[i]));
   }
   json["unreadable"] = report.failures;
   // A name need not be UTF-8, which JSON must be.
-  std::cout << json.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  std::cout << json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
 }
 
 void ReportBatch(const BatchReport& report) {

@@ -19,7 +19,7 @@ constexpr char kNamespace[] = "crs";
 constexpr const char* kXmpEndings[] = {".xmp", ".XMP"};
 
 // Masks can make a sidecar long; nothing makes it as long as this.
-constexpr std::uintmax_t kMostBytes = std::uintmax_t{64} << 20;
+constexpr std::uintmax_t kMostCameraRawBytes = std::uintmax_t{64} << 20;
 
 std::runtime_error Unreadable(const std::string& path, const std::string& why) {
   return std::runtime_error("cannot read '" + path + "': " + why);
@@ -27,7 +27,7 @@ std::runtime_error Unreadable(const std::string& path, const std::string& why) {
 
 Exiv2::XmpData Decode(const std::string& path) {
   RequireReadable(path);
-  if (std::filesystem::file_size(std::filesystem::u8path(path)) > kMostBytes)
+  if (std::filesystem::file_size(std::filesystem::u8path(path)) > kMostCameraRawBytes)
     throw Unreadable(path, "the file is too large");
   std::ifstream file(path, std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};

@@ -1,7 +1,8 @@
 #include "output_format.h"
 
-#include <algorithm>
 #include <filesystem>
+
+#include "lower_ending.h"
 
 namespace lumvik {
 namespace {
@@ -17,15 +18,10 @@ constexpr Ending kEndings[] = {
     {".tif", OutputFormat::kTiff}, {".tiff", OutputFormat::kTiff},
 };
 
-char LowerAscii(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 }  // namespace
 
 std::optional<OutputFormat> OutputFormatOf(const std::string& path) {
-  std::string ending = std::filesystem::u8path(path).extension().string();
-  std::transform(ending.begin(), ending.end(), ending.begin(), LowerAscii);
+  const std::string ending = LowerEnding(std::filesystem::u8path(path));
   for (const Ending& known : kEndings) {
     if (ending == known.text) return known.format;
   }

@@ -8,6 +8,8 @@
 #include <system_error>
 #include <utility>
 
+#include "lower_ending.h"
+
 namespace lumvik {
 namespace {
 
@@ -20,23 +22,13 @@ constexpr std::string_view kRawEndings[] = {
     ".fff", ".gpr", ".iiq", ".k25", ".kdc", ".mdc", ".mef", ".mos", ".mrw", ".nef", ".nrw", ".orf", ".pef",
     ".ptx", ".raf", ".raw", ".rw2", ".rwl", ".rwz", ".sr2", ".srf", ".srw", ".sti", ".x3f"};
 
-char LowerAscii(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-std::string EndingOf(const fs::path& path) {
-  std::string ending = path.extension().string();
-  std::transform(ending.begin(), ending.end(), ending.begin(), LowerAscii);
-  return ending;
-}
-
 template <std::size_t kCount>
 bool IsIn(const std::string_view (&endings)[kCount], const std::string& ending) {
   return std::binary_search(std::begin(endings), std::end(endings), ending);
 }
 
 bool IsPhotographName(const fs::path& path) {
-  const std::string ending = EndingOf(path);
+  const std::string ending = LowerEnding(path);
   return IsIn(kOrdinaryEndings, ending) || IsIn(kRawEndings, ending);
 }
 
@@ -64,7 +56,7 @@ std::error_code List(const fs::path& folder, FoundPhotographs& found, std::vecto
 }  // namespace
 
 bool IsOrdinaryImageName(const std::string& path) {
-  return IsIn(kOrdinaryEndings, EndingOf(fs::u8path(path)));
+  return IsIn(kOrdinaryEndings, LowerEnding(fs::u8path(path)));
 }
 
 FoundPhotographs FindPhotographs(const std::string& folder) {

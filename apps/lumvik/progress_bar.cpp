@@ -9,7 +9,7 @@
 namespace lumvik {
 namespace {
 
-constexpr std::size_t kWidth = 40;
+constexpr std::size_t kColumns = 40;
 constexpr std::chrono::milliseconds kBetweenDrawings(100);
 constexpr std::chrono::milliseconds kBetweenLines(10000);
 constexpr char kWipe[] = "\r\x1B[K";
@@ -41,9 +41,9 @@ void ProgressBar::Wipe() {
 
 void ProgressBar::Draw() const {
   std::ostringstream line;
-  const std::size_t filled = kWidth * done_ / total_;
+  const std::size_t filled = kColumns * done_ / total_;
   if (on_terminal_)
-    line << kWipe << '[' << std::string(filled, '#') << std::string(kWidth - filled, '.') << "] ";
+    line << kWipe << '[' << std::string(filled, '#') << std::string(kColumns - filled, '.') << "] ";
   line << done_ << '/' << total_;
   if (done_ > 0) {
     const double rate =

@@ -20,7 +20,7 @@ constexpr char kVersionKey[] = "lumvik";
 constexpr int kVersion = 1;
 
 // Far above any settings, far below what would keep the user waiting for the parser.
-constexpr std::uintmax_t kMostBytes = 1 << 18;
+constexpr std::uintmax_t kMostSettingsBytes = 1 << 18;
 
 // Turns the values of the file into settings, and finds fault by throwing JsonFault.
 class Reader {
@@ -105,7 +105,7 @@ class Reader {
 };
 
 std::string ReadText(const std::string& path) {
-  if (std::filesystem::file_size(std::filesystem::u8path(path)) > kMostBytes)
+  if (std::filesystem::file_size(std::filesystem::u8path(path)) > kMostSettingsBytes)
     throw std::runtime_error("the file is too large");
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};

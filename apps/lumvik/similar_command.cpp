@@ -23,8 +23,6 @@
 namespace lumvik {
 namespace {
 
-using Json = nlohmann::ordered_json;
-
 constexpr Range<int> kThresholds = {0, 64};
 
 // RAW files are 2 to 4 bits away from their exports, and copies at half the size or of low quality as far
@@ -95,15 +93,15 @@ void PrintText(const std::vector<Group>& groups) {
 }
 
 void PrintJson(const std::vector<Group>& groups, int threshold) {
-  Json json = {{"threshold", threshold}, {"groups", Json::array()}};
+  nlohmann::ordered_json json = {{"threshold", threshold}, {"groups", nlohmann::ordered_json::array()}};
   for (const Group& group : groups) {
-    Json& members = json["groups"].emplace_back(Json::array());
+    nlohmann::ordered_json& members = json["groups"].emplace_back(nlohmann::ordered_json::array());
     for (const HashedPhotograph& photograph : group) {
       members.push_back({{"hash", HexOf(photograph.hash)}, {"path", photograph.path}});
     }
   }
   // A name need not be UTF-8, which JSON must be.
-  std::cout << json.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  std::cout << json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
 }
 
 void PrintSimilar(const SimilarOptions& options) {

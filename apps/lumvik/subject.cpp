@@ -10,7 +10,7 @@
 namespace lumvik {
 namespace {
 
-constexpr Range<float> kFraction = {0, 1};
+constexpr Range<float> kWithinPicture = {0, 1};
 constexpr int kNoRawImage = -1;  // of lumvik_segment_subject(), with a photograph loaded
 
 }  // namespace
@@ -18,7 +18,7 @@ constexpr int kNoRawImage = -1;  // of lumvik_segment_subject(), with a photogra
 CLI::Option* AddSubjectOption(CLI::App& command, SubjectPoint& point) {
   const auto keep = [&point](const std::string& text) {
     try {
-      const std::vector<float> numbers = ReadNumbers(text, {kFraction, kFraction});
+      const std::vector<float> numbers = ReadNumbers(text, {kWithinPicture, kWithinPicture});
       point = {numbers[0], numbers[1]};
     } catch (const std::invalid_argument& fault) {
       throw CLI::ValidationError("--at", fault.what());

@@ -10,7 +10,7 @@ namespace lumvik::test {
 namespace {
 
 constexpr char kTooSmall[] = "output buffer too small";
-constexpr uint8_t kUntouched = 0xA5;
+constexpr uint8_t kUntouchedByte = 0xA5;
 
 class PreviewTest : public ApiTest {
  protected:
@@ -42,7 +42,7 @@ TEST_F(PreviewTest, NeutralSettingsGiveTheBytesOfThePicture) {
 TEST_F(PreviewTest, ANullContextOrBufferIsRefusedWithoutAText) {
   LoadNeutral();
   ctx()->last_error = "another";
-  uint8_t byte = kUntouched;
+  uint8_t byte = kUntouchedByte;
   EXPECT_EQ(lumvik_get_preview(nullptr, &byte, 1), kFailed);
   EXPECT_EQ(lumvik_get_preview(ctx(), nullptr, 1 << 20), kFailed);
   EXPECT_EQ(LastError(), "another");
@@ -50,7 +50,7 @@ TEST_F(PreviewTest, ANullContextOrBufferIsRefusedWithoutAText) {
 }
 
 TEST_F(PreviewTest, NothingLoaded) {
-  uint8_t byte = kUntouched;
+  uint8_t byte = kUntouchedByte;
   EXPECT_EQ(lumvik_get_preview(ctx(), &byte, 1), kFailed);
   EXPECT_EQ(LastError(), kNoImage);
   EXPECT_FALSE(ctx()->render_valid);
@@ -60,14 +60,14 @@ TEST_F(PreviewTest, AByteTooLittleWritesNothingButRenders) {
   LoadNeutral();
   lumvik_set_crop(ctx(), 0.25F, 0.5F, 0.5F, 0.5F);
   const int size = Size({24, 16});
-  Bytes buffer(static_cast<size_t>(size), kUntouched);
+  Bytes buffer(static_cast<size_t>(size), kUntouchedByte);
   for (const int capacity : {size - 1, 1, 0, -1, std::numeric_limits<int>::min()}) {
     lumvik_set_exposure(ctx(), 0);
     ctx()->last_error.clear();
     ctx()->render_valid = false;
     EXPECT_EQ(lumvik_get_preview(ctx(), buffer.data(), capacity), kFailed);
     EXPECT_EQ(LastError(), kTooSmall);
-    EXPECT_EQ(buffer, Bytes(buffer.size(), kUntouched));
+    EXPECT_EQ(buffer, Bytes(buffer.size(), kUntouchedByte));
     EXPECT_TRUE(ctx()->render_valid);
     EXPECT_EQ(lumvik_get_width(ctx()), 24);
     EXPECT_EQ(lumvik_get_height(ctx()), 16);
@@ -89,9 +89,10 @@ TEST_F(PreviewTest, ALargePictureNeedsEveryByte) {
 TEST_F(PreviewTest, ALargerBufferIsNotTouchedBehindThePreview) {
   LoadNeutral();
   const auto size = static_cast<size_t>(Size({48, 32}));
-  Bytes buffer(size + 100, kUntouched);
+  Bytes buffer(size + 100, kUntouchedByte);
   ASSERT_EQ(lumvik_get_preview(ctx(), buffer.data(), static_cast<int>(buffer.size())), LUMVIK_OK);
-  EXPECT_EQ(Bytes(buffer.begin() + static_cast<std::ptrdiff_t>(size), buffer.end()), Bytes(100, kUntouched));
+  EXPECT_EQ(Bytes(buffer.begin() + static_cast<std::ptrdiff_t>(size), buffer.end()),
+            Bytes(100, kUntouchedByte));
 }
 
 TEST_F(PreviewTest, RendersAnewEveryTimeAndMakesTheRenderCurrent) {
@@ -147,10 +148,10 @@ TEST_F(PreviewTest, SettingsThatThrowLeaveRenderAndBuffer) {
   lumvik_set_sharpening_amount(ctx(), 50);
   lumvik_set_sharpening_radius(ctx(), 0);
   const std::string before = Describe(*ctx());
-  Bytes buffer(static_cast<size_t>(Size({48, 32})), kUntouched);
+  Bytes buffer(static_cast<size_t>(Size({48, 32})), kUntouchedByte);
   EXPECT_THROW(lumvik_get_preview(ctx(), buffer.data(), static_cast<int>(buffer.size())), cv::Exception);
   EXPECT_EQ(Describe(*ctx()), before);
-  EXPECT_EQ(buffer, Bytes(buffer.size(), kUntouched));
+  EXPECT_EQ(buffer, Bytes(buffer.size(), kUntouchedByte));
 }
 
 }  // namespace

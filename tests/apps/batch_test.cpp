@@ -71,12 +71,12 @@ TEST_F(BatchTest, FilesFoldersAndWildcardsAreTakenOnce) {
     EXPECT_EQ(RunProcess(arguments).status, kSuccess);
     return Outputs();
   };
-  using Names = std::set<std::string>;
-  EXPECT_EQ(outputs_of({In("a*.jpg")}), Names({"a1.jpg", "a2.jpg"}));
-  EXPECT_EQ(outputs_of({In("d*")}), Names({"c.jpg", "d.jpg"}));
+  using FileNames = std::set<std::string>;
+  EXPECT_EQ(outputs_of({In("a*.jpg")}), FileNames({"a1.jpg", "a2.jpg"}));
+  EXPECT_EQ(outputs_of({In("d*")}), FileNames({"c.jpg", "d.jpg"}));
   EXPECT_EQ(outputs_of({In("a1.jpg"), In("?1.jpg"), In("deep/../a1.jpg"), In("deep")}),
-            Names({"a1.jpg", "c.jpg", "d.jpg"}));
-  EXPECT_EQ(outputs_of({In()}), Names({"a1.jpg", "a2.jpg", "b.jpg", "c.jpg", "d.jpg"}));
+            FileNames({"a1.jpg", "c.jpg", "d.jpg"}));
+  EXPECT_EQ(outputs_of({In()}), FileNames({"a1.jpg", "a2.jpg", "b.jpg", "c.jpg", "d.jpg"}));
 }
 
 TEST_F(BatchTest, AFileWithWildcardsInItsNameIsItself) {

@@ -19,6 +19,9 @@ inline constexpr int kSuccess = 0;
 inline constexpr int kFailure = 1;
 inline constexpr int kUsage = 2;
 
+inline const std::string kRawSample = LUMVIK_SAMPLES "/sample_small.ARW";
+inline const std::string kTower = LUMVIK_TEST_DATA "/tower_orientation8.jpg";  // its EXIF says orientation 8
+
 // The command, and the same for a caller whom file permissions bind even when he is the superuser.
 std::vector<std::string> Command();
 std::vector<std::string> UnprivilegedCommand();

@@ -14,7 +14,7 @@
 namespace lumvik::test {
 namespace {
 
-using nlohmann::json;
+using Json = nlohmann::json;
 
 constexpr int kWidth = 600;
 constexpr int kHeight = 400;
@@ -36,19 +36,19 @@ std::string CropAttributes(const Corners& corners, double angle, const std::stri
 
 class CropImportTest : public CommandTest {
  protected:
-  json Imported(const std::string& input) const {
+  Json Imported(const std::string& input) const {
     const ProcessResult result = RunProcess({LUMVIK_COMMAND, "settings", "import", input});
     EXPECT_EQ(result.status, kSuccess) << result.err;
-    return json::parse(result.out);
+    return Json::parse(result.out);
   }
 
-  json ImportedXmp(const std::string& attributes) const {
+  Json ImportedXmp(const std::string& attributes) const {
     WriteFile(Path("in.xmp"), Xmp(attributes));
     return Imported(Path("in.xmp"));
   }
 
-  static void ExpectCrop(const json& settings, const Corners& expected, double tolerance) {
-    const json& crop = settings.at("crop");
+  static void ExpectCrop(const Json& settings, const Corners& expected, double tolerance) {
+    const Json& crop = settings.at("crop");
     EXPECT_NEAR(crop.at("x").get<double>(), expected.left, tolerance);
     EXPECT_NEAR(crop.at("y").get<double>(), expected.top, tolerance);
     EXPECT_NEAR(crop.at("w").get<double>(), expected.right - expected.left, tolerance);
@@ -57,14 +57,14 @@ class CropImportTest : public CommandTest {
 };
 
 TEST_F(CropImportTest, AStraightCropKeepsItsPlace) {
-  const json settings = ImportedXmp(CropAttributes({0.1, 0.2, 0.9, 0.8}, 0));
+  const Json settings = ImportedXmp(CropAttributes({0.1, 0.2, 0.9, 0.8}, 0));
   ExpectCrop(settings, {0.1, 0.2, 0.9, 0.8}, 1e-6);
   EXPECT_EQ(settings.at("rotation"), 0);
 }
 
 TEST_F(CropImportTest, WithoutACropThereIsNone) {
   EXPECT_FALSE(ImportedXmp(CropAttributes({0.1, 0.2, 0.9, 0.8}, 5, "False")).contains("crop"));
-  const json half = ImportedXmp(R"(crs:HasCrop="True" crs:CropLeft="0.1" crs:CropTop="0.1")");
+  const Json half = ImportedXmp(R"(crs:HasCrop="True" crs:CropLeft="0.1" crs:CropTop="0.1")");
   EXPECT_FALSE(half.contains("crop"));
   EXPECT_FALSE(half.contains("rotation"));
 }
@@ -72,7 +72,7 @@ TEST_F(CropImportTest, WithoutACropThereIsNone) {
 // Numbers of a program that turned the crop 0.4, 0.3, 0.9, 0.8 of a picture of about 3:2 about its middle.
 TEST_F(CropImportTest, ATurnedCropKeepsItsSize) {
   const std::string size = R"(tiff:ImageWidth="1506" tiff:ImageLength="1000" )";
-  const json settings = ImportedXmp(size + CropAttributes({0.374965, 0.36916, 0.925035, 0.73084}, -10));
+  const Json settings = ImportedXmp(size + CropAttributes({0.374965, 0.36916, 0.925035, 0.73084}, -10));
   EXPECT_EQ(settings.at("rotation"), -10);
   EXPECT_NEAR(settings.at("crop").at("w").get<double>(), 0.5, 0.001);
   EXPECT_NEAR(settings.at("crop").at("h").get<double>(), 0.5, 0.001);
@@ -81,7 +81,7 @@ TEST_F(CropImportTest, ATurnedCropKeepsItsSize) {
 TEST_F(CropImportTest, WhatLiesBeyondTheTurnedPictureIsLeftOut) {
   const std::string size = R"(tiff:ImageWidth="1000" tiff:ImageLength="1000" )";
   // Its lower right corner comes to lie 0.136 below the picture.
-  const json settings = ImportedXmp(size + CropAttributes({0.2, 0.6, 0.05, 0.95}, 45));
+  const Json settings = ImportedXmp(size + CropAttributes({0.2, 0.6, 0.05, 0.95}, 45));
   ExpectCrop(settings, {0.35858, 0.78284, 0.5, 1}, 1e-5);
 }
 

@@ -9,7 +9,6 @@
 namespace lumvik::test {
 namespace {
 
-const std::string kTower = LUMVIK_TEST_DATA "/tower_orientation8.jpg";
 const std::string kMake = "Exif.Image.Make";
 const std::string kComment = "Exif.Photo.UserComment";
 const std::string kOrientation = "Exif.Image.Orientation";

@@ -7,7 +7,7 @@
 namespace lumvik::test {
 namespace {
 
-using Groups = std::vector<std::vector<std::size_t>>;
+using IndexGroups = std::vector<std::vector<std::size_t>>;
 
 TEST(HammingDistance, CountsTheBitsThatDiffer) {
   EXPECT_EQ(HammingDistance(0, 0), 0);
@@ -17,24 +17,24 @@ TEST(HammingDistance, CountsTheBitsThatDiffer) {
 }
 
 TEST(GroupByDistance, TheThresholdItselfIsNear) {
-  EXPECT_EQ(GroupByDistance({0x0, 0x7}, 3), Groups({{0, 1}}));
-  EXPECT_EQ(GroupByDistance({0x0, 0x7}, 2), Groups());
-  EXPECT_EQ(GroupByDistance({5, 5}, 0), Groups({{0, 1}}));
+  EXPECT_EQ(GroupByDistance({0x0, 0x7}, 3), IndexGroups({{0, 1}}));
+  EXPECT_EQ(GroupByDistance({0x0, 0x7}, 2), IndexGroups());
+  EXPECT_EQ(GroupByDistance({5, 5}, 0), IndexGroups({{0, 1}}));
 }
 
 TEST(GroupByDistance, NeighboursOfNeighboursAreInTheGroup) {
-  EXPECT_EQ(GroupByDistance({0x00, 0xFF00, 0x0F, 0xFF}, 4), Groups({{0, 2, 3}}));
+  EXPECT_EQ(GroupByDistance({0x00, 0xFF00, 0x0F, 0xFF}, 4), IndexGroups({{0, 2, 3}}));
 }
 
 TEST(GroupByDistance, GroupsGoByTheirFirst) {
   const std::uint64_t far = 0xFFFFFFFF;
-  EXPECT_EQ(GroupByDistance({far, 0, far, 0, 1}, 1), Groups({{0, 2}, {1, 3, 4}}));
+  EXPECT_EQ(GroupByDistance({far, 0, far, 0, 1}, 1), IndexGroups({{0, 2}, {1, 3, 4}}));
 }
 
 TEST(GroupByDistance, NothingAndOneAreNoGroups) {
-  EXPECT_EQ(GroupByDistance({}, 64), Groups());
-  EXPECT_EQ(GroupByDistance({7}, 64), Groups());
-  EXPECT_EQ(GroupByDistance({0, ~std::uint64_t{0}}, 64), Groups({{0, 1}}));
+  EXPECT_EQ(GroupByDistance({}, 64), IndexGroups());
+  EXPECT_EQ(GroupByDistance({7}, 64), IndexGroups());
+  EXPECT_EQ(GroupByDistance({0, ~std::uint64_t{0}}, 64), IndexGroups({{0, 1}}));
 }
 
 // Whoever can be reached over steps within the threshold, and nobody else.
@@ -43,7 +43,7 @@ TEST(GroupByDistance, AreTheConnectedParts) {
   std::vector<std::uint64_t> hashes(200);
   for (std::uint64_t& hash : hashes) hash = random() & random() & 0xFFFF;
   constexpr int kThreshold = 1;
-  Groups expected;
+  IndexGroups expected;
   std::vector<bool> seen(hashes.size());
   for (std::size_t start = 0; start < hashes.size(); ++start) {
     if (seen[start]) continue;

@@ -11,8 +11,6 @@
 namespace lumvik::test {
 namespace {
 
-const std::string kRaw = LUMVIK_SAMPLES "/sample_small.ARW";
-const std::string kTower = LUMVIK_TEST_DATA "/tower_orientation8.jpg";
 const std::string kDng = LUMVIK_TEST_DATA "/jpeg_thumb.dng";
 
 constexpr const char* kCameraTags[] = {"Exif.Image.Make",
@@ -83,8 +81,8 @@ INSTANTIATE_TEST_SUITE_P(Formats, MetadataTest, ::testing::Values(".jpg", ".png"
                          [](const auto& format) { return std::string(format.param + 1); });
 
 TEST_P(MetadataTest, ARawFileHandsItsOn) {
-  const auto file = DevelopedFile(kRaw, {"--quality", "4"});
-  const Exiv2::ExifData source = ReadExif(kRaw);
+  const auto file = DevelopedFile(kRawSample, {"--quality", "4"});
+  const Exiv2::ExifData source = ReadExif(kRawSample);
   ExpectSameTags(file->exifData(), source, kCameraTags);
   ExpectSameTags(file->exifData(), source, kGpsTags);
   EXPECT_EQ(TagValue(file->exifData(), "Exif.Image.Make"), "SONY");
@@ -100,7 +98,7 @@ TEST_P(MetadataTest, TheSizeAndTheOrientationAreThoseOfThePicture) {
 }
 
 TEST_P(MetadataTest, WhatTellsOfThePhotographsFileStaysBehind) {
-  for (const std::string& photograph : {kRaw, kDng, kTower}) {
+  for (const std::string& photograph : {kRawSample, kDng, kTower}) {
     ASSERT_FALSE(ReadExif(photograph).empty());
     const auto file = DevelopedFile(photograph, {"--quality", "4"});
     const Exiv2::ExifData& exif = file->exifData();
@@ -115,9 +113,9 @@ TEST_P(MetadataTest, WhatTellsOfThePhotographsFileStaysBehind) {
 
 // Writing the metadata must not cost a pixel, though a TIFF's are moved to make room.
 TEST_P(MetadataTest, ThePixelsAreThoseWithout) {
-  DevelopedFile(kRaw, {"--quality", "4"});
+  DevelopedFile(kRawSample, {"--quality", "4"});
   const cv::Mat with = picture;
-  EXPECT_TRUE(DevelopedFile(kRaw, {"--quality", "4", "--no-exif"})->xmpData().empty());
+  EXPECT_TRUE(DevelopedFile(kRawSample, {"--quality", "4", "--no-exif"})->xmpData().empty());
   ASSERT_EQ(with.size(), picture.size());
   EXPECT_EQ(GreatestDifference(with, picture), 0);
   EXPECT_GT(cv::norm(with), 0);
@@ -140,7 +138,7 @@ TEST_P(MetadataTest, TheAuthorIsKeptInAllThreeKinds) {
 }
 
 TEST_P(MetadataTest, StripGpsLeavesThePlaceOut) {
-  for (const std::string& photograph : {kRaw, SignedPhotograph(Photograph("in.jpg"))}) {
+  for (const std::string& photograph : {kRawSample, SignedPhotograph(Photograph("in.jpg"))}) {
     ASSERT_GT(CountOfGroup(ReadExif(photograph), "GPSInfo"), 0);
     const auto file = DevelopedFile(photograph, {"--quality", "4", "--strip-gps"});
     EXPECT_EQ(CountOfGroup(file->exifData(), "GPSInfo"), 0);

@@ -11,8 +11,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const std::string kRawSample = LUMVIK_SAMPLES "/sample_small.ARW";
-
 // The bytes that every file of the format begins with.
 const std::string kJpegStart = "\xFF\xD8\xFF";
 const std::string kPngStart = "\x89PNG";

@@ -9,7 +9,7 @@ namespace lumvik::test {
 namespace {
 
 namespace fs = std::filesystem;
-using nlohmann::json;
+using Json = nlohmann::json;
 
 // Every option but grain, which is random; numbers that no float holds exactly among them.
 const std::vector<std::string> kEverything = {"--exposure=0.1",
@@ -68,18 +68,18 @@ class SettingsFileTest : public CommandTest {
     return ReadFile(Path("out.png"));
   }
 
-  json Saved(std::vector<std::string> options) const {
+  Json Saved(std::vector<std::string> options) const {
     options.insert(options.end(), {"--save-settings", Path("saved.json")});
     Picture(options);
-    return json::parse(ReadFile(Path("saved.json")));
+    return Json::parse(ReadFile(Path("saved.json")));
   }
 
   const std::string in_ = Photograph("in.png");
 };
 
 TEST_F(SettingsFileTest, TheDefaultsAreSavedComplete) {
-  const json band = {{"hue", 0}, {"saturation", 0}, {"luminance", 0}};
-  json expected = {
+  const Json band = {{"hue", 0}, {"saturation", 0}, {"luminance", 0}};
+  Json expected = {
       {"lumvik", 1},
       {"temperature", 5500},
       {"sharpening_radius", 1},
@@ -89,10 +89,10 @@ TEST_F(SettingsFileTest, TheDefaultsAreSavedComplete) {
       {"flip_v", false},
       {"crop", {{"x", 0}, {"y", 0}, {"w", 0}, {"h", 0}}},
       {"tone_curves",
-       {{"master", json::array()},
-        {"red", json::array()},
-        {"green", json::array()},
-        {"blue", json::array()}}},
+       {{"master", Json::array()},
+        {"red", Json::array()},
+        {"green", Json::array()},
+        {"blue", Json::array()}}},
       {"split_toning",
        {{"highlight_hue", 0},
         {"highlight_saturation", 0},
@@ -142,21 +142,21 @@ TEST_F(SettingsFileTest, TheDefaultsAreSavedComplete) {
 }
 
 TEST_F(SettingsFileTest, TheOptionsAreSavedUnderTheirKeys) {
-  const json saved = Saved(kEverything);
+  const Json saved = Saved(kEverything);
   EXPECT_EQ(saved["exposure"], 0.1);
   EXPECT_EQ(saved["temperature"], 6123.4);
   EXPECT_EQ(saved["perspective_v"], -3.7);
-  EXPECT_EQ(saved["crop"], (json{{"x", 0.1}, {"y", 0.2}, {"w", 0.7}, {"h", 0.6}}));
+  EXPECT_EQ(saved["crop"], (Json{{"x", 0.1}, {"y", 0.2}, {"w", 0.7}, {"h", 0.6}}));
   EXPECT_EQ(saved["flip_v"], true);
-  EXPECT_EQ(saved["hsl"]["blue"], (json{{"hue", -7.7}, {"saturation", 8.8}, {"luminance", 9.9}}));
-  EXPECT_EQ(saved["split_toning"], (json{{"highlight_hue", 47.1},
+  EXPECT_EQ(saved["hsl"]["blue"], (Json{{"hue", -7.7}, {"saturation", 8.8}, {"luminance", 9.9}}));
+  EXPECT_EQ(saved["split_toning"], (Json{{"highlight_hue", 47.1},
                                          {"highlight_saturation", 21.1},
                                          {"shadow_hue", 211.3},
                                          {"shadow_saturation", 31.1},
                                          {"balance", -17.3}}));
-  EXPECT_EQ(saved["tone_curves"]["master"], (json{{0.0, 0.05}, {0.3, 0.35}, {1.0, 0.9}}));
-  EXPECT_EQ(saved["tone_curves"]["red"], (json{{0.0, 0.0}, {1.0, 1.0}}));
-  EXPECT_EQ(saved["tone_curves"]["blue"], json::array());
+  EXPECT_EQ(saved["tone_curves"]["master"], (Json{{0.0, 0.05}, {0.3, 0.35}, {1.0, 0.9}}));
+  EXPECT_EQ(saved["tone_curves"]["red"], (Json{{0.0, 0.0}, {1.0, 1.0}}));
+  EXPECT_EQ(saved["tone_curves"]["blue"], Json::array());
 }
 
 TEST_F(SettingsFileTest, SavedSettingsGiveTheSamePictureAndTheSameFile) {
@@ -197,7 +197,7 @@ TEST_F(SettingsFileTest, AnEmptyCurveAndAStraightOneAreKeptApart) {
 TEST_F(SettingsFileTest, AFileMayBeReadAndReplacedAtOnce) {
   const std::string file = Settings(R"({"lumvik": 1, "exposure": 1, "tint": 20})");
   Picture({"--settings", file, "--tint=30", "--save-settings", file});
-  const json saved = json::parse(ReadFile(file));
+  const Json saved = Json::parse(ReadFile(file));
   EXPECT_EQ(saved["exposure"], 1);
   EXPECT_EQ(saved["tint"], 30);
 }

@@ -10,7 +10,7 @@ namespace lumvik::test {
 namespace {
 
 namespace fs = std::filesystem;
-using nlohmann::json;
+using Json = nlohmann::json;
 
 class SettingsImportTest : public CommandTest {
  protected:
@@ -21,27 +21,27 @@ class SettingsImportTest : public CommandTest {
   }
 
   // Imports a file and returns its settings and, by the name of Camera Raw, what became of each.
-  json Imported(const std::string& input) {
+  Json Imported(const std::string& input) {
     const ProcessResult result = Import(input, {"--json"});
     EXPECT_EQ(result.status, kSuccess) << result.err;
     EXPECT_EQ(result.err, "");
-    const json report = json::parse(result.out);
-    for (const json& property : report.at("properties")) outcomes_[property.at("name")] = property;
+    const Json report = Json::parse(result.out);
+    for (const Json& property : report.at("properties")) outcomes_[property.at("name")] = property;
     file_ = report.at("file");
     return report.at("settings");
   }
 
-  json ImportedXmp(const std::string& attributes, const std::string& elements = "") {
+  Json ImportedXmp(const std::string& attributes, const std::string& elements = "") {
     WriteFile(Path("in.xmp"), Xmp(attributes, elements));
     return Imported(Path("in.xmp"));
   }
 
   std::string Outcome(const std::string& name) {
-    return outcomes_.contains(name) ? outcomes_[name]["outcome"] : json("(none)");
+    return outcomes_.contains(name) ? outcomes_[name]["outcome"] : Json("(none)");
   }
   std::string Note(const std::string& name) { return outcomes_[name]["note"]; }
 
-  json outcomes_;
+  Json outcomes_;
   std::string file_;
 };
 
@@ -113,10 +113,10 @@ INSTANTIATE_TEST_SUITE_P(All, ImportedNumberTest, ::testing::ValuesIn(kNumbers))
 TEST_P(ImportedNumberTest, BecomesItsCounterpart) {
   const std::string name = GetParam().name;
   const std::string value = GetParam().value;
-  const json by_attribute = ImportedXmp("crs:" + name + "=\"" + value + "\"");
+  const Json by_attribute = ImportedXmp("crs:" + name + "=\"" + value + "\"");
   EXPECT_EQ(Outcome(name), GetParam().outcome);
   EXPECT_EQ(by_attribute, ImportedXmp("", "<crs:" + name + ">" + value + "</crs:" + name + ">"));
-  const json flat = by_attribute.flatten();
+  const Json flat = by_attribute.flatten();
   ASSERT_EQ(flat.size(), 2U) << flat;
   ASSERT_TRUE(flat.contains(GetParam().place)) << flat;
   EXPECT_EQ(flat.at(GetParam().place).get<float>(), GetParam().expected);
@@ -142,11 +142,11 @@ TEST_F(SettingsImportTest, OfTwoForOneSettingTheGreaterWins) {
 
 // The engine leaves the camera's white balance alone at 6500, whatever the camera took the light for.
 TEST_F(SettingsImportTest, AWhiteBalanceAsShotIsNeutral) {
-  const json settings = ImportedXmp(R"(crs:WhiteBalance="As Shot" crs:Temperature="4900" crs:Tint="+9")");
+  const Json settings = ImportedXmp(R"(crs:WhiteBalance="As Shot" crs:Temperature="4900" crs:Tint="+9")");
   EXPECT_EQ(settings.at("temperature"), 6500);
   EXPECT_EQ(settings.at("tint"), 0);
   EXPECT_EQ(Outcome("Temperature"), "ignored");
-  const json custom = ImportedXmp(R"(crs:WhiteBalance="Custom" crs:Temperature="4900" crs:Tint="+9")");
+  const Json custom = ImportedXmp(R"(crs:WhiteBalance="Custom" crs:Temperature="4900" crs:Tint="+9")");
   EXPECT_EQ(custom.at("temperature"), 4900);
   EXPECT_EQ(custom.at("tint"), 9);
 }
@@ -163,7 +163,7 @@ std::string CurveElement(const std::string& name, const std::vector<std::string>
 }
 
 TEST_F(SettingsImportTest, CurvesAreLevelsOfOne) {
-  const json curves = ImportedXmp("", CurveElement("ToneCurvePV2012", {"0, 0", "51, 102", "255, 204"}) +
+  const Json curves = ImportedXmp("", CurveElement("ToneCurvePV2012", {"0, 0", "51, 102", "255, 204"}) +
                                           CurveElement("ToneCurvePV2012Red", {"0, 51", "255, 255"}) +
                                           CurveElement("ToneCurvePV2012Green", {"0,0", "102,51", "255,255"}) +
                                           CurveElement("ToneCurvePV2012Blue", {"0, 0", "255, 255"}))
@@ -187,7 +187,7 @@ TEST_F(SettingsImportTest, ACurveThatIsNoneIsIgnored) {
 
 // What is in a structure belongs to that, as here to a look that is added to the settings.
 TEST_F(SettingsImportTest, AStructureIsOneThingWithoutCounterpart) {
-  const json settings = ImportedXmp(R"(crs:Exposure2012="+1")",
+  const Json settings = ImportedXmp(R"(crs:Exposure2012="+1")",
                                     R"(<crs:Look><rdf:Description crs:Name="Vivid"><crs:Parameters>)"
                                     R"(<rdf:Description crs:Exposure2012="+4" crs:Contrast2012="+50"/>)"
                                     R"(</crs:Parameters></rdf:Description></crs:Look>)");
@@ -231,7 +231,7 @@ TEST_F(SettingsImportTest, AnImportMayBecomeTheSidecar) {
   WriteFile(Path("in.xmp"), Xmp(R"(crs:Exposure2012="+0.50")"));
   ASSERT_EQ(Import(in, {"-o", Path("in.jpg.lumvik.json")}).status, kSuccess);
   ASSERT_EQ(Develop(in, Path("out.png"), {"--save-settings", Path("saved.json")}).status, kSuccess);
-  EXPECT_EQ(json::parse(ReadFile(Path("saved.json"))).at("exposure"), 0.5);
+  EXPECT_EQ(Json::parse(ReadFile(Path("saved.json"))).at("exposure"), 0.5);
 }
 
 TEST_F(SettingsImportTest, OfAPhotographTheMoreExactNameGoesFirst) {

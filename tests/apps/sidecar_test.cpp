@@ -8,7 +8,7 @@ namespace lumvik::test {
 namespace {
 
 namespace fs = std::filesystem;
-using nlohmann::json;
+using Json = nlohmann::json;
 
 class SidecarTest : public CommandTest {
  protected:
@@ -17,7 +17,7 @@ class SidecarTest : public CommandTest {
     options.insert(options.end(), {"--save-settings", Path("saved.json")});
     result_ = Develop(in_, Path("out.png"), options);
     EXPECT_EQ(result_.status, kSuccess) << result_.err;
-    return json::parse(ReadFile(Path("saved.json"))).at(key);
+    return Json::parse(ReadFile(Path("saved.json"))).at(key);
   }
 
   std::string SettingsLine(const std::string& name) const { return "settings from " + Path(name) + "\n"; }
@@ -106,14 +106,14 @@ TEST_F(SidecarTest, MayBeWhereTheSettingsAreSaved) {
   ASSERT_EQ(Develop(in_, Path("a.png"), {"--contrast", "20", "--save-settings", sidecar}).status, kSuccess);
   ASSERT_EQ(Develop(in_, Path("b.png"), {"--save-settings", sidecar}).status, kSuccess);
   EXPECT_EQ(ReadFile(Path("a.png")), ReadFile(Path("b.png")));
-  EXPECT_EQ(json::parse(ReadFile(sidecar)).at("contrast"), 20);
+  EXPECT_EQ(Json::parse(ReadFile(sidecar)).at("contrast"), 20);
 }
 
 TEST_F(SidecarTest, HoldsForTheHistogramToo) {
   const auto histogram = [&] { return RunProcess({LUMVIK_COMMAND, "histogram", in_}).out; };
-  const json before = json::parse(histogram());
+  const Json before = Json::parse(histogram());
   WriteFile(Path("in.lumvik.json"), R"({"lumvik": 1, "exposure": -2})");
-  const json after = json::parse(histogram());  // nothing but JSON
+  const Json after = Json::parse(histogram());  // nothing but JSON
   EXPECT_NE(after.at("luminance"), before.at("luminance"));
 }
 

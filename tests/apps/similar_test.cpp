@@ -12,7 +12,7 @@ namespace {
 
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
-using Groups = std::vector<std::vector<std::string>>;
+using PathGroups = std::vector<std::vector<std::string>>;
 
 const std::string kData = LUMVIK_TEST_DATA "/";
 
@@ -40,8 +40,8 @@ class SimilarTest : public CommandTest {
   }
 
   // The groups by the names within the folder.
-  Groups GroupsOf(const ProcessResult& result) const {
-    Groups groups;
+  PathGroups GroupsOf(const ProcessResult& result) const {
+    PathGroups groups;
     const Json json = Json::parse(result.out);
     for (const Json& members : json.at("groups")) {
       std::vector<std::string>& group = groups.emplace_back();
@@ -71,11 +71,11 @@ TEST_F(SimilarTest, ARawFileIsFoundWithItsExportsAndNothingElse) {
   const ProcessResult result = Similar({"--json"});
   EXPECT_EQ(result.status, kSuccess) << result.err;
   EXPECT_EQ(result.err, "");
-  EXPECT_EQ(GroupsOf(result), Groups({{"a.ARW", "export/a-half.jpg", "export/a-third.jpg"},
-                                      {"b.arw", "export/b-half.jpg", "export/b-third.jpg"},
-                                      {"c.DNG", "export/c-half.jpg", "export/c-third.jpg"},
-                                      {"cat small.JPG", "cat.jpg"},
-                                      {"export/t-half.jpg", "export/t-third.jpg", "tower.jpg"}}));
+  EXPECT_EQ(GroupsOf(result), PathGroups({{"a.ARW", "export/a-half.jpg", "export/a-third.jpg"},
+                                          {"b.arw", "export/b-half.jpg", "export/b-third.jpg"},
+                                          {"c.DNG", "export/c-half.jpg", "export/c-third.jpg"},
+                                          {"cat small.JPG", "cat.jpg"},
+                                          {"export/t-half.jpg", "export/t-third.jpg", "tower.jpg"}}));
   EXPECT_EQ(Json::parse(result.out).at("threshold"), 8);
 }
 
@@ -97,10 +97,10 @@ TEST_F(SimilarTest, TheThresholdDecides) {
   Copy(kData + "cat.jpg", "cat.jpg");
   Copy(kData + "eiffel_gps_north_east.jpg", "eiffel.jpg");
   EXPECT_EQ(Similar().out, "");
-  EXPECT_EQ(GroupsOf(Similar({"--json", "--threshold", "64"})), Groups({{"cat.jpg", "eiffel.jpg"}}));
+  EXPECT_EQ(GroupsOf(Similar({"--json", "--threshold", "64"})), PathGroups({{"cat.jpg", "eiffel.jpg"}}));
   Recompress(In("cat.jpg"), "tiny.jpg", 0.02, 10);
-  EXPECT_EQ(GroupsOf(Similar({"--json"})), Groups({{"cat.jpg", "tiny.jpg"}}));
-  EXPECT_EQ(GroupsOf(Similar({"--json", "--threshold", "0"})), Groups());
+  EXPECT_EQ(GroupsOf(Similar({"--json"})), PathGroups({{"cat.jpg", "tiny.jpg"}}));
+  EXPECT_EQ(GroupsOf(Similar({"--json", "--threshold", "0"})), PathGroups());
 }
 
 TEST_F(SimilarTest, OneFileThatFailsStopsNothing) {
@@ -110,7 +110,7 @@ TEST_F(SimilarTest, OneFileThatFailsStopsNothing) {
   Copy(kData + "no_thumb.dng", "export/no.dng");
   const ProcessResult result = Similar({"--json"});
   EXPECT_EQ(result.status, kFailure);
-  EXPECT_EQ(GroupsOf(result), Groups({{"a.jpg", "z.jpg"}}));
+  EXPECT_EQ(GroupsOf(result), PathGroups({{"a.jpg", "z.jpg"}}));
   EXPECT_EQ(result.err, "lumvik: cannot read '" + In("export/no.dng") +
                             "': the RAW file holds no preview\nlumvik: cannot read '" + In("text.jpg") +
                             "': it is no photograph, or a damaged one\n");
@@ -123,7 +123,7 @@ TEST_F(SimilarTest, AFolderThatMayNotBeReadStopsNothing) {
   const ProcessResult result = Similar({"--json"}, UnprivilegedCommand());
   fs::permissions(In("export"), fs::perms::owner_all);
   EXPECT_EQ(result.status, kFailure);
-  EXPECT_EQ(GroupsOf(result), Groups({{"a.jpg", "z.jpg"}}));
+  EXPECT_EQ(GroupsOf(result), PathGroups({{"a.jpg", "z.jpg"}}));
   EXPECT_EQ(result.err, "lumvik: cannot read '" + In("export") + "': Permission denied\n");
 }
 
@@ -137,7 +137,7 @@ TEST_F(SimilarTest, LinksAndPipesAreLeftAlone) {
   fs::create_directory(In("folder.jpg"));
   const ProcessResult result = Similar({"--json"});
   EXPECT_EQ(result.status, kSuccess) << result.err;
-  EXPECT_EQ(GroupsOf(result), Groups());
+  EXPECT_EQ(GroupsOf(result), PathGroups());
   EXPECT_EQ(result.err, "");
 }
 
@@ -146,7 +146,7 @@ TEST_F(SimilarTest, TheFolderItselfMayBeALink) {
   Copy(kData + "cat.jpg", "b.jpg");
   fs::rename(Folder(), Path("elsewhere"));
   fs::create_directory_symlink("elsewhere", Folder());
-  EXPECT_EQ(GroupsOf(Similar({"--json"})), Groups({{"a.jpg", "b.jpg"}}));
+  EXPECT_EQ(GroupsOf(Similar({"--json"})), PathGroups({{"a.jpg", "b.jpg"}}));
 }
 
 TEST_F(SimilarTest, OnlyPhotographsAreLookedAt) {
@@ -164,7 +164,7 @@ TEST_F(SimilarTest, NamesOfAnyBytes) {
   EXPECT_NE(text.find("  " + In("\xC3\xA9t\xC3\xA9.jpg") + "\n"), std::string::npos);
   EXPECT_NE(text.find("  " + In("\xE9t\xE9.jpg") + "\n"), std::string::npos);
   EXPECT_EQ(GroupsOf(Similar({"--json"})),
-            Groups({{"\xC3\xA9t\xC3\xA9.jpg", "\xEF\xBF\xBDt\xEF\xBF\xBD.jpg"}}));
+            PathGroups({{"\xC3\xA9t\xC3\xA9.jpg", "\xEF\xBF\xBDt\xEF\xBF\xBD.jpg"}}));
 }
 
 TEST_F(SimilarTest, ManyFilesGiveTheSameWithAnyNumberOfThreads) {
@@ -200,7 +200,7 @@ TEST_F(SimilarTest, ATerminalShowsTheProgress) {
 
 TEST_F(SimilarTest, AnEmptyFolderHasNoGroups) {
   EXPECT_EQ(Similar().out, "");
-  EXPECT_EQ(GroupsOf(Similar({"--json"})), Groups());
+  EXPECT_EQ(GroupsOf(Similar({"--json"})), PathGroups());
 }
 
 TEST_F(SimilarTest, WhatIsNoFolderIsRefused) {

@@ -7,7 +7,6 @@
 namespace lumvik::test {
 namespace {
 
-const std::string kRawSample = LUMVIK_SAMPLES "/sample_small.ARW";
 const cv::Size kProxySize(400, 266);  // of the sample at quality 4
 
 class SubjectTest : public CommandTest {

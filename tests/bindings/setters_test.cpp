@@ -13,7 +13,7 @@
 namespace lumvik::test {
 namespace {
 
-constexpr char kPhotograph[] = LUMVIK_TEST_DATA "/eiffel_gps_north_east.jpg";
+constexpr char kPhotographPath[] = LUMVIK_TEST_DATA "/eiffel_gps_north_east.jpg";
 
 struct Setter {
   std::string name;
@@ -48,7 +48,7 @@ std::vector<uint8_t> InThread(const std::function<std::vector<uint8_t>()>& rende
 std::vector<uint8_t> Rendered(const std::function<void(Engine&)>& set) {
   return InThread([&] {
     Engine engine;
-    engine.Load(kPhotograph);
+    engine.Load(kPhotographPath);
     Prepare(engine);
     set(engine);
     return engine.Preview().data;
@@ -59,7 +59,7 @@ std::vector<uint8_t> RenderedByC(const std::function<void(EngineContext*)>& set)
   return InThread([&] {
     const std::unique_ptr<EngineContext, void (*)(EngineContext*)> context(lumvik_create_context(),
                                                                            lumvik_destroy_context);
-    EXPECT_EQ(lumvik_load_arw(context.get(), kPhotograph, 1), LUMVIK_OK);
+    EXPECT_EQ(lumvik_load_arw(context.get(), kPhotographPath, 1), LUMVIK_OK);
     Prepare(context.get());
     set(context.get());
     std::vector<uint8_t> preview(static_cast<size_t>(lumvik_get_width(context.get())) *

@@ -14,7 +14,7 @@
 namespace lumvik::test {
 namespace {
 
-const cv::Mat kPicture(32, 48, CV_8UC3, cv::Scalar(90, 150, 210));
+const cv::Mat kPlainPicture(32, 48, CV_8UC3, cv::Scalar(90, 150, 210));
 
 class EmbeddedPreviewTest : public ::testing::Test {
  protected:
@@ -42,7 +42,7 @@ TEST_F(EmbeddedPreviewTest, WhatCannotBeOpened) {
 TEST_F(EmbeddedPreviewTest, FilesWithoutAPreview) {
   RawOptions options;
   options.preview = RawPreview::kNone;
-  ExpectFailure(Write(MakeRawFile(kPicture, options)), FileStatus::kNoPreview);
+  ExpectFailure(Write(MakeRawFile(kPlainPicture, options)), FileStatus::kNoPreview);
   ExpectFailure(LUMVIK_TEST_DATA "/no_thumb.dng", FileStatus::kNoPreview);
 }
 
@@ -73,7 +73,7 @@ TEST_F(EmbeddedPreviewTest, ABitmapIsSharedInRedGreenBlue) {
   options.preview = RawPreview::kBitmap;
   options.preview_picture.create(7, 13, CV_8UC3);
   cv::RNG(5).fill(options.preview_picture, cv::RNG::UNIFORM, 0, 256);
-  const EmbeddedPreview preview = ReadEmbeddedPreview(Write(MakeRawFile(kPicture, options)));
+  const EmbeddedPreview preview = ReadEmbeddedPreview(Write(MakeRawFile(kPlainPicture, options)));
   ASSERT_EQ(preview.status, FileStatus::kRead);
   const cv::Mat bitmap = PreviewBitmap(*preview.image);
   EXPECT_TRUE(SameBytes(bitmap, options.preview_picture));

@@ -12,7 +12,7 @@
 namespace lumvik::test {
 namespace {
 
-std::vector<uint8_t> Photograph(ByteOrder order) {
+std::vector<uint8_t> PhotographOfMaker(ByteOrder order) {
   ExifBlock exif(order);
   exif.Ascii(Ifd::kZero, EXIF_TAG_MAKE, "Maker");
   return JpegWithExif(exif.Serialize());
@@ -28,16 +28,16 @@ class LoadedExif : public ::testing::Test {
 };
 
 TEST_F(LoadedExif, KnowsTheByteOrder) {
-  const ExifDataPtr little = LoadExifData(Write("a.jpg", Photograph(ByteOrder::kLittle)));
+  const ExifDataPtr little = LoadExifData(Write("a.jpg", PhotographOfMaker(ByteOrder::kLittle)));
   ASSERT_NE(little, nullptr);
   EXPECT_EQ(exif_data_get_byte_order(little.get()), EXIF_BYTE_ORDER_INTEL);
-  const ExifDataPtr big = LoadExifData(Write("a.jpg", Photograph(ByteOrder::kBig)));
+  const ExifDataPtr big = LoadExifData(Write("a.jpg", PhotographOfMaker(ByteOrder::kBig)));
   ASSERT_NE(big, nullptr);
   EXPECT_EQ(exif_data_get_byte_order(big.get()), EXIF_BYTE_ORDER_MOTOROLA);
 }
 
 TEST_F(LoadedExif, HoldsTheEntries) {
-  const ExifDataPtr data = LoadExifData(Write("a.jpg", Photograph(ByteOrder::kBig)));
+  const ExifDataPtr data = LoadExifData(Write("a.jpg", PhotographOfMaker(ByteOrder::kBig)));
   ASSERT_NE(data, nullptr);
   const ExifEntry* make = exif_content_get_entry(data->ifd[EXIF_IFD_0], EXIF_TAG_MAKE);
   ASSERT_NE(make, nullptr);
@@ -45,7 +45,8 @@ TEST_F(LoadedExif, HoldsTheEntries) {
 }
 
 TEST_F(LoadedExif, NamesMayHoldSpacesAndAnyLetters) {
-  EXPECT_NE(LoadExifData(Write("\xC3\xA9t\xC3\xA9 \xE5\x86\x99.jpg", Photograph(ByteOrder::kBig))), nullptr);
+  EXPECT_NE(LoadExifData(Write("\xC3\xA9t\xC3\xA9 \xE5\x86\x99.jpg", PhotographOfMaker(ByteOrder::kBig))),
+            nullptr);
 }
 
 TEST_F(LoadedExif, IsNullWithoutABlock) {

@@ -5,11 +5,10 @@
 #include <limits>
 
 #include "support/exif_record.h"
+#include "support/test_images.h"
 
 namespace lumvik::test {
 namespace {
-
-const std::string kData = LUMVIK_TEST_DATA "/";
 
 // Each test in both byte orders.
 class ExifFields : public ::testing::TestWithParam<ByteOrder> {
@@ -190,7 +189,7 @@ TEST_P(ExifFields, ATextWithoutItsNulIsKept) {
 
 TEST(ExifInfo, OfAFujifilmPhotograph) {
   ExifInfo info = UsedRecord();
-  ASSERT_TRUE(ReadExifFile(kData + "eiffel_gps_north_east.jpg", info));
+  ASSERT_TRUE(ReadExifFile(kTestData + "eiffel_gps_north_east.jpg", info));
   EXPECT_STREQ(info.make, "FUJIFILM");
   EXPECT_STREQ(info.model, "FinePixS2Pro");
   EXPECT_STREQ(info.lens, "");
@@ -209,7 +208,7 @@ TEST(ExifInfo, OfAFujifilmPhotograph) {
 // Big-endian, with an interoperability directory.
 TEST(ExifInfo, OfAPentaxPhotograph) {
   ExifInfo info = UsedRecord();
-  ASSERT_TRUE(ReadExifFile(kData + "cat.jpg", info));
+  ASSERT_TRUE(ReadExifFile(kTestData + "cat.jpg", info));
   EXPECT_STREQ(info.make, "Asahi Optical Co.,Ltd");
   EXPECT_EQ(std::string(info.model).substr(0, 16), "PENTAX Optio 330");
   EXPECT_EQ(info.focal_length, 7.6F);
@@ -226,7 +225,7 @@ TEST(ExifInfo, OfAPentaxPhotograph) {
 
 TEST(ExifInfo, OfAPhotographOnItsSide) {
   ExifInfo info = UsedRecord();
-  ASSERT_TRUE(ReadExifFile(kData + "tower_orientation8.jpg", info));
+  ASSERT_TRUE(ReadExifFile(kTestData + "tower_orientation8.jpg", info));
   EXPECT_STREQ(info.make, "Canon");
   EXPECT_STREQ(info.model, "Canon PowerShot A85");
   EXPECT_EQ(info.focal_length, 5.40625F);

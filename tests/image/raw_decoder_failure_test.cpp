@@ -17,14 +17,13 @@ namespace {
 
 constexpr char kUnsupported[] = "Unsupported file format or not RAW file";
 
-const std::string kData = LUMVIK_TEST_DATA "/";
-const cv::Mat kPicture(32, 64, CV_8UC3, cv::Scalar(90, 150, 210));
+const cv::Mat kWidePicture(32, 64, CV_8UC3, cv::Scalar(90, 150, 210));
 
 // A record that holds a picture.
 const DecodedImage& Earlier() {
   static const DecodedImage kEarlier = [] {
     DecodedImage decoded;
-    EXPECT_TRUE(DecodeRaw(kData + "no_thumb.dng", 1, decoded));
+    EXPECT_TRUE(DecodeRaw(kTestData + "no_thumb.dng", 1, decoded));
     return decoded;
   }();
   return kEarlier;
@@ -82,7 +81,7 @@ TEST_F(RawDecoderFailure, WhatIsNoFileFailsAtOnce) {
 TEST_F(RawDecoderFailure, WhatIsNoRawFile) {
   const std::string error = std::string("LibRaw open_file failed: ") + kUnsupported;
   ExpectFailure(Write("a.ARW", MakeUnsupportedFile()), error);
-  ExpectFailure(kData + "cat.jpg", error);
+  ExpectFailure(kTestData + "cat.jpg", error);
 }
 
 TEST_F(RawDecoderFailure, RandomBytesNeverBecomeAPicture) {
@@ -116,7 +115,7 @@ TEST_F(RawDecoderFailure, SensorsWithoutThreeColors) {
   monochrome.monochrome = true;
   const std::string error = std::string("LibRaw dcraw_make_mem_image failed: ") + kUnsupported;
   for (int quality = 1; quality <= 4; ++quality) {
-    ExpectFailure(Write("grey.dng", MakeRawFile(kPicture, monochrome)), error, quality);
+    ExpectFailure(Write("grey.dng", MakeRawFile(kWidePicture, monochrome)), error, quality);
     ExpectFailure(Write("two.dng", MakeTwoColorRaw()), error, quality);
   }
 }
@@ -140,7 +139,7 @@ TEST_F(RawDecoderFailure, TheTextIsReplacedByTheNextAttempt) {
   EXPECT_FALSE(DecodeRaw(Write("a.dng", MakeUndevelopableRaw()), 1, decoded));
   EXPECT_FALSE(DecodeRaw(dir_.File("missing"), 1, decoded));
   EXPECT_EQ(decoded.error, "LibRaw open_file failed: Input/output error");
-  EXPECT_TRUE(DecodeRaw(kData + "no_thumb.dng", 1, decoded));
+  EXPECT_TRUE(DecodeRaw(kTestData + "no_thumb.dng", 1, decoded));
   EXPECT_EQ(decoded.error, "");
 }
 
@@ -148,12 +147,12 @@ TEST_F(RawDecoderFailure, ACutFileFailsOrKeepsItsSize) {
   for (const RawFormat format : {RawFormat::kArwCompressed, RawFormat::kArwUncompressed, RawFormat::kDng}) {
     RawOptions options;
     options.format = format;
-    const std::vector<uint8_t> whole = MakeRawFile(kPicture, options);
+    const std::vector<uint8_t> whole = MakeRawFile(kWidePicture, options);
     for (size_t size = 0; size < whole.size(); size += 1 + size / 6) {
       const std::vector<uint8_t> cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
       DecodedImage decoded;
       if (DecodeRaw(Write("cut", cut), 1, decoded)) {
-        EXPECT_EQ(decoded.image.size(), kPicture.size()) << size;
+        EXPECT_EQ(decoded.image.size(), kWidePicture.size()) << size;
       } else {
         EXPECT_EQ(decoded.error.substr(0, 7), "LibRaw ") << size;
         EXPECT_TRUE(decoded.image.empty()) << size;
@@ -163,7 +162,7 @@ TEST_F(RawDecoderFailure, ACutFileFailsOrKeepsItsSize) {
 }
 
 TEST_F(RawDecoderFailure, DamagedFilesPrintNothing) {
-  const std::string files[] = {kData + "truncated.ARW",
+  const std::string files[] = {kTestData + "truncated.ARW",
                                Write("a", MakeTruncatedRaw(RawFormat::kArwCompressed)),
                                Write("b", MakeTruncatedRaw(RawFormat::kDng)),
                                Write("c", MakeUndecodableRaw()),
@@ -179,7 +178,7 @@ TEST_F(RawDecoderFailure, DamagedFilesPrintNothing) {
 
 TEST(DecodeRaw, ACutCompressedFileKeepsItsSize) {
   DecodedImage decoded;
-  ASSERT_TRUE(DecodeRaw(kData + "truncated.ARW", 1, decoded)) << decoded.error;
+  ASSERT_TRUE(DecodeRaw(kTestData + "truncated.ARW", 1, decoded)) << decoded.error;
   EXPECT_EQ(decoded.image.size(), cv::Size(1600, 1066));
 }
 

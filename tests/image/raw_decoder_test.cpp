@@ -22,10 +22,9 @@ namespace fs = std::filesystem;
 using Rgba16 = cv::Vec<uint16_t, 4>;
 
 const std::string kSample = LUMVIK_SAMPLES "/sample_small.ARW";
-const std::string kData = LUMVIK_TEST_DATA "/";
 
 // Waves of colour, without white.
-cv::Mat Picture(int rows, int cols) {
+cv::Mat ColorRamps(int rows, int cols) {
   cv::Mat rgb(rows, cols, CV_8UC3);
   for (int y = 0; y < rows; ++y) {
     for (int x = 0; x < cols; ++x) {
@@ -81,11 +80,12 @@ TEST_P(RawDecoderFiles, AreDevelopedAsStated) {
 }
 
 INSTANTIATE_TEST_SUITE_P(RawDecoder, RawDecoderFiles,
-                         ::testing::Values(kSample, kData + "uncompressed.ARW", kData + "no_thumb.dng"),
+                         ::testing::Values(kSample, kTestData + "uncompressed.ARW",
+                                           kTestData + "no_thumb.dng"),
                          [](const auto& file) { return fs::path(file.param).stem().string(); });
 
 TEST_F(RawDecoder, LargePicturesAreReducedTo2000) {
-  const std::string path = Write("a.dng", RawFile(Picture(1400, 2101), RawFormat::kDng));
+  const std::string path = Write("a.dng", RawFile(ColorRamps(1400, 2101), RawFormat::kDng));
   for (const int quality : {1, 4}) {
     DecodedImage decoded;
     ASSERT_TRUE(DecodeRaw(path, quality, decoded)) << decoded.error;
@@ -98,13 +98,13 @@ TEST_F(RawDecoder, PicturesOf2000KeepTheirSize) {
   for (const cv::Size size : {cv::Size(2000, 30), cv::Size(24, 2000)}) {
     DecodedImage decoded;
     ASSERT_TRUE(
-        DecodeRaw(Write("a.dng", RawFile(Picture(size.height, size.width), RawFormat::kDng)), 1, decoded));
+        DecodeRaw(Write("a.dng", RawFile(ColorRamps(size.height, size.width), RawFormat::kDng)), 1, decoded));
     EXPECT_EQ(decoded.image.size(), size);
   }
 }
 
 TEST_F(RawDecoder, TwentyFourMegapixelsAtEveryQuality) {
-  const std::string path = Write("a.ARW", RawFile(Picture(4000, 6000), RawFormat::kArwCompressed));
+  const std::string path = Write("a.ARW", RawFile(ColorRamps(4000, 6000), RawFormat::kArwCompressed));
   const cv::Size sizes[] = {{2000, 1333}, {2000, 1333}, {2000, 1333}, {1000, 667}};
   for (int quality = 1; quality <= 4; ++quality) {
     DecodedImage decoded;
@@ -115,7 +115,7 @@ TEST_F(RawDecoder, TwentyFourMegapixelsAtEveryQuality) {
 }
 
 TEST_F(RawDecoder, QualitiesTwoAndThreeAreHalfTheSize) {
-  const std::string path = Write("a.dng", RawFile(Picture(45, 63), RawFormat::kDng));
+  const std::string path = Write("a.dng", RawFile(ColorRamps(45, 63), RawFormat::kDng));
   const cv::Size sizes[] = {{63, 45}, {32, 23}, {32, 23}, {16, 11}};
   for (int quality = 1; quality <= 4; ++quality) {
     DecodedImage decoded;
@@ -156,7 +156,7 @@ TEST_F(RawDecoder, TellsHowThePictureWasTaken) {
   options.f_number = {56, 10};
   options.focal_length = {105, 2};
   options.multipliers = {2.0F, 1.0F, 1.5F};
-  const std::string path = Write("a.dng", MakeRawFile(Picture(40, 60), options));
+  const std::string path = Write("a.dng", MakeRawFile(ColorRamps(40, 60), options));
   DecodedImage decoded;
   ASSERT_TRUE(DecodeRaw(path, 1, decoded));
   EXPECT_STREQ(decoded.make, "Testmaker");
@@ -243,7 +243,7 @@ TEST_F(RawDecoder, PicturesAreTurnedUpright) {
 TEST_F(RawDecoder, NamesMayHoldSpacesAndAnyLetters) {
   DecodedImage decoded;
   EXPECT_TRUE(DecodeRaw(
-      Write("\xC3\xA9t\xC3\xA9 \xE5\x86\x99\xE7\x9C\x9F", RawFile(Picture(40, 60), RawFormat::kDng)), 1,
+      Write("\xC3\xA9t\xC3\xA9 \xE5\x86\x99\xE7\x9C\x9F", RawFile(ColorRamps(40, 60), RawFormat::kDng)), 1,
       decoded));
 }
 
@@ -251,19 +251,19 @@ TEST(DecodeRaw, ThreadsMayDecodeAtOnce) {
   DecodedImage decoded[4];
   std::vector<std::thread> threads;
   for (DecodedImage& one : decoded) {
-    threads.emplace_back([&one] { EXPECT_TRUE(DecodeRaw(kData + "no_thumb.dng", 1, one)); });
+    threads.emplace_back([&one] { EXPECT_TRUE(DecodeRaw(kTestData + "no_thumb.dng", 1, one)); });
   }
   for (std::thread& thread : threads) thread.join();
-  const cv::Mat expected = PlainDecode(kData + "no_thumb.dng", 1).Image();
+  const cv::Mat expected = PlainDecode(kTestData + "no_thumb.dng", 1).Image();
   for (const DecodedImage& one : decoded) ExpectImage(one, expected);
 }
 
 TEST_F(RawDecoder, ThePathMayBeTheRecordsOwn) {
   DecodedImage decoded;
-  decoded.path = kData + "no_thumb.dng";
+  decoded.path = kTestData + "no_thumb.dng";
   decoded.error = "earlier";
   ASSERT_TRUE(DecodeRaw(decoded.path, 1, decoded));
-  EXPECT_EQ(decoded.path, kData + "no_thumb.dng");
+  EXPECT_EQ(decoded.path, kTestData + "no_thumb.dng");
   EXPECT_EQ(decoded.error, "");
   decoded.path = dir_.File("missing");
   ASSERT_FALSE(DecodeRaw(decoded.path, 1, decoded));
@@ -272,8 +272,8 @@ TEST_F(RawDecoder, ThePathMayBeTheRecordsOwn) {
 
 TEST_F(RawDecoder, ASuccessReplacesEverything) {
   DecodedImage decoded;
-  ASSERT_TRUE(DecodeRaw(kData + "uncompressed.ARW", 1, decoded));
-  ASSERT_TRUE(DecodeRaw(kData + "no_thumb.dng", 1, decoded));
+  ASSERT_TRUE(DecodeRaw(kTestData + "uncompressed.ARW", 1, decoded));
+  ASSERT_TRUE(DecodeRaw(kTestData + "no_thumb.dng", 1, decoded));
   EXPECT_EQ(decoded.image.size(), cv::Size(480, 320));
   EXPECT_STREQ(decoded.make, "Photobench");
   EXPECT_STREQ(decoded.model, "Bayer 14");

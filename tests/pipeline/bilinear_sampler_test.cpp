@@ -13,11 +13,7 @@
 namespace lumvik {
 namespace {
 
-cv::Mat WorkingNoise(cv::Size size) {
-  cv::Mat working;
-  test::NoiseImage(size, 4).convertTo(working, CV_32FC4, 1.0 / 65535);
-  return working;
-}
+using test::WorkingNoise;
 
 cv::Mat Stored(const RowImage& image) {
   cv::Mat stored(image.size, CV_32FC4);

@@ -7,19 +7,15 @@
 #include <random>
 
 #include "reference/develop_pipeline.h"
+#include "support/random_adjustments.h"
 #include "support/test_images.h"
 
 namespace lumvik {
 namespace {
 
+using test::NeutralAdjustments;
 using test::NoiseImage;
 using test::SameBytes;
-
-Adjustments NeutralAdjustments() {
-  Adjustments adjustments;
-  adjustments.temperature = 6500;
-  return adjustments;
-}
 
 cv::Mat Developed(const cv::Mat& source, const Adjustments& adjustments) {
   cv::Mat rendered;

@@ -12,35 +12,31 @@
 namespace lumvik {
 namespace {
 
+using test::NoisePlane;
+
 constexpr double kTolerance = 1e-6;
 
-cv::Mat Noise(cv::Size size, uint64_t seed = 5) {
-  cv::Mat plane(size, CV_32F);
-  cv::RNG(seed).fill(plane, cv::RNG::UNIFORM, 0, 1);
-  return plane;
-}
-
-cv::Mat Expected(const cv::Mat& plane, double sigma) {
+cv::Mat OpenCvsBlur(const cv::Mat& plane, double sigma) {
   cv::Mat blurred;
   cv::GaussianBlur(plane, blurred, cv::Size(), sigma);
   return blurred;
 }
 
 double LargestError(const cv::Mat& plane, double sigma) {
-  return cv::norm(Blurred(plane, GaussianWindow(sigma)), Expected(plane, sigma), cv::NORM_INF);
+  return cv::norm(Blurred(plane, GaussianWindow(sigma)), OpenCvsBlur(plane, sigma), cv::NORM_INF);
 }
 
 TEST(Blurred, IsOpenCvsBlur) {
   for (const cv::Size size : test::OddSizes()) {
     for (const double sigma : {0.1, 0.3, 1.0, 3.0, 5.0, 7.9, 30.0}) {
-      EXPECT_LT(LargestError(Noise(size), sigma), kTolerance) << size << sigma;
+      EXPECT_LT(LargestError(NoisePlane(size), sigma), kTolerance) << size << sigma;
     }
   }
 }
 
 TEST(Blurred, AKernelOfAGivenSizeIsOpenCvs) {
   for (const int side : {1, 3, 5, 7, 9, 13}) {
-    const cv::Mat plane = Noise({123, 77});
+    const cv::Mat plane = NoisePlane({123, 77});
     cv::Mat expected;
     cv::GaussianBlur(plane, expected, cv::Size(side, side), 0);
     EXPECT_LT(cv::norm(Blurred(plane, GaussianWindow(side)), expected, cv::NORM_INF), kTolerance) << side;
@@ -54,7 +50,7 @@ TEST(GaussianWindow, RefusesASigmaThatIsNotPositive) {
 }
 
 TEST(Blurred, AnyNumberOfThreadsAndEveryInstructionSetGiveTheSameBytes) {
-  const cv::Mat plane = Noise({331, 217});
+  const cv::Mat plane = NoisePlane({331, 217});
   const int usual = cv::getNumThreads();
   const cv::Mat expected = Blurred(plane, GaussianWindow(1.0));
   for (const int threads : {1, 2, 3, 4}) {

@@ -9,7 +9,7 @@
 namespace lumvik {
 namespace {
 
-constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
+constexpr float kQuietNaN = std::numeric_limits<float>::quiet_NaN();
 
 TEST(ClampUnit, BoundsAndKeepsNaN) {
   EXPECT_EQ(ClampUnit(-0.5F), 0.0F);
@@ -17,7 +17,7 @@ TEST(ClampUnit, BoundsAndKeepsNaN) {
   EXPECT_EQ(ClampUnit(1.5F), 1.0F);
   EXPECT_EQ(ClampUnit(-std::numeric_limits<float>::infinity()), 0.0F);
   EXPECT_EQ(ClampUnit(std::numeric_limits<float>::infinity()), 1.0F);
-  EXPECT_TRUE(std::isnan(ClampUnit(kNaN)));
+  EXPECT_TRUE(std::isnan(ClampUnit(kQuietNaN)));
 }
 
 TEST(FastLog2, StaysWithinItsErrorOverAllMagnitudes) {
@@ -40,7 +40,7 @@ TEST(FastExp2, StaysWithinItsErrorAndSaturates) {
   EXPECT_LT(largest, 2.5e-7);
   EXPECT_EQ(FastExp2(0.0F), 1.0F);
   EXPECT_LT(FastExp2(-1000.0F), 1.2e-38F);
-  EXPECT_LT(FastExp2(kNaN), 1.2e-38F);
+  EXPECT_LT(FastExp2(kQuietNaN), 1.2e-38F);
   EXPECT_GE(FastExp2(1000.0F), 1.7e38F);
 }
 

@@ -13,6 +13,7 @@ namespace {
 
 using test::NoiseImage;
 using test::SameBytes;
+using test::WorkingNoise;
 
 cv::Mat AfterSteps(const cv::Mat& image, const RowSteps& steps) {
   cv::Mat result(image.size(), CV_32FC4);
@@ -39,12 +40,6 @@ cv::Mat WithBlurredColors(const cv::Mat& image, cv::Size kernel) {
   cv::Mat blurred;
   cv::merge(planes, kChannels, blurred);
   return blurred;
-}
-
-cv::Mat WorkingNoise(cv::Size size) {
-  cv::Mat working;
-  NoiseImage(size, 4).convertTo(working, CV_32FC4, 1.0 / 65535);
-  return working;
 }
 
 TEST(RunRowSteps, RunsPointKernelsInOrderOnEveryPixel) {

@@ -22,7 +22,7 @@ constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr uint64_t kGrainSeed = 41;
 
 // Both versions draw their grain from the calling thread's generator.
-cv::Mat Developed(const cv::Mat& source, const Adjustments& adjustments) {
+cv::Mat DevelopedWithGrain(const cv::Mat& source, const Adjustments& adjustments) {
   cv::theRNG().state = kGrainSeed;
   cv::Mat rendered;
   DevelopPipeline(source, adjustments, rendered);
@@ -107,7 +107,7 @@ TEST_P(StageAgreement, StaysWithinOneCode) {
       Adjustments adjustments = NeutralAdjustments();
       stage.set(adjustments, strength);
       const cv::Mat expected = Expected(source, adjustments);
-      const cv::Mat actual = Developed(source, adjustments);
+      const cv::Mat actual = DevelopedWithGrain(source, adjustments);
       ASSERT_EQ(actual.size(), expected.size());
       const test::Difference difference = test::Compare(actual, expected, 1);
       EXPECT_LE(difference.share_above, stage.jump_share)
@@ -127,9 +127,9 @@ INSTANTIATE_TEST_SUITE_P(Stages, StageAgreement, testing::ValuesIn(StageCases())
 // What a chain may differ by, in codes. Dehaze divides by a transmission of 0.1 and more, and so multiplies
 // by up to ten what the stages before it left.
 int ChainTolerance(const Adjustments& adjustments) {
-  constexpr int kTolerance = 2;
+  constexpr int kStageTolerance = 2;
   constexpr int kDehazeAmplification = 10;
-  return adjustments.dehaze > 0 ? kTolerance * kDehazeAmplification : kTolerance;
+  return adjustments.dehaze > 0 ? kStageTolerance * kDehazeAmplification : kStageTolerance;
 }
 
 TEST(StageChains, TwoHundredRandomSettingsStayWithinTheirTolerance) {
@@ -142,7 +142,7 @@ TEST(StageChains, TwoHundredRandomSettingsStayWithinTheirTolerance) {
         test::Photograph(run % 2 == 0 ? "cat.jpg" : "tower_orientation8.jpg", 240 + run % 7);
     const Adjustments adjustments = test::RandomAdjustments(random);
     const cv::Mat expected = Expected(source, adjustments);
-    const cv::Mat actual = Developed(source, adjustments);
+    const cv::Mat actual = DevelopedWithGrain(source, adjustments);
     ASSERT_EQ(actual.size(), expected.size()) << "run " << run;
     const test::Difference difference = test::Compare(actual, expected, ChainTolerance(adjustments));
     EXPECT_LE(difference.share_above, kJumpShare) << "run " << run << ", largest " << difference.largest;
@@ -161,10 +161,10 @@ TEST(StageChains, GiveTheSameBytesForAnyNumberOfThreads) {
         run < 4 ? test::Photograph("cat.jpg", 300) : test::NoiseImage(test::OddSizes()[run], 7);
     const Adjustments adjustments = test::RandomAdjustments(random);
     cv::setNumThreads(1);
-    const cv::Mat expected = Developed(source, adjustments);
+    const cv::Mat expected = DevelopedWithGrain(source, adjustments);
     for (const int threads : {2, 3, 4}) {
       cv::setNumThreads(threads);
-      EXPECT_TRUE(test::SameBytes(Developed(source, adjustments), expected))
+      EXPECT_TRUE(test::SameBytes(DevelopedWithGrain(source, adjustments), expected))
           << "run " << run << ", " << threads;
     }
   }
@@ -184,7 +184,7 @@ TEST(StageChains, TheSmallestImagesPassThroughAllStagesAtOnce) {
     test::SetGrain(adjustments, 50);
     const cv::Mat source = test::NoiseImage(size, 8);
     const cv::Mat expected = Expected(source, adjustments);
-    const cv::Mat actual = Developed(source, adjustments);
+    const cv::Mat actual = DevelopedWithGrain(source, adjustments);
     ASSERT_EQ(actual.size(), expected.size()) << size;
     EXPECT_LE(test::Compare(actual, expected, 0).largest, ChainTolerance(adjustments)) << size;
   }

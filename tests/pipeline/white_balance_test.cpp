@@ -14,7 +14,7 @@ namespace {
 using test::NoiseImage;
 using test::SameBytes;
 
-cv::Mat WorkingNoise(cv::Size size) {
+cv::Mat NoiseBeyondUnit(cv::Size size) {
   cv::Mat working;
   NoiseImage(size, 3).convertTo(working, CV_32FC4, 1.4 / 65535, -0.2);  // with values beyond 0..1
   return working;
@@ -62,7 +62,7 @@ TEST(WhiteBalance, EqualsTheReferenceOverItsRange) {
   for (const float temperature : {-1.0F, 1667.0F, 2222.0F, 2500.0F, 4000.0F, 4001.0F, 5500.0F, 6500.0F,
                                   6504.0F, 12000.0F, 25000.0F, 1e7F}) {
     for (const float tint : {-1e6F, -150.0F, 0.0F, 33.0F, 150.0F, 1000.0F}) {
-      cv::Mat expected = WorkingNoise({67, 13});
+      cv::Mat expected = NoiseBeyondUnit({67, 13});
       cv::Mat actual = expected.clone();
       reference::WhiteBalance(expected, temperature, tint);
       RunRowSteps(RowsOf(actual), {WhiteBalance(temperature, tint)}, StoreIn(actual));

@@ -11,35 +11,31 @@
 namespace lumvik {
 namespace {
 
-constexpr double kTolerance = 2e-5;
+using test::NoisePlane;
 
-cv::Mat Noise(cv::Size size, uint64_t seed = 5) {
-  cv::Mat plane(size, CV_32F);
-  cv::RNG(seed).fill(plane, cv::RNG::UNIFORM, 0, 1);
-  return plane;
-}
+constexpr double kWideTolerance = 2e-5;
 
-cv::Mat Expected(const cv::Mat& plane, double sigma) {
+cv::Mat OpenCvsGaussian(const cv::Mat& plane, double sigma) {
   cv::Mat blurred;
   cv::GaussianBlur(plane, blurred, cv::Size(), sigma);
   return blurred;
 }
 
-double LargestError(const cv::Mat& plane, double sigma) {
-  return cv::norm(WideGaussian(plane, sigma).Plane(), Expected(plane, sigma), cv::NORM_INF);
+double LargestWideError(const cv::Mat& plane, double sigma) {
+  return cv::norm(WideGaussian(plane, sigma).Plane(), OpenCvsGaussian(plane, sigma), cv::NORM_INF);
 }
 
 TEST(WideGaussian, LargeSigmasAreCloseToOpenCv) {
   for (const double sigma : {16.0, 20.0, 57.0, 100.0}) {
     for (const cv::Size size : {cv::Size(640, 480), cv::Size(65, 64), cv::Size(63, 129)}) {
-      EXPECT_LT(LargestError(Noise(size), sigma), kTolerance) << sigma << size;
+      EXPECT_LT(LargestWideError(NoisePlane(size), sigma), kWideTolerance) << sigma << size;
     }
   }
 }
 
 TEST(WideGaussian, PicturesSmallerThanTheWindow) {
   for (const cv::Size size : test::OddSizes()) {
-    EXPECT_LT(LargestError(Noise(size), 20.0), kTolerance) << size;
+    EXPECT_LT(LargestWideError(NoisePlane(size), 20.0), kWideTolerance) << size;
   }
 }
 
@@ -51,11 +47,11 @@ TEST(WideGaussian, TheWorstPictureIsStillClose) {
     for (const int phase : {0, 1, 2, 3}) {
       cv::Mat plane(1, 2 * middle + 8, CV_32F, cv::Scalar(0));
       plane.at<float>(middle + phase) = 1;
-      cv::Mat difference = WideGaussian(plane, sigma).Plane() - Expected(plane, sigma);
+      cv::Mat difference = WideGaussian(plane, sigma).Plane() - OpenCvsGaussian(plane, sigma);
       cv::Mat too_large;
       cv::max(difference, 0.0, too_large);
-      EXPECT_LT(cv::sum(too_large)[0], kTolerance) << sigma;
-      EXPECT_LT(cv::sum(too_large)[0] - cv::sum(difference)[0], kTolerance) << sigma;
+      EXPECT_LT(cv::sum(too_large)[0], kWideTolerance) << sigma;
+      EXPECT_LT(cv::sum(too_large)[0] - cv::sum(difference)[0], kWideTolerance) << sigma;
     }
   }
 }
@@ -63,11 +59,11 @@ TEST(WideGaussian, TheWorstPictureIsStillClose) {
 TEST(WideGaussian, AnEvenPictureStaysEven) {
   const cv::Mat plane(4, 20000, CV_32F, cv::Scalar(1));
   EXPECT_LT(cv::norm(WideGaussian(plane, 20.0).Plane(), plane, cv::NORM_INF), 2e-6);
-  EXPECT_LT(LargestError(Noise({20000, 3}), 20.0), kTolerance);
+  EXPECT_LT(LargestWideError(NoisePlane({20000, 3}), 20.0), kWideTolerance);
 }
 
 TEST(WideGaussian, AnyNumberOfThreadsAndEveryInstructionSetGiveTheSameBytes) {
-  const cv::Mat plane = Noise({331, 217});
+  const cv::Mat plane = NoisePlane({331, 217});
   const int usual = cv::getNumThreads();
   for (const double sigma : {16.0, 20.0}) {
     const cv::Mat expected = WideGaussian(plane, sigma).Plane();

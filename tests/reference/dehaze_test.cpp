@@ -108,10 +108,10 @@ double DarkShare(int place, int last_dark) {
 // A line with a dark beginning. The erosion lengthens the dark by one pixel, the blur then smooths the
 // transmission: 1 - 0.475 x 0.2 / 0.6 in the dark, 0.525 in the bright part.
 TEST(Dehaze, TransmissionIsErodedAndSmoothed) {
-  constexpr int kLength = 91;
+  constexpr int kRowLength = 91;
   for (const int last_dark : {1, 30}) {
     for (const bool upright : {false, true}) {
-      cv::Mat working = Uniform(kLength, 1, {0.7F, 0.6F, 0.6F, 1});
+      cv::Mat working = Uniform(kRowLength, 1, {0.7F, 0.6F, 0.6F, 1});
       working.colRange(0, last_dark + 1).setTo(cv::Scalar(0.3, 0.2, 0.2, 1));
       if (upright) working = working.t();
       Dehaze({}, working, Setting(50));

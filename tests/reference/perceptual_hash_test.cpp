@@ -7,15 +7,15 @@
 namespace lumvik::reference {
 namespace {
 
-constexpr double kSide = 32;
+constexpr double kReducedSide = 32;
 
 // A level for each pixel of 32 x 32: 128 and the wave of one frequency.
 cv::Mat Wave(int row, int column, double amplitude) {
   cv::Mat grey(32, 32, CV_8UC1);
   for (int y = 0; y < 32; ++y) {
     for (int x = 0; x < 32; ++x) {
-      const double wave = std::cos(CV_PI * (2 * y + 1) * row / (2 * kSide)) *
-                          std::cos(CV_PI * (2 * x + 1) * column / (2 * kSide));
+      const double wave = std::cos(CV_PI * (2 * y + 1) * row / (2 * kReducedSide)) *
+                          std::cos(CV_PI * (2 * x + 1) * column / (2 * kReducedSide));
       grey.at<uchar>(y, x) = cv::saturate_cast<uchar>(128 + amplitude * wave);
     }
   }
@@ -25,8 +25,8 @@ cv::Mat Wave(int row, int column, double amplitude) {
 // The orthonormal transform gives the mean times the side, and an even share to a single wave.
 TEST(PerceptualHash, AWaveIsOneFrequency) {
   const cv::Mat frequencies = LowFrequencies(Wave(2, 5, 100));
-  EXPECT_NEAR(frequencies.at<float>(0, 0), 128 * kSide, 8);
-  EXPECT_NEAR(frequencies.at<float>(2, 5), 100 * kSide / 2, 8);
+  EXPECT_NEAR(frequencies.at<float>(0, 0), 128 * kReducedSide, 8);
+  EXPECT_NEAR(frequencies.at<float>(2, 5), 100 * kReducedSide / 2, 8);
   EXPECT_NEAR(frequencies.at<float>(5, 2), 0, 8);
 }
 

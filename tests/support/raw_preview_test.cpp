@@ -13,7 +13,7 @@ namespace {
 
 const RawFormat kFormats[] = {RawFormat::kArwCompressed, RawFormat::kArwUncompressed, RawFormat::kDng};
 
-cv::Mat MakePicture(int rows, int columns) {
+cv::Mat MakeGradient(int rows, int columns) {
   cv::Mat corners(2, 2, CV_8UC3), picture;
   cv::RNG(2).fill(corners, cv::RNG::UNIFORM, 0, 256);
   cv::resize(corners, picture, {columns, rows}, 0, 0, cv::INTER_LINEAR);
@@ -29,7 +29,7 @@ INSTANTIATE_TEST_SUITE_P(EveryFormat, RawPreviews, testing::ValuesIn(kFormats));
 
 TEST_P(RawPreviews, EmbedsTheGivenJpeg) {
   cv::imencode(".jpg", cv::Mat(75, 100, CV_8UC3, cv::Scalar(30, 60, 90)), options.preview_jpeg);
-  OpenedRaw raw(MakeRawFile(MakePicture(40, 60), options));
+  OpenedRaw raw(MakeRawFile(MakeGradient(40, 60), options));
   ASSERT_EQ(raw->unpack_thumb(), LIBRAW_SUCCESS);
   const auto& thumbnail = raw->imgdata.thumbnail;
   EXPECT_EQ(thumbnail.tformat, LIBRAW_THUMBNAIL_JPEG);
@@ -39,7 +39,7 @@ TEST_P(RawPreviews, EmbedsTheGivenJpeg) {
 }
 
 TEST_P(RawPreviews, PreviewIsThePictureReduced) {
-  const cv::Mat picture = MakePicture(200, 320);
+  const cv::Mat picture = MakeGradient(200, 320);
   OpenedRaw raw(MakeRawFile(picture, options));
   ASSERT_EQ(raw->unpack_thumb(), LIBRAW_SUCCESS);
   const auto& thumbnail = raw->imgdata.thumbnail;
@@ -54,7 +54,7 @@ TEST_P(RawPreviews, PreviewIsThePictureReduced) {
 
 TEST_P(RawPreviews, CanHaveNoPreview) {
   options.preview = RawPreview::kNone;
-  const cv::Mat picture = MakePicture(40, 60);
+  const cv::Mat picture = MakeGradient(40, 60);
   OpenedRaw raw(MakeRawFile(picture, options));
   EXPECT_EQ(raw->unpack_thumb(), LIBRAW_NO_THUMBNAIL);
   EXPECT_EQ(raw.Develop().size(), picture.size());
@@ -66,7 +66,7 @@ TEST(RawBitmapPreview, ArrivesAsItIs) {
   options.preview = RawPreview::kBitmap;
   options.preview_picture.create(31, 45, CV_8UC3);
   cv::RNG(3).fill(options.preview_picture, cv::RNG::UNIFORM, 0, 256);
-  OpenedRaw raw(MakeRawFile(MakePicture(40, 60), options));
+  OpenedRaw raw(MakeRawFile(MakeGradient(40, 60), options));
   ASSERT_EQ(raw->unpack_thumb(), LIBRAW_SUCCESS);
   EXPECT_EQ(raw->imgdata.thumbnail.tformat, LIBRAW_THUMBNAIL_BITMAP);
   libraw_processed_image_t* bitmap = raw->dcraw_make_mem_thumb();

@@ -15,7 +15,7 @@ constexpr int kMaxShift = 4;
 using CodeTable = std::vector<uint16_t>;
 
 // What each 11-bit code stands for: every second value of the 12-bit curve.
-CodeTable LinearFromCode() {
+CodeTable LinearCodes() {
   CodeTable linear(kCodes);
   int value = 0;
   int slope_bits = 0;
@@ -30,7 +30,7 @@ CodeTable LinearFromCode() {
 
 // The nearest code for every linear value.
 CodeTable CodeFromLinear() {
-  const CodeTable linear = LinearFromCode();
+  const CodeTable linear = LinearCodes();
   CodeTable codes(kLinearValues);
   size_t code = 0;
   for (size_t value = 0; value < codes.size(); ++value) {

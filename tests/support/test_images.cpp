@@ -16,6 +16,18 @@ cv::Mat NoiseImage(cv::Size size, uint64_t seed) {
   return image;
 }
 
+cv::Mat WorkingNoise(cv::Size size) {
+  cv::Mat working;
+  NoiseImage(size, 4).convertTo(working, CV_32FC4, 1.0 / 65535);
+  return working;
+}
+
+cv::Mat NoisePlane(cv::Size size, uint64_t seed) {
+  cv::Mat plane(size, CV_32F);
+  cv::RNG(seed).fill(plane, cv::RNG::UNIFORM, 0, 1);
+  return plane;
+}
+
 namespace {
 
 // Decoded once.
@@ -23,7 +35,7 @@ const cv::Mat& FullPhotograph(const std::string& name) {
   static std::map<std::string, cv::Mat> decoded;
   cv::Mat& image = decoded[name];
   if (!image.empty()) return image;
-  const std::string path = LUMVIK_TEST_DATA "/" + name;
+  const std::string path = kTestData + name;
   const cv::Mat bgr = cv::imread(path);
   if (bgr.empty()) throw std::runtime_error("cannot read " + path);
   cv::Mat rgb;

@@ -8,8 +8,17 @@
 
 namespace lumvik::test {
 
+// The folder of the photographs, with its last slash.
+inline const std::string kTestData = LUMVIK_TEST_DATA "/";
+
 // Uniform noise over the full range in all four channels (CV_16UC4), the same for the same seed.
 cv::Mat NoiseImage(cv::Size size, uint64_t seed);
+
+// The same as the pipeline works on it: 0 to 1 (CV_32FC4).
+cv::Mat WorkingNoise(cv::Size size);
+
+// A plane of it (CV_32F).
+cv::Mat NoisePlane(cv::Size size, uint64_t seed = 5);
 
 // A photograph of tests/data as an image buffer (CV_16UC4), reduced to `width` columns or brought to a size.
 cv::Mat Photograph(const std::string& name, int width);
