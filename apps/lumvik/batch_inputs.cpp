@@ -14,7 +14,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path PlaceOf(const fs::path& path) {
+fs::path CanonicalPath(const fs::path& path) {
   std::error_code error;
   fs::path place = fs::weakly_canonical(path, error);
   if (error) place = fs::absolute(path).lexically_normal();
@@ -27,7 +27,7 @@ bool LiesIn(const fs::path& place, const fs::path& folder) {
 
 class Search {
  public:
-  explicit Search(const std::string& output_folder) : output_(PlaceOf(output_folder)) {}
+  explicit Search(const std::string& output_folder) : output_(CanonicalPath(output_folder)) {}
 
   void Add(const std::string& argument) {
     std::error_code ignored;
@@ -45,8 +45,8 @@ class Search {
   void AddExisting(const std::string& path) {
     std::error_code ignored;
     if (fs::is_directory(path, ignored)) return AddFolder(path);
-    const fs::path place = PlaceOf(path);
-    AddPhotograph(path, place, PlaceOf(fs::absolute(path).parent_path()).filename());
+    const fs::path place = CanonicalPath(path);
+    AddPhotograph(path, place, CanonicalPath(fs::absolute(path).parent_path()).filename());
   }
 
   void AddFolder(const std::string& folder) {
@@ -56,9 +56,9 @@ class Search {
     } catch (const std::runtime_error& error) {
       inputs_.failures.emplace_back(error.what());
     }
-    const fs::path root = PlaceOf(folder);
+    const fs::path root = CanonicalPath(folder);
     for (const std::string& path : found.paths) {
-      const fs::path place = PlaceOf(path);
+      const fs::path place = CanonicalPath(path);
       if (LiesIn(place, output_) && !LiesIn(root, output_)) continue;
       AddPhotograph(path, place, root.filename() / place.parent_path().lexically_relative(root));
     }

@@ -24,7 +24,7 @@ const char* ReasonOf(int status, const char* reason_of_minus_4) {
   }
 }
 
-void Run(const std::string& path, const char* reason_of_minus_4, const std::function<int()>& call) {
+void RunTool(const std::string& path, const char* reason_of_minus_4, const std::function<int()>& call) {
   RequireReadable(path);
   const std::string failure = "cannot read '" + path + "'";
   const int status = CallEngine(failure, call);
@@ -36,7 +36,7 @@ void Run(const std::string& path, const char* reason_of_minus_4, const std::func
 ThumbnailFile ExtractThumbnail(const std::string& path) {
   std::uint8_t* data = nullptr;
   int size = 0;
-  Run(path, "not enough memory", [&] { return lumvik_extract_thumbnail(path.c_str(), &data, &size); });
+  RunTool(path, "not enough memory", [&] { return lumvik_extract_thumbnail(path.c_str(), &data, &size); });
   ThumbnailFile file;
   file.data.reset(data);
   file.size = static_cast<std::size_t>(size);
@@ -45,8 +45,8 @@ ThumbnailFile ExtractThumbnail(const std::string& path) {
 
 std::uint64_t HashOf(const std::string& path) {
   std::uint64_t hash = 0;
-  Run(path, "the preview in the RAW file cannot be decoded",
-      [&] { return lumvik_phash(path.c_str(), &hash); });
+  RunTool(path, "the preview in the RAW file cannot be decoded",
+          [&] { return lumvik_phash(path.c_str(), &hash); });
   return hash;
 }
 

@@ -9,7 +9,7 @@
 namespace lumvik {
 namespace {
 
-constexpr int kWidth = 800;
+constexpr int kLinesWidth = 800;
 constexpr float kPi = 3.1415927F;
 
 // Image rows grow downward: a segment that rises to the right has a negative angle.
@@ -56,7 +56,7 @@ float LeanOf(const std::vector<cv::Vec4i>& segments) {
 }
 
 float AutoStraighten(const ImageBuffer& image) {
-  return LeanOf(FindSegments(ReducedCopy(image, kWidth)));
+  return LeanOf(FindSegments(ReducedCopy(image, kLinesWidth)));
 }
 
 }  // namespace lumvik

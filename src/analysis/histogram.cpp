@@ -12,13 +12,13 @@ namespace lumvik {
 namespace {
 
 constexpr int kSamples = 4;  // a pixel's: red, green, blue, alpha
-constexpr float kToUnit = static_cast<float>(1.0 / 65535.0);
+constexpr float kUnitPerCode = static_cast<float>(1.0 / 65535.0);
 
 // So many pixels, and their levels, stay in the first cache.
 constexpr int kBlock = 512;
 
 float UnitOf(uint16_t code) {
-  return static_cast<float>(code) * kToUnit;
+  return static_cast<float>(code) * kUnitPerCode;
 }
 
 // A code of 65535 times 255 / 65535, rounded to nearest, in small integers: (code + 128) / 257.

@@ -10,7 +10,7 @@
 namespace lumvik {
 namespace {
 
-cv::Mat Blurred(const cv::Mat& plane, double sigma) {
+cv::Mat Smoothed(const cv::Mat& plane, double sigma) {
   cv::Mat blurred;
   cv::GaussianBlur(plane, blurred, cv::Size(), sigma, 0, cv::BORDER_REFLECT_101);
   return blurred;
@@ -63,7 +63,7 @@ cv::Mat spectral_saliency(const cv::Mat& luminance) {
   cv::Mat saliency;
   cv::extractChannel(spectrum, saliency, 0);
   cv::pow(saliency, 2, saliency);
-  return SpreadOverUnit(Blurred(saliency, kSigma));
+  return SpreadOverUnit(Smoothed(saliency, kSigma));
 }
 
 cv::Mat edge_strength(const cv::Mat& luminance) {
@@ -80,7 +80,7 @@ cv::Mat InterestMap(const cv::Mat& image) {
   cv::Mat saliency;
   cv::resize(spectral_saliency(luminance), saliency, image.size(), 0, 0, cv::INTER_LINEAR);
   const cv::Mat interest = kEdgeWeight * edge_strength(luminance) + kSaliencyWeight * saliency;
-  return SpreadOverUnit(Blurred(interest, static_cast<float>(image.cols) * kSigmaOfWidth));
+  return SpreadOverUnit(Smoothed(interest, static_cast<float>(image.cols) * kSigmaOfWidth));
 }
 
 }  // namespace lumvik

@@ -13,7 +13,7 @@
 namespace lumvik {
 namespace {
 
-constexpr int kMaxLongSide = 256;
+constexpr int kReducedLongSide = 256;
 constexpr int kTransformSide = 32;
 constexpr int kHashSide = 8;
 
@@ -60,8 +60,8 @@ FileStatus ReadGrey(const std::string& path, cv::Mat& grey) {
   grey = ReadImageFileUtf8(path, cv::IMREAD_GRAYSCALE);
   if (grey.empty()) return FileStatus::kUnreadable;
   const int long_side = std::max(grey.cols, grey.rows);
-  if (long_side > kMaxLongSide) {
-    ShrinkImage(grey, static_cast<float>(kMaxLongSide) / static_cast<float>(long_side));
+  if (long_side > kReducedLongSide) {
+    ShrinkImage(grey, static_cast<float>(kReducedLongSide) / static_cast<float>(long_side));
   }
   return FileStatus::kRead;
 }

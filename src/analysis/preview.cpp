@@ -10,7 +10,7 @@
 namespace lumvik {
 namespace {
 
-constexpr int kMinKernelSize = 3;
+constexpr int kMinBlurSize = 3;
 constexpr int kMaxKernelSize = 61;
 constexpr int kRgba = 4;
 constexpr float kToWeight = static_cast<float>(1.0 / 255.0);
@@ -29,7 +29,7 @@ bool IsOpaque(const cv::Mat& rgba) {
 }
 
 // Without the alpha of an opaque picture, which no blur changes: a quarter of the work.
-cv::Mat Blurred(const cv::Mat& rgba, int kernel_size) {
+cv::Mat BlurredRgba(const cv::Mat& rgba, int kernel_size) {
   cv::Mat image = rgba;
   if (IsOpaque(rgba)) cv::cvtColor(rgba, image, cv::COLOR_RGBA2RGB);
   cv::Mat blurred;
@@ -82,13 +82,13 @@ void Blend(const cv::Mat& mask, const cv::Mat& blurred, cv::Mat& rgba) {
 
 int BackgroundBlurKernelSize(float bg_blur) {
   const int size = static_cast<int>(bg_blur / 100.0F * static_cast<float>(kMaxKernelSize)) | 1;
-  return std::clamp(size, kMinKernelSize, kMaxKernelSize);
+  return std::clamp(size, kMinBlurSize, kMaxKernelSize);
 }
 
 void RenderPreview(const ImageBuffer& rendered, const cv::Mat& mask, float bg_blur, cv::Mat& preview) {
   ToRgba8(rendered, preview);
   if (mask.empty() || !(bg_blur > 0)) return;
-  Blend(Stretched(mask, preview.size()), Blurred(preview, BackgroundBlurKernelSize(bg_blur)), preview);
+  Blend(Stretched(mask, preview.size()), BlurredRgba(preview, BackgroundBlurKernelSize(bg_blur)), preview);
 }
 
 }  // namespace lumvik

@@ -11,7 +11,7 @@
 namespace lumvik {
 namespace {
 
-constexpr int kWidth = 512;
+constexpr int kSceneWidth = 512;
 constexpr float kClippedShare = 0.01F;  // of the pixels: fewer may be black or white
 
 // Standard deviation of the levels 0..1.
@@ -30,22 +30,22 @@ float Spread(const Histogram& counts) {
 }
 
 // More for narrow histograms, less for wide ones.
-float Contrast(float spread) {
+float ContrastFor(float spread) {
   constexpr float kUsualSpread = 0.15F;
   return std::clamp((kUsualSpread - spread) / kUsualSpread * 22.0F, -15.0F, 28.0F);
 }
 
-float Highlights(float white_share) {
+float HighlightsFor(float white_share) {
   return white_share > kClippedShare ? -std::min(white_share * 500.0F, 40.0F) : 0.0F;
 }
 
-float Shadows(float black_share) {
+float ShadowsFor(float black_share) {
   const float lift = black_share > kClippedShare ? black_share * 400.0F : 0.0F;
   return std::clamp(lift, 15.0F, 25.0F);
 }
 
 // More for images with little detail, by the standard deviation of their Laplacian.
-float LuminanceNoiseReduction(const cv::Mat& luminance) {
+float LuminanceNoiseReductionFor(const cv::Mat& luminance) {
   constexpr float kDetailed = 0.1F;
   cv::Mat detail;
   cv::Laplacian(luminance, detail, CV_32F, 1, 1, 0, cv::BORDER_REFLECT_101);
@@ -61,20 +61,20 @@ float LuminanceNoiseReduction(const cv::Mat& luminance) {
 Suggestions analyze_scene(const ImageBuffer& image) {
   Suggestions suggestions = {};
   if (image.empty()) return suggestions;
-  const ImageBuffer copy = ReducedCopy(image, kWidth);
+  const ImageBuffer copy = ReducedCopy(image, kSceneWidth);
   const Histogram counts = CountLevels(copy).luminance;
   const auto pixels = static_cast<float>(copy.total());
   suggestions[kExposureSlot] = exposure_from_histogram(counts);
-  suggestions[kContrastSlot] = Contrast(Spread(counts));
-  suggestions[kHighlightsSlot] = Highlights(static_cast<float>(counts.back()) / pixels);
-  suggestions[kShadowsSlot] = Shadows(static_cast<float>(counts.front()) / pixels);
+  suggestions[kContrastSlot] = ContrastFor(Spread(counts));
+  suggestions[kHighlightsSlot] = HighlightsFor(static_cast<float>(counts.back()) / pixels);
+  suggestions[kShadowsSlot] = ShadowsFor(static_cast<float>(counts.front()) / pixels);
   suggestions[kBlacksSlot] = 5;
   suggestions[kTemperatureSlot] = 6500;
   suggestions[kTintSlot] = 0;
   suggestions[kSaturationSlot] = 5;
   suggestions[kVibranceSlot] = 16;
   suggestions[kSharpeningAmountSlot] = 6;
-  suggestions[kNrLuminanceSlot] = LuminanceNoiseReduction(WeightedLuminance(ToRgbaFloat(copy)));
+  suggestions[kNrLuminanceSlot] = LuminanceNoiseReductionFor(WeightedLuminance(ToRgbaFloat(copy)));
   suggestions[kNrColorSlot] = 1;
   return suggestions;
 }

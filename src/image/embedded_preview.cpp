@@ -5,7 +5,7 @@
 namespace lumvik {
 namespace {
 
-constexpr size_t kColors = 3;
+constexpr size_t kBitmapColors = 3;
 
 }  // namespace
 
@@ -21,7 +21,7 @@ EmbeddedPreview ReadEmbeddedPreview(const std::string& path) {
 }
 
 cv::Mat PreviewBitmap(libraw_processed_image_t& preview) {
-  if (preview.data_size < kColors * preview.height * preview.width) return {};
+  if (preview.data_size < kBitmapColors * preview.height * preview.width) return {};
   return {preview.height, preview.width, CV_8UC3, preview.data};
 }
 

@@ -13,8 +13,8 @@
 namespace lumvik {
 namespace {
 
-constexpr int kMaxLongSide = 2000;
-constexpr int kColors = 3;
+constexpr int kDecodedLongSide = 2000;
+constexpr int kRgbColors = 3;
 constexpr int kBitsPerSample = 16;
 constexpr size_t kMaxPixels = size_t{1}
                               << 29;  // beyond any camera; LibRaw's own sizes overflow at 715 million
@@ -46,7 +46,7 @@ bool HasThreeDeepColors(const LibRaw& raw) {
   int colors = 0;
   int bits = 0;
   raw.get_mem_image_format(&width, &height, &colors, &bits);
-  return colors == kColors && bits == kBitsPerSample &&
+  return colors == kRgbColors && bits == kBitsPerSample &&
          static_cast<size_t>(width) * static_cast<size_t>(height) <= kMaxPixels;
 }
 
@@ -71,7 +71,7 @@ MemoryImage Develop(GuardedLibRaw& raw, const std::string& path, int quality, st
 
 cv::Mat ThroughBaseCurve(const libraw_processed_image_t& image) {
   const auto& table = BaseCurveTable();
-  const size_t row_samples = size_t{image.width} * kColors;
+  const size_t row_samples = size_t{image.width} * kRgbColors;
   const auto* samples = reinterpret_cast<const uint16_t*>(image.data);
   cv::Mat curved(image.height, image.width, CV_16UC3);
   cv::parallel_for_(cv::Range(0, image.height), [&](const cv::Range& rows) {
@@ -91,8 +91,8 @@ void ReduceToWorkingSize(cv::Mat& image, int quality) {
   if (quality == kRawQuarter) {
     cv::resize(image, image, cv::Size(image.cols / 2, image.rows / 2), 0, 0, cv::INTER_AREA);
   }
-  if (long_side > kMaxLongSide) {
-    ShrinkImage(image, static_cast<float>(kMaxLongSide) / static_cast<float>(long_side));
+  if (long_side > kDecodedLongSide) {
+    ShrinkImage(image, static_cast<float>(kDecodedLongSide) / static_cast<float>(long_side));
   }
 }
 

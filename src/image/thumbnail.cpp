@@ -10,7 +10,7 @@
 namespace lumvik {
 namespace {
 
-constexpr int kMaxLongSide = 160;
+constexpr int kThumbnailLongSide = 160;
 constexpr int kReducedQuality = 75;
 constexpr int kBitmapQuality = 80;
 constexpr int kMaxJpegSide = 65500;  // of the JPEG library, which has OpenCV throw beyond it
@@ -34,8 +34,8 @@ FileStatus FromOrdinaryImage(const std::string& path, Thumbnail& thumbnail) {
   cv::Mat image = ReadImageFileUtf8(path, cv::IMREAD_COLOR);
   if (image.empty()) return FileStatus::kUnreadable;
   const int long_side = std::max(image.cols, image.rows);
-  if (long_side > kMaxLongSide) {
-    ShrinkImage(image, static_cast<float>(kMaxLongSide) / static_cast<float>(long_side));
+  if (long_side > kThumbnailLongSide) {
+    ShrinkImage(image, static_cast<float>(kThumbnailLongSide) / static_cast<float>(long_side));
   }
   return Encode(image, kReducedQuality, thumbnail);
 }

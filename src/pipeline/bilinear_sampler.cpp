@@ -17,14 +17,14 @@ Pixel LoadPixel(const float* from) {
 }
 
 // How much the four pixels around a place take part in it.
-struct Weights {
+struct CornerWeights {
   float top_left[kMaxPart];
   float top_right[kMaxPart];
   float bottom_left[kMaxPart];
   float bottom_right[kMaxPart];
 };
 
-void Weigh(const Places& places, int count, Weights& __restrict weights) {
+void Weigh(const Places& places, int count, CornerWeights& __restrict weights) {
   constexpr auto kToFraction = static_cast<float>(1.0 / kPlacesPerPixel);
   for (int i = 0; i < count; ++i) {
     const float right = static_cast<float>(places.x[i] & (kPlacesPerPixel - 1)) * kToFraction;
@@ -37,7 +37,7 @@ void Weigh(const Places& places, int count, Weights& __restrict weights) {
 }
 
 void Mix(const float* top_left, const float* top_right, const float* bottom_left, const float* bottom_right,
-         const Weights& weights, int i, float* mixed) {
+         const CornerWeights& weights, int i, float* mixed) {
   const Pixel mix = LoadPixel(top_left) * weights.top_left[i] + LoadPixel(top_right) * weights.top_right[i] +
                     LoadPixel(bottom_left) * weights.bottom_left[i] +
                     LoadPixel(bottom_right) * weights.bottom_right[i];
@@ -59,7 +59,7 @@ struct Source {
   }
 };
 
-void MixMirrored(const Source& source, int x, int y, const Weights& weights, int i, float* mixed) {
+void MixMirrored(const Source& source, int x, int y, const CornerWeights& weights, int i, float* mixed) {
   const auto column = [&](int at) { return cv::borderInterpolate(at, source.columns, cv::BORDER_REFLECT); };
   const auto row = [&](int at) { return cv::borderInterpolate(at, source.rows, cv::BORDER_REFLECT); };
   Mix(source.At(column(x), row(y)), source.At(column(x + 1), row(y)), source.At(column(x), row(y + 1)),
@@ -67,7 +67,7 @@ void MixMirrored(const Source& source, int x, int y, const Weights& weights, int
 }
 
 // `mixed`: kChannels values for each place.
-void SamplePlaces(const Source& source, const Places& places, const Weights& weights, int count,
+void SamplePlaces(const Source& source, const Places& places, const CornerWeights& weights, int count,
                   float* mixed) {
   for (int i = 0; i < count; ++i, mixed += kChannels) {
     const int x = places.x[i] >> kPlaceBits;
@@ -91,7 +91,7 @@ RowImage Sampled(const cv::Mat& working, const PlaceRow& place_row) {
     const Source source = {working.ptr<float>(), static_cast<ptrdiff_t>(working.step1()), working.cols,
                            working.rows};
     float mixed[kMaxPart * kChannels];
-    Weights weights;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by Weigh
+    CornerWeights weights;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by Weigh
     Vectorized([&, columns = part.columns] { Weigh(places, columns, weights); });
     Vectorized([&, columns = part.columns] { SamplePlaces(source, places, weights, columns, mixed); });
     LoadPixels(mixed, part);

@@ -18,7 +18,7 @@ constexpr double kPatchShare = 0.02;  // of the image's width
 constexpr int kMinPatch = 3;
 constexpr double kBrightestShare = 0.001;  // of the pixels
 constexpr float kMinAirlight = 0.01F;
-constexpr float kStrength = 0.95F;
+constexpr float kDehazeStrength = 0.95F;
 constexpr double kTransmissionSigma = 5.0;
 constexpr float kMinTransmission = 0.1F;
 
@@ -146,7 +146,7 @@ RowKernel Dehaze(const cv::Mat& smallest, float amount) {
   const float airlight = Airlight(dark);
   return MakeRowKernel(
       [airlight](const PixelRow& row, const float* transmission) { Clear(row, transmission, airlight); },
-      Transmission(dark, amount / 100.0F * kStrength, airlight));
+      Transmission(dark, amount / 100.0F * kDehazeStrength, airlight));
 }
 
 }  // namespace lumvik

@@ -7,7 +7,7 @@
 namespace lumvik {
 namespace {
 
-constexpr float kStrength = 0.05F;
+constexpr float kGrainStrength = 0.05F;
 constexpr float kSmallestSize = 0.01F;
 constexpr double kSmallestDeviation = 1e-6;
 
@@ -43,7 +43,7 @@ void AddGrain(const PixelRow& row, const float* noise, float gain) {
 }  // namespace
 
 RowKernel FilmGrain(cv::Size frame, float amount, float size) {
-  const Grain grain = MakeGrain(frame, static_cast<double>(amount / 100.0F * kStrength), size / 100.0F);
+  const Grain grain = MakeGrain(frame, static_cast<double>(amount / 100.0F * kGrainStrength), size / 100.0F);
   return MakeRowKernel(
       [gain = grain.gain](const PixelRow& row, const float* noise) { AddGrain(row, noise, gain); },
       grain.noise);

@@ -5,20 +5,21 @@
 namespace lumvik {
 namespace {
 
-constexpr float kStrength = 0.5F;
+constexpr float kVignettingStrength = 0.5F;
 
-struct Lens {
+struct VignettingLens {
   float centre_x;
   float centre_y;
   float half_diagonal_squared;
   float amount;
 };
 
-void Compensate(const PixelRow& row, const Lens& lens) {
+void Compensate(const PixelRow& row, const VignettingLens& lens) {
   const float dy = static_cast<float>(row.y) - lens.centre_y;
   for (int i = 0; i < row.columns; ++i) {
     const float dx = static_cast<float>(row.x + i) - lens.centre_x;
-    const float gain = 1.0F + kStrength * lens.amount * ((dx * dx + dy * dy) / lens.half_diagonal_squared);
+    const float gain =
+        1.0F + kVignettingStrength * lens.amount * ((dx * dx + dy * dy) / lens.half_diagonal_squared);
     row.red[i] = ClampUnit(row.red[i] * gain);
     row.green[i] = ClampUnit(row.green[i] * gain);
     row.blue[i] = ClampUnit(row.blue[i] * gain);
@@ -31,7 +32,8 @@ RowKernel LensVignetting(float amount, cv::Size frame) {
   if (!(amount > 0.0F)) return {};
   const float centre_x = static_cast<float>(frame.width) * 0.5F;
   const float centre_y = static_cast<float>(frame.height) * 0.5F;
-  const Lens lens = {centre_x, centre_y, centre_y * centre_y + centre_x * centre_x, amount / 100.0F};
+  const VignettingLens lens = {centre_x, centre_y, centre_y * centre_y + centre_x * centre_x,
+                               amount / 100.0F};
   return MakeRowKernel([lens](const PixelRow& row) { Compensate(row, lens); });
 }
 

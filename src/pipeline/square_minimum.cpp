@@ -12,8 +12,8 @@ namespace lumvik {
 namespace {
 
 constexpr float kNothing = std::numeric_limits<float>::infinity();
-constexpr int kStripColumns = 4 * kLanes;
-constexpr int kStripesPerThread = 4;
+constexpr int kMinimumColumns = 4 * kLanes;
+constexpr int kMinimumStripesPerThread = 4;
 
 // to[i] = the smaller of a[i] and b[i], for a multiple of kLanes values; `to` may be `a`.
 void Smaller(const float* a, const float* b, float* to, int count) {
@@ -52,11 +52,11 @@ void AlongRow(const float* row, int columns, int side, std::vector<float>& line,
 // Of the values above and below each in some rows of a strip of columns.
 void DownStrip(const cv::Mat& plane, int left, const cv::Range& rows, int side, std::vector<float>& strip,
                cv::Mat& smallest) {
-  const int columns = std::min(kStripColumns, plane.cols - left);
+  const int columns = std::min(kMinimumColumns, plane.cols - left);
   const int first = rows.start - side / 2;
   int count = rows.size() + side - 1;
-  strip.assign(static_cast<size_t>(count) * size_t{kStripColumns}, kNothing);
-  const auto row_at = [&](int i) { return strip.data() + static_cast<ptrdiff_t>(i) * kStripColumns; };
+  strip.assign(static_cast<size_t>(count) * size_t{kMinimumColumns}, kNothing);
+  const auto row_at = [&](int i) { return strip.data() + static_cast<ptrdiff_t>(i) * kMinimumColumns; };
   for (int i = 0; i < count; ++i) {
     const int y = first + i;
     if (y >= 0 && y < plane.rows) std::copy_n(plane.ptr<float>(y) + left, columns, row_at(i));
@@ -64,7 +64,7 @@ void DownStrip(const cv::Mat& plane, int left, const cv::Range& rows, int side, 
   Vectorized([&] {
     ReduceTo(side, [&](int distance) {
       count -= distance;
-      for (int i = 0; i < count; ++i) Smaller(row_at(i), row_at(i + distance), row_at(i), kStripColumns);
+      for (int i = 0; i < count; ++i) Smaller(row_at(i), row_at(i + distance), row_at(i), kMinimumColumns);
     });
   });
   for (int i = 0; i < count; ++i) std::copy_n(row_at(i), columns, smallest.ptr<float>(rows.start + i) + left);
@@ -73,7 +73,7 @@ void DownStrip(const cv::Mat& plane, int left, const cv::Range& rows, int side, 
 }  // namespace
 
 cv::Mat SquareMinimum(const cv::Mat& plane, int side) {
-  const int stripes = cv::getNumThreads() * kStripesPerThread;
+  const int stripes = cv::getNumThreads() * kMinimumStripesPerThread;
   cv::Mat along_rows = LargeImage(plane.size(), CV_32F);
   cv::parallel_for_(
       cv::Range(0, plane.rows),
@@ -89,7 +89,7 @@ cv::Mat SquareMinimum(const cv::Mat& plane, int side) {
       cv::Range(0, plane.rows),
       [&](const cv::Range& rows) {
         std::vector<float> strip;
-        for (int x = 0; x < plane.cols; x += kStripColumns)
+        for (int x = 0; x < plane.cols; x += kMinimumColumns)
           DownStrip(along_rows, x, rows, side, strip, smallest);
       },
       stripes);

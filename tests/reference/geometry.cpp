@@ -18,7 +18,7 @@ int Truncate(float value) {
   return value == value ? static_cast<int>(value) : 0;
 }
 
-bool IsNeutral(const Adjustments& a) {
+bool IsAsleep(const Adjustments& a) {
   return a.flip_h == 0 && a.flip_v == 0 && a.rotation == 0 && a.perspective_h == 0 && a.perspective_v == 0 &&
          a.crop.x == 0 && a.crop.y == 0 && a.crop.w <= 0 && a.crop.h <= 0;
 }
@@ -64,7 +64,7 @@ void Crop(cv::Mat& image, const CropRectangle& crop) {
 }  // namespace
 
 void Geometry(const cv::Mat& /*source*/, cv::Mat& working, const Adjustments& adjustments) {
-  if (IsNeutral(adjustments)) return;
+  if (IsAsleep(adjustments)) return;
   if (adjustments.flip_h != 0) cv::flip(working, working, 1);
   if (adjustments.flip_v != 0) cv::flip(working, working, 0);
   if (adjustments.rotation != 0) Rotate(working, adjustments.rotation);

@@ -9,8 +9,8 @@ namespace lumvik::test {
 namespace {
 
 constexpr uint32_t kTiffHeaderSize = 8;
-constexpr size_t kEntrySize = 12;
-constexpr uint64_t kInlineValueSize = 4;
+constexpr size_t kExifEntrySize = 12;
+constexpr uint64_t kExifInlineSize = 4;
 constexpr size_t kMaxSegment = 65533;
 
 constexpr Ifd kAllIfds[] = {Ifd::kZero, Ifd::kOne, Ifd::kExif, Ifd::kGps, Ifd::kInteroperability};
@@ -99,12 +99,12 @@ void ExifBlock::AppendDirectory(std::vector<uint8_t>& bytes, const std::vector<F
     Append(bytes, field.tag, 2);
     Append(bytes, static_cast<uint32_t>(field.format), 2);
     Append(bytes, field.components, 4);
-    if (field.components * FormatSize(field.format) > kInlineValueSize) {
+    if (field.components * FormatSize(field.format) > kExifInlineSize) {
       Append(bytes, values_offset + static_cast<uint32_t>(values.size()), 4);
       values.insert(values.end(), field.value.begin(), field.value.end());
     } else {
       std::vector<uint8_t> value = field.value;
-      value.resize(kInlineValueSize);
+      value.resize(kExifInlineSize);
       bytes.insert(bytes.end(), value.begin(), value.end());
     }
   }
@@ -117,7 +117,7 @@ std::vector<uint8_t> ExifBlock::Serialize() const {
     const size_t entries = Directory(ifd, offsets).size();
     if (entries == 0 && ifd != Ifd::kZero) continue;
     offsets[static_cast<size_t>(ifd)] = end;
-    end += static_cast<uint32_t>(2 + entries * kEntrySize + 4);
+    end += static_cast<uint32_t>(2 + entries * kExifEntrySize + 4);
   }
 
   const uint8_t order = order_ == ByteOrder::kLittle ? 'I' : 'M';

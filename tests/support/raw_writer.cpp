@@ -42,22 +42,22 @@ std::string Model(const RawOptions& options) {
   return !options.model.empty() ? options.model : IsDng(options) ? kDngModel : kArwModel;
 }
 
-void Require(bool condition, const char* what) {
+void Demand(bool condition, const char* what) {
   if (!condition) throw std::invalid_argument(what);
 }
 
 void Check(const cv::Mat& rgb, const RawOptions& options) {
-  Require(!rgb.empty() && (rgb.type() == CV_8UC3 || rgb.type() == CV_16UC3),
-          "picture must be 8 or 16 bit RGB");
-  Require(!options.monochrome || IsDng(options), "only a DNG can be monochrome");
-  Require(options.preview != RawPreview::kBitmap || IsDng(options), "only a DNG can have a bitmap preview");
+  Demand(!rgb.empty() && (rgb.type() == CV_8UC3 || rgb.type() == CV_16UC3),
+         "picture must be 8 or 16 bit RGB");
+  Demand(!options.monochrome || IsDng(options), "only a DNG can be monochrome");
+  Demand(options.preview != RawPreview::kBitmap || IsDng(options), "only a DNG can have a bitmap preview");
 }
 
 uint32_t Unsigned(int value) {
   return static_cast<uint32_t>(value);
 }
 
-std::vector<uint8_t> Bytes(const cv::Mat& plane) {
+std::vector<uint8_t> BytesOf(const cv::Mat& plane) {
   return {plane.datastart, plane.dataend};
 }
 
@@ -139,7 +139,7 @@ TiffDirectory ArwSensorDirectory(const cv::Mat& rgb, const RawOptions& options) 
   TiffDirectory directory;
   directory.SetLongs(tag::kNewSubfileType, {0});
   SetImage(directory, sensor.size(), 1, 14, kPhotometricCfa, compressed ? kSonyCompressed : kUncompressed,
-           compressed ? EncodeArw2(sensor) : Bytes(sensor));
+           compressed ? EncodeArw2(sensor) : BytesOf(sensor));
   SetBayerPattern(directory);
   directory.SetLongs(tag::kActiveArea, {0, 0, Unsigned(rgb.rows), Unsigned(rgb.cols)});
   directory.SetShorts(tag::kSonyToneCurve, {kArw2CurveKnees.begin(), kArw2CurveKnees.end()});
@@ -169,7 +169,7 @@ void SetDngSensor(TiffDirectory& directory, const cv::Mat& rgb, const RawOptions
                              : MosaicRggb(rgb, CameraFromSrgb(SrgbFromXyz()), options.multipliers);
   directory.SetLongs(tag::kNewSubfileType, {0});
   SetImage(directory, sensor.size(), 1, 16, options.monochrome ? kPhotometricLinearRaw : kPhotometricCfa,
-           kUncompressed, Bytes(sensor));
+           kUncompressed, BytesOf(sensor));
   if (!options.monochrome) {
     SetBayerPattern(directory);
     directory.SetBytes(tag::kCfaPlaneColor, {0, 1, 2});
@@ -200,7 +200,7 @@ void SetDngPreview(TiffDirectory& first, const cv::Mat& rgb, const RawOptions& o
     SetImage(first, picture.size(), 3, 8, kPhotometricYcbcr, kJpeg, std::move(jpeg));
   } else {
     const cv::Mat picture = PreviewPicture(rgb, options);
-    SetImage(first, picture.size(), 3, 8, kPhotometricRgb, kUncompressed, Bytes(picture));
+    SetImage(first, picture.size(), 3, 8, kPhotometricRgb, kUncompressed, BytesOf(picture));
   }
 }
 
