@@ -2,6 +2,8 @@
 
 #include <cmath>
 
+#include "pipeline/pixel_math.h"
+
 namespace lumvik {
 namespace {
 
@@ -10,19 +12,17 @@ constexpr float kUpperKnee = 0.75F;
 constexpr float kShoulderNumerator = 0.0625F;
 constexpr float kShoulderOffset = -0.5F;
 constexpr float kBlendSoftness = 1.5F;
-constexpr float kCeiling = 1.0F;
-constexpr float kFloor = 0.0F;
 
 float Floored(float value) {
-  return value < kFloor ? kFloor : value;
+  return value < kBlack ? kBlack : value;
 }
 float Ceiled(float value) {
-  return kCeiling < value ? kCeiling : value;
+  return value > kWhite ? kWhite : value;
 }
 
 // Meets the identity at the knee with slope 1 and tends to 1.
 float Shoulder(float peak) {
-  return kUpperKnee >= peak ? peak : kCeiling - kShoulderNumerator / (peak + kShoulderOffset);
+  return kUpperKnee >= peak ? peak : 1.0F - kShoulderNumerator / (peak + kShoulderOffset);
 }
 
 // Both outcomes are computed for every pixel and one is chosen: a loop without branches vectorises.
@@ -33,18 +33,19 @@ void ExposeRow(const PixelRow& row, float gain) {
     const float b = Floored(gain * row.blue[i]);
     const float rg = r < g ? g : r;
     const float peak = rg < b ? b : rg;
+    // Up to the knee nothing is scaled and nothing made grey, which leaves every bit as it was.
+    const bool beyond_knee = peak > kKnee;
     const float level = Shoulder(peak);
-    const float scale = level / peak;
+    const float scale = beyond_knee ? level / peak : 1.0F;
     const float excess = peak - kKnee;
-    const float grey = excess / (excess + kBlendSoftness);
+    const float grey = beyond_knee ? excess / (excess + kBlendSoftness) : 0.0F;
     const auto rolled_off = [=](float value) {
       const float scaled = scale * value;
-      return (level - scaled) * grey + scaled;
+      return Ceiled((level - scaled) * grey + scaled);
     };
-    const bool beyond_knee = peak > kKnee;
-    row.red[i] = Ceiled(beyond_knee ? rolled_off(r) : r);
-    row.green[i] = Ceiled(beyond_knee ? rolled_off(g) : g);
-    row.blue[i] = Ceiled(beyond_knee ? rolled_off(b) : b);
+    row.red[i] = rolled_off(r);
+    row.green[i] = rolled_off(g);
+    row.blue[i] = rolled_off(b);
   }
 }
 

@@ -1,7 +1,5 @@
 #include "pipeline/highlights_shadows.h"
 
-#include <algorithm>
-
 #include "image/luminance.h"
 #include "pipeline/pixel_math.h"
 
@@ -13,37 +11,49 @@ constexpr float kHighlightBottom = 0.45F;
 constexpr float kHighlightRange = 0.55F;
 constexpr float kShadowStrength = 1.2F;
 constexpr float kHighlightStrength = 0.5F;
-constexpr float kMinGamma = 0.3F;
-constexpr float kMaxGamma = 3.0F;
-constexpr float kMinGain = 0.3F;
-constexpr float kMaxGain = 2.0F;
 constexpr float kMinLuminance = 1e-6F;
 
-float Lifted(float luminance, float shadows) {
+struct Bounds {
+  float least;
+  float most;
+};
+
+// The settings, and bounds whose values the compiler does not know where they are used: see pixel_math.h.
+struct Zones {
+  float highlights;
+  float shadows;
+  Bounds gamma = {0.3F, 3.0F};
+  Bounds gain = {0.3F, 2.0F};
+};
+
+float Lifted(float luminance, const Zones& zones) {
   const float depth = (kShadowTop - luminance) * (1.0F / kShadowTop);
-  const float gamma = 1.0F / (depth * depth * shadows * kShadowStrength + 1.0F);
-  return FastPow(luminance, std::max(std::min(gamma, kMaxGamma), kMinGamma));
+  const float gamma = 1.0F / (depth * depth * zones.shadows * kShadowStrength + 1.0F);
+  return FastPow(luminance, Clamp(gamma, zones.gamma.least, zones.gamma.most));
 }
 
-float HighlightGain(float luminance, float highlights) {
+float HighlightGain(float luminance, const Zones& zones) {
   const float height = (luminance - kHighlightBottom) * (1.0F / kHighlightRange);
-  const float gain = height * height * highlights * kHighlightStrength + 1.0F;
-  return std::max(std::min(gain, kMaxGain), kMinGain);
+  const float gain = height * height * zones.highlights * kHighlightStrength + 1.0F;
+  return Clamp(gain, zones.gain.least, zones.gain.most);
 }
 
-void Reshape(const PixelRow& row, float highlights, float shadows) {
+template <bool kHighlights, bool kShadows>
+void Reshape(const PixelRow& row, const Zones& zones) {
   for (int i = 0; i < row.columns; ++i) {
     const float before = Luminance(row.red[i], row.green[i], row.blue[i]);
-    const bool in_shadow = shadows != 0.0F && before < kShadowTop;
-    const float lifted = in_shadow ? Lifted(before, shadows) : before;
+    float after = before;
+    if constexpr (kShadows) after = Choose(before < kShadowTop, Lifted(before, zones), before);
     // The zones overlap; which of them a pixel lies in is decided by its luminance before either acts.
-    const bool in_highlight = highlights != 0.0F && before > kHighlightBottom;
-    const float after = in_highlight ? ClampUnit(HighlightGain(before, highlights) * lifted) : lifted;
-    if (before < kMinLuminance || after == before) continue;
-    const float ratio = after / before;
-    row.red[i] = ClampUnit(row.red[i] * ratio);
-    row.green[i] = ClampUnit(row.green[i] * ratio);
-    row.blue[i] = ClampUnit(row.blue[i] * ratio);
+    if constexpr (kHighlights) {
+      const float pulled = ClampUnit(HighlightGain(before, zones) * after);
+      after = Choose(before > kHighlightBottom, pulled, after);
+    }
+    const bool reshaped = !(before < kMinLuminance) && after != before;
+    const float ratio = reshaped ? after / before : 1.0F;
+    row.red[i] = Choose(reshaped, ClampUnit(row.red[i] * ratio), row.red[i]);
+    row.green[i] = Choose(reshaped, ClampUnit(row.green[i] * ratio), row.green[i]);
+    row.blue[i] = Choose(reshaped, ClampUnit(row.blue[i] * ratio), row.blue[i]);
   }
 }
 
@@ -51,8 +61,11 @@ void Reshape(const PixelRow& row, float highlights, float shadows) {
 
 RowKernel HighlightsShadows(float highlights, float shadows) {
   if (highlights == 0.0F && shadows == 0.0F) return {};
-  return MakeRowKernel(
-      [h = highlights / 100.0F, s = shadows / 100.0F](const PixelRow& row) { Reshape(row, h, s); });
+  const Zones zones = {highlights / 100.0F, shadows / 100.0F};
+  if (shadows == 0.0F) return MakeRowKernel([=](const PixelRow& row) { Reshape<true, false>(row, zones); });
+  if (highlights == 0.0F)
+    return MakeRowKernel([=](const PixelRow& row) { Reshape<false, true>(row, zones); });
+  return MakeRowKernel([=](const PixelRow& row) { Reshape<true, true>(row, zones); });
 }
 
 }  // namespace lumvik

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "image/luminance.h"
+#include "pipeline/pixel_math.h"
 
 namespace lumvik {
 namespace {
@@ -21,9 +22,7 @@ float UnitAt(uint64_t pixel, int shift) {
 // number.
 uint32_t ToCode(float value) {
   constexpr float kRoundingShift = 8388608.0F;  // 2^23
-  const float scaled = value * kFullScale;
-  const float floored = scaled > 0.0F ? scaled : 0.0F;  // written so that a NaN becomes 0
-  const float shifted = (floored < kFullScale ? floored : kFullScale) + kRoundingShift;
+  const float shifted = SaturateUnit(value) * kFullScale + kRoundingShift;  // a NaN becomes 0
   uint32_t bits = 0;
   std::memcpy(&bits, &shifted, sizeof(bits));
   return bits & 0xFFFF;

@@ -11,7 +11,9 @@ namespace {
 constexpr float kColourfulnessScale = 3.0F;
 constexpr float kVibranceStrength = 0.8F;
 
-void Saturate(const PixelRow& row, float saturation, float vibrance) {
+// A setting that is 0 leaves every bit as it was, and costs nothing.
+template <bool kSaturation, bool kVibrance>
+void Stretch(const PixelRow& row, float saturation, float vibrance) {
   for (int i = 0; i < row.columns; ++i) {
     float r = row.red[i];
     float g = row.green[i];
@@ -23,8 +25,8 @@ void Saturate(const PixelRow& row, float saturation, float vibrance) {
       g = ClampUnit((g - luminance) * factor + luminance);
       b = ClampUnit((b - luminance) * factor + luminance);
     };
-    if (saturation != 0.0F) stretch(saturation + 1.0F);
-    if (vibrance != 0.0F) {
+    if constexpr (kSaturation) stretch(saturation + 1.0F);
+    if constexpr (kVibrance) {
       const float colourfulness = ClampUnit(spread * kColourfulnessScale);
       stretch((1.0F - colourfulness) * vibrance * kVibranceStrength + 1.0F);
     }
@@ -38,8 +40,11 @@ void Saturate(const PixelRow& row, float saturation, float vibrance) {
 
 RowKernel SaturationVibrance(float saturation, float vibrance) {
   if (saturation == 0.0F && vibrance == 0.0F) return {};
-  return MakeRowKernel(
-      [s = saturation / 100.0F, v = vibrance / 100.0F](const PixelRow& row) { Saturate(row, s, v); });
+  const float s = saturation / 100.0F;
+  const float v = vibrance / 100.0F;
+  if (v == 0.0F) return MakeRowKernel([=](const PixelRow& row) { Stretch<true, false>(row, s, v); });
+  if (s == 0.0F) return MakeRowKernel([=](const PixelRow& row) { Stretch<false, true>(row, s, v); });
+  return MakeRowKernel([=](const PixelRow& row) { Stretch<true, true>(row, s, v); });
 }
 
 }  // namespace lumvik
