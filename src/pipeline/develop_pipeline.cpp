@@ -179,7 +179,7 @@ constexpr Stage kStages[] = {
 constexpr int kAreaCost = 4;
 
 // Steps of this cost are made again rather than their result kept: memory is slow.
-constexpr int kCheapCost = 3;
+constexpr int kCheapCost = 4;
 
 // One run. Steps wait until a stage that looks at the whole image, or the end, needs their result and then
 // pass over the rows together. Only a frame stage needs the working image in memory.

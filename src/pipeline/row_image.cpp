@@ -21,7 +21,7 @@ float UnitAt(uint64_t pixel, int shift) {
 // Rounds to nearest, ties to even, as OpenCV's conversion does: the low bits of a float near 2^23 are a whole
 // number.
 uint32_t ToCode(float value) {
-  constexpr float kRoundingShift = 8388608.0F;  // 2^23
+  constexpr float kRoundingShift = 8388608.0F;                              // 2^23
   const float shifted = SaturateUnit(value) * kFullScale + kRoundingShift;  // a NaN becomes 0
   uint32_t bits = 0;
   std::memcpy(&bits, &shifted, sizeof(bits));
