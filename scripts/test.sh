@@ -10,7 +10,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 (($# == 0)) || fail "usage: scripts/test.sh"
 
-# configure PRESET: into its own folder, with a process for many cases.
+# configure_tests PRESET [CMAKE OPTION...]: into its own folder, with a process for many cases.
 configure_tests() {
   configure "$1" "$ROOT/build/$1" -D LUMVIK_PROCESS_PER_CASE=OFF "${@:2}"
 }

@@ -62,8 +62,9 @@ void Reshape(const PixelRow& row, const Zones& zones) {
 RowKernel HighlightsShadows(float highlights, float shadows) {
   if (highlights == 0.0F && shadows == 0.0F) return {};
   const Zones zones = {highlights / 100.0F, shadows / 100.0F};
-  if (shadows == 0.0F) return MakeRowKernel([=](const PixelRow& row) { Reshape<true, false>(row, zones); });
-  if (highlights == 0.0F)
+  if (zones.shadows == 0.0F)
+    return MakeRowKernel([=](const PixelRow& row) { Reshape<true, false>(row, zones); });
+  if (zones.highlights == 0.0F)
     return MakeRowKernel([=](const PixelRow& row) { Reshape<false, true>(row, zones); });
   return MakeRowKernel([=](const PixelRow& row) { Reshape<true, true>(row, zones); });
 }
