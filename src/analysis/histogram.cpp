@@ -5,6 +5,7 @@
 #include <opencv2/core/utility.hpp>
 #include <vector>
 
+#include "image/image_buffer.h"
 #include "image/luminance.h"
 #include "image/vectorized.h"
 
@@ -12,7 +13,6 @@ namespace lumvik {
 namespace {
 
 constexpr int kSamples = 4;  // a pixel's: red, green, blue, alpha
-constexpr float kUnitPerCode = static_cast<float>(1.0 / 65535.0);
 
 // So many pixels, and their levels, stay in the first cache.
 constexpr int kBlock = 512;

@@ -11,8 +11,6 @@
 namespace lumvik {
 namespace {
 
-constexpr int kStripesPerThread = 4;
-
 Window HalfOf(const cv::Mat& kernel) {
   const auto* weights = kernel.ptr<float>();
   return {weights + kernel.total() / 2, weights + kernel.total()};

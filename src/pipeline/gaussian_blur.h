@@ -26,6 +26,10 @@ inline int Reach(const Window& window) {
 // cache.
 inline constexpr int kStripColumns = 256;
 
+// The rows of a plane are divided into so many parts a thread, so that none waits long for another at the
+// end.
+inline constexpr int kStripesPerThread = 4;
+
 // The most columns that Widened makes of `columns`.
 constexpr int WidenedColumns(int columns, int reach) {
   return (columns + 2 * reach + 3 * kLanes) / kLanes * kLanes;

@@ -3,19 +3,19 @@
 #include <cstdint>
 #include <cstring>
 
+#include "image/image_buffer.h"
 #include "image/luminance.h"
 #include "pipeline/pixel_math.h"
 
 namespace lumvik {
 namespace {
 
-constexpr float kToUnit = static_cast<float>(1.0 / 65535.0);
 constexpr float kFullScale = 65535.0F;
 
 // The 16 bits at `shift` of a pixel read as one word, which vectorises better than four reads.
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "a pixel's red is the lowest part of its word");
 float UnitAt(uint64_t pixel, int shift) {
-  return static_cast<float>(static_cast<int>((pixel >> shift) & 0xFFFF)) * kToUnit;
+  return static_cast<float>(static_cast<int>((pixel >> shift) & 0xFFFF)) * kUnitPerCode;
 }
 
 // Rounds to nearest, ties to even, as OpenCV's conversion does: the low bits of a float near 2^23 are a whole

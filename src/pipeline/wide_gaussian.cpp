@@ -22,8 +22,6 @@ constexpr int kTapsBefore = kSmallReach - 1;  // of them before the one it lies 
 
 constexpr int kUsualStep = 2;  // that of clarity
 
-constexpr int kGridStripesPerThread = 4;
-
 // The widest grid on which the coarse Gaussian still has a smooth shape.
 constexpr double kMinCoarseSigma = 8.0;
 
@@ -183,7 +181,7 @@ WideGaussian::WideGaussian(const cv::Mat& plane, double sigma) : size_(plane.siz
         Sampler sampler(plane, step_, margin_, grid.cols);
         for (int y = rows.start; y < rows.end; ++y) sampler.Sample(y, grid.ptr<float>(y));
       },
-      cv::getNumThreads() * kGridStripesPerThread);
+      cv::getNumThreads() * kStripesPerThread);
   // What the blur mirrors at the grid's ends does not come nearer to the picture than the margins are wide.
   grid_ = Blurred(grid, window);
 }
