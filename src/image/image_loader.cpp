@@ -47,11 +47,12 @@ cv::Mat ReadImageFileUtf8(const std::string& path, int flag) {
 ImageBuffer LoadStandardImage(const std::string& path) {
   cv::Mat image = ReadImageFileUtf8(path, cv::IMREAD_COLOR);
   if (image.empty()) return {};
-  cv::cvtColor(image, image, cv::COLOR_BGR2RGB);
   const int long_side = std::max(image.cols, image.rows);
   if (long_side > kMaxLongSide) {
     ShrinkImage(image, static_cast<float>(kMaxLongSide) / static_cast<float>(long_side));
   }
+  // Once it is small: in place, cvtColor works on a copy.
+  cv::cvtColor(image, image, cv::COLOR_BGR2RGB);
   return ToImageBuffer(image);
 }
 

@@ -6,6 +6,7 @@
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
+#include "support/counting_allocator.h"
 #include "support/exif_jpeg.h"
 #include "support/file_bytes.h"
 #include "support/process_state.h"
@@ -176,6 +177,14 @@ TEST_F(ImageLoader, ReductionAveragesAreasBeforeWidening) {
     EXPECT_EQ(std::max(loaded.cols, loaded.rows), 4096);
     EXPECT_TRUE(SameBytes(loaded, Source(reduced))) << size;
   }
+}
+
+TEST_F(ImageLoader, ReductionKeepsOneImageOfTheFilesSize) {
+  const cv::Mat large(4096, 12288, CV_8UC3, cv::Scalar(40, 120, 200));
+  const std::string path = Write("a.png", large);
+  const CountingAllocator memory;
+  ASSERT_EQ(LoadStandardImage(path).size(), cv::Size(4096, 1365));
+  EXPECT_LT(memory.Peak(), large.total() * large.elemSize() * 5 / 4);
 }
 
 TEST_F(ImageLoader, ImagesOf4096KeepTheirSize) {
