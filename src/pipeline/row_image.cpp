@@ -77,8 +77,8 @@ template <typename Sample>
 RowKernel Reader(const cv::Mat& packed) {
   return [packed](const PixelRow& row) {
     const Sample* from = PixelsOf<Sample>(packed, row);
-    FetchNextRow(packed, row);
     ChangeRow([](const PixelRow& part, const Sample* pixels) { Load(pixels, part); }, row, from);
+    FetchNextRow(packed, row);
   };
 }
 

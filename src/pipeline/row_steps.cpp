@@ -162,10 +162,11 @@ std::unique_ptr<RowStream> MakeStream(const RowImage& image, const RowSteps& ste
   return stream;
 }
 
-int RowsPerChunk(int rows, const RowSteps& steps, int threads) {
+// That area stages read beside a chunk.
+int ExtraRows(const RowSteps& steps) {
   int extra = 0;
   for (const RowStep& step : steps) extra += 2 * ReachOf(step);
-  return std::max({rows / (kChunksPerThread * threads), extra * kRowsPerExtraRow, 1});
+  return extra;
 }
 
 void RunStrip(RowStream& stream, const RowKernel& store, Columns columns, cv::Range rows) {
@@ -181,7 +182,11 @@ void RunStrip(RowStream& stream, const RowKernel& store, Columns columns, cv::Ra
 
 void RunRowSteps(const RowImage& image, const RowSteps& steps, const RowKernel& store) {
   const int threads = std::max(cv::getNumThreads(), 1);
-  const int rows_per_chunk = RowsPerChunk(image.size.height, steps, threads);
+  const int extra_rows = ExtraRows(steps);
+  const int rows_per_chunk =
+      std::max({image.size.height / (kChunksPerThread * threads), extra_rows * kRowsPerExtraRow, 1});
+  // Where no row is read again for its neighbours, the order of memory is the fastest.
+  const int rows_per_strip = extra_rows == 0 ? 1 : rows_per_chunk;
   std::vector<std::unique_ptr<RowStream>> streams;
   streams.reserve(static_cast<size_t>(threads));
   for (int i = 0; i < threads; ++i) streams.push_back(MakeStream(image, steps));
@@ -190,8 +195,11 @@ void RunRowSteps(const RowImage& image, const RowSteps& steps, const RowKernel& 
   const auto run_chunks = [&](RowStream& stream) {
     for (int y = 0; (y = next_row.fetch_add(rows_per_chunk)) < image.size.height;) {
       const int end = std::min(y + rows_per_chunk, image.size.height);
-      for (int x = 0; x < image.size.width; x += kStripColumns) {
-        RunStrip(stream, store, {x, std::min(x + kStripColumns, image.size.width)}, {y, end});
+      for (int top = y; top < end; top += rows_per_strip) {
+        const cv::Range rows(top, std::min(top + rows_per_strip, end));
+        for (int x = 0; x < image.size.width; x += kStripColumns) {
+          RunStrip(stream, store, {x, std::min(x + kStripColumns, image.size.width)}, rows);
+        }
       }
     }
   };
