@@ -6,58 +6,17 @@
 #include <utility>
 
 #include "image/large_image.h"
-#include "image/vectorized.h"
 
 namespace lumvik {
-namespace {
-
-Window HalfOf(const cv::Mat& kernel) {
-  const auto* weights = kernel.ptr<float>();
-  return {weights + kernel.total() / 2, weights + kernel.total()};
-}
-
-// The weighted sums of 16 `vectors` neighbouring values from x on, and of those that lie k away from each on
-// either side, at the two addresses `pair(k)`.
-template <int vectors, typename Pair>
-void AddWeighted(const Window& window, const float* middle, const Pair& pair, int x, float* sums) {
-  Lanes added[vectors];
-  for (int v = 0; v < vectors; ++v) added[v] = LoadLanes(middle + x + v * kLanes) * window[0];
-  for (int k = 1; k <= Reach(window); ++k) {
-    const auto [before, after] = pair(k);
-    const float weight = window[static_cast<size_t>(k)];
-    for (int v = 0; v < vectors; ++v) {
-      const int at = x + v * kLanes;
-      added[v] += (LoadLanes(before + at) + LoadLanes(after + at)) * weight;
-    }
-  }
-  for (int v = 0; v < vectors; ++v) StoreLanes(added[v], sums + x + v * kLanes);
-}
-
-template <typename Pair>
-void AddWeighted(const Window& window, const float* middle, const Pair& pair, int columns, float* sums) {
-  int x = 0;
-  for (; x + 2 * kLanes <= columns; x += 2 * kLanes) AddWeighted<2>(window, middle, pair, x, sums);
-  for (; x + kLanes <= columns; x += kLanes) AddWeighted<1>(window, middle, pair, x, sums);
-  for (; x < columns; ++x) {
-    float sum = middle[x] * window[0];
-    for (int k = 1; k <= Reach(window); ++k) {
-      const auto [before, after] = pair(k);
-      sum += (before[x] + after[x]) * window[static_cast<size_t>(k)];
-    }
-    sums[x] = sum;
-  }
-}
-
-}  // namespace
-
 Window GaussianWindow(double sigma) {
   CV_Assert(sigma > 0);
   constexpr double kReachInSigmas = 4;  // OpenCV's for float images
-  return HalfOf(cv::getGaussianKernel(cvRound(sigma * kReachInSigmas * 2 + 1) | 1, sigma, CV_32F));
+  return GaussianWindow(cvRound(sigma * kReachInSigmas * 2 + 1) | 1, sigma);
 }
 
-Window GaussianWindow(int size) {
-  return HalfOf(cv::getGaussianKernel(size, 0, CV_32F));
+Window GaussianWindow(int size, double sigma) {
+  const cv::Mat kernel = cv::getGaussianKernel(size, sigma, CV_32F);
+  return {kernel.begin<float>() + size / 2, kernel.end<float>()};
 }
 
 Columns Columns::Widened(int reach, int frame_columns) const {
@@ -84,7 +43,7 @@ void RowBlur::BlurRows(Columns columns, float* blurred) {
         sums + held.first - columns.first);
   });
   const auto mirror = [&](int x) {
-    const int inside = cv::borderInterpolate(x, frame_columns_, cv::BORDER_REFLECT_101);
+    const int inside = Mirrored(x, frame_columns_);
     sums[x - columns.first] = sums[inside - columns.first];
   };
   for (int x = columns.first - reach; x < held.first; ++x) mirror(x);
@@ -103,7 +62,7 @@ cv::Mat Blurred(const cv::Mat& plane, const Window& window) {
     const int first_held = columns.Widened(Reach(window), plane.cols).first;
     for (int y = rows.start; y < rows.end; ++y) {
       const auto row_at = [&](int i) {
-        const int inside = cv::borderInterpolate(y + i, plane.rows, cv::BORDER_REFLECT_101);
+        const int inside = Mirrored(y + i, plane.rows);
         return plane.ptr<float>(inside) + first_held;
       };
       blur.Blur(row_at, columns, blurred.ptr<float>(y) + columns.first);

@@ -5,22 +5,14 @@
 #include <opencv2/core.hpp>
 #include <vector>
 
-#include "image/vectorized.h"
+#include "pipeline/window.h"
 
 namespace lumvik {
 
-// One half of a symmetric window: the weight of the middle, then those of its neighbours outward.
-using Window = std::vector<float>;
-
 // The windows of cv::GaussianBlur on float images: for a sigma, with the size that OpenCV derives from it
-// (throws for a sigma that is not positive); for an odd size, with the sigma that it derives.
+// (throws for a sigma that is not positive); for an odd size, with that sigma or the one that it derives.
 Window GaussianWindow(double sigma);
-Window GaussianWindow(int size);
-
-// So many rows a window reaches up and down.
-inline int Reach(const Window& window) {
-  return static_cast<int>(window.size()) - 1;
-}
+Window GaussianWindow(int size, double sigma = 0);
 
 // So many columns are blurred from top to bottom at a time: the rows that a window reaches stay in the first
 // cache.

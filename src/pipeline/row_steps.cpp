@@ -64,7 +64,8 @@ class AreaStream : public RowStream {
         reach_(Reach(kernel.window)),
         kept_rows_(std::min(2 * reach_ + 1, frame.height)),
         around_(static_cast<size_t>(2 * reach_ + 1)),
-        kept_(kept_rows_ * kPlanes, WidenedColumns(max_columns, reach_), CV_32F),
+        planes_(kernel.of == AreaKernel::Of::kLuminance ? kChannels + 1 : kChannels),
+        kept_(kept_rows_ * planes_, WidenedColumns(max_columns, reach_), CV_32F),
         blurred_(kColors, max_columns, CV_32F),
         blur_(kernel.window, frame.width, max_columns) {}
 
@@ -86,10 +87,9 @@ class AreaStream : public RowStream {
  private:
   static constexpr int kColors = 3;
   static constexpr int kLuminance = kChannels;
-  static constexpr int kPlanes = kChannels + 1;
 
   // The held columns of a kept row.
-  float* RowOf(int plane, int y) { return kept_.ptr<float>(y % kept_rows_ * kPlanes + plane); }
+  float* RowOf(int plane, int y) { return kept_.ptr<float>(y % kept_rows_ * planes_ + plane); }
 
   void MoveTo(const PixelRow& part) {
     const Columns columns = {part.x, part.x + part.columns};
@@ -110,7 +110,7 @@ class AreaStream : public RowStream {
   void BlurAround(int y) {
     const float** middle = around_.data() + reach_;
     for (int i = -reach_; i <= reach_; ++i) {
-      middle[i] = RowOf(0, cv::borderInterpolate(y + i, frame_.height, cv::BORDER_REFLECT_101));
+      middle[i] = RowOf(0, Mirrored(y + i, frame_.height));
     }
     const auto blur_plane = [&](int plane, int into) {
       const size_t offset = kept_.step1() * static_cast<size_t>(plane);
@@ -130,7 +130,8 @@ class AreaStream : public RowStream {
   int reach_;
   int kept_rows_;
   std::vector<const float*> around_;  // the first planes of the rows that the window reaches
-  cv::Mat kept_;                      // kPlanes for each row
+  int planes_;                        // of a row: its channels and, where that is blurred, the luminance
+  cv::Mat kept_;                      // all planes of each row
   cv::Mat blurred_;                   // of the current row
   RowBlur blur_;
   Columns columns_{0, 0};

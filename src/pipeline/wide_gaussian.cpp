@@ -33,11 +33,6 @@ int StepFor(double sigma) {
 
 using Weights = std::vector<float>;
 
-Weights SmallWindow(int step) {
-  const cv::Mat kernel = cv::getGaussianKernel(2 * kSmallReach * step + 1, kSmallSigma * step, CV_32F);
-  return {kernel.begin<float>(), kernel.end<float>()};
-}
-
 // For a pixel `phase` pixels behind a grid point: the weights of the kTaps points around it. Their sum is 1,
 // so that an even picture stays as it is.
 Weights Taps(int phase, int step) {
@@ -80,21 +75,36 @@ Window CoarseWindow(double sigma, int step) {
   return coarse;
 }
 
-// out[i] = the sum of weights[k] * row_at(k)[i]
-template <typename RowAt>
-void AddRows(const Weights& weights, const RowAt& row_at, int columns, float* out) {
-  const auto rows = static_cast<int>(weights.size());
+// out[i] = the sum of taps[k] * rows[k][i]
+void AddTaps(const Weights& taps, const float* const* rows, int columns, float* __restrict out) {
+  Lanes weights[kTaps] = {};
+  for (size_t k = 0; k < kTaps; ++k) weights[k] += taps[k];
   int x = 0;
   for (; x + kLanes <= columns; x += kLanes) {
-    Lanes sums = LoadLanes(row_at(0) + x) * weights[0];
-    for (int k = 1; k < rows; ++k) sums += LoadLanes(row_at(k) + x) * weights[static_cast<size_t>(k)];
+    Lanes sums = LoadLanes(rows[0] + x) * weights[0];
+    for (int k = 1; k < kTaps; ++k) sums += LoadLanes(rows[k] + x) * weights[k];
     StoreLanes(sums, out + x);
   }
   for (; x < columns; ++x) {
-    float sum = row_at(0)[x] * weights[0];
-    for (int k = 1; k < rows; ++k) sum += row_at(k)[x] * weights[static_cast<size_t>(k)];
+    float sum = rows[0][x] * taps[0];
+    for (size_t k = 1; k < kTaps; ++k) sum += rows[k][x] * taps[k];
     out[x] = sum;
   }
+}
+
+// Every step-th value of `line` side by side: those of each phase in a row of `phases`.
+inline void Separate(const float* line, int step, int length, float* __restrict phases) {
+  for (int phase = 0; phase < step; ++phase) {
+    for (int i = 0; i < length; ++i) phases[phase * length + i] = line[i * step + phase];
+  }
+}
+
+// The reverse, for rows of `most` values.
+inline void Interleave(const float* phases, int most, int step, int columns, float* __restrict line) {
+  for (int n = 0; n < columns / step; ++n) {
+    for (int i = 0; i < step; ++i) line[n * step + i] = phases[i * most + n];
+  }
+  for (int x = columns / step * step; x < columns; ++x) line[x] = phases[x % step * most + x / step];
 }
 
 // The plane smoothed by the small Gaussian, at the points of the grid alone.
@@ -105,28 +115,28 @@ class Sampler {
         step_(step),
         margin_(margin),
         points_(points),
-        window_(SmallWindow(step)),
-        rows_(window_.size()),
+        window_(GaussianWindow(2 * kSmallReach * step + 1, kSmallSigma * step)),
+        rows_(2 * window_.size() - 1),
         line_(static_cast<size_t>((points + 2 * kSmallReach) * step)),
-        phases_(line_.size()) {}
+        phases_(line_.size()) {
+    const int length = points + 2 * kSmallReach;
+    for (int k = 0; k <= 2 * Reach(window_); ++k) moved_.push_back(&phases_[k % step * length + k / step]);
+  }
 
   // One row of the grid: down the plane's columns, then along the row.
   void Sample(int grid_y, float* points) {
-    const int reach = kSmallReach * step_;
+    const int reach = Reach(window_);
     const int before = margin_ * step_ + reach;
-    for (size_t k = 0; k < rows_.size(); ++k) {
-      const int y = (grid_y - margin_) * step_ - reach + static_cast<int>(k);
-      rows_[k] = plane_.ptr<float>(cv::borderInterpolate(y, plane_.rows, cv::BORDER_REFLECT_101));
+    const float** middle = rows_.data() + reach;
+    for (int k = -reach; k <= reach; ++k) {
+      const int y = (grid_y - margin_) * step_ + k;
+      middle[k] = plane_.ptr<float>(Mirrored(y, plane_.rows));
     }
-    Vectorized([&] {
-      const float* const* rows = rows_.data();
-      AddRows(
-          window_, [rows](int k) { return rows[k]; }, plane_.cols, line_.data() + before);
-    });
     float* const first = line_.data() + before;
+    Vectorized([&] { AddSymmetric(middle, plane_.cols, first); });
     const int behind = static_cast<int>(line_.size()) - before;
     for (int x = -before; x < behind; x = x == -1 ? plane_.cols : x + 1) {
-      first[x] = first[cv::borderInterpolate(x, plane_.cols, cv::BORDER_REFLECT_101)];
+      first[x] = first[Mirrored(x, plane_.cols)];
     }
     AlongLine(points);
   }
@@ -135,33 +145,32 @@ class Sampler {
   // Every step_-th pixel side by side, so that neighbouring grid points have neighbouring addresses.
   void AlongLine(float* points) {
     const int length = points_ + 2 * kSmallReach;
-    const float* const line = line_.data();
-    float* const phases = phases_.data();
-    for (int phase = 0; phase < step_; ++phase) {
-      for (int i = 0; i < length; ++i) {
-        phases[phase * length + i] = line[i * step_ + phase];
+    Vectorized([&] {
+      // A step known beforehand lets the compiler shuffle whole vectors.
+      if (step_ == kUsualStep) {
+        Separate(line_.data(), kUsualStep, length, phases_.data());
+      } else {
+        Separate(line_.data(), step_, length, phases_.data());
       }
-    }
-    const auto phase_row = [=, step = step_](int k) { return phases + k % step * length + k / step; };
-    Vectorized([&] { AddRows(window_, phase_row, points_, points); });
+      AddSymmetric(moved_.data() + Reach(window_), points_, points);
+    });
+  }
+
+  void AddSymmetric(const float* const* middle, int columns, float* sums) const {
+    AddWeighted(
+        window_, middle[0], [=](int k) { return std::pair(middle[-k], middle[k]); }, columns, sums);
   }
 
   const cv::Mat& plane_;
   int step_;
   int margin_;
   int points_;
-  Weights window_;
-  std::vector<const float*> rows_;  // that the window reaches
-  std::vector<float> line_;         // a row with its mirrored ends
-  std::vector<float> phases_;
+  Window window_;
+  std::vector<const float*> rows_;   // that the window reaches
+  std::vector<float> line_;          // a row with its mirrored ends
+  std::vector<float> phases_;        // the same, every step_-th value side by side
+  std::vector<const float*> moved_;  // there, from the first value on, from the second on, ...
 };
-
-inline void Interleave(const float* same_phase, int most, int step, int columns, float* __restrict out) {
-  for (int n = 0; n < columns / step; ++n) {
-    for (int i = 0; i < step; ++i) out[n * step + i] = same_phase[i * most + n];
-  }
-  for (int x = columns / step * step; x < columns; ++x) out[x] = same_phase[x % step * most + x / step];
-}
 
 // As many points as cover a side of the plane, with the margins.
 int PointsFor(int pixels, int step, int margin) {
@@ -188,23 +197,23 @@ WideGaussian::WideGaussian(const cv::Mat& plane, double sigma) : size_(plane.siz
 
 void WideGaussian::Read(int x, int y, int columns, float* blurred) const {
   const int first_point = x / step_;
-  const int points = (x + columns - 1) / step_ - first_point + kTaps;
-  float line[kMaxPart + kTaps];
+  // Whole vectors: the grid has more margin than that.
+  const int points = ((x + columns - 1) / step_ - first_point + kTaps + kLanes - 1) / kLanes * kLanes;
+  float line[kMaxPart + kTaps + kLanes];
   float same_phase[2 * kMaxPart];
-  const auto grid_row = [&](int k) {
-    return grid_.ptr<float>(y / step_ + margin_ - kTapsBefore + k) + first_point + margin_ - kTapsBefore;
-  };
+  const float* rows[kTaps];
+  for (int k = 0; k < kTaps; ++k) {
+    rows[k] = grid_.ptr<float>(y / step_ + margin_ - kTapsBefore + k) + first_point + margin_ - kTapsBefore;
+  }
   Vectorized([&] {
-    AddRows(taps_[static_cast<size_t>(y % step_)], grid_row, points, line);
+    AddTaps(taps_[static_cast<size_t>(y % step_)], rows, points, line);
     const int most = (columns - 1) / step_ + 1;
     for (int i = 0; i < std::min(step_, columns); ++i) {
-      const float* from = line + ((x + i) / step_ - first_point);
-      const int count = (columns - 1 - i) / step_ + 1;
-      AddRows(
-          taps_[static_cast<size_t>((x + i) % step_)], [=](int k) { return from + k; }, count,
-          same_phase + i * most);
+      const float* moved[kTaps];
+      for (int k = 0; k < kTaps; ++k) moved[k] = line + ((x + i) / step_ - first_point + k);
+      AddTaps(taps_[static_cast<size_t>((x + i) % step_)], moved, (columns - 1 - i) / step_ + 1,
+              same_phase + i * most);
     }
-    // A step known beforehand lets the compiler shuffle whole vectors.
     if (step_ == kUsualStep && columns % step_ == 0) {
       Interleave(same_phase, most, kUsualStep, columns, blurred);
     } else {
