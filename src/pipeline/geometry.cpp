@@ -67,16 +67,25 @@ RowImage Rotated(const cv::Mat& working, float degrees) {
   cv::Matx23d forward = cv::getRotationMatrix2D(centre, static_cast<double>(degrees), 1.0);
   cv::Matx23d back;
   cv::invertAffineTransform(forward, back);
-  return Sampled(working, [back](const PixelRow& part, Places& places) {
-    constexpr double kFine = 1 << kFineBits;
+  constexpr double kFine = 1 << kFineBits;
+  std::vector<int> along_x(static_cast<size_t>(working.cols));
+  std::vector<int> along_y(along_x.size());
+  for (int x = 0; x < working.cols; ++x) {
+    along_x[static_cast<size_t>(x)] = cvRound(back(0, 0) * x * kFine);
+    along_y[static_cast<size_t>(x)] = cvRound(back(1, 0) * x * kFine);
+  }
+  return Sampled(working, [=](const PixelRow& part, Places& places) {
     constexpr int kHalfPlace = 1 << (kFineToPlace - 1);
     const int row_x = cvRound((back(0, 1) * part.y + back(0, 2)) * kFine) + kHalfPlace;
     const int row_y = cvRound((back(1, 1) * part.y + back(1, 2)) * kFine) + kHalfPlace;
-    for (int i = 0; i < part.columns; ++i) {
-      const double x = part.x + i;
-      places.x[i] = WrappingSum(row_x, cvRound(back(0, 0) * x * kFine)) >> kFineToPlace;
-      places.y[i] = WrappingSum(row_y, cvRound(back(1, 0) * x * kFine)) >> kFineToPlace;
-    }
+    const int* column_x = along_x.data() + part.x;
+    const int* column_y = along_y.data() + part.x;
+    Vectorized([&, columns = part.columns] {
+      for (int i = 0; i < columns; ++i) {
+        places.x[i] = WrappingSum(row_x, column_x[i]) >> kFineToPlace;
+        places.y[i] = WrappingSum(row_y, column_y[i]) >> kFineToPlace;
+      }
+    });
   });
 }
 

@@ -43,7 +43,7 @@ void AddBand(float centre, HslBand band, int columns, Part& part) {
   for (int i = 0; i < columns; ++i) {
     const float apart = std::fabs(part.hue[i] - centre);
     const float distance = apart > 0.5F ? 1.0F - apart : apart;
-    const float weight = 1.0F - distance / kReach;
+    const float weight = 1.0F - distance * (1.0F / kReach);
     const bool reached = distance < kReach && weight >= kMinWeight;
     part.weight[i] += reached ? weight : 0.0F;
     part.hue_shift[i] += reached ? weight * band.hue : 0.0F;
@@ -54,9 +54,9 @@ void AddBand(float centre, HslBand band, int columns, Part& part) {
 
 void ShiftColors(const Part& part, const PixelRow& row) {
   for (int i = 0; i < row.columns; ++i) {
-    const float h = FractionOf(part.hue[i] + part.hue_shift[i] / 360.0F + 2.0F);
-    const float s = ClampUnit((part.saturation_shift[i] / 100.0F + 1.0F) * part.saturation[i]);
-    const float l = ClampUnit(part.lightness[i] + part.luminance_shift[i] / 200.0F);
+    const float h = FractionOf(part.hue[i] + part.hue_shift[i] * (1.0F / 360.0F) + 2.0F);
+    const float s = ClampUnit((part.saturation_shift[i] * (1.0F / 100.0F) + 1.0F) * part.saturation[i]);
+    const float l = ClampUnit(part.lightness[i] + part.luminance_shift[i] * (1.0F / 200.0F));
     const RgbColor rgb = hsl_to_rgb(h, s, l);
     const bool shifted = part.saturation[i] >= kMinSaturation && part.weight[i] >= kMinWeight;
     row.red[i] = Choose(shifted, rgb.r, row.red[i]);
