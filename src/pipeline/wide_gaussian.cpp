@@ -75,20 +75,29 @@ Window CoarseWindow(double sigma, int step) {
   return coarse;
 }
 
-// out[i] = the sum of taps[k] * rows[k][i]
-void AddTaps(const Weights& taps, const float* const* rows, int columns, float* __restrict out) {
-  Lanes weights[kTaps] = {};
-  for (size_t k = 0; k < kTaps; ++k) weights[k] += taps[k];
+// out[n * room + i] = the sum of taps[n][k] * rows[k][i], for several n at a time since they share the rows.
+template <size_t kOutputs>
+void AddTaps(const Weights* taps, const float* const* rows, int columns, int room, float* __restrict out) {
+  Lanes weights[kOutputs][kTaps] = {};
+  for (size_t n = 0; n < kOutputs; ++n) {
+    for (size_t k = 0; k < kTaps; ++k) weights[n][k] += taps[n][k];
+  }
   int x = 0;
   for (; x + kLanes <= columns; x += kLanes) {
-    Lanes sums = LoadLanes(rows[0] + x) * weights[0];
-    for (int k = 1; k < kTaps; ++k) sums += LoadLanes(rows[k] + x) * weights[k];
-    StoreLanes(sums, out + x);
+    Lanes sums[kOutputs];
+    for (size_t n = 0; n < kOutputs; ++n) sums[n] = LoadLanes(rows[0] + x) * weights[n][0];
+    for (size_t k = 1; k < kTaps; ++k) {
+      const Lanes values = LoadLanes(rows[k] + x);
+      for (size_t n = 0; n < kOutputs; ++n) sums[n] += values * weights[n][k];
+    }
+    for (size_t n = 0; n < kOutputs; ++n) StoreLanes(sums[n], out + static_cast<int>(n) * room + x);
   }
   for (; x < columns; ++x) {
-    float sum = rows[0][x] * taps[0];
-    for (size_t k = 1; k < kTaps; ++k) sum += rows[k][x] * taps[k];
-    out[x] = sum;
+    for (size_t n = 0; n < kOutputs; ++n) {
+      float sum = rows[0][x] * taps[n][0];
+      for (size_t k = 1; k < kTaps; ++k) sum += rows[k][x] * taps[n][k];
+      out[static_cast<int>(n) * room + x] = sum;
+    }
   }
 }
 
@@ -205,20 +214,24 @@ void WideGaussian::Read(int x, int y, int columns, float* blurred) const {
   for (int k = 0; k < kTaps; ++k) {
     rows[k] = grid_.ptr<float>(y / step_ + margin_ - kTapsBefore + k) + first_point + margin_ - kTapsBefore;
   }
+  const float* moved[kTaps];
+  for (int k = 0; k < kTaps; ++k) moved[k] = line + k;
+  const int most = (columns - 1) / step_ + 1;
   Vectorized([&] {
-    AddTaps(taps_[static_cast<size_t>(y % step_)], rows, points, line);
-    const int most = (columns - 1) / step_ + 1;
+    AddTaps<1>(&taps_[static_cast<size_t>(y % step_)], rows, points, 0, line);
+    // A step known beforehand lets the compiler shuffle whole vectors.
+    if (step_ == kUsualStep && x % step_ == 0 && columns % step_ == 0) {
+      AddTaps<kUsualStep>(taps_.data(), moved, most, most, same_phase);
+      return Interleave(same_phase, most, kUsualStep, columns, blurred);
+    }
     for (int i = 0; i < std::min(step_, columns); ++i) {
-      const float* moved[kTaps];
-      for (int k = 0; k < kTaps; ++k) moved[k] = line + ((x + i) / step_ - first_point + k);
-      AddTaps(taps_[static_cast<size_t>((x + i) % step_)], moved, (columns - 1 - i) / step_ + 1,
-              same_phase + i * most);
+      const int first = (x + i) / step_ - first_point;
+      const float* from[kTaps];
+      for (int k = 0; k < kTaps; ++k) from[k] = moved[k] + first;
+      AddTaps<1>(&taps_[static_cast<size_t>((x + i) % step_)], from, (columns - 1 - i) / step_ + 1, 0,
+                 same_phase + i * most);
     }
-    if (step_ == kUsualStep && columns % step_ == 0) {
-      Interleave(same_phase, most, kUsualStep, columns, blurred);
-    } else {
-      Interleave(same_phase, most, step_, columns, blurred);
-    }
+    Interleave(same_phase, most, step_, columns, blurred);
   });
 }
 
