@@ -18,9 +18,12 @@ inline int Reach(const Window& window) {
 }
 
 // The position within 0..count - 1 that stands at `at`, also before and behind them: mirrored without the one
-// at the end. OpenCV's function takes a while for a position that lies within.
+// at the end, as cv::borderInterpolate does it, which takes longer.
 inline int Mirrored(int at, int count) {
-  return at >= 0 && at < count ? at : cv::borderInterpolate(at, count, cv::BORDER_REFLECT_101);
+  const int behind = at < count ? at : 2 * (count - 1) - at;
+  const int inside = at < 0 ? -at : behind;
+  const bool once = inside >= 0 && inside < count;
+  return once ? inside : cv::borderInterpolate(at, count, cv::BORDER_REFLECT_101);
 }
 
 // The weighted sums of 16 `vectors` neighbouring values from x on, and of those at the same place in the rows
