@@ -4,6 +4,7 @@
 #include <cmath>
 #include <opencv2/core/utility.hpp>
 #include <opencv2/imgproc.hpp>
+#include <utility>
 
 #include "image/large_image.h"
 #include "image/vectorized.h"
@@ -129,7 +130,8 @@ class Sampler {
         line_(static_cast<size_t>((points + 2 * kSmallReach) * step)),
         phases_(line_.size()) {
     const int length = points + 2 * kSmallReach;
-    for (int k = 0; k <= 2 * Reach(window_); ++k) moved_.push_back(&phases_[k % step * length + k / step]);
+    for (int k = 0; k <= 2 * Reach(window_); ++k)
+      moved_.push_back(phases_.data() + k % step * length + k / step);
   }
 
   // One row of the grid: down the plane's columns, then along the row.
