@@ -8,6 +8,7 @@
 #include "image/large_image.h"
 
 namespace lumvik {
+
 Window GaussianWindow(double sigma) {
   CV_Assert(sigma > 0);
   constexpr double kReachInSigmas = 4;  // OpenCV's for float images
