@@ -21,7 +21,11 @@ RowKernel Brightness(float brightness) {
   const float exponent = BrightnessExponent(brightness);
   // A brightness too small to move the exponent must not cost the last bits of every value.
   if (brightness == 0.0F || exponent == 1.0F) return {};
-  return EachValue([exponent](float value) { return FastPow(value, exponent); });
+  return MakeRowKernel([exponent](const PixelRow& row) {
+    for (float* values : {row.red, row.green, row.blue}) {
+      RaiseToPower(values, row.columns, [exponent](float) { return exponent; });
+    }
+  });
 }
 
 }  // namespace lumvik

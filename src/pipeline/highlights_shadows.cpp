@@ -26,10 +26,10 @@ struct Zones {
   Bounds gain = {0.3F, 2.0F};
 };
 
-float Lifted(float luminance, const Zones& zones) {
+float ShadowGamma(float luminance, const Zones& zones) {
   const float depth = (kShadowTop - luminance) * (1.0F / kShadowTop);
   const float gamma = 1.0F / (depth * depth * zones.shadows * kShadowStrength + 1.0F);
-  return FastPow(luminance, Clamp(gamma, zones.gamma.least, zones.gamma.most));
+  return Clamp(gamma, zones.gamma.least, zones.gamma.most);
 }
 
 float HighlightGain(float luminance, const Zones& zones) {
@@ -38,12 +38,26 @@ float HighlightGain(float luminance, const Zones& zones) {
   return Clamp(gain, zones.gain.least, zones.gain.most);
 }
 
+// Luminances of a part of a row, as they are and raised as if all were shadows.
+struct Part {
+  float before[kMaxPart];
+  float lifted[kMaxPart];
+};
+
 template <bool kHighlights, bool kShadows>
 void Reshape(const PixelRow& row, const Zones& zones) {
+  Part part;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled as far as it is read
   for (int i = 0; i < row.columns; ++i) {
-    const float before = Luminance(row.red[i], row.green[i], row.blue[i]);
+    part.before[i] = Luminance(row.red[i], row.green[i], row.blue[i]);
+    if constexpr (kShadows) part.lifted[i] = part.before[i];
+  }
+  if constexpr (kShadows) {
+    RaiseToPower(part.lifted, row.columns, [&zones](float luminance) { return ShadowGamma(luminance, zones); });
+  }
+  for (int i = 0; i < row.columns; ++i) {
+    const float before = part.before[i];
     float after = before;
-    if constexpr (kShadows) after = Choose(before < kShadowTop, Lifted(before, zones), before);
+    if constexpr (kShadows) after = Choose(before < kShadowTop, part.lifted[i], before);
     // The zones overlap; which of them a pixel lies in is decided by its luminance before either acts.
     if constexpr (kHighlights) {
       const float pulled = ClampUnit(HighlightGain(before, zones) * after);

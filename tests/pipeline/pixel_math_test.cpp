@@ -44,28 +44,41 @@ TEST(FastExp2, StaysWithinItsErrorAndSaturates) {
   EXPECT_GE(FastExp2(1000.0F), 1.7e38F);
 }
 
-TEST(FastPow, StaysWithinItsErrorForEvery16BitValue) {
+float Power(float value, float exponent) {
+  RaiseToPower(&value, 1, [exponent](float) { return exponent; });
+  return value;
+}
+
+TEST(RaiseToPower, StaysWithinItsErrorForEvery16BitValue) {
   double largest = 0;
   for (const float exponent : {0.1F, 0.37F, 0.5F, 2.0F / 3.0F, 0.99F, 1.01F, 1.5F, 2.0F, 3.3F, 10.0F}) {
     for (int code = 1; code <= 65535; ++code) {
       const float x = static_cast<float>(code) / 65535.0F;
       const double exact = std::pow(static_cast<double>(x), static_cast<double>(exponent));
-      largest = std::max(largest, std::fabs(FastPow(x, exponent) - exact));
+      largest = std::max(largest, std::fabs(Power(x, exponent) - exact));
     }
   }
   EXPECT_LT(largest, 2e-7);
 }
 
-TEST(FastPow, AgreesWithOpenCvAtZero) {
-  cv::Mat power(1, 1, CV_32F, cv::Scalar(0));
-  cv::pow(power, 0.1, power);
-  EXPECT_NEAR(FastPow(0.0F, 0.1F), power.at<float>(0), 1e-9);
-  EXPECT_LT(FastPow(0.0F, 0.5F), 1e-18F);
+TEST(RaiseToPower, TakesTheExponentOfEachValue) {
+  float values[] = {0.25F, 0.5F, 0.75F};
+  RaiseToPower(values, 2, [](float value) { return value < 0.3F ? 0.5F : 2.0F; });
+  EXPECT_NEAR(values[0], 0.5F, 2e-7);
+  EXPECT_NEAR(values[1], 0.25F, 2e-7);
+  EXPECT_EQ(values[2], 0.75F);
 }
 
-TEST(FastPow, TakesTheMagnitudeAndKeepsOne) {
-  EXPECT_EQ(FastPow(-0.25F, 0.5F), FastPow(0.25F, 0.5F));
-  EXPECT_EQ(FastPow(1.0F, 7.3F), 1.0F);
+TEST(RaiseToPower, AgreesWithOpenCvAtZero) {
+  cv::Mat power(1, 1, CV_32F, cv::Scalar(0));
+  cv::pow(power, 0.1, power);
+  EXPECT_NEAR(Power(0.0F, 0.1F), power.at<float>(0), 1e-9);
+  EXPECT_LT(Power(0.0F, 0.5F), 1e-18F);
+}
+
+TEST(RaiseToPower, TakesTheMagnitudeAndKeepsOne) {
+  EXPECT_EQ(Power(-0.25F, 0.5F), Power(0.25F, 0.5F));
+  EXPECT_EQ(Power(1.0F, 7.3F), 1.0F);
 }
 
 }  // namespace
