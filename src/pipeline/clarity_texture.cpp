@@ -12,9 +12,18 @@ constexpr float kClarityGain = 0.3F;
 constexpr double kTextureSigma = 3.0;
 constexpr float kTextureGain = 0.2F;
 
-// Both add detail of the luminance before either acted. A gain of 0 adds nothing.
-void AddDetail(const PixelRow& row, float clarity, const float* wide_blur, float texture,
-               const float* narrow_blur) {
+void AddDetail(const PixelRow& row, float gain, const float* blur) {
+  for (int i = 0; i < row.columns; ++i) {
+    const float detail = (Luminance(row.red[i], row.green[i], row.blue[i]) - blur[i]) * gain;
+    row.red[i] = SaturateUnit(row.red[i] + detail);
+    row.green[i] = SaturateUnit(row.green[i] + detail);
+    row.blue[i] = SaturateUnit(row.blue[i] + detail);
+  }
+}
+
+// Both of the luminance before either acted.
+void AddDetails(const PixelRow& row, float clarity, const float* wide_blur, float texture,
+                const float* narrow_blur) {
   for (int i = 0; i < row.columns; ++i) {
     const float luminance = Luminance(row.red[i], row.green[i], row.blue[i]);
     const float coarse = (luminance - wide_blur[i]) * clarity;
@@ -25,30 +34,42 @@ void AddDetail(const PixelRow& row, float clarity, const float* wide_blur, float
   }
 }
 
+float ClarityGain(float clarity) {
+  return clarity / 100.0F * kClarityGain;
+}
+
+float TextureGain(float texture) {
+  return texture / 100.0F * kTextureGain;
+}
+
 }  // namespace
 
 AreaKernel Texture(float texture) {
-  const float gain = texture / 100.0F * kTextureGain;
   return BesideBlurredLuminance(
       GaussianWindow(kTextureSigma),
-      [gain](const PixelRow& row, const float* blur) { AddDetail(row, 0.0F, blur, gain, blur); });
+      [gain = TextureGain(texture)](const PixelRow& row, const float* blur) { AddDetail(row, gain, blur); });
 }
 
 RowStep ClarityTexture(const cv::Mat& luminance, float clarity, float texture) {
-  const float coarse_gain = clarity / 100.0F * kClarityGain;
-  const float fine_gain = texture / 100.0F * kTextureGain;
-  const WideGaussian wide(luminance, kClaritySigma);
-  const auto add = [=](const PixelRow& row, const float* narrow_blur) {
+  const auto beside_wide_blur = [wide = WideGaussian(luminance, kClaritySigma)](
+                                    const PixelRow& row, const auto& change, auto... values) {
     float wide_blur[kMaxPart];
     wide.Read(row.x, row.y, row.columns, wide_blur);
-    const auto add_detail = [=](const PixelRow& part, const float* coarse, const float* fine) {
-      AddDetail(part, coarse_gain, coarse, fine_gain, fine == nullptr ? coarse : fine);
-    };
-    ChangeRow(add_detail, row, static_cast<const float*>(wide_blur), narrow_blur);
+    ChangeRow(change, row, static_cast<const float*>(wide_blur), values...);
   };
-  if (texture == 0.0F) return RowKernel([add](const PixelRow& row) { add(row, nullptr); });
-  return AreaKernel{GaussianWindow(kTextureSigma), AreaKernel::Of::kLuminance,
-                    [add](const PixelRow& row, const float* const* blurred) { add(row, blurred[0]); }};
+  const float coarse = ClarityGain(clarity);
+  if (texture == 0.0F) {
+    return RowKernel([=](const PixelRow& row) {
+      beside_wide_blur(row, [=](const PixelRow& part, const float* blur) { AddDetail(part, coarse, blur); });
+    });
+  }
+  const float fine = TextureGain(texture);
+  const auto add_both = [=](const PixelRow& part, const float* wide_blur, const float* narrow_blur) {
+    AddDetails(part, coarse, wide_blur, fine, narrow_blur);
+  };
+  return AreaKernel{
+      GaussianWindow(kTextureSigma), AreaKernel::Of::kLuminance,
+      [=](const PixelRow& row, const float* const* blurred) { beside_wide_blur(row, add_both, blurred[0]); }};
 }
 
 }  // namespace lumvik
