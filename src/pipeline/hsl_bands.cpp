@@ -35,20 +35,27 @@ void SplitColors(const PixelRow& row, Part& part) {
     part.hue[i] = color.h;
     part.saturation[i] = color.s;
     part.lightness[i] = color.l;
-    part.weight[i] = part.hue_shift[i] = part.saturation_shift[i] = part.luminance_shift[i] = 0;
   }
 }
 
-void AddBand(float centre, HslBand band, int columns, Part& part) {
+void AddBands(const Bands& bands, int columns, Part& part) {
   for (int i = 0; i < columns; ++i) {
-    const float apart = std::fabs(part.hue[i] - centre);
-    const float distance = apart > 0.5F ? 1.0F - apart : apart;
-    const float weight = 1.0F - distance * (1.0F / kReach);
-    const bool reached = distance < kReach && weight >= kMinWeight;
-    part.weight[i] += reached ? weight : 0.0F;
-    part.hue_shift[i] += reached ? weight * band.hue : 0.0F;
-    part.saturation_shift[i] += reached ? weight * band.saturation : 0.0F;
-    part.luminance_shift[i] += reached ? weight * band.luminance : 0.0F;
+    float sum = 0;
+    HslBand shift;
+    for (size_t band = 0; band < kHslBandCount; ++band) {
+      const float apart = std::fabs(part.hue[i] - kCentres[band]);
+      const float distance = std::min(apart, 1.0F - apart);
+      const float reaching = 1.0F - distance * (1.0F / kReach);
+      const float weight = reaching >= kMinWeight ? reaching : 0.0F;
+      sum += weight;
+      shift.hue += weight * bands[band].hue;
+      shift.saturation += weight * bands[band].saturation;
+      shift.luminance += weight * bands[band].luminance;
+    }
+    part.weight[i] = sum;
+    part.hue_shift[i] = shift.hue;
+    part.saturation_shift[i] = shift.saturation;
+    part.luminance_shift[i] = shift.luminance;
   }
 }
 
@@ -68,7 +75,7 @@ void ShiftColors(const Part& part, const PixelRow& row) {
 void ShiftRow(const PixelRow& row, const Bands& bands) {
   Part part;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled by the next line, as far as it is read
   SplitColors(row, part);
-  for (size_t band = 0; band < bands.size(); ++band) AddBand(kCentres[band], bands[band], row.columns, part);
+  AddBands(bands, row.columns, part);
   ShiftColors(part, row);
 }
 

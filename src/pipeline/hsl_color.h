@@ -22,6 +22,8 @@ struct RgbColor {
   float b;
 };
 
+inline constexpr float kSixth = 1.0F / 6.0F;  // divisions are what limits these conversions
+
 // What is left of a value after its whole part is cut off: std::fmod(value, 1), which would not vectorise.
 inline float FractionOf(float value) {
   return value - std::trunc(value);
@@ -41,7 +43,7 @@ inline HslColor rgb_to_hsl(float r, float g, float b) {
   const bool green = largest == g;
   const float beyond_red = green ? b - r : r - g;
   const float primary = red ? 0.0F : (green ? 2.0F : 4.0F);
-  const float h = ((red ? g - b : beyond_red) / spread + primary) / 6.0F;
+  const float h = ((red ? g - b : beyond_red) / spread + primary) * kSixth;
   const float hue = h < 0.0F ? h + 1.0F : h;
   const bool grey = spread < kGreySpread;
   return {grey ? 0.0F : hue, grey ? 0.0F : s, l};
@@ -60,7 +62,7 @@ inline RgbColor hsl_to_rgb(float h, float s, float l) {
   // Sixths of a turn, -5..5. A component is largest near its own two and smallest opposite; the comparisons
   // are of distances because a choice between many cases does not vectorise.
   const float whole = std::trunc(sixths);
-  const float sector = whole - 6.0F * std::trunc(whole / 6.0F);
+  const float sector = whole - 6.0F * std::trunc(whole * kSixth);
   const float from_cyan = std::fabs(sector - 2.5F);
   const float from_green = std::fabs(sector - 1.5F);
   const float from_blue = std::fabs(sector - 3.5F);
