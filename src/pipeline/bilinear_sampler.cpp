@@ -1,5 +1,6 @@
 #include "pipeline/bilinear_sampler.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace lumvik {
@@ -76,6 +77,9 @@ void SamplePlaces(const Source& source, const Places& places, const CornerWeight
       const float* top = source.At(x, y);
       const float* bottom = top + source.step;
       Mix(top, top + kChannels, bottom, bottom + kChannels, weights, i, mixed);
+      // Of the next row's places most lie there, in another page, where the processor does not look by
+      // itself.
+      __builtin_prefetch(source.At(x, std::min(y + 2, source.rows - 1)));
     } else {
       MixMirrored(source, x, y, weights, i, mixed);
     }

@@ -86,6 +86,7 @@ template <typename Sample>
 RowKernel Writer(const cv::Mat& packed) {
   return [packed](const PixelRow& row) {
     ChangeRow([](const PixelRow& part, Sample* to) { Store(part, to); }, row, PixelsOf<Sample>(packed, row));
+    FetchNextRow(packed, row);
   };
 }
 

@@ -42,9 +42,9 @@ void ChangeRow(const Change& change, const PixelRow& row, Values... values) {
   });
 }
 
-// Asks for the pixels below those of `row`: rows are read a strip of columns at a time, and to another page
-// the processor does not look ahead by itself. GCC takes a function that does nothing else for one without
-// effect, and drops its calls unless they are inlined at once.
+// Asks for the pixels below those of `row`: rows are passed through a strip of columns at a time, and to
+// another page the processor does not look ahead by itself. GCC takes a function that does nothing else for
+// one without effect, and drops its calls unless they are inlined at once.
 [[gnu::always_inline]] inline void FetchNextRow(const cv::Mat& image, const PixelRow& row) {
   constexpr size_t kCacheLine = 64;
   if (row.y + 1 >= image.rows) return;
