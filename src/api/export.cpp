@@ -18,32 +18,18 @@ constexpr int kDeepPngBits = 16;
 
 constexpr int kRowsAtOnce = 8;  // what is made on the way stays in the cache
 
-// In the encoders' channel order, blue first. On all threads, each with a `convert` of its own: the encoder
-// uses one, and beside it a conversion of the whole image would be felt.
-template <typename Convert>
-cv::Mat ToBgr(const ImageBuffer& image, int type, const Convert& convert) {
-  cv::Mat bgr = LargeImage(image.size(), type);
+// In the encoders' channel order, blue first. On all threads: the encoder uses one, and beside it a
+// conversion of the whole image would be felt.
+cv::Mat ToBgr16(const ImageBuffer& image) {
+  cv::Mat bgr = LargeImage(image.size(), CV_16UC3);
   cv::parallel_for_(cv::Range(0, image.rows), [&](const cv::Range& range) {
-    Convert own_convert = convert;
     for (int y = range.start; y < range.end; y += kRowsAtOnce) {
       const cv::Range part(y, std::min(y + kRowsAtOnce, range.end));
       cv::Mat rows = bgr.rowRange(part);
-      own_convert(image.rowRange(part), rows);
+      cv::cvtColor(ToRgb16(image.rowRange(part)), rows, cv::COLOR_RGB2BGR);
     }
   });
   return bgr;
-}
-
-cv::Mat ToBgr8(const ImageBuffer& image) {
-  return ToBgr(image, CV_8UC3, [rgba = cv::Mat()](const cv::Mat& from, cv::Mat& to) mutable {
-    ToRgba8(from, rgba);
-    cv::cvtColor(rgba, to, cv::COLOR_RGBA2BGR);
-  });
-}
-
-cv::Mat ToBgr16(const ImageBuffer& image) {
-  return ToBgr(image, CV_16UC3,
-               [](const cv::Mat& from, cv::Mat& to) { cv::cvtColor(ToRgb16(from), to, cv::COLOR_RGB2BGR); });
 }
 
 // `convert` makes what the encoder takes from the rendered image; `failure` is the text of a failed write.

@@ -5,6 +5,7 @@
 #include <opencv2/imgproc.hpp>
 #include <stdexcept>
 
+#include "image/large_image.h"
 #include "image/vectorized.h"
 
 namespace lumvik {
@@ -19,14 +20,24 @@ cv::Mat Widened(const cv::Mat& image) {
   return wide;
 }
 
-// Each 1/257 of its value, to nearest; a tie cannot occur. With t = value + 128 that is (t - t / 256) / 256,
-// and without the sums that 16 bits cannot hold it takes half as long as OpenCV's way through float.
-void Narrow(const uint16_t* from, size_t count, uint8_t* __restrict to) {
-  for (size_t i = 0; i < count; ++i) {
-    const int t_high = ((from[i] >> 1) + 64) >> 7;
-    const auto quotient = static_cast<uint16_t>(from[i] - t_high + 128);
-    to[i] = static_cast<uint8_t>(quotient >> 8);
-  }
+// 1/257 of the value, to nearest; a tie cannot occur. With t = value + 128 that is (t - t / 256) / 256, and
+// without the sums that 16 bits cannot hold it takes half as long as OpenCV's way through float.
+uint8_t Narrowed(uint16_t value) {
+  const int t_high = ((value >> 1) + 64) >> 7;
+  const auto quotient = static_cast<uint16_t>(value - t_high + 128);
+  return static_cast<uint8_t>(quotient >> 8);
+}
+
+// Calls `convert(from, to, columns)` for the rows of both, on all threads.
+template <typename Convert>
+void ConvertRows(const ImageBuffer& image, cv::Mat& converted, const Convert& convert) {
+  cv::parallel_for_(cv::Range(0, image.rows), [&](const cv::Range& range) {
+    Vectorized([&] {
+      for (int y = range.start; y < range.end; ++y) {
+        convert(image.ptr<uint16_t>(y), converted.ptr(y), image.cols);
+      }
+    });
+  });
 }
 
 // OpenCV fills the new alpha of a 16-bit image with its full scale.
@@ -62,11 +73,8 @@ ImageBuffer ResizedImageBuffer(const cv::Mat& image, int width, int height, int 
 
 void ToRgba8(const ImageBuffer& image, cv::Mat& rgba) {
   rgba.create(image.size(), CV_8UC4);
-  cv::parallel_for_(cv::Range(0, image.rows), [&](const cv::Range& range) {
-    const auto count = static_cast<size_t>(image.cols) * static_cast<size_t>(image.channels());
-    Vectorized([&] {
-      for (int y = range.start; y < range.end; ++y) Narrow(image.ptr<uint16_t>(y), count, rgba.ptr(y));
-    });
+  ConvertRows(image, rgba, [](const uint16_t* from, uint8_t* __restrict to, int columns) {
+    for (int i = 0; i < 4 * columns; ++i) to[i] = Narrowed(from[i]);
   });
 }
 
@@ -74,6 +82,18 @@ cv::Mat ToRgba8(const ImageBuffer& image) {
   cv::Mat rgba;
   ToRgba8(image, rgba);
   return rgba;
+}
+
+cv::Mat ToBgr8(const ImageBuffer& image) {
+  cv::Mat bgr = LargeImage(image.size(), CV_8UC3);
+  ConvertRows(image, bgr, [](const uint16_t* from, uint8_t* __restrict to, int columns) {
+    for (int x = 0; x < columns; ++x) {
+      to[3 * x] = Narrowed(from[4 * x + 2]);
+      to[3 * x + 1] = Narrowed(from[4 * x + 1]);
+      to[3 * x + 2] = Narrowed(from[4 * x]);
+    }
+  });
+  return bgr;
 }
 
 cv::Mat ToRgbaFloat(const ImageBuffer& image) {

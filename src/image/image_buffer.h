@@ -25,6 +25,9 @@ ImageBuffer ResizedImageBuffer(const cv::Mat& image, int width, int height, int 
 void ToRgba8(const ImageBuffer& image, cv::Mat& rgba);
 cv::Mat ToRgba8(const ImageBuffer& image);
 
+// CV_8UC3 of the same values without the alpha, blue first, as OpenCV's encoders take them.
+cv::Mat ToBgr8(const ImageBuffer& image);
+
 // CV_32FC4, 0..65535 becomes 0..1.
 cv::Mat ToRgbaFloat(const ImageBuffer& image);
 

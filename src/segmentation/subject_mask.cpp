@@ -22,8 +22,7 @@ int CentreOf(int length, float fraction) {
 
 // Undeveloped, 8 bits, blue first.
 cv::Mat WorkingImage(const ImageBuffer& image) {
-  cv::Mat bgr;
-  cv::cvtColor(ToRgba8(image), bgr, cv::COLOR_RGBA2BGR);
+  cv::Mat bgr = ToBgr8(image);
   const int long_side = std::max(bgr.cols, bgr.rows);
   if (long_side > kMaxWorkingSide) {
     ShrinkImage(bgr, static_cast<float>(kMaxWorkingSide) / static_cast<float>(long_side));

@@ -130,6 +130,21 @@ TEST(ToRgba8, UndoesTheWidening) {
   EXPECT_TRUE(SameBytes(ToRgba8(ToImageBuffer(bytes)), bytes));
 }
 
+TEST(ToBgr8, HoldsTheColoursOfToRgba8InReverse) {
+  for (const int columns : {1, 13, 64, 211}) {
+    const cv::Mat image = Picture(CV_16UC4, 7, columns);
+    const cv::Mat bgr = ToBgr8(image);
+    ASSERT_EQ(bgr.type(), CV_8UC3);
+    const cv::Mat rgba = ToRgba8(image);
+    for (int y = 0; y < image.rows; ++y) {
+      for (int x = 0; x < image.cols; ++x) {
+        const auto& pixel = rgba.at<cv::Vec4b>(y, x);
+        ASSERT_EQ(bgr.at<cv::Vec3b>(y, x), cv::Vec3b(pixel[2], pixel[1], pixel[0])) << x << " of " << columns;
+      }
+    }
+  }
+}
+
 TEST(ToRgbaFloat, EverySampleIsDividedBy65535) {
   const cv::Mat codes = EveryCode();
   const cv::Mat floats = ToRgbaFloat(codes);
@@ -162,6 +177,7 @@ TEST(ToRgb16, DropsTheAlphaAndNothingElse) {
 TEST(Conversions, OfAnEmptyImageAreEmpty) {
   EXPECT_TRUE(ToRgb16(ImageBuffer()).empty());
   EXPECT_TRUE(ToRgba8(ImageBuffer()).empty());
+  EXPECT_TRUE(ToBgr8(ImageBuffer()).empty());
   EXPECT_TRUE(ToRgbaFloat(ImageBuffer()).empty());
 }
 
