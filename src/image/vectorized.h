@@ -4,6 +4,7 @@
 
 #include <atomic>
 #include <cstring>
+#include <type_traits>
 
 namespace lumvik {
 
@@ -70,19 +71,45 @@ void Vectorized(const Loop& loop) {
 
 #endif
 
-// A vector of floats, for the loops that the compiler does not vectorise well by itself: it becomes as many
-// registers of the instruction set as it takes. Arithmetic is by element.
-using Lanes __attribute__((vector_size(64))) = float;
-inline constexpr int kLanes = 16;
+// The most floats that a vector of any set holds.
+inline constexpr int kMaxLanes = 16;
 
-inline Lanes LoadLanes(const float* from) {
-  Lanes lanes;
-  std::memcpy(&lanes, from, sizeof(lanes));
-  return lanes;
+// A vector of so many floats, for the loops that the compiler does not vectorise well by itself. Arithmetic
+// is by element.
+template <int lanes>
+struct LanesOf {
+  using Type __attribute__((vector_size(lanes * sizeof(float)))) = float;
+};
+template <int lanes>
+using Lanes = typename LanesOf<lanes>::Type;
+
+template <int lanes>
+Lanes<lanes> LoadLanes(const float* from) {
+  Lanes<lanes> loaded;
+  std::memcpy(&loaded, from, sizeof(loaded));
+  return loaded;
 }
 
-inline void StoreLanes(const Lanes& lanes, float* to) {
-  std::memcpy(to, &lanes, sizeof(lanes));
+template <typename Vector>
+void StoreLanes(const Vector& vector, float* to) {
+  std::memcpy(to, &vector, sizeof(vector));
+}
+
+// Calls `loop(lanes)`, compiled for the best instruction set; `lanes` is an integral constant, the floats
+// that one of its vectors holds. GCC makes scalars of wider ones.
+template <typename Loop>
+void VectorizedByLanes(const Loop& loop) {
+#if defined(__x86_64__)
+  switch (BestInstructionSet()) {
+    case InstructionSet::kAvx512:
+      return RunWithAvx512([&loop] { loop(std::integral_constant<int, kMaxLanes>()); });
+    case InstructionSet::kAvx2:
+      return RunWithAvx2([&loop] { loop(std::integral_constant<int, 8>()); });
+    case InstructionSet::kBaseline:
+      break;
+  }
+#endif
+  loop(std::integral_constant<int, 4>());
 }
 
 }  // namespace lumvik

@@ -21,37 +21,40 @@ Window GaussianWindow(int size, double sigma) {
 }
 
 Columns Columns::Widened(int reach, int frame_columns) const {
-  const int left = std::max(first - reach, 0) / kLanes * kLanes;
-  const int right = (last + reach + kLanes - 1) / kLanes * kLanes;
+  const int left = std::max(first - reach, 0) / kMaxLanes * kMaxLanes;
+  const int right = (last + reach + kMaxLanes - 1) / kMaxLanes * kMaxLanes;
   return {left, std::min(right, frame_columns)};
 }
 
 RowBlur::RowBlur(Window window, int frame_columns, int max_columns)
     : window_(std::move(window)),
       frame_columns_(frame_columns),
-      rows_(2 * window_.size() - 1),
-      sums_(1, 2 * WidenedColumns(max_columns, Reach(window_)), CV_32F) {}
+      rows_(2 * window_.size() - 1 + kRowsAtOnce - 1),
+      sums_(kRowsAtOnce, 2 * WidenedColumns(max_columns, Reach(window_)), CV_32F) {}
 
-void RowBlur::BlurRows(Columns columns, float* blurred) {
+void RowBlur::AddDown(Columns columns) {
   const int reach = Reach(window_);
   const Columns held = columns.Widened(reach, frame_columns_);
-  // That of the first column, so far in that mirrored ones have room and the first held one is well aligned.
-  float* const sums = sums_.ptr<float>() + WidenedColumns(0, reach) + columns.first % kLanes;
-  Vectorized([&] {
-    const float* const* middle = rows_.data() + reach;
-    AddWeighted(
-        window_, middle[0], [=](int k) { return std::pair(middle[-k], middle[k]); }, held.Count(),
-        sums + held.first - columns.first);
+  float* sums[kRowsAtOnce];
+  for (int n = 0; n < kRowsAtOnce; ++n) sums[n] = SumsOf(n, columns) + held.first - columns.first;
+  VectorizedByLanes([&, rows = rows_.data() + reach](auto lanes) {
+    AddWeightedDown<lanes>(window_, rows, sums, held.Count());
   });
+}
+
+void RowBlur::AddAlong(int row, Columns columns, float* blurred) {
+  const int reach = Reach(window_);
+  const Columns held = columns.Widened(reach, frame_columns_);
+  float* const sums = SumsOf(row, columns);
   const auto mirror = [&](int x) {
     const int inside = Mirrored(x, frame_columns_);
     sums[x - columns.first] = sums[inside - columns.first];
   };
   for (int x = columns.first - reach; x < held.first; ++x) mirror(x);
   for (int x = held.last; x < columns.last + reach; ++x) mirror(x);
-  Vectorized([&] {
+  VectorizedByLanes([&](auto lanes) {
     const float* own_sums = sums;
-    AddWeighted(
+    AddWeighted<lanes>(
         window_, own_sums, [=](int k) { return std::pair(own_sums - k, own_sums + k); }, columns.Count(),
         blurred);
   });
@@ -61,12 +64,13 @@ cv::Mat Blurred(const cv::Mat& plane, const Window& window) {
   cv::Mat blurred = LargeImage(plane.size(), CV_32F);
   const auto blur_strip = [&](RowBlur& blur, Columns columns, const cv::Range& rows) {
     const int first_held = columns.Widened(Reach(window), plane.cols).first;
-    for (int y = rows.start; y < rows.end; ++y) {
+    for (int y = rows.start; y < rows.end; y += kRowsAtOnce) {
       const auto row_at = [&](int i) {
         const int inside = Mirrored(y + i, plane.rows);
         return plane.ptr<float>(inside) + first_held;
       };
-      blur.Blur(row_at, columns, blurred.ptr<float>(y) + columns.first);
+      const auto blurred_at = [&](int n) { return blurred.ptr<float>(y + n) + columns.first; };
+      blur.Blur(row_at, columns, std::min(kRowsAtOnce, rows.end - y), blurred_at);
     }
   };
   cv::parallel_for_(

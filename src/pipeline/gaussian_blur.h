@@ -24,7 +24,7 @@ inline constexpr int kStripesPerThread = 4;
 
 // The most columns that Widened makes of `columns`.
 constexpr int WidenedColumns(int columns, int reach) {
-  return (columns + 2 * reach + 3 * kLanes) / kLanes * kLanes;
+  return (columns + 2 * reach + 3 * kMaxLanes) / kMaxLanes * kMaxLanes;
 }
 
 // Columns first..last - 1 of a frame.
@@ -43,18 +43,25 @@ class RowBlur {
   // For at most so many columns at a time.
   RowBlur(Window window, int frame_columns, int max_columns);
 
-  // `row_at(i)` is the row `i` below the one to blur, for -reach..reach: a const float* to the first one of
-  // the widened columns.
-  template <typename RowAt>
-  void Blur(const RowAt& row_at, Columns columns, float* blurred) {
+  // Blurs `count` of kRowsAtOnce rows. `row_at(i)` is the row `i` below the first of them, for -reach..reach
+  // + kRowsAtOnce - 1: a const float* to the first one of the widened columns. `blurred_at(n)` is where row n
+  // goes.
+  template <typename RowAt, typename BlurredAt>
+  void Blur(const RowAt& row_at, Columns columns, int count, const BlurredAt& blurred_at) {
     const int reach = Reach(window_);
-    const float** middle = rows_.data() + reach;
-    for (int i = -reach; i <= reach; ++i) middle[i] = row_at(i);
-    BlurRows(columns, blurred);
+    const float** first = rows_.data() + reach;
+    for (int i = -reach; i < reach + kRowsAtOnce; ++i) first[i] = row_at(i);
+    AddDown(columns);
+    for (int n = 0; n < count; ++n) AddAlong(n, columns, blurred_at(n));
   }
 
  private:
-  void BlurRows(Columns columns, float* blurred);
+  // That of the first column, so far in that mirrored ones have room and the first held one is well aligned.
+  float* SumsOf(int row, Columns columns) {
+    return sums_.ptr<float>(row) + WidenedColumns(0, Reach(window_)) + columns.first % kMaxLanes;
+  }
+  void AddDown(Columns columns);
+  void AddAlong(int row, Columns columns, float* blurred);
 
   Window window_;
   int frame_columns_;

@@ -62,11 +62,11 @@ class AreaStream : public RowStream {
         frame_(frame),
         kernel_(kernel),
         reach_(Reach(kernel.window)),
-        kept_rows_(std::min(2 * reach_ + 1, frame.height)),
-        around_(static_cast<size_t>(2 * reach_ + 1)),
+        kept_rows_(std::min(2 * reach_ + kRowsAtOnce, frame.height)),
+        around_(static_cast<size_t>(2 * reach_ + kRowsAtOnce)),
         planes_(kernel.of == AreaKernel::Of::kLuminance ? kChannels + 1 : kChannels),
         kept_(kept_rows_ * planes_, WidenedColumns(max_columns, reach_), CV_32F),
-        blurred_(kColors, max_columns, CV_32F),
+        blurred_(kRowsAtOnce * kColors, max_columns, CV_32F),
         blur_(kernel.window, frame.width, max_columns) {}
 
   void Read(const PixelRow& part) override {
@@ -78,9 +78,10 @@ class AreaStream : public RowStream {
     copy(1, part.green);
     copy(2, part.blue);
     copy(3, part.alpha);
-    BlurAround(part.y);
-    const std::array<const float*, kColors> blurred = {blurred_.ptr<float>(0), blurred_.ptr<float>(1),
-                                                       blurred_.ptr<float>(2)};
+    std::array<const float*, kColors> blurred;
+    for (int color = 0; color < kColors; ++color) {
+      blurred[static_cast<size_t>(color)] = BlurredRow(part.y - first_blurred_, color);
+    }
     kernel_.change(part, blurred.data());
   }
 
@@ -91,14 +92,21 @@ class AreaStream : public RowStream {
   // The held columns of a kept row.
   float* RowOf(int plane, int y) { return kept_.ptr<float>(y % kept_rows_ * planes_ + plane); }
 
+  float* BlurredRow(int n, int color) { return blurred_.ptr<float>(n * kColors + color); }
+
+  // Makes the blurred rows of the part ready, with those of the rows below it that will be asked for next.
   void MoveTo(const PixelRow& part) {
     const Columns columns = {part.x, part.x + part.columns};
     const bool goes_on = part.y == y_ + 1 && columns.first == columns_.first && columns.last == columns_.last;
     if (!goes_on) next_ = std::max(part.y - reach_, 0);
+    y_ = part.y;
+    if (goes_on && y_ < first_blurred_ + kRowsAtOnce) return;
     columns_ = columns;
     held_ = columns.Widened(reach_, frame_.width);
-    y_ = part.y;
-    for (; next_ <= std::min(y_ + reach_, frame_.height - 1); ++next_) Keep(next_);
+    const int end = std::min(y_ + kRowsAtOnce + reach_, frame_.height);
+    for (; next_ < end; ++next_) Keep(next_);
+    BlurFrom(y_);
+    first_blurred_ = y_;
   }
 
   void Keep(int y) {
@@ -107,15 +115,15 @@ class AreaStream : public RowStream {
     if (kernel_.of == AreaKernel::Of::kLuminance) WriteLuminance(row, RowOf(kLuminance, y));
   }
 
-  void BlurAround(int y) {
-    const float** middle = around_.data() + reach_;
-    for (int i = -reach_; i <= reach_; ++i) {
-      middle[i] = RowOf(0, Mirrored(y + i, frame_.height));
+  void BlurFrom(int y) {
+    const float** first = around_.data() + reach_;
+    for (int i = -reach_; i < reach_ + kRowsAtOnce; ++i) {
+      first[i] = RowOf(0, Mirrored(y + i, frame_.height));
     }
-    const auto blur_plane = [&](int plane, int into) {
+    const auto blur_plane = [&](int plane, int color) {
       const size_t offset = kept_.step1() * static_cast<size_t>(plane);
-      const auto row_at = [&](int i) { return middle[i] + offset; };
-      blur_.Blur(row_at, columns_, blurred_.ptr<float>(into));
+      const auto row_at = [&](int i) { return first[i] + offset; };
+      blur_.Blur(row_at, columns_, kRowsAtOnce, [&](int n) { return BlurredRow(n, color); });
     };
     if (kernel_.of == AreaKernel::Of::kLuminance) {
       blur_plane(kLuminance, 0);
@@ -132,11 +140,12 @@ class AreaStream : public RowStream {
   std::vector<const float*> around_;  // the first planes of the rows that the window reaches
   int planes_;                        // of a row: its channels and, where that is blurred, the luminance
   cv::Mat kept_;                      // all planes of each row
-  cv::Mat blurred_;                   // of the current row
+  cv::Mat blurred_;                   // from row first_blurred_ on
   RowBlur blur_;
   Columns columns_{0, 0};
   Columns held_{0, 0};
   int y_ = 0;
+  int first_blurred_ = 0;
   int next_ = 0;  // row to keep
 };
 

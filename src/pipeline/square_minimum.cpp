@@ -12,20 +12,21 @@ namespace lumvik {
 namespace {
 
 constexpr float kNothing = std::numeric_limits<float>::infinity();
-constexpr int kMinimumColumns = 4 * kLanes;
+constexpr int kMinimumColumns = 4 * kMaxLanes;
 constexpr int kMinimumStripesPerThread = 4;
 
-// to[i] = the smaller of a[i] and b[i], for a multiple of kLanes values; `to` may be `a`.
+// to[i] = the smaller of a[i] and b[i], for a multiple of kMaxLanes values; `to` may be `a`.
+template <int lanes>
 void Smaller(const float* a, const float* b, float* to, int count) {
-  for (int i = 0; i < count; i += kLanes) {
-    const Lanes left = LoadLanes(a + i);
-    const Lanes right = LoadLanes(b + i);
+  for (int i = 0; i < count; i += lanes) {
+    const Lanes<lanes> left = LoadLanes<lanes>(a + i);
+    const Lanes<lanes> right = LoadLanes<lanes>(b + i);
     StoreLanes(right < left ? right : left, to + i);
   }
 }
 
 int RoundedUp(int count) {
-  return (count + kLanes - 1) / kLanes * kLanes;
+  return (count + kMaxLanes - 1) / kMaxLanes * kMaxLanes;
 }
 
 // Calls `reduce(distance)`, which makes every value the smaller of itself and the one `distance` behind it,
@@ -44,8 +45,9 @@ void AlongRow(const float* row, int columns, int side, std::vector<float>& line,
   line.assign(static_cast<size_t>(room), kNothing);
   float* const values = line.data();
   std::copy_n(row, columns, values + side / 2);
-  Vectorized(
-      [=] { ReduceTo(side, [=](int distance) { Smaller(values, values + distance, values, count); }); });
+  VectorizedByLanes([=](auto lanes) {
+    ReduceTo(side, [=](int distance) { Smaller<lanes>(values, values + distance, values, count); });
+  });
   std::copy_n(values, columns, smallest);
 }
 
@@ -61,10 +63,11 @@ void DownStrip(const cv::Mat& plane, int left, const cv::Range& rows, int side, 
     const int y = first + i;
     if (y >= 0 && y < plane.rows) std::copy_n(plane.ptr<float>(y) + left, columns, row_at(i));
   }
-  Vectorized([&] {
+  VectorizedByLanes([&](auto lanes) {
     ReduceTo(side, [&](int distance) {
       count -= distance;
-      for (int i = 0; i < count; ++i) Smaller(row_at(i), row_at(i + distance), row_at(i), kMinimumColumns);
+      for (int i = 0; i < count; ++i)
+        Smaller<lanes>(row_at(i), row_at(i + distance), row_at(i), kMinimumColumns);
     });
   });
   for (int i = 0; i < count; ++i) std::copy_n(row_at(i), columns, smallest.ptr<float>(rows.start + i) + left);

@@ -77,18 +77,18 @@ Window CoarseWindow(double sigma, int step) {
 }
 
 // out[n * room + i] = the sum of taps[n][k] * rows[k][i], for several n at a time since they share the rows.
-template <size_t kOutputs>
+template <int lanes, size_t kOutputs>
 void AddTaps(const Weights* taps, const float* const* rows, int columns, int room, float* __restrict out) {
-  Lanes weights[kOutputs][kTaps] = {};
+  Lanes<lanes> weights[kOutputs][kTaps] = {};
   for (size_t n = 0; n < kOutputs; ++n) {
     for (size_t k = 0; k < kTaps; ++k) weights[n][k] += taps[n][k];
   }
   int x = 0;
-  for (; x + kLanes <= columns; x += kLanes) {
-    Lanes sums[kOutputs];
-    for (size_t n = 0; n < kOutputs; ++n) sums[n] = LoadLanes(rows[0] + x) * weights[n][0];
+  for (; x + lanes <= columns; x += lanes) {
+    Lanes<lanes> sums[kOutputs];
+    for (size_t n = 0; n < kOutputs; ++n) sums[n] = LoadLanes<lanes>(rows[0] + x) * weights[n][0];
     for (size_t k = 1; k < kTaps; ++k) {
-      const Lanes values = LoadLanes(rows[k] + x);
+      const Lanes<lanes> values = LoadLanes<lanes>(rows[k] + x);
       for (size_t n = 0; n < kOutputs; ++n) sums[n] += values * weights[n][k];
     }
     for (size_t n = 0; n < kOutputs; ++n) StoreLanes(sums[n], out + static_cast<int>(n) * room + x);
@@ -144,7 +144,7 @@ class Sampler {
       middle[k] = plane_.ptr<float>(Mirrored(y, plane_.rows));
     }
     float* const first = line_.data() + before;
-    Vectorized([&] { AddSymmetric(middle, plane_.cols, first); });
+    VectorizedByLanes([&](auto lanes) { AddSymmetric<lanes>(middle, plane_.cols, first); });
     const int behind = static_cast<int>(line_.size()) - before;
     for (int x = -before; x < behind; x = x == -1 ? plane_.cols : x + 1) {
       first[x] = first[Mirrored(x, plane_.cols)];
@@ -156,19 +156,20 @@ class Sampler {
   // Every step_-th pixel side by side, so that neighbouring grid points have neighbouring addresses.
   void AlongLine(float* points) {
     const int length = points_ + 2 * kSmallReach;
-    Vectorized([&] {
+    VectorizedByLanes([&](auto lanes) {
       // A step known beforehand lets the compiler shuffle whole vectors.
       if (step_ == kUsualStep) {
         Separate(line_.data(), kUsualStep, length, phases_.data());
       } else {
         Separate(line_.data(), step_, length, phases_.data());
       }
-      AddSymmetric(moved_.data() + Reach(window_), points_, points);
+      AddSymmetric<lanes>(moved_.data() + Reach(window_), points_, points);
     });
   }
 
+  template <int lanes>
   void AddSymmetric(const float* const* middle, int columns, float* sums) const {
-    AddWeighted(
+    AddWeighted<lanes>(
         window_, middle[0], [=](int k) { return std::pair(middle[-k], middle[k]); }, columns, sums);
   }
 
@@ -209,8 +210,9 @@ WideGaussian::WideGaussian(const cv::Mat& plane, double sigma) : size_(plane.siz
 void WideGaussian::Read(int x, int y, int columns, float* blurred) const {
   const int first_point = x / step_;
   // Whole vectors: the grid has more margin than that.
-  const int points = ((x + columns - 1) / step_ - first_point + kTaps + kLanes - 1) / kLanes * kLanes;
-  float line[kMaxPart + kTaps + kLanes];
+  const int points =
+      ((x + columns - 1) / step_ - first_point + kTaps + kMaxLanes - 1) / kMaxLanes * kMaxLanes;
+  float line[kMaxPart + kTaps + kMaxLanes];
   float same_phase[2 * kMaxPart];
   const float* rows[kTaps];
   for (int k = 0; k < kTaps; ++k) {
@@ -219,19 +221,19 @@ void WideGaussian::Read(int x, int y, int columns, float* blurred) const {
   const float* moved[kTaps];
   for (int k = 0; k < kTaps; ++k) moved[k] = line + k;
   const int most = (columns - 1) / step_ + 1;
-  Vectorized([&] {
-    AddTaps<1>(&taps_[static_cast<size_t>(y % step_)], rows, points, 0, line);
+  VectorizedByLanes([&](auto lanes) {
+    AddTaps<lanes, 1>(&taps_[static_cast<size_t>(y % step_)], rows, points, 0, line);
     // A step known beforehand lets the compiler shuffle whole vectors.
     if (step_ == kUsualStep && x % step_ == 0 && columns % step_ == 0) {
-      AddTaps<kUsualStep>(taps_.data(), moved, most, most, same_phase);
+      AddTaps<lanes, kUsualStep>(taps_.data(), moved, most, most, same_phase);
       return Interleave(same_phase, most, kUsualStep, columns, blurred);
     }
     for (int i = 0; i < std::min(step_, columns); ++i) {
       const int first = (x + i) / step_ - first_point;
       const float* from[kTaps];
       for (int k = 0; k < kTaps; ++k) from[k] = moved[k] + first;
-      AddTaps<1>(&taps_[static_cast<size_t>((x + i) % step_)], from, (columns - 1 - i) / step_ + 1, 0,
-                 same_phase + i * most);
+      AddTaps<lanes, 1>(&taps_[static_cast<size_t>((x + i) % step_)], from, (columns - 1 - i) / step_ + 1, 0,
+                        same_phase + i * most);
     }
     Interleave(same_phase, most, step_, columns, blurred);
   });
