@@ -1,5 +1,10 @@
 #include "pipeline/film_grain.h"
 
+#include <algorithm>
+#include <cmath>
+#include <opencv2/core/utility.hpp>
+#include <vector>
+
 #include "image/large_image.h"
 #include "pipeline/gaussian_blur.h"
 #include "pipeline/pixel_math.h"
@@ -11,6 +16,24 @@ constexpr float kGrainStrength = 0.05F;
 constexpr float kSmallestSize = 0.01F;
 constexpr double kSmallestDeviation = 1e-6;
 
+// Of all values, from those of each row, on all threads.
+double StandardDeviation(const cv::Mat& plane) {
+  const auto rows = static_cast<size_t>(plane.rows);
+  std::vector<double> means(rows);
+  std::vector<double> mean_squares(rows);
+  cv::parallel_for_(cv::Range(0, plane.rows), [&](const cv::Range& range) {
+    for (int y = range.start; y < range.end; ++y) {
+      cv::Scalar mean;
+      cv::Scalar deviation;
+      cv::meanStdDev(plane.row(y), mean, deviation);
+      means[static_cast<size_t>(y)] = mean[0];
+      mean_squares[static_cast<size_t>(y)] = mean[0] * mean[0] + deviation[0] * deviation[0];
+    }
+  });
+  const double mean = cv::mean(means)[0];
+  return std::sqrt(std::max(cv::mean(mean_squares)[0] - mean * mean, 0.0));
+}
+
 struct Grain {
   cv::Mat noise;
   float gain = 1;  // back to the strength that the noise had before it was smoothed
@@ -21,11 +44,9 @@ Grain MakeGrain(cv::Size frame, double deviation, float size) {
   cv::randn(grain.noise, 0.0, deviation);
   if (size > kSmallestSize) {
     grain.noise = Blurred(grain.noise, GaussianWindow(static_cast<double>(2.0F * size + 0.5F)));
-    cv::Scalar mean;
-    cv::Scalar blurred_deviation;
-    cv::meanStdDev(grain.noise, mean, blurred_deviation);
-    if (blurred_deviation[0] > kSmallestDeviation) {
-      grain.gain = static_cast<float>(deviation / blurred_deviation[0]);
+    const double blurred_deviation = StandardDeviation(grain.noise);
+    if (blurred_deviation > kSmallestDeviation) {
+      grain.gain = static_cast<float>(deviation / blurred_deviation);
     }
   }
   return grain;
