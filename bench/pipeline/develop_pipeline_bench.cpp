@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "alternating.h"
+#include "image/vectorized.h"
 #include "pipeline/develop_pipeline.h"
 #include "reference/develop_pipeline.h"
 #include "support/random_adjustments.h"
@@ -57,8 +58,33 @@ Comparison Render(cv::Size size, const Setting& setting) {
           2 * bytes};
 }
 
+// As on a processor without wider vectors.
+struct NarrowerSet {
+  const char* name;
+  InstructionSet set;
+};
+
+constexpr NarrowerSet kNarrowerSets[] = {{"baseline", InstructionSet::kBaseline},
+                                         {"avx2", InstructionSet::kAvx2}};
+
+Comparison WithSet(Comparison comparison, InstructionSet set) {
+  comparison.ours = [set, ours = comparison.ours] {
+    const InstructionSet usual = widest_instruction_set;
+    widest_instruction_set = set;
+    ours();
+    widest_instruction_set = usual;
+  };
+  return comparison;
+}
+
 const bool kRegistered = [] {
-  for (const cv::Size size : {cv::Size(2000, 1333), cv::Size(4096, 2731)}) {
+  const cv::Size small(2000, 1333);
+  for (const NarrowerSet& narrower : kNarrowerSets) {
+    RegisterComparison(std::string("instruction_set/") + narrower.name, [narrower, small] {
+      return WithSet(Render(small, {"typical", test::SetTypical}), narrower.set);
+    });
+  }
+  for (const cv::Size size : {small, cv::Size(4096, 2731)}) {
     for (const Setting& setting : kSettings) {
       RegisterComparison(std::string("render/") + setting.name + "/" + std::to_string(size.width),
                          [size, setting] { return Render(size, setting); });
