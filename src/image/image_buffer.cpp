@@ -28,14 +28,25 @@ uint8_t Narrowed(uint16_t value) {
   return static_cast<uint8_t>(quotient >> 8);
 }
 
-// Calls `convert(from, to, columns)` for the rows of both, on all threads.
-template <typename Convert>
-void ConvertRows(const ImageBuffer& image, cv::Mat& converted, const Convert& convert) {
+void NarrowRow(const uint16_t* rgba16, int columns, uint8_t* __restrict rgba) {
+  for (int i = 0; i < 4 * columns; ++i) rgba[i] = Narrowed(rgba16[i]);
+}
+
+void NarrowRowToBgr(const uint16_t* rgba16, int columns, uint8_t* __restrict bgr) {
+  for (int x = 0; x < columns; ++x) {
+    bgr[3 * x] = Narrowed(rgba16[4 * x + 2]);
+    bgr[3 * x + 1] = Narrowed(rgba16[4 * x + 1]);
+    bgr[3 * x + 2] = Narrowed(rgba16[4 * x]);
+  }
+}
+
+// On all threads, and without memory of its own: a render has been made when a preview comes here.
+template <void (*narrow)(const uint16_t*, int, uint8_t*)>
+void NarrowRows(const ImageBuffer& image, cv::Mat& narrowed) {
   cv::parallel_for_(cv::Range(0, image.rows), [&](const cv::Range& range) {
     Vectorized([&] {
-      for (int y = range.start; y < range.end; ++y) {
-        convert(image.ptr<uint16_t>(y), converted.ptr(y), image.cols);
-      }
+      for (int y = range.start; y < range.end; ++y)
+        narrow(image.ptr<uint16_t>(y), image.cols, narrowed.ptr(y));
     });
   });
 }
@@ -73,9 +84,7 @@ ImageBuffer ResizedImageBuffer(const cv::Mat& image, int width, int height, int 
 
 void ToRgba8(const ImageBuffer& image, cv::Mat& rgba) {
   rgba.create(image.size(), CV_8UC4);
-  ConvertRows(image, rgba, [](const uint16_t* from, uint8_t* __restrict to, int columns) {
-    for (int i = 0; i < 4 * columns; ++i) to[i] = Narrowed(from[i]);
-  });
+  NarrowRows<NarrowRow>(image, rgba);
 }
 
 cv::Mat ToRgba8(const ImageBuffer& image) {
@@ -86,13 +95,7 @@ cv::Mat ToRgba8(const ImageBuffer& image) {
 
 cv::Mat ToBgr8(const ImageBuffer& image) {
   cv::Mat bgr = LargeImage(image.size(), CV_8UC3);
-  ConvertRows(image, bgr, [](const uint16_t* from, uint8_t* __restrict to, int columns) {
-    for (int x = 0; x < columns; ++x) {
-      to[3 * x] = Narrowed(from[4 * x + 2]);
-      to[3 * x + 1] = Narrowed(from[4 * x + 1]);
-      to[3 * x + 2] = Narrowed(from[4 * x]);
-    }
-  });
+  NarrowRows<NarrowRowToBgr>(image, bgr);
   return bgr;
 }
 
