@@ -1,6 +1,7 @@
 #include "pipeline/develop_pipeline.h"
 
 #include <cmath>
+#include <future>
 #include <utility>
 
 #include "image/large_image.h"
@@ -44,9 +45,13 @@ bool WakesWhiteBalance(const A& a) {
            std::fabs(a.tint) < kTintTolerance);
 }
 
+bool WakesGrain(const A& a) {
+  return !(a.grain_amount <= 0);
+}
+
 using IsAwake = bool (*)(const A&);
 
-// A stage is one of five kinds. Each pixel depends on itself alone: the settings give the kernel for the rows
+// A stage is one of six kinds. Each pixel depends on itself alone: the settings give the kernel for the rows
 // of a frame (no kernel: it sleeps).
 using MakePoint = RowKernel (*)(const A&, cv::Size frame);
 // It depends on the pixels around it.
@@ -58,6 +63,8 @@ using StoreWhole = RowKernel (*)(const cv::Mat& stored);
 using MakeFrame = RowImage (*)(const A&, cv::Mat& working);
 // It keeps a part of them.
 using MakeCrop = RowImage (*)(const A&, const RowImage& image);
+// It adds what was drawn beside the others.
+using MakeDrawn = RowKernel (*)(const A&, const GrainNoise& drawn);
 
 struct Stage {
   const char* name = nullptr;
@@ -69,6 +76,7 @@ struct Stage {
   int stored_type = 0;
   MakeFrame frame = nullptr;
   MakeCrop crop = nullptr;
+  MakeDrawn drawn = nullptr;
 };
 
 constexpr Stage PointStage(const char* name, MakePoint point) {
@@ -90,6 +98,10 @@ constexpr Stage FrameStage(const char* name, IsAwake wakes, MakeFrame frame) {
 
 constexpr Stage CropStage(const char* name, IsAwake wakes, MakeCrop crop) {
   return {name, wakes, nullptr, nullptr, nullptr, nullptr, 0, nullptr, crop};
+}
+
+constexpr Stage DrawnStage(const char* name, IsAwake wakes, MakeDrawn drawn) {
+  return {name, wakes, nullptr, nullptr, nullptr, nullptr, 0, nullptr, nullptr, drawn};
 }
 
 // clang-format off: one row a stage, in the order of execution
@@ -168,10 +180,9 @@ constexpr Stage kStages[] = {
         [](const A& a, cv::Size frame) {
           return PostCropVignette({a.vignette_amount, a.vignette_midpoint, a.vignette_roundness}, frame);
         }),
-    PointStage("film grain",
-               [](const A& a, cv::Size frame) {
-                 return a.grain_amount <= 0 ? RowKernel() : FilmGrain(frame, a.grain_amount, a.grain_size);
-               }),
+    DrawnStage(
+        "film grain", WakesGrain,
+        [](const A& a, const GrainNoise& noise) { return FilmGrain(noise, a.grain_amount, a.grain_size); }),
 };
 // clang-format on
 
@@ -185,7 +196,12 @@ constexpr int kCheapCost = 4;
 // pass over the rows together. Only a frame stage needs the working image in memory.
 class Run {
  public:
-  explicit Run(const ImageBuffer& source) : image_(RowsOf(source)) {}
+  // Nothing but the crop changes the size that the grain has to have.
+  Run(const ImageBuffer& source, const A& adjustments) : image_(RowsOf(source)) {
+    if (WakesGrain(adjustments)) {
+      noise_ = DrawGrain(CropArea(adjustments.crop, source.size()).size(), adjustments.grain_amount);
+    }
+  }
 
   void Pass(const Stage& stage, const A& adjustments) {
     if (stage.point != nullptr) {
@@ -201,6 +217,8 @@ class Run {
     } else if (stage.frame != nullptr) {
       Keep();
       image_ = stage.frame(adjustments, working_);
+    } else if (stage.drawn != nullptr) {
+      waiting_.emplace_back(stage.drawn(adjustments, noise_.get()));
     } else {
       if (!waiting_.empty()) Keep();
       image_ = stage.crop(adjustments, image_);
@@ -247,13 +265,14 @@ class Run {
   RowSteps waiting_;
   cv::Mat working_;  // the last one made
   cv::Mat spare_;
+  std::future<GrainNoise> noise_;
 };
 
 }  // namespace
 
 void DevelopPipeline(const ImageBuffer& source, const Adjustments& adjustments, ImageBuffer& rendered) {
   if (source.empty()) return;
-  Run run(source);
+  Run run(source, adjustments);
   for (const Stage& stage : kStages) run.Pass(stage, adjustments);
   run.Finish(rendered);
 }

@@ -34,22 +34,8 @@ double StandardDeviation(const cv::Mat& plane) {
   return std::sqrt(std::max(cv::mean(mean_squares)[0] - mean * mean, 0.0));
 }
 
-struct Grain {
-  cv::Mat noise;
-  float gain = 1;  // back to the strength that the noise had before it was smoothed
-};
-
-Grain MakeGrain(cv::Size frame, double deviation, float size) {
-  Grain grain{LargeImage(frame, CV_32F)};
-  cv::randn(grain.noise, 0.0, deviation);
-  if (size > kSmallestSize) {
-    grain.noise = Blurred(grain.noise, GaussianWindow(static_cast<double>(2.0F * size + 0.5F)));
-    const double blurred_deviation = StandardDeviation(grain.noise);
-    if (blurred_deviation > kSmallestDeviation) {
-      grain.gain = static_cast<float>(deviation / blurred_deviation);
-    }
-  }
-  return grain;
+double DeviationOf(float amount) {
+  return static_cast<double>(amount / 100.0F * kGrainStrength);
 }
 
 void AddGrain(const PixelRow& row, const float* noise, float gain) {
@@ -63,11 +49,32 @@ void AddGrain(const PixelRow& row, const float* noise, float gain) {
 
 }  // namespace
 
-RowKernel FilmGrain(cv::Size frame, float amount, float size) {
-  const Grain grain = MakeGrain(frame, static_cast<double>(amount / 100.0F * kGrainStrength), size / 100.0F);
-  return MakeRowKernel(
-      [gain = grain.gain](const PixelRow& row, const float* noise) { AddGrain(row, noise, gain); },
-      grain.noise);
+std::future<GrainNoise> DrawGrain(cv::Size frame, float amount) {
+  // Without a thread to be had it is deferred too.
+  const auto policy =
+      cv::getNumThreads() > 1 ? std::launch::async | std::launch::deferred : std::launch::deferred;
+  // With a generator of its own: cv::parallel_for_ sets that of the calling thread back.
+  return std::async(policy, [noise = GrainNoise{LargeImage(frame, CV_32F), cv::theRNG()},
+                             deviation = DeviationOf(amount)]() mutable {
+    noise.generator.fill(noise.values, cv::RNG::NORMAL, 0.0, deviation);
+    return noise;
+  });
+}
+
+RowKernel FilmGrain(const GrainNoise& drawn, float amount, float size) {
+  cv::theRNG() = drawn.generator;
+  cv::Mat noise = drawn.values;
+  const float share = size / 100.0F;
+  float gain = 1;  // back to the strength that the noise had before it was smoothed
+  if (share > kSmallestSize) {
+    noise = Blurred(noise, GaussianWindow(static_cast<double>(2.0F * share + 0.5F)));
+    const double blurred_deviation = StandardDeviation(noise);
+    if (blurred_deviation > kSmallestDeviation) {
+      gain = static_cast<float>(DeviationOf(amount) / blurred_deviation);
+    }
+  }
+  return MakeRowKernel([gain](const PixelRow& row, const float* values) { AddGrain(row, values, gain); },
+                       noise);
 }
 
 }  // namespace lumvik

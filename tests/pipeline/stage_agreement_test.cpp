@@ -153,6 +153,20 @@ TEST(StageChains, TwoHundredRandomSettingsStayWithinTheirTolerance) {
               largest_share * 100);
 }
 
+TEST(FilmGrain, LeavesTheGeneratorWhereTheNoiseEnds) {
+  const cv::Mat source = test::Photograph("cat.jpg", 200);
+  Adjustments adjustments = test::NeutralAdjustments();
+  adjustments.grain_amount = 40;
+  adjustments.clarity = 20;  // on all threads, while the noise is drawn
+  Expected(source, adjustments);
+  const uint64_t expected = cv::theRNG().state;
+  const cv::Mat first = DevelopedWithGrain(source, adjustments);
+  EXPECT_EQ(cv::theRNG().state, expected);
+  cv::Mat second;
+  DevelopPipeline(source, adjustments, second);
+  EXPECT_FALSE(test::SameBytes(first, second));
+}
+
 TEST(StageChains, GiveTheSameBytesForAnyNumberOfThreads) {
   std::mt19937 random(7);
   const int usual = cv::getNumThreads();
