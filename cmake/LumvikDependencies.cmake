@@ -1,13 +1,14 @@
 # The libraries the engine calls: OpenCV (core, imgproc, imgcodecs), LibRaw (its thread-safe build),
 # libexif and Little CMS 2, gathered in the one target lumvik_dependencies.
 
+find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
 pkg_check_modules(LIBRAW REQUIRED IMPORTED_TARGET libraw_r>=0.20)
 pkg_check_modules(LIBEXIF REQUIRED IMPORTED_TARGET libexif>=0.6.22)
 pkg_check_modules(LCMS REQUIRED IMPORTED_TARGET lcms2>=2.12)
 
 add_library(lumvik_dependencies INTERFACE)
-target_link_libraries(lumvik_dependencies INTERFACE PkgConfig::LIBRAW PkgConfig::LIBEXIF PkgConfig::LCMS)
+target_link_libraries(lumvik_dependencies INTERFACE PkgConfig::LIBRAW PkgConfig::LIBEXIF PkgConfig::LCMS Threads::Threads)
 if(CMAKE_CXX_COMPILER_ID MATCHES Clang AND UNIX AND NOT APPLE)
   # LibRaw brings -fopenmp, by which clang takes a runtime of its own instead of the one LibRaw was built with.
   target_link_libraries(lumvik_dependencies INTERFACE -fopenmp=libgomp)
