@@ -14,7 +14,8 @@ struct Comparison {
   std::function<void()> ours;
   std::function<void()> plain;
   int64_t pixels;
-  int64_t bytes;  // read and written by `ours`
+  int64_t bytes;                         // read and written by `ours`
+  std::function<void()> before = [] {};  // each time, and not measured
 };
 
 // Registers a benchmark that runs the two in turn, so that a noisy machine disturbs both alike, and reports

@@ -29,6 +29,7 @@ void Run(benchmark::State& state, const Comparison& comparison) {
   std::vector<double> plain;
   for (auto iteration : state) {
     static_cast<void>(iteration);
+    comparison.before();
     plain.push_back(Seconds(comparison.plain));
     ours.push_back(Seconds(comparison.ours));
     state.SetIterationTime(ours.back());

@@ -1,4 +1,5 @@
 // Exports of a rendered photograph, beside the encoder's own call.
+#include <filesystem>
 #include <memory>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
@@ -33,12 +34,12 @@ const Format kFormats[] = {
     {".tif", CV_16U, {}, [](EngineContext* context, const char* path) { lumvik_export_tiff(context, path); }},
 };
 
-Comparison Export(const Format& format) {
+Comparison Export(cv::Size size, const Format& format) {
   const auto folder = std::make_shared<test::TempDir>();
   const std::shared_ptr<EngineContext> context(lumvik_create_context(), lumvik_destroy_context);
   const std::string source = folder->File("source.png");
   cv::Mat picture;
-  cv::cvtColor(test::ResizedPhotograph("cat.jpg", {4096, 2731}), picture, cv::COLOR_RGBA2BGR);
+  cv::cvtColor(test::ResizedPhotograph("cat.jpg", size), picture, cv::COLOR_RGBA2BGR);
   cv::imwrite(source, picture);
   lumvik_load_arw(context.get(), source.c_str(), 1);
   lumvik_set_temperature(context.get(), 6500);  // leaves the pixels as they are
@@ -52,12 +53,16 @@ Comparison Export(const Format& format) {
             std::vector<uint8_t> encoded;
             cv::imencode(format.ending, encodable, encoded, format.params);
           },
-          static_cast<int64_t>(picture.total()), static_cast<int64_t>(picture.total() * picture.elemSize())};
+          static_cast<int64_t>(picture.total()), static_cast<int64_t>(picture.total() * picture.elemSize()),
+          [=] { std::filesystem::remove(path); }};  // a photograph is exported to a new file
 }
 
 const bool kRegistered = [] {
-  for (const Format& format : kFormats) {
-    RegisterComparison(std::string("export/") + (format.ending + 1), [&format] { return Export(format); });
+  for (const cv::Size size : {cv::Size(2000, 1333), cv::Size(4096, 2731)}) {
+    for (const Format& format : kFormats) {
+      RegisterComparison(std::string("export/") + (format.ending + 1) + "/" + std::to_string(size.width),
+                         [size, &format] { return Export(size, format); });
+    }
   }
   return true;
 }();
