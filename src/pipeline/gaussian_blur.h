@@ -14,7 +14,7 @@ namespace lumvik {
 Window GaussianWindow(double sigma);
 Window GaussianWindow(int size, double sigma = 0);
 
-// So many columns are blurred from top to bottom at a time: the rows that a window reaches stay in the first
+// So many columns are blurred from top to bottom at a time: the rows that a window reaches stay in the second
 // cache.
 inline constexpr int kStripColumns = 256;
 

@@ -52,7 +52,8 @@ void Reshape(const PixelRow& row, const Zones& zones) {
     if constexpr (kShadows) part.lifted[i] = part.before[i];
   }
   if constexpr (kShadows) {
-    RaiseToPower(part.lifted, row.columns, [&zones](float luminance) { return ShadowGamma(luminance, zones); });
+    RaiseToPower(part.lifted, row.columns,
+                 [&zones](float luminance) { return ShadowGamma(luminance, zones); });
   }
   for (int i = 0; i < row.columns; ++i) {
     const float before = part.before[i];

@@ -95,8 +95,8 @@ inline float FastExp2(float value) {
   return fraction * power_of_two;
 }
 
-// Gives each of `count` values |value| to the power of `exponent_of(value)`, a positive one, as cv::pow gives
-// it. For results in 0..1 the absolute error is below 2e-7, which is 1/75 of a 16-bit code; 0 counts as 2^-127.
+// Gives each of `count` values |value| to the power of `exponent_of(value)`, a positive one, as cv::pow does.
+// For results in 0..1 the absolute error is below 2e-7, which is 1/75 of a 16-bit code; 0 counts as 2^-127.
 // In two loops: the processor works on several vectors of a short one at a time, but does not look beyond a
 // chain of operations as long as the two together.
 template <typename ExponentOf>
