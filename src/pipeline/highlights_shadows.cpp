@@ -39,26 +39,26 @@ float HighlightGain(float luminance, const Zones& zones) {
 }
 
 // Luminances of a part of a row, as they are and raised as if all were shadows.
-struct Part {
+struct Luminances {
   float before[kMaxPart];
   float lifted[kMaxPart];
 };
 
 template <bool kHighlights, bool kShadows>
 void Reshape(const PixelRow& row, const Zones& zones) {
-  Part part;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled as far as it is read
+  Luminances luminances;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled as far as it is read
   for (int i = 0; i < row.columns; ++i) {
-    part.before[i] = Luminance(row.red[i], row.green[i], row.blue[i]);
-    if constexpr (kShadows) part.lifted[i] = part.before[i];
+    luminances.before[i] = Luminance(row.red[i], row.green[i], row.blue[i]);
+    if constexpr (kShadows) luminances.lifted[i] = luminances.before[i];
   }
   if constexpr (kShadows) {
-    RaiseToPower(part.lifted, row.columns,
+    RaiseToPower(luminances.lifted, row.columns,
                  [&zones](float luminance) { return ShadowGamma(luminance, zones); });
   }
   for (int i = 0; i < row.columns; ++i) {
-    const float before = part.before[i];
+    const float before = luminances.before[i];
     float after = before;
-    if constexpr (kShadows) after = Choose(before < kShadowTop, part.lifted[i], before);
+    if constexpr (kShadows) after = Choose(before < kShadowTop, luminances.lifted[i], before);
     // The zones overlap; which of them a pixel lies in is decided by its luminance before either acts.
     if constexpr (kHighlights) {
       const float pulled = ClampUnit(HighlightGain(before, zones) * after);

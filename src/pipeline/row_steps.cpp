@@ -78,7 +78,7 @@ class AreaStream : public RowStream {
     copy(1, part.green);
     copy(2, part.blue);
     copy(3, part.alpha);
-    std::array<const float*, kColors> blurred;
+    std::array<const float*, kColors> blurred = {};
     for (int color = 0; color < kColors; ++color) {
       blurred[static_cast<size_t>(color)] = BlurredRow(part.y - first_blurred_, color);
     }
