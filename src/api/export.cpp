@@ -16,15 +16,15 @@ constexpr int kMinJpegQuality = 1;
 constexpr int kMaxJpegQuality = 100;
 constexpr int kDeepPngBits = 16;
 
-constexpr int kRowsAtOnce = 8;  // what is made on the way stays in the cache
+constexpr int kConvertedRows = 8;  // at a time: what is made on the way stays in the cache
 
 // In the encoders' channel order, blue first. On all threads: the encoder uses one, and beside it a
 // conversion of the whole image would be felt.
 cv::Mat ToBgr16(const ImageBuffer& image) {
   cv::Mat bgr = LargeImage(image.size(), CV_16UC3);
   cv::parallel_for_(cv::Range(0, image.rows), [&](const cv::Range& range) {
-    for (int y = range.start; y < range.end; y += kRowsAtOnce) {
-      const cv::Range part(y, std::min(y + kRowsAtOnce, range.end));
+    for (int y = range.start; y < range.end; y += kConvertedRows) {
+      const cv::Range part(y, std::min(y + kConvertedRows, range.end));
       cv::Mat rows = bgr.rowRange(part);
       cv::cvtColor(ToRgb16(image.rowRange(part)), rows, cv::COLOR_RGB2BGR);
     }

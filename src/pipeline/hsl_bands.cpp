@@ -45,12 +45,12 @@ void AddBands(const Bands& bands, int columns, Part& part) {
     for (size_t band = 0; band < kHslBandCount; ++band) {
       const float apart = std::fabs(part.hue[i] - kCentres[band]);
       const float distance = std::min(apart, 1.0F - apart);
-      const float reaching = 1.0F - distance * (1.0F / kReach);
-      const float weight = reaching >= kMinWeight ? reaching : 0.0F;
-      sum += weight;
-      shift.hue += weight * bands[band].hue;
-      shift.saturation += weight * bands[band].saturation;
-      shift.luminance += weight * bands[band].luminance;
+      const float weight = 1.0F - distance * (1.0F / kReach);
+      const bool reached = weight >= kMinWeight;  // and so within the reach
+      sum += Choose(reached, weight, 0.0F);
+      shift.hue += Choose(reached, weight * bands[band].hue, 0.0F);
+      shift.saturation += Choose(reached, weight * bands[band].saturation, 0.0F);
+      shift.luminance += Choose(reached, weight * bands[band].luminance, 0.0F);
     }
     part.weight[i] = sum;
     part.hue_shift[i] = shift.hue;

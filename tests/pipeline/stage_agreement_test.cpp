@@ -70,6 +70,11 @@ std::vector<StageCase> StageCases() {
       {"saturation", field(&A::saturation), kPercent},
       {"vibrance", field(&A::vibrance), kPercent},
       {"hsl", &test::SetHslBands, kSlider, kJumps},
+      {"hsl_orange",
+       [](A& a, float value) {
+         a.hsl[1] = {value, value, value};
+       },
+       kPercent, kJumps},
       {"split_toning", &test::SetSplitToning, kSlider},
       {"nr_luminance", field(&A::nr_luminance), kPositive},
       {"nr_color", field(&A::nr_color), kPositive},
