@@ -3,6 +3,7 @@
 #define LUMVIK_PIPELINE_WINDOW_H_
 
 #include <opencv2/core.hpp>
+#include <utility>
 #include <vector>
 
 #include "image/vectorized.h"
@@ -90,16 +91,11 @@ void AddWeightedDown(const Window& window, const float* const* rows, int x, floa
 // The same for so many columns, with AddWeighted's bytes. To be called within VectorizedByLanes.
 template <int lanes>
 void AddWeightedDown(const Window& window, const float* const* rows, float* const* sums, int columns) {
-  const int whole_vectors = columns / lanes * lanes;
-  for (int x = 0; x < whole_vectors; x += lanes) AddWeightedDown<lanes>(window, rows, x, sums);
+  const int whole = columns / lanes * lanes;
+  for (int x = 0; x < whole; x += lanes) AddWeightedDown<lanes>(window, rows, x, sums);
   for (int n = 0; n < kRowsAtOnce; ++n) {
-    for (int x = whole_vectors; x < columns; ++x) {
-      float sum = rows[n][x] * window[0];
-      for (int k = 1; k <= Reach(window); ++k) {
-        sum += (rows[n - k][x] + rows[n + k][x]) * window[static_cast<size_t>(k)];
-      }
-      sums[n][x] = sum;
-    }
+    const auto pair = [=](int k) { return std::pair(rows[n - k] + whole, rows[n + k] + whole); };
+    AddWeighted<lanes>(window, rows[n] + whole, pair, columns - whole, sums[n] + whole);
   }
 }
 
