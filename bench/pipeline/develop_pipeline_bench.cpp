@@ -2,7 +2,7 @@
 #include <memory>
 
 #include "alternating.h"
-#include "image/vectorized.h"
+#include "base/vectorized.h"
 #include "pipeline/develop_pipeline.h"
 #include "reference/develop_pipeline.h"
 #include "support/random_adjustments.h"

@@ -3,7 +3,7 @@
 #define LUMVIK_ANALYSIS_AUTO_CROP_H_
 
 #include "analysis/rectangle_sums.h"
-#include "api/adjustments.h"
+#include "base/adjustments.h"
 #include "image/image_buffer.h"
 
 namespace lumvik {

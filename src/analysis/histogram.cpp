@@ -5,9 +5,9 @@
 #include <opencv2/core/utility.hpp>
 #include <vector>
 
+#include "base/luminance.h"
+#include "base/vectorized.h"
 #include "image/image_buffer.h"
-#include "image/luminance.h"
-#include "image/vectorized.h"
 
 namespace lumvik {
 namespace {

@@ -5,7 +5,7 @@
 #include <opencv2/core/utility.hpp>
 #include <opencv2/imgproc.hpp>
 
-#include "image/vectorized.h"
+#include "base/vectorized.h"
 
 namespace lumvik {
 namespace {

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "api/adjustments.h"
+#include "base/adjustments.h"
 #include "image/image_buffer.h"
 #include "image/raw_decoder.h"
 #include "lumvik.h"

@@ -5,9 +5,9 @@
 #include <opencv2/imgproc.hpp>
 
 #include "api/engine_context.h"
+#include "base/large_image.h"
 #include "image/exif_splice.h"
 #include "image/image_writer.h"
-#include "image/large_image.h"
 
 namespace lumvik {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <libexif/exif-loader.h>
 
-#include "image/file_io.h"
+#include "base/file_io.h"
 
 namespace lumvik {
 

@@ -4,8 +4,8 @@
 #include <limits>
 #include <optional>
 
+#include "base/fixed_text.h"
 #include "image/exif_data.h"
-#include "image/fixed_text.h"
 
 namespace lumvik {
 namespace {

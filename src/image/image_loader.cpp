@@ -7,7 +7,7 @@
 #include <opencv2/imgproc.hpp>
 #include <string_view>
 
-#include "image/file_io.h"
+#include "base/file_io.h"
 
 namespace lumvik {
 namespace {

@@ -3,7 +3,7 @@
 #include <opencv2/imgcodecs.hpp>
 #include <stdexcept>
 
-#include "image/file_io.h"
+#include "base/file_io.h"
 
 namespace lumvik {
 

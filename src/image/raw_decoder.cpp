@@ -6,8 +6,8 @@
 #include <opencv2/core/utility.hpp>
 #include <opencv2/imgproc.hpp>
 
+#include "base/fixed_text.h"
 #include "image/base_curve.h"
-#include "image/fixed_text.h"
 #include "image/guarded_libraw.h"
 
 namespace lumvik {

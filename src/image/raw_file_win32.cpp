@@ -1,6 +1,6 @@
-#include "image/file_io.h"
+#include "base/file_io.h"
+#include "base/wide_path_win32.h"
 #include "image/raw_file.h"
-#include "image/wide_path_win32.h"
 
 namespace lumvik {
 

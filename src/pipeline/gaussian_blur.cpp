@@ -5,7 +5,7 @@
 #include <opencv2/imgproc.hpp>
 #include <utility>
 
-#include "image/large_image.h"
+#include "base/large_image.h"
 
 namespace lumvik {
 

@@ -5,7 +5,7 @@
 #include <opencv2/core.hpp>
 #include <vector>
 
-#include "pipeline/window.h"
+#include "pipeline/symmetric_kernel.h"
 
 namespace lumvik {
 

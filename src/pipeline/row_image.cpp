@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "base/luminance.h"
 #include "image/image_buffer.h"
-#include "image/luminance.h"
 #include "pipeline/pixel_math.h"
 
 namespace lumvik {

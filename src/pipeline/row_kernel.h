@@ -6,7 +6,7 @@
 #include <functional>
 #include <opencv2/core.hpp>
 
-#include "image/vectorized.h"
+#include "base/vectorized.h"
 
 namespace lumvik {
 

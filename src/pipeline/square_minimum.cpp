@@ -5,8 +5,8 @@
 #include <opencv2/core/utility.hpp>
 #include <vector>
 
-#include "image/large_image.h"
-#include "image/vectorized.h"
+#include "base/large_image.h"
+#include "base/vectorized.h"
 
 namespace lumvik {
 namespace {

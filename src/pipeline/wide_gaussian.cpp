@@ -6,8 +6,8 @@
 #include <opencv2/imgproc.hpp>
 #include <utility>
 
-#include "image/large_image.h"
-#include "image/vectorized.h"
+#include "base/large_image.h"
+#include "base/vectorized.h"
 #include "pipeline/gaussian_blur.h"
 #include "pipeline/row_kernel.h"
 

@@ -4,7 +4,7 @@
 
 #include <opencv2/imgproc.hpp>
 
-#include "image/luminance.h"
+#include "base/luminance.h"
 #include "support/test_images.h"
 
 namespace lumvik {

@@ -2,7 +2,7 @@
 #ifndef LUMVIK_TESTS_API_FLOAT_SETTERS_H_
 #define LUMVIK_TESTS_API_FLOAT_SETTERS_H_
 
-#include "api/adjustments.h"
+#include "base/adjustments.h"
 #include "lumvik.h"
 
 namespace lumvik::test {

@@ -4,7 +4,7 @@
 
 #include <opencv2/core.hpp>
 
-#include "api/adjustments.h"
+#include "base/adjustments.h"
 
 namespace lumvik::reference {
 

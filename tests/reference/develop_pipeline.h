@@ -2,7 +2,7 @@
 #ifndef LUMVIK_TESTS_REFERENCE_DEVELOP_PIPELINE_H_
 #define LUMVIK_TESTS_REFERENCE_DEVELOP_PIPELINE_H_
 
-#include "api/adjustments.h"
+#include "base/adjustments.h"
 #include "image/image_buffer.h"
 
 namespace lumvik::reference {

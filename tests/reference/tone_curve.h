@@ -5,7 +5,7 @@
 #include <opencv2/core.hpp>
 #include <vector>
 
-#include "api/adjustments.h"
+#include "base/adjustments.h"
 
 namespace lumvik::reference {
 

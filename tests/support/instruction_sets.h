@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "image/vectorized.h"
+#include "base/vectorized.h"
 
 namespace lumvik::test {
 

@@ -4,7 +4,7 @@
 
 #include <random>
 
-#include "api/adjustments.h"
+#include "base/adjustments.h"
 
 namespace lumvik::test {
 

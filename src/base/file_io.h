@@ -1,0 +1,23 @@
+// Whole files by UTF-8 path. One implementation per platform.
+#ifndef LUMVIK_BASE_FILE_IO_H_
+#define LUMVIK_BASE_FILE_IO_H_
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace lumvik {
+
+// The bytes of a regular file; empty when it is empty, 4 GiB or larger, not a regular file, or cannot be
+// opened. What a failing read did not deliver is zero: decoding decides.
+std::vector<uint8_t> ReadWholeFile(const std::string& path);
+
+// Creates or replaces the file. True only when every byte reached it; a failed write leaves what it wrote.
+bool WriteWholeFile(const std::string& path, const std::vector<uint8_t>& bytes);
+
+// True when reading the path could wait for another process: a named pipe, a socket or a device.
+bool ReadingMayBlock(const std::string& path);
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_BASE_FILE_IO_H_

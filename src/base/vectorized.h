@@ -1,0 +1,117 @@
+// Plain loops compiled for the widest vector instructions that the processor has.
+#ifndef LUMVIK_BASE_VECTORIZED_H_
+#define LUMVIK_BASE_VECTORIZED_H_
+
+#include <atomic>
+#include <cstring>
+#include <type_traits>
+
+namespace lumvik {
+
+// In ascending order. Other processors than x86 have the baseline alone, which their compiler knows well.
+enum class InstructionSet { kBaseline, kAvx2, kAvx512 };
+
+// The widest set that is used; tests lower it to compare the sets.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): nobody else changes it
+inline std::atomic<InstructionSet> widest_instruction_set{InstructionSet::kAvx512};
+
+#if defined(__x86_64__)
+
+inline InstructionSet BestInstructionSet() {
+  const InstructionSet widest = widest_instruction_set.load(std::memory_order_relaxed);
+  const bool avx512 = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+                      __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512vl");
+  if (avx512 && widest >= InstructionSet::kAvx512) return InstructionSet::kAvx512;
+  if (__builtin_cpu_supports("avx2") && widest >= InstructionSet::kAvx2) return InstructionSet::kAvx2;
+  return InstructionSet::kBaseline;
+}
+
+// `flatten` pulls the loop, and whatever inline functions it calls, into a function of that instruction set.
+template <typename Loop>
+[[gnu::flatten, gnu::target("avx2")]] void RunWithAvx2(const Loop& loop) {
+  loop();
+}
+
+// GCC prefers narrower vectors unless it is told; clang knows no such option here.
+template <typename Loop>
+#if defined(__clang__)
+[[gnu::flatten, gnu::target("avx2,avx512f,avx512bw,avx512dq,avx512vl")]]
+#else
+[[gnu::flatten, gnu::target("avx2,avx512f,avx512bw,avx512dq,avx512vl,prefer-vector-width=512")]]
+#endif
+void RunWithAvx512(const Loop& loop) {
+  loop();
+}
+
+// Calls `loop()`, compiled for the best instruction set: worth it when the loop is simple enough for the
+// compiler to vectorise and runs over hundreds of values. The results are the same bytes with every set,
+// because the compiler may not fuse a multiplication with an addition.
+template <typename Loop>
+void Vectorized(const Loop& loop) {
+  switch (BestInstructionSet()) {
+    case InstructionSet::kAvx512:
+      return RunWithAvx512(loop);
+    case InstructionSet::kAvx2:
+      return RunWithAvx2(loop);
+    case InstructionSet::kBaseline:
+      return loop();
+  }
+}
+
+#else
+
+inline InstructionSet BestInstructionSet() {
+  return InstructionSet::kBaseline;
+}
+
+template <typename Loop>
+void Vectorized(const Loop& loop) {
+  loop();
+}
+
+#endif
+
+// The most floats that a vector of any set holds.
+inline constexpr int kMaxLanes = 16;
+
+// A vector of so many floats, for the loops that the compiler does not vectorise well by itself. Arithmetic
+// is by element.
+template <int lanes>
+struct LanesOf {
+  using Type __attribute__((vector_size(lanes * sizeof(float)))) = float;
+};
+template <int lanes>
+using Lanes = typename LanesOf<lanes>::Type;
+
+template <int lanes>
+Lanes<lanes> LoadLanes(const float* from) {
+  Lanes<lanes> loaded;
+  std::memcpy(&loaded, from, sizeof(loaded));
+  return loaded;
+}
+
+template <typename Vector>
+void StoreLanes(const Vector& vector, float* to) {
+  std::memcpy(to, &vector, sizeof(vector));
+}
+
+// Calls `loop(lanes)`, compiled for the best instruction set; `lanes` is an integral constant, the floats
+// that one of its vectors holds. GCC makes scalars of wider ones.
+template <typename Loop>
+void VectorizedByLanes(const Loop& loop) {
+#if defined(__x86_64__)
+  switch (BestInstructionSet()) {
+    case InstructionSet::kAvx512:
+      return RunWithAvx512([&loop] { loop(std::integral_constant<int, kMaxLanes>()); });
+    case InstructionSet::kAvx2:
+      return RunWithAvx2([&loop] { loop(std::integral_constant<int, 8>()); });
+    case InstructionSet::kBaseline:
+      break;
+  }
+#endif
+  loop(std::integral_constant<int, 4>());
+}
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_BASE_VECTORIZED_H_

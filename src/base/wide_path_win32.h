@@ -1,0 +1,14 @@
+// Paths as Windows wants them.
+#ifndef LUMVIK_BASE_WIDE_PATH_WIN32_H_
+#define LUMVIK_BASE_WIDE_PATH_WIN32_H_
+
+#include <string>
+
+namespace lumvik {
+
+// The UTF-8 path in UTF-16. What is not UTF-8 becomes replacement characters, a name no file has.
+std::wstring WidePath(const std::string& path);
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_BASE_WIDE_PATH_WIN32_H_

@@ -1,0 +1,31 @@
+#include "pipeline/stages/brightness.h"
+
+#include <algorithm>
+
+#include "pipeline/pixel_math.h"
+
+namespace lumvik {
+namespace {
+
+constexpr float kMinExponent = 0.1F;
+constexpr float kMaxExponent = 10.0F;
+
+}  // namespace
+
+float BrightnessExponent(float brightness) {
+  const float exponent = 1.0F / (brightness / 100.0F * 0.5F + 1.0F);
+  return std::max(std::min(exponent, kMaxExponent), kMinExponent);
+}
+
+RowKernel Brightness(float brightness) {
+  const float exponent = BrightnessExponent(brightness);
+  // A brightness too small to move the exponent must not cost the last bits of every value.
+  if (brightness == 0.0F || exponent == 1.0F) return {};
+  return MakeRowKernel([exponent](const PixelRow& row) {
+    for (float* values : {row.red, row.green, row.blue}) {
+      RaiseToPower(values, row.columns, [exponent](float) { return exponent; });
+    }
+  });
+}
+
+}  // namespace lumvik

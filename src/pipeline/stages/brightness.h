@@ -1,0 +1,17 @@
+// Brightness: a power function on each colour channel.
+#ifndef LUMVIK_PIPELINE_STAGES_BRIGHTNESS_H_
+#define LUMVIK_PIPELINE_STAGES_BRIGHTNESS_H_
+
+#include "pipeline/row_kernel.h"
+
+namespace lumvik {
+
+// The exponent for a brightness in percent: 2 at -100 (darker), 2/3 at 100 (brighter), within 0.1..10.
+float BrightnessExponent(float brightness);
+
+// Raises each channel to that exponent. Empty when `brightness` is 0.
+RowKernel Brightness(float brightness);
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_PIPELINE_STAGES_BRIGHTNESS_H_

@@ -1,0 +1,15 @@
+// Defringe: the purple and green seams of lateral colour, made duller.
+#ifndef LUMVIK_PIPELINE_STAGES_DEFRINGE_H_
+#define LUMVIK_PIPELINE_STAGES_DEFRINGE_H_
+
+#include "pipeline/row_kernel.h"
+
+namespace lumvik {
+
+// Damps the saturation of pixels of those hues above a limit, both from `amount` (percent). Empty unless it
+// is above 0.
+RowKernel Defringe(float amount);
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_PIPELINE_STAGES_DEFRINGE_H_

@@ -1,0 +1,152 @@
+#include "pipeline/stages/dehaze.h"
+
+#include <algorithm>
+#include <cstring>
+#include <functional>
+#include <mutex>
+#include <opencv2/imgproc.hpp>
+#include <vector>
+
+#include "base/large_image.h"
+#include "pipeline/pixel_math.h"
+#include "pipeline/square_minimum.h"
+
+namespace lumvik {
+namespace {
+
+constexpr double kPatchShare = 0.02;  // of the image's width
+constexpr int kMinPatch = 3;
+constexpr double kBrightestShare = 0.001;  // of the pixels
+constexpr float kMinAirlight = 0.01F;
+constexpr float kDehazeStrength = 0.95F;
+constexpr double kTransmissionSigma = 5.0;
+constexpr float kMinTransmission = 0.1F;
+
+// Calls `work(rows)` for so many ranges of rows, on all threads.
+template <typename Work>
+void ForStripes(int rows, int stripes, const Work& work) {
+  cv::parallel_for_(cv::Range(0, rows), work, stripes);
+}
+
+// The smallest value of each pixel's neighbourhood.
+cv::Mat DarkChannel(const cv::Mat& smallest) {
+  return SquareMinimum(smallest, std::max(static_cast<int>(smallest.cols * kPatchShare) | 1, kMinPatch));
+}
+
+// The upper half of a value's bits, which has the values' order. What is not above 0, or no number, comes
+// first.
+constexpr size_t kClasses = 1 << 16;
+size_t ClassOf(float value) {
+  uint32_t bits = 0;
+  std::memcpy(&bits, &value, sizeof(bits));
+  return value > 0 ? bits >> 16 : 0;
+}
+
+// Calls `work(values, count)` for every row, each thread on rows of its own with a copy of `part` to work on,
+// and then `add(part)`, one at a time.
+template <typename Part, typename Work, typename Add>
+void Gather(const cv::Mat& plane, const Part& part, const Work& work, const Add& add) {
+  std::mutex busy;
+  const auto gather = [&](const cv::Range& rows) {
+    Part own = part;
+    for (int y = rows.start; y < rows.end; ++y) work(plane.ptr<float>(y), plane.cols, own);
+    const std::lock_guard<std::mutex> lock(busy);
+    add(own);
+  };
+  cv::parallel_for_(cv::Range(0, plane.rows), gather, cv::getNumThreads());
+}
+
+// The lowest class such that at least `count` values lie in it or above.
+size_t LowestClass(const cv::Mat& plane, size_t count) {
+  using Counts = std::vector<uint32_t>;
+  Counts in_class(kClasses);
+  Gather(
+      plane, Counts(kClasses),
+      [](const float* values, int columns, Counts& counts) {
+        for (int x = 0; x < columns; ++x) ++counts[ClassOf(values[x])];
+      },
+      [&](const Counts& counts) {
+        std::transform(counts.begin(), counts.end(), in_class.begin(), in_class.begin(), std::plus<>());
+      });
+  size_t lowest = kClasses;
+  for (size_t found = 0; found < count;) found += in_class[--lowest];
+  return lowest;
+}
+
+// The `count` brightest values, brightest first. They are picked by class before they are sorted: sorting or
+// even partitioning the whole plane would cost more than the rest of the stage.
+std::vector<float> Brightest(const cv::Mat& plane, size_t count) {
+  using Values = std::vector<float>;
+  const size_t lowest = LowestClass(plane, count);
+  Values brightest;
+  Gather(
+      plane, Values(),
+      [lowest](const float* values, int columns, Values& found) {
+        for (int x = 0; x < columns; ++x) {
+          if (ClassOf(values[x]) >= lowest) found.push_back(values[x]);
+        }
+      },
+      [&](const Values& found) { brightest.insert(brightest.end(), found.begin(), found.end()); });
+  std::sort(brightest.begin(), brightest.end(), std::greater<>());
+  brightest.resize(count);
+  return brightest;
+}
+
+// The mean of the brightest values; the order of the addition decides the last bits.
+float Airlight(const cv::Mat& dark) {
+  const auto count =
+      std::max(static_cast<size_t>(static_cast<double>(dark.total()) * kBrightestShare), size_t{1});
+  std::vector<float> values = Brightest(dark, count);
+  return std::max(static_cast<float>(cv::mean(cv::Mat(values, false).reshape(1, 1))[0]), kMinAirlight);
+}
+
+// Blurred by OpenCV itself: a threshold and a division follow, which make a difference in the last bit seen.
+// It works on one thread; called for some rows, it looks at the rows around by itself.
+// It is made in the place of `dark`.
+cv::Mat Transmission(cv::Mat& dark, float strength, float airlight) {
+  ForStripes(dark.rows, cv::getNumThreads(), [&](const cv::Range& rows) {
+    cv::Mat stripe = dark.rowRange(rows);
+    stripe = 1.0 - stripe * static_cast<double>(strength) / static_cast<double>(airlight);
+  });
+  cv::Mat transmission = LargeImage(dark.size(), CV_32F);
+  // The last bits of a single column depend on its number of rows, those of wider planes do not.
+  const int stripes = dark.cols == 1 ? 1 : cv::getNumThreads();
+  ForStripes(dark.rows, stripes, [&](const cv::Range& rows) {
+    cv::Mat stripe = transmission.rowRange(rows);
+    cv::GaussianBlur(dark.rowRange(rows), stripe, cv::Size(), kTransmissionSigma);
+  });
+  return transmission;
+}
+
+void Clear(const PixelRow& row, const float* transmission, float airlight) {
+  for (int i = 0; i < row.columns; ++i) {
+    const float t = transmission[i] > kMinTransmission ? transmission[i] : 0.0F;
+    const auto cleared = [=](float value) { return SaturateUnit((value - airlight) / t + airlight); };
+    row.red[i] = cleared(row.red[i]);
+    row.green[i] = cleared(row.green[i]);
+    row.blue[i] = cleared(row.blue[i]);
+  }
+}
+
+}  // namespace
+
+RowKernel StoreSmallest(const cv::Mat& plane) {
+  return [own = plane](const PixelRow& row) mutable {
+    const auto store = [](const PixelRow& part, float* __restrict smallest) {
+      for (int i = 0; i < part.columns; ++i) {
+        smallest[i] = std::min(std::min(part.red[i], part.green[i]), part.blue[i]);
+      }
+    };
+    ChangeRow(store, row, own.ptr<float>(row.y) + row.x);
+  };
+}
+
+RowKernel Dehaze(const cv::Mat& smallest, float amount) {
+  cv::Mat dark = DarkChannel(smallest);
+  const float airlight = Airlight(dark);
+  return MakeRowKernel(
+      [airlight](const PixelRow& row, const float* transmission) { Clear(row, transmission, airlight); },
+      Transmission(dark, amount / 100.0F * kDehazeStrength, airlight));
+}
+
+}  // namespace lumvik

@@ -1,0 +1,60 @@
+#include "pipeline/stages/exposure.h"
+
+#include <cmath>
+
+#include "pipeline/pixel_math.h"
+
+namespace lumvik {
+namespace {
+
+constexpr float kKnee = 0.75F;
+constexpr float kUpperKnee = 0.75F;
+constexpr float kShoulderNumerator = 0.0625F;
+constexpr float kShoulderOffset = -0.5F;
+constexpr float kBlendSoftness = 1.5F;
+
+float Floored(float value) {
+  return value < kBlack ? kBlack : value;
+}
+float Ceiled(float value) {
+  return value > kWhite ? kWhite : value;
+}
+
+// Meets the identity at the knee with slope 1 and tends to 1.
+float Shoulder(float peak) {
+  return kUpperKnee >= peak ? peak : 1.0F - kShoulderNumerator / (peak + kShoulderOffset);
+}
+
+// Both outcomes are computed for every pixel and one is chosen: a loop without branches vectorises.
+void ExposeRow(const PixelRow& row, float gain) {
+  for (int i = 0; i < row.columns; ++i) {
+    const float r = Floored(gain * row.red[i]);
+    const float g = Floored(gain * row.green[i]);
+    const float b = Floored(gain * row.blue[i]);
+    const float rg = r < g ? g : r;
+    const float peak = rg < b ? b : rg;
+    // Up to the knee nothing is scaled and nothing made grey, which leaves every bit as it was.
+    const bool beyond_knee = peak > kKnee;
+    const float level = Shoulder(peak);
+    const float scale = beyond_knee ? level / peak : 1.0F;
+    const float excess = peak - kKnee;
+    const float grey = beyond_knee ? excess / (excess + kBlendSoftness) : 0.0F;
+    const auto rolled_off = [=](float value) {
+      const float scaled = scale * value;
+      return Ceiled((level - scaled) * grey + scaled);
+    };
+    row.red[i] = rolled_off(r);
+    row.green[i] = rolled_off(g);
+    row.blue[i] = rolled_off(b);
+  }
+}
+
+}  // namespace
+
+RowKernel Exposure(float exposure) {
+  if (exposure == 0.0F) return {};
+  const float gain = std::pow(2.0F, exposure);
+  return MakeRowKernel([gain](const PixelRow& row) { ExposeRow(row, gain); });
+}
+
+}  // namespace lumvik

@@ -1,0 +1,138 @@
+#include "pipeline/stages/geometry.h"
+
+#include <algorithm>
+#include <opencv2/imgproc.hpp>
+#include <vector>
+
+#include "pipeline/bilinear_sampler.h"
+
+namespace lumvik {
+namespace {
+
+constexpr float kPerspectiveStrength = 0.15F;
+constexpr float kWholeFrame = 0.99F;
+constexpr int kSmallestSide = 11;
+
+// OpenCV's cv::warpAffine counts in 1/1024 of a pixel and rounds the two halves of a coordinate separately.
+constexpr int kFineBits = 10;
+constexpr int kFineToPlace = kFineBits - 5;
+static_assert(1 << (kFineBits - kFineToPlace) == kPlacesPerPixel);
+
+constexpr int kBlockRows = 16;
+constexpr int kBlockPixels = 1024;
+
+// Of angles that are no number OpenCV makes the least of all ints, twice, and lets their sum wrap round.
+int WrappingSum(int a, int b) {
+  return static_cast<int>(static_cast<unsigned>(a) + static_cast<unsigned>(b));
+}
+
+// The pixels from x on come from where the matrix takes them; `first` is the column at which their block
+// begins.
+void PlaceProjected(const cv::Matx33d& matrix, int first, int x, int y, int columns, int* __restrict to_x,
+                    int* __restrict to_y) {
+  constexpr double kScale = kPlacesPerPixel;
+  const auto start = [&](int row) { return matrix(row, 0) * first + matrix(row, 1) * y + matrix(row, 2); };
+  const double start_x = start(0);
+  const double start_y = start(1);
+  const double start_w = start(2);
+  const double step_x = matrix(0, 0);
+  const double step_y = matrix(1, 0);
+  const double step_w = matrix(2, 0);
+  for (int i = 0; i < columns; ++i) {
+    const double in_block = x - first + i;
+    const double w = start_w + step_w * in_block;
+    const double scale = w != 0 ? kScale / w : 0;
+    to_x[i] = NearestPlace((start_x + step_x * in_block) * scale);
+    to_y[i] = NearestPlace((start_y + step_y * in_block) * scale);
+  }
+}
+
+// A fraction of a length in whole pixels, cut off; far outside the frame, or no number, stays far outside.
+int Pixels(int length, float fraction) {
+  constexpr float kFarOutside = 1e9F;
+  const float pixels = static_cast<float>(length) * fraction;
+  if (!(pixels > -kFarOutside)) return static_cast<int>(-kFarOutside);
+  return static_cast<int>(std::min(pixels, kFarOutside));
+}
+
+}  // namespace
+
+void Flip(cv::Mat& working, bool horizontally, bool vertically) {
+  if (horizontally) cv::flip(working, working, 1);
+  if (vertically) cv::flip(working, working, 0);
+}
+
+RowImage Rotated(const cv::Mat& working, float degrees) {
+  const cv::Point2f centre(static_cast<float>(working.cols) * 0.5F, static_cast<float>(working.rows) * 0.5F);
+  cv::Matx23d forward = cv::getRotationMatrix2D(centre, static_cast<double>(degrees), 1.0);
+  cv::Matx23d back;
+  cv::invertAffineTransform(forward, back);
+  constexpr double kFine = 1 << kFineBits;
+  std::vector<int> along_x(static_cast<size_t>(working.cols));
+  std::vector<int> along_y(along_x.size());
+  for (int x = 0; x < working.cols; ++x) {
+    along_x[static_cast<size_t>(x)] = cvRound(back(0, 0) * x * kFine);
+    along_y[static_cast<size_t>(x)] = cvRound(back(1, 0) * x * kFine);
+  }
+  return Sampled(working, [=](const PixelRow& part, Places& places) {
+    constexpr int kHalfPlace = 1 << (kFineToPlace - 1);
+    const int row_x = cvRound((back(0, 1) * part.y + back(0, 2)) * kFine) + kHalfPlace;
+    const int row_y = cvRound((back(1, 1) * part.y + back(1, 2)) * kFine) + kHalfPlace;
+    const int* column_x = along_x.data() + part.x;
+    const int* column_y = along_y.data() + part.x;
+    Vectorized([&, columns = part.columns] {
+      for (int i = 0; i < columns; ++i) {
+        places.x[i] = WrappingSum(row_x, column_x[i]) >> kFineToPlace;
+        places.y[i] = WrappingSum(row_y, column_y[i]) >> kFineToPlace;
+      }
+    });
+  });
+}
+
+RowImage PerspectiveCorrected(const cv::Mat& working, float horizontal, float vertical) {
+  const auto width = static_cast<float>(working.cols);
+  const auto height = static_cast<float>(working.rows);
+  const float dx = width * (horizontal / 100.0F * kPerspectiveStrength);
+  const float dy = height * (vertical / 100.0F * kPerspectiveStrength);
+  const std::vector<cv::Point2f> from = {{0, 0}, {width, 0}, {width, height}, {0, height}};
+  const std::vector<cv::Point2f> to = {
+      {dx, dy}, {width - dx, dy}, {width + dx, height - dy}, {-dx, height - dy}};
+  const cv::Matx33d forward = cv::getPerspectiveTransform(from, to, cv::DECOMP_LU);
+  cv::Matx33d back;
+  cv::invert(forward, back);
+  // cv::warpPerspective starts anew with every block of columns, which decides the last bits of a place.
+  const int block = std::min(kBlockPixels / std::min(kBlockRows, working.rows), working.cols);
+  return Sampled(working, [back, block](const PixelRow& part, Places& places) {
+    for (int i = 0; i < part.columns;) {
+      const int x = part.x + i;
+      const int first = x / block * block;
+      const int count = std::min(first + block - x, part.columns - i);
+      Vectorized([&] { PlaceProjected(back, first, x, part.y, count, places.x + i, places.y + i); });
+      i += count;
+    }
+  });
+}
+
+cv::Rect CropArea(const CropRectangle& crop, cv::Size frame) {
+  const cv::Rect whole({0, 0}, frame);
+  if (crop.w <= 0.0F || crop.h <= 0.0F) return whole;
+  if (crop.x == 0.0F && crop.y == 0.0F && crop.w >= kWholeFrame && crop.h >= kWholeFrame) return whole;
+  const int x = std::max(Pixels(frame.width, crop.x), 0);
+  const int y = std::max(Pixels(frame.height, crop.y), 0);
+  const int width = std::min(Pixels(frame.width, crop.w), frame.width - x);
+  const int height = std::min(Pixels(frame.height, crop.h), frame.height - y);
+  return width < kSmallestSide || height < kSmallestSide ? whole : cv::Rect(x, y, width, height);
+}
+
+RowImage Cropped(const RowImage& image, const CropRectangle& crop) {
+  const cv::Rect area = CropArea(crop, image.size);
+  const auto read = [=](const PixelRow& part) {
+    PixelRow from = part;
+    from.x += area.x;
+    from.y += area.y;
+    image.read(from);
+  };
+  return {area.size(), read};
+}
+
+}  // namespace lumvik

@@ -1,0 +1,18 @@
+// HSL bands: hue, saturation and lightness of eight ranges of hue.
+#ifndef LUMVIK_PIPELINE_STAGES_HSL_BANDS_H_
+#define LUMVIK_PIPELINE_STAGES_HSL_BANDS_H_
+
+#include <array>
+
+#include "base/adjustments.h"
+#include "pipeline/row_kernel.h"
+
+namespace lumvik {
+
+// Each band pulls pixels whose hue lies within 0.09 turns of its centre, weighted by nearness; where bands
+// overlap their shifts add up. Greys stay. Empty when every shift is 0.
+RowKernel HslBands(const std::array<HslBand, kHslBandCount>& bands);
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_PIPELINE_STAGES_HSL_BANDS_H_

@@ -1,0 +1,23 @@
+// Post-crop vignette: the frame's edges moved towards white.
+#ifndef LUMVIK_PIPELINE_STAGES_POST_CROP_VIGNETTE_H_
+#define LUMVIK_PIPELINE_STAGES_POST_CROP_VIGNETTE_H_
+
+#include "pipeline/row_kernel.h"
+
+namespace lumvik {
+
+// The settings of the same names, in percent.
+struct VignetteSettings {
+  float amount;
+  float midpoint;
+  float roundness;
+};
+
+// Either sign of the amount brightens. The weight grows smoothly from the midpoint radius to the edge, where
+// the radius is 1 in both directions; negative roundness turns the ellipse into a rectangle. Clamped to 0..1.
+// Empty when the amount is 0.
+RowKernel PostCropVignette(const VignetteSettings& settings, cv::Size frame);
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_PIPELINE_STAGES_POST_CROP_VIGNETTE_H_

@@ -1,0 +1,50 @@
+#include "pipeline/stages/saturation_vibrance.h"
+
+#include <algorithm>
+
+#include "base/luminance.h"
+#include "pipeline/pixel_math.h"
+
+namespace lumvik {
+namespace {
+
+constexpr float kColourfulnessScale = 3.0F;
+constexpr float kVibranceStrength = 0.8F;
+
+// A setting that is 0 leaves every bit as it was, and costs nothing.
+template <bool kSaturation, bool kVibrance>
+void Stretch(const PixelRow& row, float saturation, float vibrance) {
+  for (int i = 0; i < row.columns; ++i) {
+    float r = row.red[i];
+    float g = row.green[i];
+    float b = row.blue[i];
+    const float spread = std::max(std::max(r, g), b) - std::min(std::min(r, g), b);
+    const auto stretch = [&r, &g, &b](float factor) {
+      const float luminance = Luminance(r, g, b);
+      r = ClampUnit((r - luminance) * factor + luminance);
+      g = ClampUnit((g - luminance) * factor + luminance);
+      b = ClampUnit((b - luminance) * factor + luminance);
+    };
+    if constexpr (kSaturation) stretch(saturation + 1.0F);
+    if constexpr (kVibrance) {
+      const float colourfulness = ClampUnit(spread * kColourfulnessScale);
+      stretch((1.0F - colourfulness) * vibrance * kVibranceStrength + 1.0F);
+    }
+    row.red[i] = r;
+    row.green[i] = g;
+    row.blue[i] = b;
+  }
+}
+
+}  // namespace
+
+RowKernel SaturationVibrance(float saturation, float vibrance) {
+  if (saturation == 0.0F && vibrance == 0.0F) return {};
+  const float s = saturation / 100.0F;
+  const float v = vibrance / 100.0F;
+  if (v == 0.0F) return MakeRowKernel([=](const PixelRow& row) { Stretch<true, false>(row, s, v); });
+  if (s == 0.0F) return MakeRowKernel([=](const PixelRow& row) { Stretch<false, true>(row, s, v); });
+  return MakeRowKernel([=](const PixelRow& row) { Stretch<true, true>(row, s, v); });
+}
+
+}  // namespace lumvik

@@ -1,0 +1,28 @@
+// Tone curves: a master curve on every channel, then one curve a channel.
+#ifndef LUMVIK_PIPELINE_STAGES_TONE_CURVE_H_
+#define LUMVIK_PIPELINE_STAGES_TONE_CURVE_H_
+
+#include <array>
+#include <vector>
+
+#include "base/adjustments.h"
+#include "pipeline/row_kernel.h"
+
+namespace lumvik {
+
+inline constexpr int kCurveTableEntries = 65536;
+
+// A curve's values, clamped to 0..1, at i / 65535: the uniform Catmull-Rom spline through the points' y
+// values, with the end points repeated; the x spacing enters only through the position within a segment.
+// Points are taken in list order, unsorted. Fewer than two points give the identity; the two points (0, 0)
+// and (1, 1) give a mild S-curve.
+// Catmull and Rom, A class of local interpolating splines, 1974.
+std::vector<float> BuildCurveTable(const ToneCurve& points);
+
+// Empty when every curve has fewer than two points or exactly the points (0, 0) and (1, 1). Otherwise each
+// value is rounded to 16 bits and looked up.
+RowKernel ToneCurveStage(const std::array<ToneCurve, kToneCurveCount>& curves);
+
+}  // namespace lumvik
+
+#endif  // LUMVIK_PIPELINE_STAGES_TONE_CURVE_H_
