@@ -29,13 +29,13 @@ endif()
 function(lumvik_compile_options target)
   # Contraction would let the compiler fuse a multiply and an add on some instruction sets and not on
   # others; with it off the same photograph gives the same bytes everywhere. Nobody looks at the floating-point
-  # exception flags or at errno, so loops with a choice in them may compute both outcomes and vectorise.
+  # exception flags or at errno, so loops with a choice in them may compute both outcomes and vectorize.
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion -Wshadow -Wno-psabi -ffp-contract=off -fno-math-errno -fno-trapping-math)
   if(LUMVIK_WERROR)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
   if(LUMVIK_SANITIZE)
-    # The sanitizers' own code makes GCC see uninitialised values in std::function and std::regex.
+    # The sanitizers' own code makes GCC see uninitialized values in std::function and std::regex.
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> -fsanitize=${LUMVIK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(${target} PRIVATE -fsanitize=${LUMVIK_SANITIZE})
     # LUMVIK_SANITIZE_ADDRESS and the like: what tells of a sanitizer differs from compiler to compiler.

@@ -159,7 +159,7 @@ LUMVIK_API int lumvik_get_height(EngineContext* ctx);
  * ordinary images, everything else goes to the RAW decoder. The size held is, before cropping, the
  * size of every render and export.
  *
- * - Ordinary: decoded to 8-bit colour (deeper files are reduced, grey expanded, alpha dropped),
+ * - Ordinary: decoded to 8-bit color (deeper files are reduced, gray expanded, alpha dropped),
  *   turned upright by its EXIF orientation, shrunk to a long side of at most 4096.
  * - RAW: sRGB, as-shot white balance, a fixed curve that lifts the mid-tones (0.5 becomes 0.58).
  *   @p quality, clamped to 1..4, trades detail for speed: 1 decodes at full resolution, 2 and 3 at
@@ -248,7 +248,7 @@ typedef struct ExifInfo {
   char make[64];        /**< Camera maker. */
   char model[64];       /**< Camera model. */
   char lens[128];       /**< Lens model; "" in a fallback. */
-  float focal_length;   /**< Millimetres. */
+  float focal_length;   /**< Millimeters. */
   float f_number;       /**< Or derived from the APEX aperture. */
   float exposure_time;  /**< Seconds; or derived from the APEX shutter speed. */
   int32_t iso;          /**< ISO speed. */
@@ -380,7 +380,7 @@ LUMVIK_API void lumvik_reset_adjustments(EngineContext* ctx);
 
 /**
  * Exposure in stops: 1 doubles, -1 halves. Default 0; suggestions lie in -0.25 to 1.
- * Any value but 0 also rolls off levels above 0.75 towards white, losing colour on the way:
+ * Any value but 0 also rolls off levels above 0.75 towards white, losing color on the way:
  * with a value near 0, white comes out at 0.875.
  */
 LUMVIK_API void lumvik_set_exposure(EngineContext* ctx, float stops);
@@ -420,7 +420,7 @@ LUMVIK_API void lumvik_set_blacks(EngineContext* ctx, float percent);
 /**
  * White-balance temperature: higher is warmer. Kelvin, 1667 to 25000 (held within), default 5500.
  * <b>Neutral is 6500, not the default</b>: only within 1 of 6500, with a tint within 0.1 of 0, are
- * the colours left alone. At 5500 red and blue are multiplied by about 1.14 and 1.13; just outside
+ * the colors left alone. At 5500 red and blue are multiplied by about 1.14 and 1.13; just outside
  * the neutral zone by 1.27 and 0.96. Below about 3500 almost no red remains.
  */
 LUMVIK_API void lumvik_set_temperature(EngineContext* ctx, float kelvin);
@@ -431,15 +431,15 @@ LUMVIK_API void lumvik_set_temperature(EngineContext* ctx, float kelvin);
  */
 LUMVIK_API void lumvik_set_tint(EngineContext* ctx, float tint);
 
-/** Colour intensity. Percent, default 0; -100 gives grey, 100 doubles. */
+/** Color intensity. Percent, default 0; -100 gives gray, 100 doubles. */
 LUMVIK_API void lumvik_set_saturation(EngineContext* ctx, float percent);
 
-/** Colour intensity of muted colours. Percent, default 0; strong colours are left alone. */
+/** Color intensity of muted colors. Percent, default 0; strong colors are left alone. */
 LUMVIK_API void lumvik_set_vibrance(EngineContext* ctx, float percent);
 
 /** Channels of the tone curves. */
 enum {
-  LUMVIK_CURVE_MASTER = 0, /**< All three colours, ahead of their own curves. */
+  LUMVIK_CURVE_MASTER = 0, /**< All three colors, ahead of their own curves. */
   LUMVIK_CURVE_RED = 1,
   LUMVIK_CURVE_GREEN = 2,
   LUMVIK_CURVE_BLUE = 3
@@ -476,7 +476,7 @@ LUMVIK_API void lumvik_set_texture(EngineContext* ctx, float percent);
  */
 LUMVIK_API void lumvik_set_dehaze(EngineContext* ctx, float percent);
 
-/** Hue bands, with their centres. */
+/** Hue bands, with their centers. */
 enum {
   LUMVIK_BAND_RED = 0,     /**< 0 degrees. */
   LUMVIK_BAND_ORANGE = 1,  /**< 30 degrees. */
@@ -493,8 +493,8 @@ enum {
  * Shifts one hue band: @p hue in degrees, -180 to 180, @p saturation and @p luminance in percent.
  * Defaults 0.
  *
- * A band's effect falls from its centre to nothing at 32.4 degrees away; where bands overlap, their
- * shifts add up. A luminance of 100 adds 0.5 to the lightness. Greys never change. A band outside
+ * A band's effect falls from its center to nothing at 32.4 degrees away; where bands overlap, their
+ * shifts add up. A luminance of 100 adds 0.5 to the lightness. Grays never change. A band outside
  * 0..7 is ignored.
  */
 LUMVIK_API void lumvik_set_hsl(EngineContext* ctx, int band, float hue, float saturation, float luminance);
@@ -507,9 +507,9 @@ enum { LUMVIK_ZONE_HIGHLIGHTS = 0, LUMVIK_ZONE_SHADOWS = 1 };
  * @p hue in degrees, 0 to 360; @p saturation 0 to 100 percent. Both saturations 0 is off. All
  * defaults 0.
  *
- * @p balance, in percent, is stored <b>by zone 0 only</b>, for both zones; positive favours the
+ * @p balance, in percent, is stored <b>by zone 0 only</b>, for both zones; positive favors the
  * highlights. Hues mix along the scale, not around the circle: on the way to a hue near 0 or 360 a
- * colour may pass through all the others.
+ * color may pass through all the others.
  */
 LUMVIK_API void lumvik_set_split_toning(EngineContext* ctx, int zone, float hue, float saturation,
                                         float balance);
@@ -521,7 +521,7 @@ LUMVIK_API void lumvik_set_split_toning(EngineContext* ctx, int zone, float hue,
 LUMVIK_API void lumvik_set_nr_luminance(EngineContext* ctx, float percent);
 
 /**
- * Smooths colour noise by blurring all channels, detail included. 0 to 100 percent, default 0;
+ * Smooths color noise by blurring all channels, detail included. 0 to 100 percent, default 0;
  * negative is off. The kernel grows from 3 to 11 pixels in steps of 25 %.
  */
 LUMVIK_API void lumvik_set_nr_color(EngineContext* ctx, float percent);
@@ -542,8 +542,8 @@ LUMVIK_API void lumvik_set_sharpening_threshold(EngineContext* ctx, float level)
 LUMVIK_API void lumvik_set_distortion(EngineContext* ctx, float percent);
 
 /**
- * Corrects lateral colour fringes. 0 to 100 percent, default 0; negative is off.
- * 100 enlarges red and shrinks blue by 0.3 % about the centre, leaving a thin border without blue.
+ * Corrects lateral color fringes. 0 to 100 percent, default 0; negative is off.
+ * 100 enlarges red and shrinks blue by 0.3 % about the center, leaving a thin border without blue.
  */
 LUMVIK_API void lumvik_set_ca_correction(EngineContext* ctx, float percent);
 
@@ -552,7 +552,7 @@ LUMVIK_API void lumvik_set_lens_vignette(EngineContext* ctx, float percent);
 
 /**
  * Mutes saturated purple (hues 234 to 306 degrees) and green (90 to 144), at 100 to half the
- * saturation. 0 to 100 percent, default 0; negative is off. Acts on all such colours, not only at
+ * saturation. 0 to 100 percent, default 0; negative is off. Acts on all such colors, not only at
  * edges.
  */
 LUMVIK_API void lumvik_set_defringe(EngineContext* ctx, float percent);
@@ -564,7 +564,7 @@ LUMVIK_API void lumvik_set_flip_h(EngineContext* ctx, int flip);
 LUMVIK_API void lumvik_set_flip_v(EngineContext* ctx, int flip);
 
 /**
- * Turns the image about its centre. Degrees, positive counter-clockwise, default 0.
+ * Turns the image about its center. Degrees, positive counter-clockwise, default 0.
  * The size stays, and mirrored content fills the corners: crop it away.
  */
 LUMVIK_API void lumvik_set_rotation(EngineContext* ctx, float degrees);
@@ -595,14 +595,14 @@ LUMVIK_API void lumvik_set_crop(EngineContext* ctx, float x, float y, float w, f
  */
 LUMVIK_API void lumvik_set_vignette_amount(EngineContext* ctx, float percent);
 
-/** Where the vignette begins, from the centre (0) to the edge (100). Percent, default 50. */
+/** Where the vignette begins, from the center (0) to the edge (100). Percent, default 50. */
 LUMVIK_API void lumvik_set_vignette_midpoint(EngineContext* ctx, float percent);
 
 /** Shape of the vignette: rectangle at -100, ellipse from 0 to 100. Percent, default 0. */
 LUMVIK_API void lumvik_set_vignette_roundness(EngineContext* ctx, float percent);
 
 /**
- * Adds colourless grain. 0 to 100 percent, default 0; negative is off. Its standard deviation at
+ * Adds colorless grain. 0 to 100 percent, default 0; negative is off. Its standard deviation at
  * 100 is 0.05 of full scale. <b>Not seeded</b>: every render has other grain.
  */
 LUMVIK_API void lumvik_set_grain_amount(EngineContext* ctx, float percent);
@@ -771,7 +771,7 @@ LUMVIK_API int lumvik_export_subject_png(EngineContext* ctx, const char* path);
  * @retval  0 @p *data points to @p *size bytes
  * @retval -1 null argument, or a file that cannot be read
  * @retval -2 the RAW file has no preview
- * @retval -3 the preview cannot be taken out, or is a bitmap of fewer bytes than three colours of
+ * @retval -3 the preview cannot be taken out, or is a bitmap of fewer bytes than three colors of
  *            8 bits take, or with a side of more than 65500 pixels
  * @retval -4 no memory for the bytes
  * @throws cv::Exception see Exceptions

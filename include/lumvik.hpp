@@ -130,13 +130,13 @@ struct CurvePoint {
 
 /** The tone curves. */
 enum class Curve {
-  kMaster = LUMVIK_CURVE_MASTER, /**< All three colours, ahead of their own curves. */
+  kMaster = LUMVIK_CURVE_MASTER, /**< All three colors, ahead of their own curves. */
   kRed = LUMVIK_CURVE_RED,
   kGreen = LUMVIK_CURVE_GREEN,
   kBlue = LUMVIK_CURVE_BLUE
 };
 
-/** The hue bands; their centres stand in lumvik.h. */
+/** The hue bands; their centers stand in lumvik.h. */
 enum class Band {
   kRed = LUMVIK_BAND_RED,
   kOrange = LUMVIK_BAND_ORANGE,
@@ -291,9 +291,9 @@ class Engine {
   void SetTemperature(float kelvin) { lumvik_set_temperature(context_.get(), kelvin); }
   /** -150 to 150, default 0; positive is magenta. */
   void SetTint(float tint) { lumvik_set_tint(context_.get(), tint); }
-  /** Percent; -100 gives grey. */
+  /** Percent; -100 gives gray. */
   void SetSaturation(float percent) { lumvik_set_saturation(context_.get(), percent); }
-  /** Percent, of muted colours. */
+  /** Percent, of muted colors. */
   void SetVibrance(float percent) { lumvik_set_vibrance(context_.get(), percent); }
 
   /** A spline through at least two points, in ascending x; fewer are ignored. Default: exactly straight. */
@@ -318,7 +318,7 @@ class Engine {
   }
   /**
    * Tints the bright tones: @p hue 0 to 360 degrees, @p saturation 0 to 100 percent, default 0.
-   * @p balance, in percent, holds for both tints; positive favours the highlights.
+   * @p balance, in percent, holds for both tints; positive favors the highlights.
    */
   void SetSplitHighlights(float hue, float saturation, float balance = 0) {
     lumvik_set_split_toning(context_.get(), LUMVIK_ZONE_HIGHLIGHTS, hue, saturation, balance);
@@ -363,7 +363,7 @@ class Engine {
 
   /** Percent; brightens the edges for either sign. */
   void SetVignetteAmount(float percent) { lumvik_set_vignette_amount(context_.get(), percent); }
-  /** 0 (the centre) to 100 (the edge) percent, default 50. */
+  /** 0 (the center) to 100 (the edge) percent, default 50. */
   void SetVignetteMidpoint(float percent) { lumvik_set_vignette_midpoint(context_.get(), percent); }
   /** Percent; -100 is a rectangle. */
   void SetVignetteRoundness(float percent) { lumvik_set_vignette_roundness(context_.get(), percent); }

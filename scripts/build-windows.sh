@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Builds lumvik for Windows x86-64 on Debian, installing first what that takes: lumvik.dll, its import library
 # lumvik.dll.a and lumvik.exe in build/windows, and a zip of them with the header, the files for CMake and
-# pkg-config, and the licences of what is linked in.
+# pkg-config, and the licenses of what is linked in.
 #
 #   scripts/build-windows.sh
 #

@@ -22,7 +22,7 @@ build_packages=(
   libopencv-imgcodecs-dev  # reads and writes JPEG, PNG, TIFF, BMP, WebP
   libraw-dev               # reads camera RAW files
   libexif-dev              # reads EXIF and writes the block kept in an exported JPEG
-  liblcms2-dev             # colour profiles
+  liblcms2-dev             # color profiles
   libcli11-dev             # the command line's options
   nlohmann-json3-dev       # settings files
   libpng-dev               # the command line: PNG files of previews, masks and histograms

@@ -88,11 +88,11 @@ void AddBands(CLI::App& command, Settings& given) {
   command
       .add_option_function<std::vector<std::string>>(
           "--hsl", keep,
-          "Shift the colours of one band: red, orange, yellow, green, aqua, blue, purple or magenta; "
+          "Shift the colors of one band: red, orange, yellow, green, aqua, blue, purple or magenta; "
           "-180..180 degrees, -100..100 percent, -100..100 percent. May be given for each band")
       ->type_name("BAND=HUE,SATURATION,LUMINANCE")
       ->allow_extra_args(false)
-      ->group(kColour);
+      ->group(kColor);
 }
 
 // An option that sets some numbers at once.
@@ -126,20 +126,20 @@ void AddFlip(CLI::App& command, const std::string& key, const std::string& help,
 
 void AddAdjustmentOptions(CLI::App& command, Settings& given) {
   const ListOption lists[] = {
-      {kColour,
+      {kColor,
        "--split-highlights",
        "HUE,SATURATION",
        "Tint the bright tones: 0..360 degrees, 0..100 percent",
        {"split_toning.highlight_hue", "split_toning.highlight_saturation"}},
-      {kColour,
+      {kColor,
        "--split-shadows",
        "HUE,SATURATION",
        "Tint the dark tones: 0..360 degrees, 0..100 percent",
        {"split_toning.shadow_hue", "split_toning.shadow_saturation"}},
-      {kColour,
+      {kColor,
        "--split-balance",
        "PERCENT:-100..100",
-       "Favour the tint of the dark (below 0) or of the bright tones (above 0)",
+       "Favor the tint of the dark (below 0) or of the bright tones (above 0)",
        {"split_toning.balance"}},
       {kGeometry,
        "--crop",

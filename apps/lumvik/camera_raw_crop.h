@@ -16,7 +16,7 @@ struct CameraRawCrop {
   double angle;  // degrees
 };
 
-// An upright rectangle on the upright picture after it has been turned about its centre.
+// An upright rectangle on the upright picture after it has been turned about its center.
 struct TurnedCrop {
   double x;  // fractions of the upright picture
   double y;

@@ -49,7 +49,7 @@ inline constexpr CameraRawNumber kCameraRawNumbers[] = {
     {"SplitToningBalance", "split_toning.balance"},
 };
 
-// Three for each colour: "HueAdjustmentRed" is "hsl.red.hue". A hue at 100 reaches the neighbouring colour,
+// Three for each color: "HueAdjustmentRed" is "hsl.red.hue". A hue at 100 reaches the neighboring color,
 // some 30 degrees away.
 struct CameraRawBandNumber {
   const char* name;

@@ -19,7 +19,7 @@ struct Histograms {
   Histogram luminance{};
 };
 
-// Red, green and blue as areas whose colours mix where they overlap, luminance as a line; black on the left.
+// Red, green and blue as areas whose colors mix where they overlap, luminance as a line; black on the left.
 // Heights are to one scale, linear up to the highest bin but those at the ends: clipped tones, often by far
 // the most, are cut off at the top.
 Pixels HistogramPicture(const Histograms& counts);

@@ -53,7 +53,7 @@ void AddDevelopOptions(CLI::App& command, Photograph& photograph) {
       ->group(kSettingsFile);
   command
       .add_flag("--auto", photograph.auto_enhance,
-                "Use the tone, colour and detail that suit the photograph, where nothing is given")
+                "Use the tone, color and detail that suit the photograph, where nothing is given")
       ->group(kAutomatic);
   command.add_flag("--auto-crop", photograph.auto_crop, "Crop to the most interesting part, 3:2")
       ->group(kAutomatic);

@@ -11,7 +11,7 @@ namespace lumvik {
 struct Pixels {
   int width = 0;
   int height = 0;
-  int channels = 0;           // 1: grey, 3: red, green, blue, 4: and alpha
+  int channels = 0;           // 1: gray, 3: red, green, blue, 4: and alpha
   std::vector<uint8_t> data;  // rows from top to bottom without padding
 };
 

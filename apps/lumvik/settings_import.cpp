@@ -16,14 +16,14 @@ namespace lumvik {
 namespace {
 
 constexpr float kNeutralTemperature = 6500;  // leaves the camera's white balance alone
-constexpr float kGrey = -100;                // the saturation
+constexpr float kGray = -100;                // the saturation
 constexpr double kCurveTop = 255;
 constexpr StoredFrame kUsualFrame = {3, 2, 1};
 
 constexpr char kAsShot[] = "As Shot";
 constexpr char kTrue[] = "True";
 constexpr char kNoCounterpart[] = "there is no counterpart";
-constexpr char kCurveName[] = "ToneCurvePV2012";  // of the one for all colours; others have the colour behind
+constexpr char kCurveName[] = "ToneCurvePV2012";  // of the one for all colors; others have the color behind
 constexpr const char* kCropNames[] = {"CropLeft",   "CropTop",   "CropRight",
                                       "CropBottom", "CropAngle", "HasCrop"};
 
@@ -75,8 +75,8 @@ std::optional<NumberRule> NumberRuleOf(const std::string& name) {
   }
   for (const CameraRawBandNumber& number : kCameraRawBandNumbers) {
     if (name.rfind(number.name, 0) != 0) continue;
-    const std::string colour = LowerCase(name.substr(std::string(number.name).size()));
-    const SettingRule* rule = FindSettingRule("hsl." + colour + number.key);
+    const std::string color = LowerCase(name.substr(std::string(number.name).size()));
+    const SettingRule* rule = FindSettingRule("hsl." + color + number.key);
     if (rule != nullptr) return NumberRule{rule->key, number.factor, rule->range};
   }
   return std::nullopt;
@@ -94,7 +94,7 @@ class Importer {
       Import(parts);
       done_.properties.push_back(property_);
     }
-    if (Text("ConvertToGrayscale") == kTrue) done_.settings["saturation"] = kGrey;
+    if (Text("ConvertToGrayscale") == kTrue) done_.settings["saturation"] = kGray;
     return std::move(done_);
   }
 
@@ -129,7 +129,7 @@ class Importer {
     } else if (std::find(std::begin(kCropNames), std::end(kCropNames), name) != std::end(kCropNames)) {
       ImportCrop();
     } else if (name == "ConvertToGrayscale" && property_.value == kTrue) {
-      Scale("saturation", "grey");
+      Scale("saturation", "gray");
     } else if (name == "AlreadyApplied" && property_.value == kTrue) {
       Ignore("the picture in the file has these settings in its pixels");
     } else if (const auto rule = NumberRuleOf(name)) {
@@ -163,8 +163,8 @@ class Importer {
   }
 
   void ImportCurve(const std::vector<std::string>& parts) {
-    const std::string colour = LowerCase(property_.name.substr(std::string(kCurveName).size()));
-    const std::string key = "tone_curves." + (colour.empty() ? kCurveNames[LUMVIK_CURVE_MASTER] : colour);
+    const std::string color = LowerCase(property_.name.substr(std::string(kCurveName).size()));
+    const std::string key = "tone_curves." + (color.empty() ? kCurveNames[LUMVIK_CURVE_MASTER] : color);
     if (FindSettingRule(key) == nullptr) return Ignore(kNoCounterpart);
     ToneCurve curve;
     for (const std::string& part : parts) {

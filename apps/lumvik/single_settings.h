@@ -10,7 +10,7 @@ namespace lumvik {
 
 // The headings of the settings in the help.
 inline constexpr char kTone[] = "Tone";
-inline constexpr char kColour[] = "Colour";
+inline constexpr char kColor[] = "Color";
 inline constexpr char kDetail[] = "Detail";
 inline constexpr char kLens[] = "Lens";
 inline constexpr char kGeometry[] = "Geometry";
@@ -33,7 +33,7 @@ inline constexpr SingleSetting kSingleSettings[] = {
     {kTone, "brightness", lumvik_set_brightness, 0, {-100, 100}, "PERCENT",
      "Darken or brighten the mid-tones"},
     {kTone, "contrast", lumvik_set_contrast, 0, {-100, 100}, "PERCENT",
-     "Flatten or steepen the tones around mid-grey"},
+     "Flatten or steepen the tones around mid-gray"},
     {kTone, "highlights", lumvik_set_highlights, 0, {-100, 100}, "PERCENT",
      "Darken or brighten the bright tones"},
     {kTone, "shadows", lumvik_set_shadows, 0, {-100, 100}, "PERCENT", "Darken or lift the dark tones"},
@@ -41,14 +41,14 @@ inline constexpr SingleSetting kSingleSettings[] = {
      "Move the white point: above 0 darkens, below 0 brightens and clips"},
     {kTone, "blacks", lumvik_set_blacks, 0, {-100, 100}, "PERCENT",
      "Move the black point: above 0 darkens and clips, below 0 lifts"},
-    {kColour, "temperature", lumvik_set_temperature, 5500, {1667, 25000}, "KELVIN",
-     "Colour temperature; higher is warmer, 6500 with tint 0 keeps the colours (default 5500)"},
-    {kColour, "tint", lumvik_set_tint, 0, {-150, 150}, "TINT",
+    {kColor, "temperature", lumvik_set_temperature, 5500, {1667, 25000}, "KELVIN",
+     "Color temperature; higher is warmer, 6500 with tint 0 keeps the colors (default 5500)"},
+    {kColor, "tint", lumvik_set_tint, 0, {-150, 150}, "TINT",
      "Shift towards green (below 0) or magenta (above 0)"},
-    {kColour, "saturation", lumvik_set_saturation, 0, {-100, 100}, "PERCENT",
-     "Weaken or strengthen the colours; -100 gives grey"},
-    {kColour, "vibrance", lumvik_set_vibrance, 0, {-100, 100}, "PERCENT",
-     "Weaken or strengthen the muted colours"},
+    {kColor, "saturation", lumvik_set_saturation, 0, {-100, 100}, "PERCENT",
+     "Weaken or strengthen the colors; -100 gives gray"},
+    {kColor, "vibrance", lumvik_set_vibrance, 0, {-100, 100}, "PERCENT",
+     "Weaken or strengthen the muted colors"},
     {kDetail, "clarity", lumvik_set_clarity, 0, {-100, 100}, "PERCENT",
      "Soften or strengthen the local contrast over some 20 pixels"},
     {kDetail, "texture", lumvik_set_texture, 0, {-100, 100}, "PERCENT",
@@ -56,7 +56,7 @@ inline constexpr SingleSetting kSingleSettings[] = {
     {kDetail, "dehaze", lumvik_set_dehaze, 0, {0, 100}, "PERCENT", "Remove haze"},
     {kDetail, "nr_luminance", lumvik_set_nr_luminance, 0, {0, 100}, "PERCENT",
      "Smooth the noise of brightness"},
-    {kDetail, "nr_color", lumvik_set_nr_color, 0, {0, 100}, "PERCENT", "Smooth the noise of colour"},
+    {kDetail, "nr_color", lumvik_set_nr_color, 0, {0, 100}, "PERCENT", "Smooth the noise of color"},
     {kDetail, "sharpening_amount", lumvik_set_sharpening_amount, 0, {0, 150}, "AMOUNT",
      "Strength of sharpening"},
     // The engine cannot sharpen by a radius of 0.
@@ -67,7 +67,7 @@ inline constexpr SingleSetting kSingleSettings[] = {
     {kLens, "distortion", lumvik_set_distortion, 0, {-100, 100}, "PERCENT",
      "Correct pincushion (below 0) or barrel distortion (above 0)"},
     {kLens, "ca_correction", lumvik_set_ca_correction, 0, {0, 100}, "PERCENT",
-     "Correct lateral colour fringes of red and blue"},
+     "Correct lateral color fringes of red and blue"},
     {kLens, "lens_vignette", lumvik_set_lens_vignette, 0, {0, 100}, "PERCENT",
      "Brighten the corners that the lens left dark"},
     {kLens, "defringe", lumvik_set_defringe, 0, {0, 100}, "PERCENT", "Mute saturated purple and green"},
@@ -80,7 +80,7 @@ inline constexpr SingleSetting kSingleSettings[] = {
     {kEffects, "vignette_amount", lumvik_set_vignette_amount, 0, {-100, 100}, "PERCENT",
      "Fade the edges to white, whatever the sign"},
     {kEffects, "vignette_midpoint", lumvik_set_vignette_midpoint, 50, {0, 100}, "PERCENT",
-     "Where the vignette begins, from the centre to the edge (default 50)"},
+     "Where the vignette begins, from the center to the edge (default 50)"},
     {kEffects, "vignette_roundness", lumvik_set_vignette_roundness, 0, {-100, 100}, "PERCENT",
      "Shape of the vignette: a rectangle at -100, an ellipse from 0 on"},
     {kEffects, "grain_amount", lumvik_set_grain_amount, 0, {0, 100}, "PERCENT",

@@ -7,7 +7,7 @@
 namespace lumvik {
 namespace {
 
-constexpr char kFailure[] = "cannot analyse the photograph";
+constexpr char kFailure[] = "cannot analyze the photograph";
 
 // The slots of lumvik_auto_enhance() from the first on, by the settings they are for.
 constexpr const char* kEnhanceSlots[] = {"exposure",

@@ -12,7 +12,7 @@ namespace lumvik {
 Settings SuggestedExposure(Engine& engine);
 Settings SuggestedWhiteBalance(Engine& engine);
 
-// Tone, colour and detail. The sharpening radius is not among them: the engine fills its slot with 0, by
+// Tone, color and detail. The sharpening radius is not among them: the engine fills its slot with 0, by
 // which nothing can be sharpened.
 Settings SuggestedEnhancement(Engine& engine);
 

@@ -28,7 +28,7 @@ cv::Mat Derivative(const cv::Mat& plane, int along_x, int along_y) {
   return derivative;
 }
 
-// What is left of the amplitudes when their neighbourhood's usual course is taken away.
+// What is left of the amplitudes when their neighborhood's usual course is taken away.
 cv::Mat ResidualAmplitude(const cv::Mat& amplitude) {
   constexpr float kAboveZero = 1e-8F;
   cv::Mat residual;

@@ -19,9 +19,9 @@ constexpr int kHashSide = 8;
 
 using Frequencies = std::array<float, size_t{kHashSide} * kHashSide>;
 
-Frequencies LowestFrequencies(const cv::Mat& grey) {
+Frequencies LowestFrequencies(const cv::Mat& gray) {
   cv::Mat small;
-  cv::resize(grey, small, cv::Size(kTransformSide, kTransformSide), 0, 0, cv::INTER_AREA);
+  cv::resize(gray, small, cv::Size(kTransformSide, kTransformSide), 0, 0, cv::INTER_AREA);
   small.convertTo(small, CV_32F);
   cv::dct(small, small);
   Frequencies lowest{};
@@ -39,37 +39,37 @@ float MedianOfPatterns(Frequencies frequencies) {
   return patterns[kPatterns / 2];
 }
 
-// What a preview shows, in grey; empty when it cannot be decoded.
-cv::Mat GreyPreview(libraw_processed_image_t& preview) {
+// What a preview shows, in gray; empty when it cannot be decoded.
+cv::Mat GrayPreview(libraw_processed_image_t& preview) {
   if (preview.type == LIBRAW_IMAGE_JPEG) {
     return DecodeImage({preview.data, preview.data + preview.data_size}, cv::IMREAD_GRAYSCALE);
   }
-  cv::Mat grey;
+  cv::Mat gray;
   const cv::Mat bitmap = PreviewBitmap(preview);
-  if (!bitmap.empty()) cv::cvtColor(bitmap, grey, cv::COLOR_RGB2GRAY);
-  return grey;
+  if (!bitmap.empty()) cv::cvtColor(bitmap, gray, cv::COLOR_RGB2GRAY);
+  return gray;
 }
 
-FileStatus ReadGrey(const std::string& path, cv::Mat& grey) {
+FileStatus ReadGray(const std::string& path, cv::Mat& gray) {
   if (!IsStandardImagePath(path)) {
     const EmbeddedPreview preview = ReadEmbeddedPreview(path);
     if (!preview.image) return preview.status;
-    grey = GreyPreview(*preview.image);
-    return grey.empty() ? FileStatus::kPreviewUndecodable : FileStatus::kRead;
+    gray = GrayPreview(*preview.image);
+    return gray.empty() ? FileStatus::kPreviewUndecodable : FileStatus::kRead;
   }
-  grey = ReadImageFileUtf8(path, cv::IMREAD_GRAYSCALE);
-  if (grey.empty()) return FileStatus::kUnreadable;
-  const int long_side = std::max(grey.cols, grey.rows);
+  gray = ReadImageFileUtf8(path, cv::IMREAD_GRAYSCALE);
+  if (gray.empty()) return FileStatus::kUnreadable;
+  const int long_side = std::max(gray.cols, gray.rows);
   if (long_side > kReducedLongSide) {
-    ShrinkImage(grey, static_cast<float>(kReducedLongSide) / static_cast<float>(long_side));
+    ShrinkImage(gray, static_cast<float>(kReducedLongSide) / static_cast<float>(long_side));
   }
   return FileStatus::kRead;
 }
 
 }  // namespace
 
-uint64_t PerceptualHash(const cv::Mat& grey) {
-  const Frequencies frequencies = LowestFrequencies(grey);
+uint64_t PerceptualHash(const cv::Mat& gray) {
+  const Frequencies frequencies = LowestFrequencies(gray);
   const float median = MedianOfPatterns(frequencies);
   uint64_t hash = 0;
   for (const float frequency : frequencies) hash = hash << 1U | (frequency > median ? 1U : 0U);
@@ -77,9 +77,9 @@ uint64_t PerceptualHash(const cv::Mat& grey) {
 }
 
 FileStatus PerceptualHashOfFile(const std::string& path, uint64_t& hash) {
-  cv::Mat grey;
-  const FileStatus status = ReadGrey(path, grey);
-  if (status == FileStatus::kRead) hash = PerceptualHash(grey);
+  cv::Mat gray;
+  const FileStatus status = ReadGray(path, gray);
+  if (status == FileStatus::kRead) hash = PerceptualHash(gray);
   return status;
 }
 

@@ -11,7 +11,7 @@
 
 namespace lumvik {
 
-// Owns an lcms2 profile. Nothing fills it yet: the place for an output colour profile.
+// Owns an lcms2 profile. Nothing fills it yet: the place for an output color profile.
 class IccProfileHolder {
  public:
   IccProfileHolder() = default;

@@ -44,7 +44,7 @@ void RunWithAvx512(const Loop& loop) {
 }
 
 // Calls `loop()`, compiled for the best instruction set: worth it when the loop is simple enough for the
-// compiler to vectorise and runs over hundreds of values. The results are the same bytes with every set,
+// compiler to vectorize and runs over hundreds of values. The results are the same bytes with every set,
 // because the compiler may not fuse a multiplication with an addition.
 template <typename Loop>
 void Vectorized(const Loop& loop) {
@@ -74,7 +74,7 @@ void Vectorized(const Loop& loop) {
 // The most floats that a vector of any set holds.
 inline constexpr int kMaxLanes = 16;
 
-// A vector of so many floats, for the loops that the compiler does not vectorise well by itself. Arithmetic
+// A vector of so many floats, for the loops that the compiler does not vectorize well by itself. Arithmetic
 // is by element.
 template <int lanes>
 struct LanesOf {

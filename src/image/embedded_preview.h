@@ -35,7 +35,7 @@ struct EmbeddedPreview {
 EmbeddedPreview ReadEmbeddedPreview(const std::string& path);
 
 // The bitmap as CV_8UC3 in R, G, B order, sharing the preview's memory. LibRaw tells of no other layout than
-// three colours of 8 bits, though a file may hold one: empty when there are too few bytes for it.
+// three colors of 8 bits, though a file may hold one: empty when there are too few bytes for it.
 cv::Mat PreviewBitmap(libraw_processed_image_t& preview);
 
 }  // namespace lumvik

@@ -18,7 +18,7 @@ constexpr uint8_t kApp1 = 0xE1;
 constexpr size_t kStartMarkerSize = 2;
 constexpr size_t kSegmentHeaderSize = 4;  // marker and length
 
-std::vector<uint8_t> SerialiseExif(ExifData& data) {
+std::vector<uint8_t> SerializeExif(ExifData& data) {
   unsigned char* bytes = nullptr;
   unsigned int size = 0;
   exif_data_save_data(&data, &bytes, &size);
@@ -73,7 +73,7 @@ bool CopyExifToJpeg(const std::string& source_path, const std::string& jpeg_path
   if (!data) return false;
   std::vector<uint8_t> jpeg;
   if (!ReadStream(jpeg_path, jpeg) || !IsJpeg(jpeg)) return false;
-  const std::vector<uint8_t> exif = SerialiseExif(*data);
+  const std::vector<uint8_t> exif = SerializeExif(*data);
   if (exif.empty()) return false;
   const std::vector<uint8_t> spliced = SpliceExif(jpeg, exif);
   std::ofstream output(jpeg_path, std::ios::binary | std::ios::trunc);

@@ -9,7 +9,7 @@
 namespace lumvik {
 
 // `jpeg` with its leading APP0 and APP1 segments replaced by one APP1 segment that holds `exif` (a
-// serialised block, beginning with its "Exif" header). The segment's 16-bit length wraps for a block of
+// serialized block, beginning with its "Exif" header). The segment's 16-bit length wraps for a block of
 // more than 65533 bytes. `jpeg` must begin with a start marker and be at least 4 bytes long.
 std::vector<uint8_t> SpliceExif(const std::vector<uint8_t>& jpeg, const std::vector<uint8_t>& exif);
 

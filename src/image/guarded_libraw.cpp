@@ -16,7 +16,7 @@ constexpr bool kIsOldLibRaw = LIBRAW_COMPILE_CHECK_VERSION_NOTLESS(0, 21) == 0;
 constexpr int kTagMask = 0xFFFF;  // the bits above tell of the directory
 constexpr int kNameLength = 63;   // what LibRaw keeps of a name
 
-// Of a colour filter pattern of 36 entries LibRaw 0.20 reads on without end, past all its memory, unless a
+// Of a color filter pattern of 36 entries LibRaw 0.20 reads on without end, past all its memory, unless a
 // tag before it said that it repeats over 6 x 6 pixels.
 bool IsEndlessPattern(const libraw_iparams_t& camera, int name, int count) {
   constexpr int kCfaPattern = 0x828E;

@@ -38,7 +38,7 @@ std::string Failure(const char* step, int code) {
   return std::string("LibRaw ") + step + " failed: " + libraw_strerror(code);
 }
 
-// What LibRaw is about to deliver. A monochrome sensor gives one colour, which must not be read as three, and
+// What LibRaw is about to deliver. A monochrome sensor gives one color, which must not be read as three, and
 // a file may have its picture stretched beyond all bounds on the way.
 bool HasThreeDeepColors(const LibRaw& raw) {
   int width = 0;

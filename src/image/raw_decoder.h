@@ -17,7 +17,7 @@ struct DecodedImage {
   float iso_speed = 0;
   float shutter = 0;    // seconds
   float aperture = 0;   // f-number
-  float focal_len = 0;  // millimetres
+  float focal_len = 0;  // millimeters
   char make[64] = {};
   char model[64] = {};
   std::array<float, 4> cam_mul = {1, 1, 1, 1};  // as-shot white-balance multipliers

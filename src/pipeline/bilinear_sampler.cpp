@@ -53,7 +53,7 @@ struct Source {
 
   const float* At(int x, int y) const { return pixels + y * step + static_cast<ptrdiff_t>(x) * kChannels; }
 
-  // With a neighbour to the right and one below.
+  // With a neighbor to the right and one below.
   bool HoldsInside(int x, int y) const {
     return static_cast<unsigned>(x) < static_cast<unsigned>(columns - 1) &&
            static_cast<unsigned>(y) < static_cast<unsigned>(rows - 1);

@@ -134,7 +134,7 @@ constexpr Stage kStages[] = {
         "noise reduction: luminance", [](const A& a) { return a.nr_luminance > 0; },
         [](const A& a) { return LuminanceNoiseReduction(a.nr_luminance); }),
     AreaStage(
-        "noise reduction: colour", [](const A& a) { return a.nr_color > 0; },
+        "noise reduction: color", [](const A& a) { return a.nr_color > 0; },
         [](const A& a) { return ColorNoiseReduction(a.nr_color); }),
     AreaStage(
         "sharpening",

@@ -39,7 +39,7 @@ inline float SaturateUnit(float value) {
 }
 
 // `condition ? yes : no`, by masks: where one of the two is what memory holds already, the compiler would
-// store the other in a branch, and a loop with a branch does not vectorise.
+// store the other in a branch, and a loop with a branch does not vectorize.
 inline float Choose(bool condition, float yes, float no) {
   uint32_t yes_bits = 0;
   uint32_t no_bits = 0;

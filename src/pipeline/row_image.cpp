@@ -12,7 +12,7 @@ namespace {
 
 constexpr float kFullScale = 65535.0F;
 
-// The 16 bits at `shift` of a pixel read as one word, which vectorises better than four reads.
+// The 16 bits at `shift` of a pixel read as one word, which vectorizes better than four reads.
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "a pixel's red is the lowest part of its word");
 float UnitAt(uint64_t pixel, int shift) {
   return static_cast<float>(static_cast<int>((pixel >> shift) & 0xFFFF)) * kUnitPerCode;
@@ -48,7 +48,7 @@ void Load(const float* from, const PixelRow& row) {
   }
 }
 
-// Two words a pixel vectorise better than four samples.
+// Two words a pixel vectorize better than four samples.
 void Store(const PixelRow& row, uint16_t* __restrict to) {
   for (int x = 0; x < row.columns; ++x) {
     const uint32_t red_green = ToCode(row.red[x]) | ToCode(row.green[x]) << 16;

@@ -14,7 +14,7 @@ namespace lumvik {
 inline constexpr int kMaxPart = 1024;
 
 // A part of one row of the working image: 1 to kMaxPart `columns`, a value each for every channel, 0..1 for
-// black to full scale. Alpha goes along with the colours; no stage changes it.
+// black to full scale. Alpha goes along with the colors; no stage changes it.
 struct PixelRow {
   float* __restrict red;
   float* __restrict green;
@@ -63,7 +63,7 @@ RowKernel MakeRowKernel(const Change& change, const Planes&... planes) {
   };
 }
 
-// The kernel that gives each colour value of a pixel `function(value)`.
+// The kernel that gives each color value of a pixel `function(value)`.
 template <typename Function>
 RowKernel EachValue(const Function& function) {
   return MakeRowKernel([function](const PixelRow& row) {

@@ -195,7 +195,7 @@ void RunRowSteps(const RowImage& image, const RowSteps& steps, const RowKernel& 
   const int extra_rows = ExtraRows(steps);
   const int rows_per_chunk =
       std::max({image.size.height / (kChunksPerThread * threads), extra_rows * kRowsPerExtraRow, 1});
-  // Where no row is read again for its neighbours, the order of memory is the fastest.
+  // Where no row is read again for its neighbors, the order of memory is the fastest.
   const int rows_per_strip = extra_rows == 0 ? 1 : rows_per_chunk;
   std::vector<std::unique_ptr<RowStream>> streams;
   streams.reserve(static_cast<size_t>(threads));

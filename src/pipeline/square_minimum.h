@@ -1,4 +1,4 @@
-// The smallest value of each pixel's neighbourhood.
+// The smallest value of each pixel's neighborhood.
 #ifndef LUMVIK_PIPELINE_SQUARE_MINIMUM_H_
 #define LUMVIK_PIPELINE_SQUARE_MINIMUM_H_
 

@@ -10,7 +10,7 @@
 
 namespace lumvik {
 
-// One half of a symmetric window: the weight of the middle, then those of its neighbours outward.
+// One half of a symmetric window: the weight of the middle, then those of its neighbors outward.
 using Window = std::vector<float>;
 
 // So many rows a window reaches up and down.
@@ -27,7 +27,7 @@ inline int Mirrored(int at, int count) {
   return once ? inside : cv::borderInterpolate(at, count, cv::BORDER_REFLECT_101);
 }
 
-// The weighted sums of `vectors` times so many `lanes` of neighbouring values from x on, and of those at the
+// The weighted sums of `vectors` times so many `lanes` of neighboring values from x on, and of those at the
 // same place in the rows (or from the same row, moved) that lie k away on either side, at the two addresses
 // `pair(k)`.
 template <int lanes, int vectors, typename Pair>
@@ -65,8 +65,8 @@ void AddWeighted(const Window& window, const float* middle, const Pair& pair, in
 // the rows do not fit the first cache.
 inline constexpr int kRowsAtOnce = 8;
 
-// The weighted sums of so many neighbouring values from x on in each of the rows 0..kRowsAtOnce - 1 and those
-// above and below it. One step farther out each row's neighbours are those of the next row, but for the
+// The weighted sums of so many neighboring values from x on in each of the rows 0..kRowsAtOnce - 1 and those
+// above and below it. One step farther out each row's neighbors are those of the next row, but for the
 // outermost.
 template <int lanes>
 void AddWeightedDown(const Window& window, const float* const* rows, int x, float* const* sums) {

@@ -153,7 +153,7 @@ class Sampler {
   }
 
  private:
-  // Every step_-th pixel side by side, so that neighbouring grid points have neighbouring addresses.
+  // Every step_-th pixel side by side, so that neighboring grid points have neighboring addresses.
   void AlongLine(float* points) {
     const int length = points_ + 2 * kSmallReach;
     VectorizedByLanes([&](auto lanes) {

@@ -13,7 +13,7 @@ constexpr double kSubject = 255;
 constexpr double kThreshold = 127;
 
 // The middle of the rectangle on an axis of `length` pixels.
-int CentreOf(int length, float fraction) {
+int CenterOf(int length, float fraction) {
   if (!(fraction >= 0)) return length / 2;
   // Anywhere beyond 1.3 the rectangle is empty; the bound keeps the product within an integer.
   constexpr float kFarOutside = 4.0F;
@@ -65,8 +65,8 @@ cv::Mat Feathered(const cv::Mat& mask) {
 }  // namespace
 
 cv::Rect SubjectRectangle(cv::Size image, float subject_x, float subject_y) {
-  const int x = std::max(CentreOf(image.width, subject_x) - 3 * image.width / 10, 1);
-  const int y = std::max(CentreOf(image.height, subject_y) - 3 * image.height / 10, 1);
+  const int x = std::max(CenterOf(image.width, subject_x) - 3 * image.width / 10, 1);
+  const int y = std::max(CenterOf(image.height, subject_y) - 3 * image.height / 10, 1);
   return {x, y, std::min(image.width - x - 1, 3 * image.width / 5),
           std::min(image.height - y - 1, 3 * image.height / 5)};
 }

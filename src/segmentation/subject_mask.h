@@ -14,7 +14,7 @@ cv::Rect SubjectRectangle(cv::Size image, float subject_x, float subject_y);
 
 // Segments the image (CV_16UC4) by GrabCut (Rother, Kolmogorov, Blake 2004) within that rectangle and gives
 // the mask, CV_8UC1 at the image's size: 255 subject, 0 background, the outline softened. False, with
-// `mask` as it was, when GrabCut fails. Its first colour models are drawn from cv::theRNG().
+// `mask` as it was, when GrabCut fails. Its first color models are drawn from cv::theRNG().
 bool SegmentSubject(const ImageBuffer& image, float subject_x, float subject_y, cv::Mat& mask);
 
 }  // namespace lumvik

@@ -21,7 +21,7 @@ float SuggestedAt(size_t level) {
   return exposure_from_histogram(Counts({level, level}));
 }
 
-ImageBuffer Grey(cv::Size size, double code) {
+ImageBuffer Gray(cv::Size size, double code) {
   return {size, CV_16UC4, cv::Scalar(code, code, code, 65535)};
 }
 
@@ -64,9 +64,9 @@ TEST(ExposureFromHistogram, EqualsTheReference) {
 }
 
 TEST(AutoExposure, OfUniformImages) {
-  EXPECT_EQ(AutoExposure(Grey({30, 20}, 0)), 1.0F);
-  EXPECT_EQ(AutoExposure(Grey({30, 20}, 65535)), -0.25F);
-  EXPECT_NEAR(AutoExposure(Grey({30, 20}, 0.45 * 65535)), -0.0011F, 5e-5F);
+  EXPECT_EQ(AutoExposure(Gray({30, 20}, 0)), 1.0F);
+  EXPECT_EQ(AutoExposure(Gray({30, 20}, 65535)), -0.25F);
+  EXPECT_NEAR(AutoExposure(Gray({30, 20}, 0.45 * 65535)), -0.0011F, 5e-5F);
 }
 
 TEST(AutoExposure, WeighsTheChannelsAsLuminance) {
@@ -79,7 +79,7 @@ TEST(AutoExposure, WeighsTheChannelsAsLuminance) {
 }
 
 TEST(AutoExposure, CountsThePixelsOfTheCopyWhateverTheProportions) {
-  ImageBuffer image = Grey({3000, 10}, 0.2 * 65535);
+  ImageBuffer image = Gray({3000, 10}, 0.2 * 65535);
   image.colRange(0, 1400).setTo(cv::Scalar::all(0.6 * 65535));
   EXPECT_EQ(AutoExposure(image), SuggestedAt(51));
   image.colRange(1400, 1600).setTo(cv::Scalar::all(0.6 * 65535));

@@ -22,7 +22,7 @@ cv::Mat Background(cv::Size size = {800, 533}) {
   return {size, CV_16UC4, cv::Scalar(15000, 15000, 15000, 65535)};
 }
 
-// A bright ground below a horizon through the centre that rises to the right by `degrees`.
+// A bright ground below a horizon through the center that rises to the right by `degrees`.
 ImageBuffer Horizon(double degrees, cv::Size size = {800, 533}) {
   cv::Mat image = Background(size);
   for (int y = 0; y < image.rows; ++y) {

@@ -40,12 +40,12 @@ uint64_t HashOf(const std::string& path) {
   return hash;
 }
 
-cv::Mat Reduced(cv::Mat grey) {
-  const int long_side = std::max(grey.cols, grey.rows);
-  if (long_side <= 256) return grey;
+cv::Mat Reduced(cv::Mat gray) {
+  const int long_side = std::max(gray.cols, gray.rows);
+  if (long_side <= 256) return gray;
   const double scale = static_cast<double>(256.0F / static_cast<float>(long_side));
   cv::Mat reduced;
-  cv::resize(grey, reduced, cv::Size(), scale, scale, cv::INTER_AREA);
+  cv::resize(gray, reduced, cv::Size(), scale, scale, cv::INTER_AREA);
   return reduced;
 }
 
@@ -71,9 +71,9 @@ TEST(PerceptualHash, IsThePlainOne) {
   sizes.insert(sizes.end(), {{20, 10}, {32, 32}, {33, 31}, {256, 171}, {1000, 2}});
   uint64_t seed = 0;
   for (const cv::Size& size : sizes) {
-    const cv::Mat grey = Noise(size, ++seed);
-    EXPECT_EQ(PerceptualHash(grey), reference::PerceptualHash(grey)) << size;
-    EXPECT_EQ(PerceptualHash(grey / 16), reference::PerceptualHash(grey / 16)) << size;
+    const cv::Mat gray = Noise(size, ++seed);
+    EXPECT_EQ(PerceptualHash(gray), reference::PerceptualHash(gray)) << size;
+    EXPECT_EQ(PerceptualHash(gray / 16), reference::PerceptualHash(gray / 16)) << size;
   }
   for (const int level : {0, 1, 255}) {
     const cv::Mat flat(40, 30, CV_8UC1, cv::Scalar(level));
@@ -82,17 +82,17 @@ TEST(PerceptualHash, IsThePlainOne) {
 }
 
 TEST(PerceptualHash, LeavesTheImageAsItIs) {
-  const cv::Mat grey = Noise({32, 32}, 1);
-  const cv::Mat before = grey.clone();
-  PerceptualHash(grey);
-  EXPECT_TRUE(SameBytes(grey, before));
+  const cv::Mat gray = Noise({32, 32}, 1);
+  const cv::Mat before = gray.clone();
+  PerceptualHash(gray);
+  EXPECT_TRUE(SameBytes(gray, before));
 }
 
 // Of 63 different values 31 lie above the one in the middle.
 TEST(PerceptualHash, DistinctFrequenciesSetHalfOfTheBits) {
   for (uint64_t seed = 0; seed < 100; ++seed) {
-    const cv::Mat grey = Noise({61, 47}, seed);
-    const uint64_t hash = PerceptualHash(grey);
+    const cv::Mat gray = Noise({61, 47}, seed);
+    const uint64_t hash = PerceptualHash(gray);
     EXPECT_EQ(BitsOf(hash & ~(uint64_t{1} << 63)), 31U) << seed;
     EXPECT_EQ(hash >> 63, 1U) << seed;  // a mean brightness of 127 is above all patterns in noise
   }
@@ -102,28 +102,28 @@ TEST(PerceptualHash, DistinctFrequenciesSetHalfOfTheBits) {
 TEST(PerceptualHash, TheFirstBitComparesTheMeanWithTheMedian) {
   int below = 0;
   for (uint64_t seed = 0; seed < 20; ++seed) {
-    cv::Mat grey(32, 32, CV_8UC1, cv::Scalar(0));
+    cv::Mat gray(32, 32, CV_8UC1, cv::Scalar(0));
     const int x = static_cast<int>(seed % 4);
-    grey.at<uchar>(x, static_cast<int>(seed / 4)) = 255;
-    const cv::Mat frequencies = reference::LowFrequencies(grey);
+    gray.at<uchar>(x, static_cast<int>(seed / 4)) = 255;
+    const cv::Mat frequencies = reference::LowFrequencies(gray);
     std::vector<float> others(frequencies.begin<float>() + 1, frequencies.end<float>());
     std::sort(others.begin(), others.end());
     const bool above = frequencies.at<float>(0, 0) > others[31];
-    EXPECT_EQ(PerceptualHash(grey) >> 63, above ? 1U : 0U) << seed;
+    EXPECT_EQ(PerceptualHash(gray) >> 63, above ? 1U : 0U) << seed;
     below += above ? 0 : 1;
   }
   EXPECT_GT(below, 3);
   EXPECT_LT(below, 17);
 }
 
-TEST_F(PerceptualHashOfFileTest, OrdinaryImagesAreReadInGreyAndReduced) {
+TEST_F(PerceptualHashOfFileTest, OrdinaryImagesAreReadInGrayAndReduced) {
   for (const char* name : {"cat.jpg", "eiffel_gps_north_east.jpg", "tower_orientation8.jpg"}) {
-    const cv::Mat grey = cv::imread(kData + name, cv::IMREAD_GRAYSCALE);
-    EXPECT_EQ(HashOf(kData + name), reference::PerceptualHash(Reduced(grey))) << name;
+    const cv::Mat gray = cv::imread(kData + name, cv::IMREAD_GRAYSCALE);
+    EXPECT_EQ(HashOf(kData + name), reference::PerceptualHash(Reduced(gray))) << name;
   }
   for (const cv::Size size : {cv::Size(20, 10), cv::Size(256, 100), cv::Size(257, 100), cv::Size(301, 777)}) {
-    const cv::Mat grey = Noise(size, 3);
-    EXPECT_EQ(HashOf(Write("a.png", grey)), reference::PerceptualHash(Reduced(grey))) << size;
+    const cv::Mat gray = Noise(size, 3);
+    EXPECT_EQ(HashOf(Write("a.png", gray)), reference::PerceptualHash(Reduced(gray))) << size;
   }
 }
 
@@ -132,33 +132,33 @@ TEST_F(PerceptualHashOfFileTest, VeryLongImagesHaveAHash) {
   EXPECT_NE(HashOf(Write("a.png", Noise({1, 10000}, 2))), 0U);
 }
 
-TEST_F(PerceptualHashOfFileTest, AJpegPreviewIsDecodedInGrey) {
+TEST_F(PerceptualHashOfFileTest, AJpegPreviewIsDecodedInGray) {
   for (const std::string& path : {kData + "jpeg_thumb.dng", kData + "uncompressed.ARW",
                                   std::string(LUMVIK_SAMPLES "/sample_small.ARW")}) {
-    const cv::Mat grey = cv::imdecode(DeliveredPreview(ReadBytes(path)), cv::IMREAD_GRAYSCALE);
-    EXPECT_EQ(HashOf(path), reference::PerceptualHash(grey)) << path;
+    const cv::Mat gray = cv::imdecode(DeliveredPreview(ReadBytes(path)), cv::IMREAD_GRAYSCALE);
+    EXPECT_EQ(HashOf(path), reference::PerceptualHash(gray)) << path;
   }
 }
 
 TEST_F(PerceptualHashOfFileTest, AJpegPreviewIsNotReducedFirst) {
   RawOptions options;
-  options.format = RawFormat::kDng;  // in an ARW file LibRaw passes a grey JPEG over
+  options.format = RawFormat::kDng;  // in an ARW file LibRaw passes a gray JPEG over
   const cv::Mat noise = Noise({1000, 700}, 8);
   cv::imencode(".jpg", noise, options.preview_jpeg);
-  const cv::Mat grey = cv::imdecode(options.preview_jpeg, cv::IMREAD_GRAYSCALE);
+  const cv::Mat gray = cv::imdecode(options.preview_jpeg, cv::IMREAD_GRAYSCALE);
   const uint64_t hash = HashOf(WriteRaw(MakeRawFile(cv::Mat(32, 48, CV_8UC3, cv::Scalar(9)), options)));
-  EXPECT_EQ(hash, reference::PerceptualHash(grey));
-  EXPECT_NE(hash, reference::PerceptualHash(Reduced(grey)));
+  EXPECT_EQ(hash, reference::PerceptualHash(gray));
+  EXPECT_NE(hash, reference::PerceptualHash(Reduced(gray)));
 }
 
 TEST_F(PerceptualHashOfFileTest, ABitmapPreviewHasRedFirst) {
   cv::Mat rgb(20, 30, CV_8UC3);
   cv::RNG(6).fill(rgb, cv::RNG::UNIFORM, 0, 256);
-  cv::Mat grey;
-  cv::cvtColor(rgb, grey, cv::COLOR_RGB2GRAY);
-  EXPECT_EQ(HashOf(WriteRaw(MakeBitmapPreviewRaw(rgb))), reference::PerceptualHash(grey));
-  cv::cvtColor(rgb, grey, cv::COLOR_BGR2GRAY);
-  EXPECT_NE(HashOf(dir_.File("a.dng")), reference::PerceptualHash(grey));
+  cv::Mat gray;
+  cv::cvtColor(rgb, gray, cv::COLOR_RGB2GRAY);
+  EXPECT_EQ(HashOf(WriteRaw(MakeBitmapPreviewRaw(rgb))), reference::PerceptualHash(gray));
+  cv::cvtColor(rgb, gray, cv::COLOR_BGR2GRAY);
+  EXPECT_NE(HashOf(dir_.File("a.dng")), reference::PerceptualHash(gray));
 }
 
 // LibRaw writes the orientation of the RAW file into a JPEG that has none, but cannot do so for a bitmap.

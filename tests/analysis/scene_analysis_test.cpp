@@ -12,22 +12,22 @@ namespace {
 
 constexpr int kRows = 100;
 
-// Grey of 512 columns, so that no pixel is changed by the reduction.
-ImageBuffer Grey(double code, int rows = kRows) {
+// Gray of 512 columns, so that no pixel is changed by the reduction.
+ImageBuffer Gray(double code, int rows = kRows) {
   return {rows, 512, CV_16UC4, cv::Scalar(code, code, code, 65535)};
 }
 
-// Grey, but for some rows at its top.
+// Gray, but for some rows at its top.
 ImageBuffer WithRows(double code, int rows) {
-  ImageBuffer image = Grey(32768);
+  ImageBuffer image = Gray(32768);
   image.rowRange(0, rows).setTo(cv::Scalar(code, code, code, 65535));
   return image;
 }
 
-TEST(AnalyzeScene, OfAUniformGreyEverythingIsKnown) {
-  const float exposure = AutoExposure(Grey(32768));
+TEST(AnalyzeScene, OfAUniformGrayEverythingIsKnown) {
+  const float exposure = AutoExposure(Gray(32768));
   EXPECT_THAT(
-      analyze_scene(Grey(32768)),
+      analyze_scene(Gray(32768)),
       testing::ElementsAre(exposure, 0, 22, 0, 15, 0, 5, 6500, 0, 5, 16, 6, 0, 0, 35, 1,  // slots 0 to 15
                            0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
 }
@@ -60,14 +60,14 @@ TEST(AnalyzeScene, BlackPixelsLiftTheShadows) {
 }
 
 TEST(AnalyzeScene, OnlyTheOutermostLevelsAreClipped) {
-  EXPECT_EQ(analyze_scene(Grey(65535 - 257))[kHighlightsSlot], 0);
-  EXPECT_EQ(analyze_scene(Grey(257))[kShadowsSlot], 15);
+  EXPECT_EQ(analyze_scene(Gray(65535 - 257))[kHighlightsSlot], 0);
+  EXPECT_EQ(analyze_scene(Gray(257))[kShadowsSlot], 15);
 }
 
 TEST(AnalyzeScene, NarrowHistogramsGetContrastAndWideOnesLoseIt) {
   // Half of the rows at each of two levels: their distance is twice the standard deviation.
   const auto contrast = [](int low, int high) {
-    ImageBuffer image = Grey(257.0 * low);
+    ImageBuffer image = Gray(257.0 * low);
     image.rowRange(0, kRows / 2).setTo(cv::Scalar::all(257.0 * high));
     return analyze_scene(image)[kContrastSlot];
   };
@@ -78,7 +78,7 @@ TEST(AnalyzeScene, NarrowHistogramsGetContrastAndWideOnesLoseIt) {
 
 TEST(AnalyzeScene, DetailTakesTheNoiseReductionAway) {
   const auto noise_reduction = [](int distance) {
-    ImageBuffer image = Grey(32768);
+    ImageBuffer image = Gray(32768);
     for (int x = 0; x < image.cols; x += 2) image.col(x).setTo(cv::Scalar::all(32768.0 + distance));
     return analyze_scene(image)[kNrLuminanceSlot];
   };
@@ -92,7 +92,7 @@ TEST(AnalyzeScene, DetailTakesTheNoiseReductionAway) {
 
 TEST(AnalyzeScene, ExposureIsThatOfItsOwnCopy) {
   // One row of the copy in ten is bright: the median is that of the others.
-  EXPECT_EQ(analyze_scene(WithRows(65535, 10))[kExposureSlot], AutoExposure(Grey(32768)));
+  EXPECT_EQ(analyze_scene(WithRows(65535, 10))[kExposureSlot], AutoExposure(Gray(32768)));
 }
 
 TEST(AnalyzeScene, EqualsTheReference) {

@@ -88,11 +88,11 @@ TEST_F(LoadTest, SixteenBitsAreReducedToEight) {
   EXPECT_LE(cv::norm(held, deep, cv::NORM_INF), 256);
 }
 
-TEST_F(LoadTest, GreyBecomesThreeEqualChannels) {
-  cv::Mat grey;
-  cv::cvtColor(SmallPicture(), grey, cv::COLOR_BGR2GRAY);
-  for (const char* name : {"grey.png", "grey.jpg"}) {
-    const std::string path = WritePicture(name, grey);
+TEST_F(LoadTest, GrayBecomesThreeEqualChannels) {
+  cv::Mat gray;
+  cv::cvtColor(SmallPicture(), gray, cv::COLOR_BGR2GRAY);
+  for (const char* name : {"gray.png", "gray.jpg"}) {
+    const std::string path = WritePicture(name, gray);
     ASSERT_EQ(Load(path), LUMVIK_OK);
     std::vector<cv::Mat> channels;
     cv::split(Held(), channels);
@@ -117,12 +117,12 @@ TEST_F(LoadTest, AlphaIsDroppedAndTheImageHeldOpaque) {
 }
 
 TEST_F(LoadTest, LongSidesBeyond4096AreShrunkToIt) {
-  const cv::Scalar colour(90, 150, 210);
-  ASSERT_EQ(Load(WritePicture("a.jpg", cv::Mat(4000, 6000, CV_8UC3, colour))), LUMVIK_OK);
+  const cv::Scalar color(90, 150, 210);
+  ASSERT_EQ(Load(WritePicture("a.jpg", cv::Mat(4000, 6000, CV_8UC3, color))), LUMVIK_OK);
   EXPECT_EQ(Size(), cv::Size(4096, 2731));
-  ASSERT_EQ(Load(WritePicture("a.png", cv::Mat(4097, 30, CV_8UC3, colour))), LUMVIK_OK);
+  ASSERT_EQ(Load(WritePicture("a.png", cv::Mat(4097, 30, CV_8UC3, color))), LUMVIK_OK);
   EXPECT_EQ(Size(), cv::Size(30, 4096));
-  ASSERT_EQ(Load(WritePicture("a.jpg", cv::Mat(300, 4096, CV_8UC3, colour))), LUMVIK_OK);
+  ASSERT_EQ(Load(WritePicture("a.jpg", cv::Mat(300, 4096, CV_8UC3, color))), LUMVIK_OK);
   EXPECT_EQ(Size(), cv::Size(4096, 300));
 }
 

@@ -23,7 +23,7 @@ TEST_F(RenderTest, NeutralSettingsLeaveEverySample) {
   EXPECT_TRUE(SameBytes(Exported(), Widened(SmallPicture())));
 }
 
-TEST_F(RenderTest, DefaultSettingsChangeTheColours) {
+TEST_F(RenderTest, DefaultSettingsChangeTheColors) {
   LoadNeutral();
   lumvik_reset_adjustments(ctx());
   ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);

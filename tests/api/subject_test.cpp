@@ -139,7 +139,7 @@ TEST_F(SubjectTest, ABufferTooSmallIsAnsweredByACodeWithoutAText) {
   EXPECT_EQ(Bytes(buffer.end() - 3, buffer.end()), Bytes(3, 0xA5));
 }
 
-TEST_F(SubjectTest, TheFileHasTheRenderAsColourAndTheMaskAsAlpha) {
+TEST_F(SubjectTest, TheFileHasTheRenderAsColorAndTheMaskAsAlpha) {
   LoadAndSegment();
   lumvik_set_exposure(ctx(), 0.5F);
   lumvik_set_bg_blur(ctx(), 80);
@@ -150,11 +150,11 @@ TEST_F(SubjectTest, TheFileHasTheRenderAsColourAndTheMaskAsAlpha) {
   cv::Mat alpha;
   cv::extractChannel(file, alpha, 3);
   EXPECT_TRUE(SameBytes(alpha, Mask()));
-  cv::Mat colour;
-  cv::cvtColor(file, colour, cv::COLOR_BGRA2RGB);
+  cv::Mat color;
+  cv::cvtColor(file, color, cv::COLOR_BGRA2RGB);
   cv::Mat rendered;
   cv::cvtColor(ToRgba8(ctx()->rendered), rendered, cv::COLOR_RGBA2RGB);
-  EXPECT_TRUE(SameBytes(colour, rendered)) << "sharp: the blur is the preview's";
+  EXPECT_TRUE(SameBytes(color, rendered)) << "sharp: the blur is the preview's";
 }
 
 TEST_F(SubjectTest, TheFileRendersWhenStaleAndLeavesItStale) {

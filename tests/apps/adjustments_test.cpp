@@ -4,7 +4,7 @@
 namespace lumvik::test {
 namespace {
 
-// 6500 K with tint 0 is the setting that leaves the colours of a photograph alone.
+// 6500 K with tint 0 is the setting that leaves the colors of a photograph alone.
 const std::vector<std::string> kNeutral = {"--temperature", "6500"};
 
 using AdjustmentsTest = CommandTest;

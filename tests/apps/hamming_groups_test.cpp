@@ -22,7 +22,7 @@ TEST(GroupByDistance, TheThresholdItselfIsNear) {
   EXPECT_EQ(GroupByDistance({5, 5}, 0), IndexGroups({{0, 1}}));
 }
 
-TEST(GroupByDistance, NeighboursOfNeighboursAreInTheGroup) {
+TEST(GroupByDistance, NeighborsOfNeighborsAreInTheGroup) {
   EXPECT_EQ(GroupByDistance({0x00, 0xFF00, 0x0F, 0xFF}, 4), IndexGroups({{0, 2, 3}}));
 }
 

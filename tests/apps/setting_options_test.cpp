@@ -63,7 +63,7 @@ constexpr SingleCase kSingles[] = {
      lumvik_set_vignette_amount, "58"},
 };
 
-// Patches of every colour, each a little uneven; large enough for the corrections that move whole pixels.
+// Patches of every color, each a little uneven; large enough for the corrections that move whole pixels.
 cv::Mat Patches() {
   cv::RNG random(1);
   cv::Mat patches(8, 12, CV_8UC3);
@@ -208,7 +208,7 @@ TEST_F(SettingOptionsTest, GrainIsAddedInItsStrengthAndSize) {
     cv::meanStdDev(picture, mean, deviation);
     return deviation[0];
   };
-  // Neighbours in coarse grain are alike.
+  // Neighbors in coarse grain are alike.
   const auto fineness = [&](const cv::Mat& picture) {
     return MeanDifference(picture.colRange(1, 100), picture.colRange(0, 99)) / strength(picture);
   };

@@ -151,7 +151,7 @@ TEST_F(SettingsImportTest, AWhiteBalanceAsShotIsNeutral) {
   EXPECT_EQ(custom.at("tint"), 9);
 }
 
-TEST_F(SettingsImportTest, GreyIsTheLeastSaturation) {
+TEST_F(SettingsImportTest, GrayIsTheLeastSaturation) {
   EXPECT_EQ(ImportedXmp(R"(crs:ConvertToGrayscale="True" crs:Saturation="10")").at("saturation"), -100);
   EXPECT_EQ(ImportedXmp(R"(crs:Saturation="10" crs:ConvertToGrayscale="False")").at("saturation"), 10);
 }

@@ -38,7 +38,7 @@ class SubjectTest : public CommandTest {
   }
 };
 
-TEST_F(SubjectTest, TheMaskIsGreyAndOfThePicturesSize) {
+TEST_F(SubjectTest, TheMaskIsGrayAndOfThePicturesSize) {
   const cv::Mat mask = Written("mask", Path("mask.png"));
   ASSERT_EQ(mask.type(), CV_8UC1);
   EXPECT_EQ(mask.size(), kProxySize);
@@ -64,11 +64,11 @@ TEST_F(SubjectTest, TheCutOutIsTheDevelopedPictureWithTheMaskAsAlpha) {
   cv::Mat alpha;
   cv::extractChannel(cutout, alpha, 3);
   EXPECT_EQ(GreatestDifference(alpha, mask), 0);
-  cv::Mat colour;
-  cv::cvtColor(cutout, colour, cv::COLOR_BGRA2BGR);
+  cv::Mat color;
+  cv::cvtColor(cutout, color, cv::COLOR_BGRA2BGR);
   const cv::Mat developed =
       Developed(kRawSample, Path("developed.png"), {"--exposure", "0.5", "--quality", "4"});
-  EXPECT_EQ(GreatestDifference(colour, developed), 0);
+  EXPECT_EQ(GreatestDifference(color, developed), 0);
 }
 
 TEST_F(SubjectTest, ACutOutRefusesWhatMovesThePicture) {
@@ -124,11 +124,11 @@ TEST_F(SubjectTest, FilesThatCannotBeWritten) {
 TEST_F(SubjectTest, APreviewIsThePictureInEightBits) {
   const cv::Mat preview = Preview("preview.png", {"--contrast", "20"});
   ASSERT_EQ(preview.type(), CV_8UC4);
-  cv::Mat colour;
-  cv::cvtColor(preview, colour, cv::COLOR_BGRA2BGR);
+  cv::Mat color;
+  cv::cvtColor(preview, color, cv::COLOR_BGRA2BGR);
   const cv::Mat developed = Developed(kRawSample, Path("out.png"),
                                       {"--contrast", "20", "--quality", "4", "--preview", Path("both.png")});
-  EXPECT_EQ(GreatestDifference(colour, developed), 0);
+  EXPECT_EQ(GreatestDifference(color, developed), 0);
   EXPECT_EQ(ReadFile(Path("both.png")), ReadFile(Path("preview.png")));
 }
 

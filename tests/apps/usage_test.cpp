@@ -102,7 +102,7 @@ TEST_F(UsageTest, HelpOfDevelopGroupsTheOptions) {
   const std::string help = Lumvik({"develop", "--help"}).out;
   std::size_t at = 0;
   for (const char* part : {"\nTone:",          "--tone-curve-blue",
-                           "\nColour:",        "--hsl",
+                           "\nColor:",         "--hsl",
                            "\nDetail:",        "--sharpening-threshold",
                            "\nLens:",          "--defringe",
                            "\nGeometry:",      "--flip-v",

@@ -44,7 +44,7 @@ ExifBlock Photograph(ByteOrder order) {
 }
 
 // What libexif makes of a file's block.
-Bytes Serialised(const std::string& path) {
+Bytes Serialized(const std::string& path) {
   const ExifDataPtr data = LoadExifData(path);
   if (data == nullptr) return {};
   unsigned char* bytes = nullptr;
@@ -98,7 +98,7 @@ TEST_F(CopyExif, TheFileIsTheSplicedOne) {
   const std::string source = WriteSource();
   const std::string target = Write("target.jpg", PlainJpeg());
   ASSERT_TRUE(CopyExifToJpeg(source, target));
-  const Bytes exif = Serialised(source);
+  const Bytes exif = Serialized(source);
   ASSERT_GT(exif.size(), 6U);
   EXPECT_EQ(Bytes(exif.begin(), exif.begin() + 6), (Bytes{'E', 'x', 'i', 'f', 0, 0}));
   EXPECT_EQ(ReadBytes(target), SpliceExif(PlainJpeg(), exif));
@@ -118,7 +118,7 @@ TEST_F(CopyExif, AnOldBlockIsReplaced) {
   const std::string target = Write("target.jpg", JpegWithExif(old.Serialize()));
   const std::string source = WriteSource();
   ASSERT_TRUE(CopyExifToJpeg(source, target));
-  EXPECT_EQ(ReadBytes(target), SpliceExif(PlainJpeg(), Serialised(source)));
+  EXPECT_EQ(ReadBytes(target), SpliceExif(PlainJpeg(), Serialized(source)));
 }
 
 TEST_F(CopyExif, AFileMayBeItsOwnSource) {
@@ -165,7 +165,7 @@ TEST_F(CopyExif, TheShortestJpegIsRewritten) {
   for (const Bytes& bytes : {Bytes{0xFF, 0xD8, 0xFF, 0xE0}, Bytes{0xFF, 0xD8, 0xFF, 0xE1, 0x00}}) {
     const std::string target = Write("target.jpg", bytes);
     EXPECT_TRUE(CopyExifToJpeg(source, target));
-    EXPECT_EQ(ReadBytes(target), SpliceExif(bytes, Serialised(source)));
+    EXPECT_EQ(ReadBytes(target), SpliceExif(bytes, Serialized(source)));
   }
 }
 

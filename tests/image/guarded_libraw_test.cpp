@@ -141,7 +141,7 @@ Bytes WithTwo(Bytes file, const Bytes& entry, const std::array<uint32_t, 2>& num
   return file;
 }
 
-// A compression of 0 makes LibRaw take the preview for one of separate colour planes.
+// A compression of 0 makes LibRaw take the preview for one of separate color planes.
 TEST_F(GuardedLibRawTest, PlanesOfMoreBytesThanTheirSizeHas) {
   Bytes file = WithField(MakeBitmapPreviewRaw(kPicture), Entry(tag::kCompression, kShort), kValue, 0);
   const auto bytes = static_cast<uint32_t>(kPicture.total());

@@ -130,7 +130,7 @@ TEST(ToRgba8, UndoesTheWidening) {
   EXPECT_TRUE(SameBytes(ToRgba8(ToImageBuffer(bytes)), bytes));
 }
 
-TEST(ToBgr8, HoldsTheColoursOfToRgba8InReverse) {
+TEST(ToBgr8, HoldsTheColorsOfToRgba8InReverse) {
   for (const int columns : {1, 13, 64, 211}) {
     const cv::Mat image = Picture(CV_16UC4, 7, columns);
     const cv::Mat bgr = ToBgr8(image);

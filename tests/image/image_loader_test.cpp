@@ -28,7 +28,7 @@ cv::Mat Noise(int type, int rows, int cols) {
   return image;
 }
 
-// Large areas of smooth colour, so that lossy formats keep it: blue 40, green 120 and red 200.
+// Large areas of smooth color, so that lossy formats keep it: blue 40, green 120 and red 200.
 cv::Mat Flat(int rows = 40, int cols = 60) {
   return {rows, cols, CV_8UC3, cv::Scalar(40, 120, 200)};
 }
@@ -125,13 +125,13 @@ TEST_F(ImageLoader, SixteenBitsAreReducedToEightAndWidened) {
   }
 }
 
-TEST_F(ImageLoader, GreyBecomesThreeEqualChannels) {
+TEST_F(ImageLoader, GrayBecomesThreeEqualChannels) {
   for (const char* name : {"a.jpg", "a.png"}) {
     const std::string path = Write(name, Noise(CV_8UC1, 16, 24));
-    const cv::Mat grey = cv::imread(path, cv::IMREAD_UNCHANGED);
-    ASSERT_EQ(grey.type(), CV_8UC1);
+    const cv::Mat gray = cv::imread(path, cv::IMREAD_UNCHANGED);
+    ASSERT_EQ(gray.type(), CV_8UC1);
     cv::Mat bgr;
-    cv::merge(std::vector<cv::Mat>(3, grey), bgr);
+    cv::merge(std::vector<cv::Mat>(3, gray), bgr);
     EXPECT_TRUE(SameBytes(LoadStandardImage(path), Source(bgr))) << name;
   }
 }
@@ -218,9 +218,9 @@ TEST_F(ImageLoader, PicturesAreTurnedByTheirExifOrientation) {
           LoadStandardImage(Write("a.jpg", JpegWithExif(exif.Serialize(), Encoded(".jpg", stored))));
       ASSERT_EQ(image.size(), orientation < 5 ? cv::Size(64, 32) : cv::Size(32, 64)) << orientation;
       for (int q = 0; q < 4; ++q) {
-        const cv::Point centre(image.cols / 4 * (1 + q % 2 * 2), image.rows / 4 * (1 + q / 2 * 2));
+        const cv::Point center(image.cols / 4 * (1 + q % 2 * 2), image.rows / 4 * (1 + q / 2 * 2));
         const int expected = upright[orientation - 1][q] - 'a';
-        EXPECT_LE(cv::norm(image.at<Rgba16>(centre), loaded_colors[expected], cv::NORM_INF), 20 * 257)
+        EXPECT_LE(cv::norm(image.at<Rgba16>(center), loaded_colors[expected], cv::NORM_INF), 20 * 257)
             << "orientation " << orientation << " quarter " << q;
       }
     }

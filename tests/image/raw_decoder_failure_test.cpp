@@ -115,7 +115,7 @@ TEST_F(RawDecoderFailure, SensorsWithoutThreeColors) {
   monochrome.monochrome = true;
   const std::string error = std::string("LibRaw dcraw_make_mem_image failed: ") + kUnsupported;
   for (int quality = 1; quality <= 4; ++quality) {
-    ExpectFailure(Write("grey.dng", MakeRawFile(kWidePicture, monochrome)), error, quality);
+    ExpectFailure(Write("gray.dng", MakeRawFile(kWidePicture, monochrome)), error, quality);
     ExpectFailure(Write("two.dng", MakeTwoColorRaw()), error, quality);
   }
 }

@@ -23,7 +23,7 @@ using Rgba16 = cv::Vec<uint16_t, 4>;
 
 const std::string kSample = LUMVIK_SAMPLES "/sample_small.ARW";
 
-// Waves of colour, without white.
+// Waves of color, without white.
 cv::Mat ColorRamps(int rows, int cols) {
   cv::Mat rgb(rows, cols, CV_8UC3);
   for (int y = 0; y < rows; ++y) {
@@ -125,11 +125,11 @@ TEST_F(RawDecoder, QualitiesTwoAndThreeAreHalfTheSize) {
 }
 
 TEST_F(RawDecoder, ThePictureComesBackLiftedByTheBaseCurve) {
-  const cv::Mat grey(60, 80, CV_8UC3, cv::Scalar(128, 128, 128));
+  const cv::Mat gray(60, 80, CV_8UC3, cv::Scalar(128, 128, 128));
   for (const RawFormat format : {RawFormat::kArwCompressed, RawFormat::kArwUncompressed, RawFormat::kDng}) {
     DecodedImage decoded;
-    ASSERT_TRUE(DecodeRaw(Write("a", RawFile(grey, format)), 1, decoded)) << decoded.error;
-    ASSERT_EQ(decoded.image.size(), grey.size());
+    ASSERT_TRUE(DecodeRaw(Write("a", RawFile(gray, format)), 1, decoded)) << decoded.error;
+    ASSERT_EQ(decoded.image.size(), gray.size());
     for (int c = 0; c < 3; ++c) {
       EXPECT_NEAR(decoded.image.at<Rgba16>(30, 40)[c], BaseCurveTable()[128 * 257], 500) << c;
     }

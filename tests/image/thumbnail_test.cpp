@@ -87,12 +87,12 @@ TEST_F(ThumbnailTest, SmallOrdinaryImagesKeepTheirSize) {
   }
 }
 
-TEST_F(ThumbnailTest, DeepAndGreyImagesBecomeColourOfEightBits) {
+TEST_F(ThumbnailTest, DeepAndGrayImagesBecomeColorOfEightBits) {
   cv::Mat deep;
   Noise({50, 40}).convertTo(deep, CV_16U, 257);
   EXPECT_TRUE(ThumbnailOf(Write("a.png", deep)) == Jpeg(Noise({50, 40}), 75));
-  const cv::Mat grey(40, 50, CV_8UC1, cv::Scalar(99));
-  EXPECT_TRUE(ThumbnailOf(Write("a.png", grey)) == Jpeg(cv::Mat(40, 50, CV_8UC3, {99, 99, 99}), 75));
+  const cv::Mat gray(40, 50, CV_8UC1, cv::Scalar(99));
+  EXPECT_TRUE(ThumbnailOf(Write("a.png", gray)) == Jpeg(cv::Mat(40, 50, CV_8UC3, {99, 99, 99}), 75));
 }
 
 TEST_F(ThumbnailTest, OrdinaryImagesStandUpright) {

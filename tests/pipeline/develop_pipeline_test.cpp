@@ -30,7 +30,7 @@ TEST(DevelopPipeline, NeutralSettingsKeepEveryValue) {
   EXPECT_NE(rendered.data, source.data);
 }
 
-TEST(DevelopPipeline, DefaultSettingsChangeColours) {
+TEST(DevelopPipeline, DefaultSettingsChangeColors) {
   const cv::Mat source(2, 2, CV_16UC4, cv::Scalar(20000, 20000, 20000, 65535));
   const auto pixel = Developed(source, Adjustments()).at<cv::Vec4w>(0, 0);
   EXPECT_NEAR(pixel[0], 20000 * 1.144, 10);

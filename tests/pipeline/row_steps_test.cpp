@@ -21,7 +21,7 @@ cv::Mat AfterSteps(const cv::Mat& image, const RowSteps& steps) {
   return result;
 }
 
-// Only the blur of each colour is left.
+// Only the blur of each color is left.
 AreaKernel BlurColors(const Window& window) {
   return BesideBlurredColors(
       window, [](const PixelRow& row, const float* red, const float* green, const float* blue) {
@@ -62,7 +62,7 @@ TEST(RunRowSteps, RunsPointKernelsInOrderOnEveryPixel) {
   }
 }
 
-TEST(RunRowSteps, AnAreaStageSeesTheBlurOfItsColours) {
+TEST(RunRowSteps, AnAreaStageSeesTheBlurOfItsColors) {
   std::vector<cv::Size> sizes = test::OddSizes();
   sizes.emplace_back(2 * kMaxPart + 3, 40);
   for (const cv::Size size : sizes) {

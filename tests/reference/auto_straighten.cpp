@@ -28,10 +28,10 @@ float Vote(const std::vector<cv::Vec4i>& segments) {
 }
 
 float AutoStraighten(const cv::Mat& image) {
-  cv::Mat grey;
-  WeightedLuminance(ReducedFloatCopy(image, 800)).convertTo(grey, CV_8U, 255);
+  cv::Mat gray;
+  WeightedLuminance(ReducedFloatCopy(image, 800)).convertTo(gray, CV_8U, 255);
   cv::Mat smooth;
-  cv::GaussianBlur(grey, smooth, cv::Size(5, 5), 0, 0, cv::BORDER_DEFAULT);
+  cv::GaussianBlur(gray, smooth, cv::Size(5, 5), 0, 0, cv::BORDER_DEFAULT);
   cv::Mat edges;
   cv::Canny(smooth, edges, 50, 150, 3, false);
   std::vector<cv::Vec4i> segments;

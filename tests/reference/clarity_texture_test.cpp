@@ -10,11 +10,11 @@ namespace lumvik::reference {
 namespace {
 
 constexpr int kLength = 401;
-constexpr int kCentre = 200;
+constexpr int kCenter = 200;
 constexpr float kBase = 0.3F;
 constexpr float kStep = 0.4F;
 
-// Largest value of a normalised Gaussian kernel; the tails that OpenCV cuts off at 4 sigma weigh 6e-5.
+// Largest value of a normalized Gaussian kernel; the tails that OpenCV cuts off at 4 sigma weigh 6e-5.
 double KernelPeak(double sigma) {
   double sum = 0;
   const int reach = static_cast<int>(sigma * 4);
@@ -22,9 +22,9 @@ double KernelPeak(double sigma) {
   return 1 / sum;
 }
 
-// One brighter pixel in a line of grey, after the stage.
+// One brighter pixel in a line of gray, after the stage.
 cv::Vec4f OnLine(float clarity, float texture, const cv::Vec4f& step, cv::Size size = {kLength, 1},
-                 cv::Point place = {kCentre, 0}) {
+                 cv::Point place = {kCenter, 0}) {
   cv::Mat working = Uniform(size.width, size.height, {kBase, kBase, kBase, 0.7F});
   working.at<cv::Vec4f>(place) += step;
   Adjustments adjustments;
@@ -55,7 +55,7 @@ TEST(ClarityTexture, SameDetailInEveryDirectionAndAtTheEdge) {
   const cv::Size row(kLength, 1);
   const cv::Size column(1, kLength);
   for (const auto& [size, place] :
-       {std::pair(row, cv::Point(0, 0)), {row, {kLength - 1, 0}}, {column, {0, kCentre}}, {column, {0, 0}}}) {
+       {std::pair(row, cv::Point(0, 0)), {row, {kLength - 1, 0}}, {column, {0, kCenter}}, {column, {0, 0}}}) {
     EXPECT_NEAR(OnLine(0, 100, step, size, place)[0], fine, 1e-5) << size << place;
     EXPECT_NEAR(OnLine(100, 0, step, size, place)[0], coarse, 1e-5) << size << place;
   }

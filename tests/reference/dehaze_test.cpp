@@ -71,7 +71,7 @@ TEST(Dehaze, ClampsWhatLeavesTheRange) {
 }
 
 // Transmission 0.05 is zeroed, not held at 0.1: above the airlight +inf, at it NaN.
-TEST(Dehaze, ZeroedTransmissionDrivesColoursToTheEnds) {
+TEST(Dehaze, ZeroedTransmissionDrivesColorsToTheEnds) {
   cv::Mat working = Uniform(40, 30, {0.8F, 0.9F, 0.7F, 1});
   Dehaze({}, working, Setting(100));
   EXPECT_TRUE(SamePixels(working, Uniform(40, 30, {1, 1, 0, 1})));
@@ -91,7 +91,7 @@ TEST(Dehaze, TransmissionIsZeroedUpToItsThreshold) {
   EXPECT_EQ(OnPixel(Dehaze, Setting(94.85F), {0.41F, 0.4F, 0.4F, 1})[0], 1.0F);
 }
 
-// Normalised Gaussian weight of the dark pixels 0..last_dark, seen from `place`, on a line whose ends mirror.
+// Normalized Gaussian weight of the dark pixels 0..last_dark, seen from `place`, on a line whose ends mirror.
 double DarkShare(int place, int last_dark) {
   constexpr int kReach = 20;
   constexpr double kSigma = 5;
@@ -129,7 +129,7 @@ TEST(Dehaze, ErosionSpreadsTheDark) {
   cv::Mat working = Uniform(3, 3, {0.5F, 0.5F, 0.5F, 1});
   working.at<cv::Vec4f>(0, 0) = {0, 0, 0, 1};
   Dehaze({}, working, Setting(50));
-  // Where only bright pixels were in reach, the dark plane is 0.5 = airlight; grey at the airlight stays.
+  // Where only bright pixels were in reach, the dark plane is 0.5 = airlight; gray at the airlight stays.
   EXPECT_NEAR(working.at<cv::Vec4f>(2, 2)[0], 0.5, 1e-6);
   EXPECT_LT(working.at<cv::Vec4f>(0, 0)[0], 1e-6);
 }

@@ -58,7 +58,7 @@ TEST(DevelopPipeline, NeutralKeepsEveryCode) {
   EXPECT_TRUE(SamePixels(every_code, before));
 }
 
-TEST(DevelopPipeline, DefaultsChangeTheColours) {
+TEST(DevelopPipeline, DefaultsChangeTheColors) {
   const cv::Vec4w pixel = OnCode(Adjustments(), {20000, 20000, 20000, 65535});
   EXPECT_NEAR(pixel[0], 20000 * 1.144, 20000 * 5e-4);
   EXPECT_EQ(pixel[1], 20000);
@@ -67,30 +67,30 @@ TEST(DevelopPipeline, DefaultsChangeTheColours) {
 }
 
 TEST(DevelopPipeline, WhiteBalanceSleepsAroundItsNeutralPoint) {
-  const cv::Vec4w grey(20000, 20000, 20000, 65535);
+  const cv::Vec4w gray(20000, 20000, 20000, 65535);
   Adjustments adjustments = Neutral();
-  EXPECT_EQ(OnCode(adjustments, grey), grey);
+  EXPECT_EQ(OnCode(adjustments, gray), gray);
   adjustments.temperature = 6500.9F;
-  EXPECT_EQ(OnCode(adjustments, grey), grey);
+  EXPECT_EQ(OnCode(adjustments, gray), gray);
   adjustments.temperature = 6501;
-  EXPECT_NE(OnCode(adjustments, grey), grey);
+  EXPECT_NE(OnCode(adjustments, gray), gray);
   adjustments.temperature = 6499;
-  EXPECT_NE(OnCode(adjustments, grey), grey);
+  EXPECT_NE(OnCode(adjustments, gray), gray);
   adjustments = Neutral();
   adjustments.tint = 0.09F;
-  EXPECT_EQ(OnCode(adjustments, grey), grey);
+  EXPECT_EQ(OnCode(adjustments, gray), gray);
   adjustments.tint = -0.1F;
-  EXPECT_NE(OnCode(adjustments, grey), grey);
+  EXPECT_NE(OnCode(adjustments, gray), gray);
 }
 
 TEST(DevelopPipeline, NanSettingsAreNotSkipped) {
-  const cv::Vec4w grey(20000, 20000, 20000, 65535);
+  const cv::Vec4w gray(20000, 20000, 20000, 65535);
   for (float Adjustments::*field :
        {&Adjustments::temperature, &Adjustments::exposure, &Adjustments::brightness, &Adjustments::contrast,
         &Adjustments::saturation}) {
     Adjustments adjustments = Neutral();
     adjustments.*field = NAN;
-    EXPECT_EQ(OnCode(adjustments, grey)[0], 0) << "a NaN ends as black";
+    EXPECT_EQ(OnCode(adjustments, gray)[0], 0) << "a NaN ends as black";
   }
 }
 

@@ -27,12 +27,12 @@ void ExposePixel(cv::Vec4f& pixel, float multiplier) {
                               std::max(multiplier * pixel[2], kFloor)};
   const float peak = *std::max_element(rgb.begin(), rgb.end());
   if (peak > kKnee) {
-    const float grey = Shoulder(peak);
-    const float scale = grey / peak;
+    const float gray = Shoulder(peak);
+    const float scale = gray / peak;
     const float weight = (peak - kKnee) / ((peak - kKnee) + kBlendSoftness);
     for (float& value : rgb) {
       const float scaled = scale * value;
-      value = (grey - scaled) * weight + scaled;
+      value = (gray - scaled) * weight + scaled;
     }
   }
   for (int c = 0; c < 3; ++c) pixel[c] = std::min(rgb[static_cast<size_t>(c)], kCeiling);

@@ -22,7 +22,7 @@ TEST(Exposure, OneStopDoublesBelowTheKnee) {
   EXPECT_NEAR(pixel[2], 0.4, 1e-6);
 }
 
-TEST(Exposure, GreyOnTheShoulder) {
+TEST(Exposure, GrayOnTheShoulder) {
   const cv::Vec4f pixel = Exposed({0.5F, 0.5F, 0.5F, 1}, 1);
   for (int c = 0; c < 3; ++c) EXPECT_NEAR(pixel[c], 0.875, 1e-6);
 }

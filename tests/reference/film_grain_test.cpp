@@ -27,7 +27,7 @@ cv::Mat Seeded(float amount, float size, const cv::Vec4f& color) {
   return Grained(amount, size, color);
 }
 
-// What was added to the red channel of middle grey.
+// What was added to the red channel of middle gray.
 cv::Mat Noise(float amount, float size) {
   cv::Mat plane;
   cv::extractChannel(Seeded(amount, size, {0.5F, 0.5F, 0.5F, 1}), plane, 0);
@@ -50,14 +50,14 @@ double Deviation(const cv::Mat& plane) {
 }
 
 // Correlation of a plane with itself, one column on.
-double NeighbourCorrelation(const cv::Mat& plane) {
+double NeighborCorrelation(const cv::Mat& plane) {
   const cv::Mat left = plane.colRange(0, plane.cols - 1);
   const cv::Mat right = plane.colRange(1, plane.cols);
   return left.dot(right) / std::sqrt(left.dot(left) * right.dot(right));
 }
 
 TEST(FilmGrain, DeviationIsIndependentOfTheSize) {
-  // White noise is as strong as the draw (65536 values: 0.3 %), blurred noise is renormalised.
+  // White noise is as strong as the draw (65536 values: 0.3 %), blurred noise is renormalized.
   EXPECT_NEAR(Deviation(Noise(100, 1)), 0.05, 5e-4);
   for (const float size : {2.0F, 25.0F, 100.0F, 200.0F}) {
     EXPECT_NEAR(Deviation(Noise(100, size)), 0.05, 1e-6) << size;
@@ -67,8 +67,8 @@ TEST(FilmGrain, DeviationIsIndependentOfTheSize) {
 
 TEST(FilmGrain, SizeBlursTheNoise) {
   // Gaussian noise blurred with sigma correlates by exp(-1 / (4 sigma²)) from column to column.
-  EXPECT_NEAR(NeighbourCorrelation(Noise(50, 100)), std::exp(-1 / (4 * 2.5 * 2.5)), 0.01);
-  EXPECT_NEAR(NeighbourCorrelation(Noise(50, 25)), std::exp(-1 / (4.0 * 1.0)), 0.02);
+  EXPECT_NEAR(NeighborCorrelation(Noise(50, 100)), std::exp(-1 / (4 * 2.5 * 2.5)), 0.01);
+  EXPECT_NEAR(NeighborCorrelation(Noise(50, 25)), std::exp(-1 / (4.0 * 1.0)), 0.02);
 }
 
 TEST(FilmGrain, SizeIsTheSigma) {
@@ -81,7 +81,7 @@ TEST(FilmGrain, SizeIsTheSigma) {
 }
 
 // What does not exceed 1e-6 after the blur is not scaled up again. On black only the positive half is seen.
-TEST(FilmGrain, FaintestNoiseIsNotRenormalised) {
+TEST(FilmGrain, FaintestNoiseIsNotRenormalized) {
   const auto deviation_on_black = [](double deviation) {
     cv::Mat plane;
     cv::extractChannel(Seeded(static_cast<float>(deviation / 0.0005), 25, {0, 0, 0, 1}), plane, 0);
@@ -97,12 +97,12 @@ TEST(FilmGrain, SmallSizesAreWhiteNoise) {
   for (const float size : {-10.0F, 0.0F, 1.0F}) {
     const cv::Mat noise = Noise(50, size);
     EXPECT_LE(cv::norm(noise, draw, cv::NORM_INF), 1e-6) << size;
-    EXPECT_NEAR(NeighbourCorrelation(noise), 0, 0.02) << size;
+    EXPECT_NEAR(NeighborCorrelation(noise), 0, 0.02) << size;
   }
   EXPECT_GT(cv::norm(Noise(50, 1.05F), draw, cv::NORM_INF), 1e-3);
 }
 
-TEST(FilmGrain, NoiseIsColourless) {
+TEST(FilmGrain, NoiseIsColorless) {
   std::vector<cv::Mat> planes;
   cv::split(Seeded(30, 25, {0.4F, 0.5F, 0.6F, 0.7F}), planes);
   EXPECT_LE(cv::norm(planes[1] - planes[0] - 0.1, cv::NORM_INF), 1e-6);
@@ -110,7 +110,7 @@ TEST(FilmGrain, NoiseIsColourless) {
   EXPECT_LE(cv::norm(planes[3] - static_cast<double>(0.7F), cv::NORM_INF), 1e-7);
 }
 
-TEST(FilmGrain, ClampsEveryColourValue) {
+TEST(FilmGrain, ClampsEveryColorValue) {
   std::vector<cv::Mat> planes;
   cv::split(Seeded(100, 1, {1, 0, 1.5F, 1.5F}), planes);
   double low = 0;
@@ -126,10 +126,10 @@ TEST(FilmGrain, ClampsEveryColourValue) {
 }
 
 TEST(FilmGrain, FollowsTheProcessWideGenerator) {
-  const cv::Vec4f grey(0.5F, 0.5F, 0.5F, 1);
-  const cv::Mat first = Seeded(50, 25, grey);
-  EXPECT_FALSE(SamePixels(Grained(50, 25, grey), first)) << "not seeded by the stage";
-  EXPECT_TRUE(SamePixels(Seeded(50, 25, grey), first));
+  const cv::Vec4f gray(0.5F, 0.5F, 0.5F, 1);
+  const cv::Mat first = Seeded(50, 25, gray);
+  EXPECT_FALSE(SamePixels(Grained(50, 25, gray), first)) << "not seeded by the stage";
+  EXPECT_TRUE(SamePixels(Seeded(50, 25, gray), first));
 }
 
 TEST(FilmGrain, OnlyPositiveAmountsAct) {

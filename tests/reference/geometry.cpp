@@ -24,8 +24,8 @@ bool IsAsleep(const Adjustments& a) {
 }
 
 void Rotate(cv::Mat& image, float degrees) {
-  const cv::Point2f centre(static_cast<float>(image.cols) * 0.5F, static_cast<float>(image.rows) * 0.5F);
-  const cv::Mat matrix = cv::getRotationMatrix2D(centre, degrees, 1.0);
+  const cv::Point2f center(static_cast<float>(image.cols) * 0.5F, static_cast<float>(image.rows) * 0.5F);
+  const cv::Mat matrix = cv::getRotationMatrix2D(center, degrees, 1.0);
   cv::Mat rotated;
   cv::warpAffine(image, rotated, matrix, image.size(), cv::INTER_LINEAR, cv::BORDER_REFLECT, cv::Scalar());
   image = rotated;

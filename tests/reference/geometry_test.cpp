@@ -63,7 +63,7 @@ TEST(Rotation, PositiveTurnsCounterClockwise) {
   adjustments.rotation = 90;
   const cv::Mat out = Transformed(Grid(40, 40), adjustments);
   ASSERT_EQ(out.size(), cv::Size(40, 40));
-  // What stood right of the centre stands above it.
+  // What stood right of the center stands above it.
   const cv::Vec4f above = out.at<cv::Vec4f>(5, 20);
   EXPECT_NEAR(above[0], 0.35, 1e-4);
   EXPECT_NEAR(above[1], 0.20, 1e-4);
@@ -74,18 +74,18 @@ TEST(Rotation, KeepsTheSizeAndMirrorsIntoTheGaps) {
   adjustments.rotation = 90;
   const cv::Mat out = Transformed(Grid(40, 20), adjustments);
   ASSERT_EQ(out.size(), cv::Size(40, 20));
-  // 15 right of the centre stands what was 15 below it, row 25 of 20: mirrored, row 14.
+  // 15 right of the center stands what was 15 below it, row 25 of 20: mirrored, row 14.
   EXPECT_NEAR(out.at<cv::Vec4f>(10, 35)[1], 0.14, 1e-4);
   EXPECT_NEAR(out.at<cv::Vec4f>(10, 25)[1], 0.15, 1e-4);
   EXPECT_NEAR(out.at<cv::Vec4f>(10, 35)[3], 1, 1e-6) << "no transparent corners";
 }
 
-TEST(Rotation, SmallAngleAboutTheCentre) {
+TEST(Rotation, SmallAngleAboutTheCenter) {
   Adjustments adjustments;
   adjustments.rotation = 10;
   const cv::Mat out = Transformed(Grid(60, 60), adjustments);
   EXPECT_NEAR(out.at<cv::Vec4f>(30, 30)[0], 0.30, 1e-4);
-  // A point 20 right of the centre comes from 20 (cos, sin) of -10 degrees below it.
+  // A point 20 right of the center comes from 20 (cos, sin) of -10 degrees below it.
   const cv::Vec4f right = out.at<cv::Vec4f>(30, 50);
   EXPECT_NEAR(right[0], 0.30 + 0.20 * std::cos(CV_PI / 18), 3e-4);
   EXPECT_NEAR(right[1], 0.30 + 0.20 * std::sin(CV_PI / 18), 3e-4);

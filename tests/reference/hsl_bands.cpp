@@ -9,7 +9,7 @@
 namespace lumvik::reference {
 namespace {
 
-constexpr std::array<float, kHslBandCount> kBandCentres = {
+constexpr std::array<float, kHslBandCount> kBandCenters = {
     0.0F, 1.0F / 12.0F, 1.0F / 6.0F, 1.0F / 3.0F, 1.0F / 2.0F, 2.0F / 3.0F, 7.0F / 9.0F, 5.0F / 6.0F};
 constexpr float kBandReach = 0.09F;
 constexpr float kMinSaturation = 0.0001F;
@@ -46,7 +46,7 @@ void ShiftPixel(cv::Vec4f& pixel, const std::array<HslBand, kHslBandCount>& band
 }  // namespace
 
 float HslBandWeight(float hue, size_t band) {
-  float distance = std::fabs(hue - kBandCentres[band]);
+  float distance = std::fabs(hue - kBandCenters[band]);
   if (distance > 0.5F) distance = 1.0F - distance;
   return distance < kBandReach ? 1.0F - distance / kBandReach : 0.0F;
 }

@@ -22,7 +22,7 @@ Hsl Shifted(size_t band, const HslBand& shift, const Hsl& hsl) {
   return rgb_to_hsl(pixel[0], pixel[1], pixel[2]);
 }
 
-TEST(HslBands, BandCentres) {
+TEST(HslBands, BandCenters) {
   const float degrees[kHslBandCount] = {0, 30, 60, 120, 180, 240, 280, 300};
   for (size_t band = 0; band < kHslBandCount; ++band) {
     EXPECT_NEAR(HslBandWeight(degrees[band] / kTurn, band), 1, 1e-5) << band;
@@ -49,7 +49,7 @@ TEST(HslBands, RedReachesRoundTheCircle) {
   EXPECT_EQ(HslBandWeight(0.9F, 0), 0.0F);
 }
 
-TEST(HslBands, ShiftsAddWithoutNormalising) {
+TEST(HslBands, ShiftsAddWithoutNormalizing) {
   Adjustments adjustments;
   adjustments.hsl[0].luminance = 40;
   adjustments.hsl[1].luminance = 40;
@@ -89,18 +89,18 @@ TEST(HslBands, AFullTurnReturnsRed) {
   EXPECT_EQ(pixel[3], 0.5F);
 }
 
-TEST(HslBands, GreyIsNeverTouched) {
+TEST(HslBands, GrayIsNeverTouched) {
   Adjustments adjustments;
   for (HslBand& band : adjustments.hsl) band = {90, 100, 50};
-  const cv::Vec4f grey(0.4F, 0.4F, 0.4F, 1);
-  EXPECT_EQ(OnPixel(HslBands, adjustments, grey), grey);
+  const cv::Vec4f gray(0.4F, 0.4F, 0.4F, 1);
+  EXPECT_EQ(OnPixel(HslBands, adjustments, gray), gray);
   const cv::Vec4f nearly(0.5F, 0.5F, 0.50004F, 1);
   EXPECT_EQ(OnPixel(HslBands, adjustments, nearly), nearly) << "saturation 0.00004";
   const cv::Vec4f pale(0.5F, 0.5F, 0.500105F, 1);
   EXPECT_NE(OnPixel(HslBands, adjustments, pale), pale) << "saturation 0.000105";
 }
 
-TEST(HslBands, OtherHuesKeepTheirColour) {
+TEST(HslBands, OtherHuesKeepTheirColor) {
   Adjustments adjustments;
   adjustments.hsl[5] = {90, 100, 50};
   const cv::Vec4f green(0.123F, 0.7F, 0.456F, 1);

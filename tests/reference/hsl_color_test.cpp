@@ -12,7 +12,7 @@ struct Sample {
   Hsl hsl;
 };
 
-// One colour a sector, on both sides of lightness 0.5.
+// One color a sector, on both sides of lightness 0.5.
 const Sample kSamples[] = {
     {{1, 0, 0}, {0, 1, 0.5F}},
     {{1, 0.5F, 0}, {1 / 12.0F, 1, 0.5F}},
@@ -43,7 +43,7 @@ TEST(HslColor, HslToRgb) {
   }
 }
 
-TEST(HslColor, GreyHasNoHue) {
+TEST(HslColor, GrayHasNoHue) {
   const Hsl hsl = rgb_to_hsl(0.3F, 0.3F, 0.3F + 9e-7F);
   EXPECT_EQ(hsl.h, 0.0F);
   EXPECT_EQ(hsl.s, 0.0F);

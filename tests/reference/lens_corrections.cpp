@@ -32,7 +32,7 @@ void CorrectDistortion(cv::Mat& working, float distortion) {
   working = corrected;
 }
 
-void ResizeAboutCentre(cv::Mat& plane, float factor) {
+void ResizeAboutCenter(cv::Mat& plane, float factor) {
   const cv::Size size = plane.size();
   cv::Mat resized;
   cv::resize(plane, resized, cv::Size(0, 0), factor, factor, cv::INTER_LINEAR);
@@ -44,8 +44,8 @@ void CorrectChromaticAberration(cv::Mat& working, float ca_correction) {
   const float s = ca_correction / 100.0F * 0.003F;
   std::vector<cv::Mat> planes;
   cv::split(working, planes);
-  ResizeAboutCentre(planes[0], 1.0F + s);
-  ResizeAboutCentre(planes[2], 1.0F - s);
+  ResizeAboutCenter(planes[0], 1.0F + s);
+  ResizeAboutCenter(planes[2], 1.0F - s);
   cv::merge(planes, working);
 }
 
@@ -66,7 +66,7 @@ void CorrectVignetting(cv::Mat& working, float lens_vignette) {
   }
 }
 
-// Purple and green, the colours of fringes.
+// Purple and green, the colors of fringes.
 bool IsFringeHue(float h) {
   return (0.65F < h && h < 0.85F) || (0.25F < h && h < 0.4F);
 }

@@ -55,9 +55,9 @@ TEST(LensCorrections, NothingAwakeKeepsEveryBit) {
 // The distance of a sample from where the map points is at most half of OpenCV's 1/32 pixel grid.
 constexpr double kMapTolerance = 0.01 / 64 + 1e-6;
 
-TEST(Distortion, PositiveSamplesNearerTheCentre) {
+TEST(Distortion, PositiveSamplesNearerTheCenter) {
   const cv::Mat out = Corrected(Ramp(100, 100), &Adjustments::distortion, 100);
-  EXPECT_EQ(out.at<cv::Vec4f>(50, 50)[0], 0.5F) << "the centre stays";
+  EXPECT_EQ(out.at<cv::Vec4f>(50, 50)[0], 0.5F) << "the center stays";
   // On the middle row nx = -0.8, f = 1 - 0.64 / 2.
   EXPECT_NEAR(out.at<cv::Vec4f>(50, 10)[0], (50 - 40 * 0.68) / 100, kMapTolerance);
   // Off the middle row both coordinates count: nx = ny = -0.8, f = 1 - 1.28 / 2.
@@ -103,7 +103,7 @@ TEST(FitToSize, LargerPlanesAreCropped) {
   EXPECT_EQ(plane.at<float>(0, 0), 3.0F);
 }
 
-TEST(FitToSize, SmallerPlanesAreCentredOnZeros) {
+TEST(FitToSize, SmallerPlanesAreCenterdOnZeros) {
   cv::Mat plane = ColumnNumbers(997, 36);
   FitToSize(plane, {1000, 40});
   ASSERT_EQ(plane.size(), cv::Size(1000, 40));
@@ -147,7 +147,7 @@ TEST(ChromaticAberration, RedGrowsAndBlueShrinks) {
 TEST(ChromaticAberration, ShiftsRedOutwardsAndBlueInwards) {
   const cv::Mat input = Ramp(1000, 40);
   const cv::Mat out = Corrected(input, &Adjustments::ca_correction, 100);
-  // Pixel 900 of the red plane is pixel 901 of the enlarged one, whose centre lies at 901.5 / 1.003 - 0.5 of
+  // Pixel 900 of the red plane is pixel 901 of the enlarged one, whose center lies at 901.5 / 1.003 - 0.5 of
   // the source; blue's is pixel 899 of the reduced one.
   const cv::Vec4f pixel = out.at<cv::Vec4f>(20, 900);
   EXPECT_NEAR(pixel[0], (901.5 / 1.003 - 0.5) / 100, 1e-4);
@@ -231,11 +231,11 @@ TEST(Defringe, BoundsAreStrict) {
   EXPECT_EQ(OnPixel(LensCorrections, adjustments, at_the_limit), at_the_limit);
 }
 
-TEST(Defringe, GreyStays) {
+TEST(Defringe, GrayStays) {
   Adjustments adjustments;
   adjustments.defringe = 100;
-  const cv::Vec4f grey(0.4F, 0.4F, 0.4F, 1);
-  EXPECT_EQ(OnPixel(LensCorrections, adjustments, grey), grey);
+  const cv::Vec4f gray(0.4F, 0.4F, 0.4F, 1);
+  EXPECT_EQ(OnPixel(LensCorrections, adjustments, gray), gray);
 }
 
 }  // namespace

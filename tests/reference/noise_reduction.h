@@ -1,4 +1,4 @@
-// Plain noise reduction: smoothed luminance at kept colour ratios, and blurred colour planes.
+// Plain noise reduction: smoothed luminance at kept color ratios, and blurred color planes.
 #ifndef LUMVIK_TESTS_REFERENCE_NOISE_REDUCTION_H_
 #define LUMVIK_TESTS_REFERENCE_NOISE_REDUCTION_H_
 

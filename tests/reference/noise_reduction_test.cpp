@@ -37,7 +37,7 @@ TEST(NoiseReduction, KernelSizes) {
 }
 
 TEST(NoiseReduction, LuminanceMixesInTheSmoothedLuminance) {
-  // A 3 x 3 kernel weighs its centre by 1/4; the mix takes 0.06 of it.
+  // A 3 x 3 kernel weighs its center by 1/4; the mix takes 0.06 of it.
   const cv::Mat working = OnSpot(Setting(10, 0), {0.4F, 0.4F, 0.4F, 0.7F}, {0.8F, 0.8F, 0.8F, 0.2F});
   const double smooth = 0.4 + 0.4 / 4;
   EXPECT_NEAR(working.at<cv::Vec4f>(10, 10)[0], 0.8 * 0.94 + smooth * 0.06, 2e-6);
@@ -47,7 +47,7 @@ TEST(NoiseReduction, LuminanceMixesInTheSmoothedLuminance) {
   EXPECT_EQ(working.at<cv::Vec4f>(10, 11)[3], 0.7F);
 }
 
-TEST(NoiseReduction, LuminanceKeepsTheColourRatios) {
+TEST(NoiseReduction, LuminanceKeepsTheColorRatios) {
   const cv::Vec4f spot(0.9F, 0.6F, 0.3F, 1);
   const cv::Vec4f pixel = OnSpot(Setting(100, 0), {0.2F, 0.3F, 0.4F, 1}, spot).at<cv::Vec4f>(10, 10);
   EXPECT_LT(pixel[0], 0.8F);
@@ -85,13 +85,13 @@ TEST(NoiseReduction, LuminanceDoesNotClamp) {
   EXPECT_GT(pixel[2], 1.5F);
 }
 
-TEST(NoiseReduction, ColourBlursEachPlane) {
+TEST(NoiseReduction, ColorBlursEachPlane) {
   const cv::Mat working = OnSpot(Setting(0, 10), {0.4F, 0.4F, 0.4F, 0.7F}, {0.8F, 0.6F, 0.4F, 0.2F});
-  const cv::Vec4f centre = working.at<cv::Vec4f>(10, 10);
-  EXPECT_NEAR(centre[0], 0.4 + 0.4 / 4, 1e-6);
-  EXPECT_NEAR(centre[1], 0.4 + 0.2 / 4, 1e-6);
-  EXPECT_NEAR(centre[2], 0.4, 1e-6);
-  EXPECT_EQ(centre[3], 0.2F) << "alpha is not blurred";
+  const cv::Vec4f center = working.at<cv::Vec4f>(10, 10);
+  EXPECT_NEAR(center[0], 0.4 + 0.4 / 4, 1e-6);
+  EXPECT_NEAR(center[1], 0.4 + 0.2 / 4, 1e-6);
+  EXPECT_NEAR(center[2], 0.4, 1e-6);
+  EXPECT_EQ(center[3], 0.2F) << "alpha is not blurred";
   EXPECT_NEAR(working.at<cv::Vec4f>(11, 11)[0], 0.4 + 0.4 / 16, 1e-6);
   EXPECT_EQ(working.at<cv::Vec4f>(11, 11)[3], 0.7F);
 }

@@ -6,9 +6,9 @@
 
 namespace lumvik::reference {
 
-cv::Mat LowFrequencies(const cv::Mat& grey) {
+cv::Mat LowFrequencies(const cv::Mat& gray) {
   cv::Mat small;
-  cv::resize(grey, small, cv::Size(32, 32), 0, 0, cv::INTER_AREA);
+  cv::resize(gray, small, cv::Size(32, 32), 0, 0, cv::INTER_AREA);
   cv::Mat floats;
   small.convertTo(floats, CV_32F, 1, 0);
   cv::Mat coefficients;
@@ -16,8 +16,8 @@ cv::Mat LowFrequencies(const cv::Mat& grey) {
   return coefficients(cv::Rect(0, 0, 8, 8)).clone();
 }
 
-uint64_t PerceptualHash(const cv::Mat& grey) {
-  const cv::Mat block = LowFrequencies(grey);
+uint64_t PerceptualHash(const cv::Mat& gray) {
+  const cv::Mat block = LowFrequencies(gray);
   std::vector<float> others;
   for (int row = 0; row < 8; ++row) {
     for (int column = 0; column < 8; ++column) {

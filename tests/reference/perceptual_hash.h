@@ -7,10 +7,10 @@
 
 namespace lumvik::reference {
 
-// The 8 x 8 lowest frequencies (CV_32F) of a grey image (CV_8UC1) brought to 32 x 32.
-cv::Mat LowFrequencies(const cv::Mat& grey);
+// The 8 x 8 lowest frequencies (CV_32F) of a gray image (CV_8UC1) brought to 32 x 32.
+cv::Mat LowFrequencies(const cv::Mat& gray);
 
-uint64_t PerceptualHash(const cv::Mat& grey);
+uint64_t PerceptualHash(const cv::Mat& gray);
 
 }  // namespace lumvik::reference
 

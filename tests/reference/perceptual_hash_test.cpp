@@ -11,15 +11,15 @@ constexpr double kReducedSide = 32;
 
 // A level for each pixel of 32 x 32: 128 and the wave of one frequency.
 cv::Mat Wave(int row, int column, double amplitude) {
-  cv::Mat grey(32, 32, CV_8UC1);
+  cv::Mat gray(32, 32, CV_8UC1);
   for (int y = 0; y < 32; ++y) {
     for (int x = 0; x < 32; ++x) {
       const double wave = std::cos(CV_PI * (2 * y + 1) * row / (2 * kReducedSide)) *
                           std::cos(CV_PI * (2 * x + 1) * column / (2 * kReducedSide));
-      grey.at<uchar>(y, x) = cv::saturate_cast<uchar>(128 + amplitude * wave);
+      gray.at<uchar>(y, x) = cv::saturate_cast<uchar>(128 + amplitude * wave);
     }
   }
-  return grey;
+  return gray;
 }
 
 // The orthonormal transform gives the mean times the side, and an even share to a single wave.

@@ -1,4 +1,4 @@
-// Working images of one colour, and one stage run on one pixel, for the tests of the plain stages.
+// Working images of one color, and one stage run on one pixel, for the tests of the plain stages.
 #ifndef LUMVIK_TESTS_REFERENCE_PIXEL_H_
 #define LUMVIK_TESTS_REFERENCE_PIXEL_H_
 

@@ -45,7 +45,7 @@ TEST(PostCropVignette, EitherSignTurnsTheCornersWhite) {
       for (int c = 0; c < 3; ++c) EXPECT_NEAR(pixel[c], 1, 1e-6);
       EXPECT_EQ(pixel[3], 0.5F);
     }
-    EXPECT_EQ(out.at<cv::Vec4f>(20, 40), kColor) << "the centre stays";
+    EXPECT_EQ(out.at<cv::Vec4f>(20, 40), kColor) << "the center stays";
   }
   EXPECT_TRUE(SamePixels(Vignetted(70, 30, -40), Vignetted(-70, 30, -40)));
 }
@@ -87,7 +87,7 @@ TEST(PostCropVignette, FullMidpointKeepsTheEllipse) {
 }
 
 // At midpoint 100 the whole ramp is 1e-6 wide. In a frame of one row ny is -1, and one column beside the
-// centre the distance is the next float above 1.
+// center the distance is the next float above 1.
 TEST(PostCropVignette, FullMidpointLeavesAnEdgeOfAMillionth) {
   cv::Mat working = Uniform(4000, 1, {0, 0, 0, 1});
   Adjustments adjustments;

@@ -18,13 +18,13 @@ double Luma(double r, double g, double b) {
   return 0.2126 * r + 0.7152 * g + 0.0722 * b;
 }
 
-TEST(SaturationVibrance, MinusHundredIsGrey) {
+TEST(SaturationVibrance, MinusHundredIsGray) {
   const cv::Vec4f pixel = Saturated(-100, 0, {0.8F, 0.3F, 0.1F, 0.5F});
   for (int c = 0; c < 3; ++c) EXPECT_NEAR(pixel[c], Luma(0.8, 0.3, 0.1), 1e-6);
   EXPECT_EQ(pixel[3], 0.5F);
 }
 
-TEST(SaturationVibrance, SaturationScalesTheDistanceFromGrey) {
+TEST(SaturationVibrance, SaturationScalesTheDistanceFromGray) {
   const double luma = Luma(0.5, 0.4, 0.3);
   const cv::Vec4f pixel = Saturated(50, 0, {0.5F, 0.4F, 0.3F, 1});
   EXPECT_NEAR(pixel[0], (0.5 - luma) * 1.5 + luma, 1e-6);
@@ -32,12 +32,12 @@ TEST(SaturationVibrance, SaturationScalesTheDistanceFromGrey) {
   EXPECT_NEAR(pixel[2], (0.3 - luma) * 1.5 + luma, 1e-6);
 }
 
-TEST(SaturationVibrance, VibranceLeavesGreyAlone) {
+TEST(SaturationVibrance, VibranceLeavesGrayAlone) {
   const cv::Vec4f pixel = Saturated(0, 100, {0.4F, 0.4F, 0.4F, 1});
   for (int c = 0; c < 3; ++c) EXPECT_NEAR(pixel[c], 0.4, 1e-6);
 }
 
-TEST(SaturationVibrance, VibranceFallsWithColourfulness) {
+TEST(SaturationVibrance, VibranceFallsWithColorfulness) {
   const double luma = Luma(0.5, 0.4, 0.4);
   const cv::Vec4f pixel = Saturated(0, 100, {0.5F, 0.4F, 0.4F, 1});
   EXPECT_NEAR(pixel[0], (0.5 - luma) * 1.56 + luma, 1e-6);
@@ -51,8 +51,8 @@ TEST(SaturationVibrance, WideSpreadGetsNoVibrance) {
   EXPECT_NEAR(pixel[2], 0.4, 1e-6);
 }
 
-TEST(SaturationVibrance, ColourfulnessIsMeasuredBeforeTheSaturation) {
-  // The saturation takes all colour away, so a measure taken after it would give the full factor 1.8.
+TEST(SaturationVibrance, ColorfulnessIsMeasuredBeforeTheSaturation) {
+  // The saturation takes all color away, so a measure taken after it would give the full factor 1.8.
   const double luma = Luma(0.5, 0.4, 0.4);
   const double reduced = (0.5 - luma) * 0.5 + luma;
   const double other = (0.4 - luma) * 0.5 + luma;

@@ -6,14 +6,14 @@
 namespace lumvik::reference {
 namespace {
 
-// Mid grey, with this many of its 100 rows at a level of 0..1.
+// Mid gray, with this many of its 100 rows at a level of 0..1.
 std::array<float, 32> OfRows(int rows, double level) {
   cv::Mat image(100, 512, CV_16UC4, cv::Scalar::all(32768));
   image.rowRange(0, rows).setTo(cv::Scalar::all(level * 65535));
   return AnalyzeScene(image);
 }
 
-TEST(AnalyzeScene, OfAUniformGrey) {
+TEST(AnalyzeScene, OfAUniformGray) {
   EXPECT_THAT(OfRows(0, 0),
               testing::ElementsAre(testing::FloatNear(-0.0553F, 5e-4F), 0, 22, 0, 15, 0, 5, 6500, 0, 5, 16, 6,
                                    0, 0, 35, 1, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));

@@ -23,7 +23,7 @@ Adjustments Setting(float amount, float radius, float threshold) {
   return adjustments;
 }
 
-// A step from dark to bright grey along a row.
+// A step from dark to bright gray along a row.
 cv::Mat Step() {
   cv::Mat working = Uniform(kColumns, 1, {kLow, kLow, kLow, 0.7F});
   working.colRange(kStepColumn, kColumns).setTo(cv::Scalar(kHigh, kHigh, kHigh, 0.7));
@@ -80,7 +80,7 @@ TEST(Sharpening, SameDetailInEveryDirectionAndAtTheEdge) {
   }
 }
 
-TEST(Sharpening, EveryColourPlaneOnItsOwn) {
+TEST(Sharpening, EveryColorPlaneOnItsOwn) {
   cv::Mat working = Uniform(kColumns, 1, {0.5F, 0.5F, 0.5F, 1});
   working.at<cv::Vec4f>(0, kStepColumn)[1] = 0.6F;
   Sharpening({}, working, Setting(150, 1, 0));
@@ -121,7 +121,7 @@ TEST(Sharpening, FullThresholdDisables) {
   EXPECT_TRUE(SamePixels(Sharpened(Setting(150, 1, 65535)), Step()));
 }
 
-TEST(Sharpening, ClampsEveryColourValue) {
+TEST(Sharpening, ClampsEveryColorValue) {
   const cv::Vec4f pixel = OnPixel(Sharpening, Setting(1, 1, 0), {1.5F, -0.5F, 0.5F, 1.5F});
   EXPECT_EQ(pixel[0], 1.0F);
   EXPECT_EQ(pixel[1], 0.0F);

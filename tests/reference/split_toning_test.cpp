@@ -16,7 +16,7 @@ Hsl Toned(const SplitToningSettings& settings, const cv::Vec4f& color) {
   return rgb_to_hsl(pixel[0], pixel[1], pixel[2]);
 }
 
-TEST(SplitToning, GreyGainsColourAndKeepsItsLightness) {
+TEST(SplitToning, GrayGainsColorAndKeepsItsLightness) {
   // k = 0.5, hue 0.5 x 0.5 x 0.25 of the way from 0.
   const Hsl hsl = Toned({180, 100, 0, 0, 0}, {0.5F, 0.5F, 0.5F, 0.7F});
   EXPECT_NEAR(hsl.s, 0.5 * 0.3, 1e-5);
@@ -24,18 +24,18 @@ TEST(SplitToning, GreyGainsColourAndKeepsItsLightness) {
   EXPECT_NEAR(hsl.l, 0.5, 1e-6);
 }
 
-TEST(SplitToning, MiddleGreyWeighsBothZonesByHalf) {
-  const cv::Vec4f grey(0.5F, 0.5F, 0.5F, 1);
-  EXPECT_NEAR(Toned({0, 80, 0, 0, 0}, grey).s, 0.5 * 0.8 * 0.3, 1e-5);
-  EXPECT_NEAR(Toned({0, 0, 0, 80, 0}, grey).s, 0.5 * 0.8 * 0.3, 1e-5);
-  EXPECT_NEAR(Toned({0, 80, 0, 60, 0}, grey).s, 0.5 * 1.4 * 0.3, 1e-5);
+TEST(SplitToning, MiddleGrayWeighsBothZonesByHalf) {
+  const cv::Vec4f gray(0.5F, 0.5F, 0.5F, 1);
+  EXPECT_NEAR(Toned({0, 80, 0, 0, 0}, gray).s, 0.5 * 0.8 * 0.3, 1e-5);
+  EXPECT_NEAR(Toned({0, 0, 0, 80, 0}, gray).s, 0.5 * 0.8 * 0.3, 1e-5);
+  EXPECT_NEAR(Toned({0, 80, 0, 60, 0}, gray).s, 0.5 * 1.4 * 0.3, 1e-5);
 }
 
 TEST(SplitToning, BalanceMovesTheZones) {
-  const cv::Vec4f grey(0.5F, 0.5F, 0.5F, 1);
-  EXPECT_NEAR(Toned({0, 100, 0, 0, 100}, grey).s, 0.8 * 0.3, 1e-5);
-  EXPECT_NEAR(Toned({0, 0, 0, 100, 100}, grey).s, 0.2 * 0.3, 1e-5);
-  EXPECT_NEAR(Toned({0, 100, 0, 0, -50}, grey).s, 0.35 * 0.3, 1e-5);
+  const cv::Vec4f gray(0.5F, 0.5F, 0.5F, 1);
+  EXPECT_NEAR(Toned({0, 100, 0, 0, 100}, gray).s, 0.8 * 0.3, 1e-5);
+  EXPECT_NEAR(Toned({0, 0, 0, 100, 100}, gray).s, 0.2 * 0.3, 1e-5);
+  EXPECT_NEAR(Toned({0, 100, 0, 0, -50}, gray).s, 0.35 * 0.3, 1e-5);
   EXPECT_NEAR(Toned({0, 100, 0, 0, 100}, {0.9F, 0.9F, 0.9F, 1}).s, 0.3, 1e-5) << "the weight ends at 1";
 }
 

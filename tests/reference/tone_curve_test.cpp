@@ -51,7 +51,7 @@ TEST(BuildCurveTable, PassesThroughItsPoints) {
   for (const CurvePoint& point : points) EXPECT_NEAR(At(points, point.x), point.y, 5e-5);
 }
 
-TEST(BuildCurveTable, InnerSegmentTakesItsNeighbours) {
+TEST(BuildCurveTable, InnerSegmentTakesItsNeighbors) {
   // t = 0.5 on the segment from 0.25 to 0.75: (9 (p1 + p2) - p0 - p3) / 16.
   const ToneCurve points = {{0, 0.3F}, {0.25F, 0.1F}, {0.75F, 0.6F}, {1, 0.5F}};
   EXPECT_NEAR(At(points, 0.5), (9 * 0.7 - 0.3 - 0.5) / 16, 5e-5);

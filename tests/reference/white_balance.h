@@ -1,4 +1,4 @@
-// Plain white balance: channel gains from a colour temperature and a tint.
+// Plain white balance: channel gains from a color temperature and a tint.
 #ifndef LUMVIK_TESTS_REFERENCE_WHITE_BALANCE_H_
 #define LUMVIK_TESTS_REFERENCE_WHITE_BALANCE_H_
 

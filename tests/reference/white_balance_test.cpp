@@ -82,7 +82,7 @@ TEST(WhiteBalance, TintOfAThousandRemovesGreen) {
   EXPECT_EQ(Balanced({0.5F, 0.5F, 0.5F, 1}, 5500, 2000)[1], 0) << "a negative gain ends at black";
 }
 
-TEST(WhiteBalance, MultipliesAndClampsEveryColourChannel) {
+TEST(WhiteBalance, MultipliesAndClampsEveryColorChannel) {
   const cv::Vec4f pixel = Balanced({0.5F, 0.5F, 0.5F, 1}, 5500, 0);
   EXPECT_NEAR(pixel[0], 0.572, 3e-4);
   EXPECT_EQ(pixel[1], 0.5F);

@@ -7,7 +7,7 @@
 namespace lumvik {
 namespace {
 
-TEST(SubjectCutout, ColoursAreTheRenderedOnesBlueFirstAndAlphaIsTheMask) {
+TEST(SubjectCutout, ColorsAreTheRenderedOnesBlueFirstAndAlphaIsTheMask) {
   const cv::Mat rendered(1, 2, CV_16UC4, cv::Scalar(65535, 128, 129, 700));
   const cv::Mat mask = (cv::Mat_<uint8_t>(1, 2) << 200, 3);
   const cv::Mat cutout = SubjectCutout(rendered, mask);

@@ -51,10 +51,10 @@ cv::Mat ThroughRaw(const cv::Mat& picture) {
   return decoded.image;
 }
 
-// A disc of another colour on a background with some noise, both with soft gradients.
-cv::Mat Disc(cv::Size size, cv::Point centre, int radius) {
+// A disc of another color on a background with some noise, both with soft gradients.
+cv::Mat Disc(cv::Size size, cv::Point center, int radius) {
   cv::Mat image(size, CV_16UC4, cv::Scalar(12000, 20000, 14000, 65535));
-  cv::circle(image, centre, radius, cv::Scalar(52000, 30000, 9000, 65535), cv::FILLED);
+  cv::circle(image, center, radius, cv::Scalar(52000, 30000, 9000, 65535), cv::FILLED);
   cv::Mat noise(size, CV_16UC4);
   cv::RNG(4).fill(noise, cv::RNG::UNIFORM, 0, 3000);
   return image + noise;
@@ -151,7 +151,7 @@ TEST(SegmentSubject, ALargePictureIsSegmentedSmallAndMaskedAtItsSize) {
 }
 
 // Nothing outside the cat is taken for it. Within the rectangle much of the cat is left out, because the rest
-// of it, outside, counts as background and has the same colours.
+// of it, outside, counts as background and has the same colors.
 TEST(SegmentSubject, OfACatThatFillsTheFrameItTakesPartOfTheCat) {
   const cv::Mat image = ThroughRaw(CatPhotograph());
   ASSERT_EQ(image.size(), kCatFrame);

@@ -24,11 +24,11 @@ std::vector<uint8_t> MakeOversizedRaw(uint32_t side = 64000);
 // EOF".
 std::vector<uint8_t> MakeUndecodableRaw();
 
-// A 6 x 6 colour pattern on fewer than 512 pixels. dcraw_process: "Input/output error", unless it is asked
+// A 6 x 6 color pattern on fewer than 512 pixels. dcraw_process: "Input/output error", unless it is asked
 // for half the size.
 std::vector<uint8_t> MakeUndevelopableRaw();
 
-// Red and green only: LibRaw delivers an image of two colours.
+// Red and green only: LibRaw delivers an image of two colors.
 std::vector<uint8_t> MakeTwoColorRaw();
 
 // A DNG whose JPEG preview holds no image. unpack_thumb succeeds, dcraw_make_mem_thumb: "Unsupported
@@ -37,7 +37,7 @@ std::vector<uint8_t> MakeDamagedPreviewRaw();
 
 // A diagonal sensor of 22 columns, which LibRaw first lays out in a square of about rows x rows pixels: the
 // memory it takes grows with the square of the file's size. (From 46340 rows on the number of pixels
-// overflows: every step succeeds and the image has no pixels and no colours.)
+// overflows: every step succeeds and the image has no pixels and no colors.)
 std::vector<uint8_t> MakeDiagonalRaw(int rows);
 
 }  // namespace lumvik::test

@@ -74,7 +74,7 @@ class ExifBlock {
   std::vector<Field> fields_;
 };
 
-// A grey picture of 64 x 48.
+// A gray picture of 64 x 48.
 std::vector<uint8_t> PlainJpeg();
 
 // `jpeg` with the block in an APP1 segment behind its start marker.

@@ -16,7 +16,7 @@ using Bytes = std::vector<uint8_t>;
 
 constexpr uint8_t kMarker = 0xFF;  // announces a segment of a JPEG file
 constexpr uint8_t kFrame = 0xC0;   // size and components
-constexpr uint8_t kQuantisation = 0xDB;
+constexpr uint8_t kQuantization = 0xDB;
 
 const cv::Mat kPicture(32, 48, CV_8UC3, cv::Scalar(90, 150, 210));
 
@@ -61,7 +61,7 @@ Bytes MakeShortBitmapPreviewRaw(const cv::Mat& bitmap) {
 Bytes MakeUndecodablePreviewRaw() {
   Bytes jpeg = Jpeg();
   for (int table = 0; table < 2; ++table) {
-    const auto segment = Find(jpeg, {kMarker, kQuantisation});
+    const auto segment = Find(jpeg, {kMarker, kQuantization});
     jpeg.erase(segment, segment + 2 + (segment[2] << 8 | segment[3]));
   }
   return WithPreview(std::move(jpeg));

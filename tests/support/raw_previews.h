@@ -12,10 +12,10 @@ namespace lumvik::test {
 std::vector<uint8_t> MakeBitmapPreviewRaw(const cv::Mat& bitmap);
 
 // The same, but the file says that its preview has a byte for each pixel: LibRaw delivers no more than these
-// and calls them three colours.
+// and calls them three colors.
 std::vector<uint8_t> MakeShortBitmapPreviewRaw(const cv::Mat& bitmap);
 
-// A DNG with a JPEG preview that LibRaw delivers and no decoder can decode: it has no quantisation tables.
+// A DNG with a JPEG preview that LibRaw delivers and no decoder can decode: it has no quantization tables.
 std::vector<uint8_t> MakeUndecodablePreviewRaw();
 
 // The same with a preview of `side` pixels both ways by its header.

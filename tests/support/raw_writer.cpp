@@ -132,7 +132,7 @@ TiffDirectory ArwSensorDirectory(const cv::Mat& rgb, const RawOptions& options) 
   const bool known_model = Make(options) == kArwMake && Model(options) == kArwModel;
   const cv::Matx33d camera = CameraFromSrgb(known_model ? kArwModelFromXyz : SrgbFromXyz());
   cv::Mat sensor = MosaicRggb(rgb, camera, options.multipliers);
-  // Reflected, so that the colours keep their places.
+  // Reflected, so that the colors keep their places.
   cv::copyMakeBorder(sensor, sensor, 0, 0, 0, ArwSensorColumns(rgb.cols) - rgb.cols, cv::BORDER_REFLECT_101);
 
   const bool compressed = options.format == RawFormat::kArwCompressed;

@@ -39,7 +39,7 @@ struct RawOptions {
   // fourth place) from an ARW, as they are (fourth place 0) from a DNG, 0, 1, 0, 0 from a monochrome DNG,
   // which does not record them.
   std::array<float, 3> multipliers{2.2f, 1.0f, 1.6f};
-  bool monochrome = false;  // DNG only: luminance in one plane instead of a colour mosaic
+  bool monochrome = false;  // DNG only: luminance in one plane instead of a color mosaic
 
   std::vector<uint8_t> preview_jpeg;  // kJpeg: embedded as it is; empty: made from preview_picture
   cv::Mat preview_picture;            // type as the picture; empty: the picture, reduced
@@ -51,12 +51,12 @@ struct RawOptions {
 // - LibRaw takes the brightest sample for white when it lies between 3/4 and all of the linear range: a
 //   picture without anything white but with something nearly white (about 225 to 254 of 255) comes back
 //   brighter.
-// - ARW: LibRaw decides by the model how the camera sees colours. We follow it for our default model and
-//   for models it does not know. Strong colours beyond that camera's range are clipped.
+// - ARW: LibRaw decides by the model how the camera sees colors. We follow it for our default model and
+//   for models it does not know. Strong colors beyond that camera's range are clipped.
 // Throws std::invalid_argument for a picture or a combination of options that cannot be written.
 std::vector<uint8_t> MakeRawFile(const cv::Mat& rgb, const RawOptions& options = {});
 
-// The same before it is serialised, for spoiling tags. Without a preview a DNG's tags are all in this first
+// The same before it is serialized, for spoiling tags. Without a preview a DNG's tags are all in this first
 // directory, except EXIF's.
 TiffDirectory MakeRawDirectory(const cv::Mat& rgb, const RawOptions& options = {});
 

@@ -18,17 +18,17 @@
 namespace lumvik::test {
 namespace {
 
-// Soft clouds of colours that every camera sees, with a fine texture; equally soft at every size, and nowhere
+// Soft clouds of colors that every camera sees, with a fine texture; equally soft at every size, and nowhere
 // so bright that LibRaw would take it for white.
 cv::Mat MakePicture(int rows, int columns) {
   constexpr int kCloud = 32;
   cv::RNG random(7);
-  cv::Mat grey(rows / kCloud + 2, columns / kCloud + 2, CV_32FC1), tint(grey.size(), CV_32FC3);
-  random.fill(grey, cv::RNG::UNIFORM, 0.15, 0.7);
+  cv::Mat gray(rows / kCloud + 2, columns / kCloud + 2, CV_32FC1), tint(gray.size(), CV_32FC3);
+  random.fill(gray, cv::RNG::UNIFORM, 0.15, 0.7);
   random.fill(tint, cv::RNG::UNIFORM, -0.12, 0.12);
-  cv::cvtColor(grey, grey, cv::COLOR_GRAY2RGB);
+  cv::cvtColor(gray, gray, cv::COLOR_GRAY2RGB);
   cv::Mat picture;
-  cv::resize(grey + tint, picture, {grey.cols * kCloud, grey.rows * kCloud}, 0, 0, cv::INTER_LINEAR);
+  cv::resize(gray + tint, picture, {gray.cols * kCloud, gray.rows * kCloud}, 0, 0, cv::INTER_LINEAR);
   picture = picture(cv::Rect(0, 0, columns, rows));
   for (int row = 0; row < rows; ++row) {
     for (int column = 0; column < columns; ++column) {
@@ -175,8 +175,8 @@ TEST_P(EveryRawFormat, ShootingDataArrives) {
 TEST(RawWriter, MonochromeDngGivesOneColor) {
   RawOptions options = WithFormat(RawFormat::kDng);
   options.monochrome = true;
-  const cv::Mat grey(40, 60, CV_8UC3, cv::Scalar::all(120));
-  OpenedRaw raw(MakeRawFile(grey, options));
+  const cv::Mat gray(40, 60, CV_8UC3, cv::Scalar::all(120));
+  OpenedRaw raw(MakeRawFile(gray, options));
   EXPECT_EQ(raw->imgdata.idata.colors, 1);
   EXPECT_EQ(raw->imgdata.idata.filters, 0u);
   const cv::Mat developed = raw.Develop();

@@ -29,7 +29,7 @@ const std::vector<float>& LinearFromCode() {
   return kTable;
 }
 
-// Each sample is `weights[row parity][column parity]` times the pixel's linear colour, 0..1 of the range.
+// Each sample is `weights[row parity][column parity]` times the pixel's linear color, 0..1 of the range.
 cv::Mat Record(const cv::Mat& rgb, const cv::Vec3f weights[2][2]) {
   const std::vector<float>& linear = LinearFromCode();
   const double to_16_bit = rgb.depth() == CV_8U ? 257.0 : 1.0;
@@ -68,7 +68,7 @@ cv::Matx33d CameraFromSrgb(const cv::Matx33d& camera_from_xyz) {
 
 cv::Mat MosaicRggb(const cv::Mat& rgb, const cv::Matx33d& camera_from_srgb,
                    const std::array<float, 3>& multipliers) {
-  // The least amplified colour sets the white point, so that it fills the range.
+  // The least amplified color sets the white point, so that it fills the range.
   const float least = *std::min_element(multipliers.begin(), multipliers.end());
   cv::Vec3f weights[2][2];
   for (int row = 0; row < 2; ++row) {

@@ -10,7 +10,7 @@ namespace lumvik::test {
 inline constexpr int kSensorBlack = 512;
 inline constexpr int kSensorWhite = 16383;
 
-// The matrix from linear sRGB to the camera's balanced colours (white is 1, 1, 1) that LibRaw undoes for
+// The matrix from linear sRGB to the camera's balanced colors (white is 1, 1, 1) that LibRaw undoes for
 // a camera of this XYZ-to-camera matrix.
 cv::Matx33d CameraFromSrgb(const cv::Matx33d& camera_from_xyz);
 
@@ -19,11 +19,11 @@ cv::Matx33d SrgbFromXyz();
 
 // `rgb`: rows x columns x (red, green, blue), 8 or 16 bit unsigned, sRGB curve. The result, CV_16UC1 of
 // the same size, has red at the top left, green beside and below it, blue diagonally below. `multipliers`
-// (red, green, blue) are those that will balance it: each colour is recorded that much weaker.
+// (red, green, blue) are those that will balance it: each color is recorded that much weaker.
 cv::Mat MosaicRggb(const cv::Mat& rgb, const cv::Matx33d& camera_from_srgb,
                    const std::array<float, 3>& multipliers);
 
-// The same for a sensor without colour filters: Rec. 709 luminance.
+// The same for a sensor without color filters: Rec. 709 luminance.
 cv::Mat RecordLuminance(const cv::Mat& rgb);
 
 }  // namespace lumvik::test

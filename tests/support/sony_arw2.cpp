@@ -87,7 +87,7 @@ std::vector<uint8_t> EncodeArw2(const cv::Mat& sensor) {
   for (int row = 0; row < sensor.rows; ++row) {
     const auto* samples = sensor.ptr<uint16_t>(row);
     for (int group = 0; group < sensor.cols; group += kArw2GroupColumns) {
-      for (int parity = 0; parity < 2; ++parity) {  // a block holds one colour of the row
+      for (int parity = 0; parity < 2; ++parity) {  // a block holds one color of the row
         for (int i = 0; i < kBlockSamples; ++i) {
           codes[static_cast<size_t>(i)] = kCodeOf[samples[group + parity + 2 * i]];
         }

@@ -12,8 +12,8 @@ namespace lumvik::test {
 namespace {
 
 TEST(TiffWriter, WritesWhatOthersRead) {
-  cv::Mat grey(5, 7, CV_8UC1);
-  cv::RNG(1).fill(grey, cv::RNG::UNIFORM, 0, 256);
+  cv::Mat gray(5, 7, CV_8UC1);
+  cv::RNG(1).fill(gray, cv::RNG::UNIFORM, 0, 256);
   TiffDirectory directory;
   directory.SetLongs(tag::kImageWidth, {7});
   directory.SetLongs(tag::kImageLength, {5});
@@ -23,11 +23,11 @@ TEST(TiffWriter, WritesWhatOthersRead) {
   directory.SetShorts(tag::kSamplesPerPixel, {1});
   directory.SetLongs(tag::kRowsPerStrip, {5});
   directory.SetAscii(tag::kMake, "someone");
-  directory.SetData(tag::kStripOffsets, tag::kStripByteCounts, {grey.datastart, grey.dataend});
+  directory.SetData(tag::kStripOffsets, tag::kStripByteCounts, {gray.datastart, gray.dataend});
   const cv::Mat read = cv::imdecode(directory.Serialize(), cv::IMREAD_UNCHANGED);
-  ASSERT_EQ(read.size(), grey.size());
-  ASSERT_EQ(read.type(), grey.type());
-  EXPECT_EQ(cv::norm(read, grey, cv::NORM_INF), 0);
+  ASSERT_EQ(read.size(), gray.size());
+  ASSERT_EQ(read.type(), gray.type());
+  EXPECT_EQ(cv::norm(read, gray, cv::NORM_INF), 0);
 }
 
 TEST(TiffWriter, ValuesStartAtEvenPlaces) {

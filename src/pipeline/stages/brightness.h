@@ -1,4 +1,4 @@
-// Brightness: a power function on each colour channel.
+// Brightness: a power function on each color channel.
 #ifndef LUMVIK_PIPELINE_STAGES_BRIGHTNESS_H_
 #define LUMVIK_PIPELINE_STAGES_BRIGHTNESS_H_
 

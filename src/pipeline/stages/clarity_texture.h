@@ -6,7 +6,7 @@
 
 namespace lumvik {
 
-// Adds to every colour what the luminance holds beyond its blur (sigma 20 pixels for clarity, 3 for texture),
+// Adds to every color what the luminance holds beyond its blur (sigma 20 pixels for clarity, 3 for texture),
 // both in percent and both taken from the luminance that came in; clamped to 0..1 after each. `luminance`
 // (CV_32FC1) is that of the image that the step will change.
 RowStep ClarityTexture(const cv::Mat& luminance, float clarity, float texture);

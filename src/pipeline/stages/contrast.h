@@ -1,4 +1,4 @@
-// Contrast: a sigmoid about middle grey.
+// Contrast: a sigmoid about middle gray.
 #ifndef LUMVIK_PIPELINE_STAGES_CONTRAST_H_
 #define LUMVIK_PIPELINE_STAGES_CONTRAST_H_
 

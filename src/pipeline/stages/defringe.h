@@ -1,4 +1,4 @@
-// Defringe: the purple and green seams of lateral colour, made duller.
+// Defringe: the purple and green seams of lateral color, made duller.
 #ifndef LUMVIK_PIPELINE_STAGES_DEFRINGE_H_
 #define LUMVIK_PIPELINE_STAGES_DEFRINGE_H_
 

@@ -28,7 +28,7 @@ void ForStripes(int rows, int stripes, const Work& work) {
   cv::parallel_for_(cv::Range(0, rows), work, stripes);
 }
 
-// The smallest value of each pixel's neighbourhood.
+// The smallest value of each pixel's neighborhood.
 cv::Mat DarkChannel(const cv::Mat& smallest) {
   return SquareMinimum(smallest, std::max(static_cast<int>(smallest.cols * kPatchShare) | 1, kMinPatch));
 }

@@ -25,7 +25,7 @@ float Shoulder(float peak) {
   return kUpperKnee >= peak ? peak : 1.0F - kShoulderNumerator / (peak + kShoulderOffset);
 }
 
-// Both outcomes are computed for every pixel and one is chosen: a loop without branches vectorises.
+// Both outcomes are computed for every pixel and one is chosen: a loop without branches vectorizes.
 void ExposeRow(const PixelRow& row, float gain) {
   for (int i = 0; i < row.columns; ++i) {
     const float r = Floored(gain * row.red[i]);
@@ -33,15 +33,15 @@ void ExposeRow(const PixelRow& row, float gain) {
     const float b = Floored(gain * row.blue[i]);
     const float rg = r < g ? g : r;
     const float peak = rg < b ? b : rg;
-    // Up to the knee nothing is scaled and nothing made grey, which leaves every bit as it was.
+    // Up to the knee nothing is scaled and nothing made gray, which leaves every bit as it was.
     const bool beyond_knee = peak > kKnee;
     const float level = Shoulder(peak);
     const float scale = beyond_knee ? level / peak : 1.0F;
     const float excess = peak - kKnee;
-    const float grey = beyond_knee ? excess / (excess + kBlendSoftness) : 0.0F;
+    const float gray = beyond_knee ? excess / (excess + kBlendSoftness) : 0.0F;
     const auto rolled_off = [=](float value) {
       const float scaled = scale * value;
-      return Ceiled((level - scaled) * grey + scaled);
+      return Ceiled((level - scaled) * gray + scaled);
     };
     row.red[i] = rolled_off(r);
     row.green[i] = rolled_off(g);

@@ -1,4 +1,4 @@
-// Film grain: one colourless noise on all three colours.
+// Film grain: one colorless noise on all three colors.
 #ifndef LUMVIK_PIPELINE_STAGES_FILM_GRAIN_H_
 #define LUMVIK_PIPELINE_STAGES_FILM_GRAIN_H_
 

@@ -63,8 +63,8 @@ void Flip(cv::Mat& working, bool horizontally, bool vertically) {
 }
 
 RowImage Rotated(const cv::Mat& working, float degrees) {
-  const cv::Point2f centre(static_cast<float>(working.cols) * 0.5F, static_cast<float>(working.rows) * 0.5F);
-  cv::Matx23d forward = cv::getRotationMatrix2D(centre, static_cast<double>(degrees), 1.0);
+  const cv::Point2f center(static_cast<float>(working.cols) * 0.5F, static_cast<float>(working.rows) * 0.5F);
+  cv::Matx23d forward = cv::getRotationMatrix2D(center, static_cast<double>(degrees), 1.0);
   cv::Matx23d back;
   cv::invertAffineTransform(forward, back);
   constexpr double kFine = 1 << kFineBits;

@@ -12,7 +12,7 @@ namespace lumvik {
 
 void Flip(cv::Mat& working, bool horizontally, bool vertically);
 
-// Counter-clockwise about the centre.
+// Counter-clockwise about the center.
 RowImage Rotated(const cv::Mat& working, float degrees);
 
 // -100..100 percent: `horizontal` narrows the top and widens the bottom, `vertical` brings both edges in; one

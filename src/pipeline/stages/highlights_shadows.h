@@ -1,4 +1,4 @@
-// Highlights and shadows: luminance in the bright and the dark zone, colour ratios kept.
+// Highlights and shadows: luminance in the bright and the dark zone, color ratios kept.
 #ifndef LUMVIK_PIPELINE_STAGES_HIGHLIGHTS_SHADOWS_H_
 #define LUMVIK_PIPELINE_STAGES_HIGHLIGHTS_SHADOWS_H_
 

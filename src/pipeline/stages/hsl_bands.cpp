@@ -9,7 +9,7 @@ namespace lumvik {
 namespace {
 
 // Red, orange, yellow, green, aqua, blue, purple, magenta, in turns.
-constexpr std::array<float, kHslBandCount> kCentres = {0.0F,        1.0F / 12.0F, 1.0F / 6.0F, 1.0F / 3.0F,
+constexpr std::array<float, kHslBandCount> kCenters = {0.0F,        1.0F / 12.0F, 1.0F / 6.0F, 1.0F / 3.0F,
                                                        1.0F / 2.0F, 2.0F / 3.0F,  7.0F / 9.0F, 5.0F / 6.0F};
 constexpr float kReach = 0.09F;
 constexpr float kMinWeight = 0.0001F;
@@ -17,8 +17,8 @@ constexpr float kMinSaturation = 0.0001F;
 
 using Bands = std::array<HslBand, kHslBandCount>;
 
-// Of each pixel of a part of a row: its colour, and the sum of all bands' shifts at its hue, each by its
-// weight; the weights are not normalised.
+// Of each pixel of a part of a row: its color, and the sum of all bands' shifts at its hue, each by its
+// weight; the weights are not normalized.
 struct Part {
   float hue[kMaxPart];
   float saturation[kMaxPart];
@@ -43,7 +43,7 @@ void AddBands(const Bands& bands, int columns, Part& part) {
     float sum = 0;
     HslBand shift;
     for (size_t band = 0; band < kHslBandCount; ++band) {
-      const float apart = std::fabs(part.hue[i] - kCentres[band]);
+      const float apart = std::fabs(part.hue[i] - kCenters[band]);
       const float distance = std::min(apart, 1.0F - apart);
       const float weight = 1.0F - distance * (1.0F / kReach);
       const bool reached = weight >= kMinWeight;  // and so within the reach

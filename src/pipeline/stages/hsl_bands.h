@@ -9,8 +9,8 @@
 
 namespace lumvik {
 
-// Each band pulls pixels whose hue lies within 0.09 turns of its centre, weighted by nearness; where bands
-// overlap their shifts add up. Greys stay. Empty when every shift is 0.
+// Each band pulls pixels whose hue lies within 0.09 turns of its center, weighted by nearness; where bands
+// overlap their shifts add up. Grays stay. Empty when every shift is 0.
 RowKernel HslBands(const std::array<HslBand, kHslBandCount>& bands);
 
 }  // namespace lumvik

@@ -24,16 +24,16 @@ struct RgbColor {
 
 inline constexpr float kSixth = 1.0F / 6.0F;  // divisions are what limits these conversions
 
-// What is left of a value after its whole part is cut off: std::fmod(value, 1), which would not vectorise.
+// What is left of a value after its whole part is cut off: std::fmod(value, 1), which would not vectorize.
 inline float FractionOf(float value) {
   return value - std::trunc(value);
 }
 
-// Foley, van Dam et al., Computer Graphics: Principles and Practice, section 13.3.5. A grey has hue and
+// Foley, van Dam et al., Computer Graphics: Principles and Practice, section 13.3.5. A gray has hue and
 // saturation 0. Without branches, as every pixel goes through here.
 // NOLINTNEXTLINE(readability-identifier-naming): the name this conversion has everywhere
 inline HslColor rgb_to_hsl(float r, float g, float b) {
-  constexpr float kGreySpread = 1e-6F;
+  constexpr float kGraySpread = 1e-6F;
   const float largest = std::max(std::max(r, g), b);
   const float smallest = std::min(std::min(r, g), b);
   const float spread = largest - smallest;
@@ -45,8 +45,8 @@ inline HslColor rgb_to_hsl(float r, float g, float b) {
   const float primary = red ? 0.0F : (green ? 2.0F : 4.0F);
   const float h = ((red ? g - b : beyond_red) / spread + primary) * kSixth;
   const float hue = h < 0.0F ? h + 1.0F : h;
-  const bool grey = spread < kGreySpread;
-  return {grey ? 0.0F : hue, grey ? 0.0F : s, l};
+  const bool gray = spread < kGraySpread;
+  return {gray ? 0.0F : hue, gray ? 0.0F : s, l};
 }
 
 // Each component clamped to 0..1. A negative hue, or one of a whole turn and more, is taken as it falls.
@@ -60,7 +60,7 @@ inline RgbColor hsl_to_rgb(float h, float s, float l) {
   const float x_m = ClampUnit(x + m);
   const float o_m = ClampUnit(0.0F + m);
   // Sixths of a turn, -5..5. A component is largest near its own two and smallest opposite; the comparisons
-  // are of distances because a choice between many cases does not vectorise.
+  // are of distances because a choice between many cases does not vectorize.
   const float whole = std::trunc(sixths);
   const float sector = whole - 6.0F * std::trunc(whole * kSixth);
   const float from_cyan = std::fabs(sector - 2.5F);

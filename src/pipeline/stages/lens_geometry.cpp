@@ -16,13 +16,13 @@ constexpr int kBlue = 2;
 
 struct Lens {
   Lens(cv::Size frame, float strength)
-      : centre_x(static_cast<float>(frame.width) * 0.5F),
-        centre_y(static_cast<float>(frame.height) * 0.5F),
-        radius(std::max(centre_y, centre_x)),
+      : center_x(static_cast<float>(frame.width) * 0.5F),
+        center_y(static_cast<float>(frame.height) * 0.5F),
+        radius(std::max(center_y, center_x)),
         k(strength) {}
 
-  float centre_x;
-  float centre_y;
+  float center_x;
+  float center_y;
   float radius;
   float k;
 };
@@ -31,18 +31,18 @@ struct Lens {
 void PlacePart(const Lens& lens, int first_x, int y, int columns, int* __restrict to_x,
                int* __restrict to_y) {
   constexpr auto kScale = static_cast<float>(kPlacesPerPixel);
-  const float ny = (static_cast<float>(y) - lens.centre_y) / lens.radius;
+  const float ny = (static_cast<float>(y) - lens.center_y) / lens.radius;
   for (int i = 0; i < columns; ++i) {
-    const float nx = (static_cast<float>(first_x + i) - lens.centre_x) / lens.radius;
+    const float nx = (static_cast<float>(first_x + i) - lens.center_x) / lens.radius;
     const float factor = (ny * ny + nx * nx) * lens.k + 1.0F;
-    to_x[i] = NearestPlace((factor * nx * lens.radius + lens.centre_x) * kScale);
-    to_y[i] = NearestPlace((factor * ny * lens.radius + lens.centre_y) * kScale);
+    to_x[i] = NearestPlace((factor * nx * lens.radius + lens.center_x) * kScale);
+    to_y[i] = NearestPlace((factor * ny * lens.radius + lens.center_y) * kScale);
   }
 }
 
-// Where the pixels along one direction of a resized plane come from, the plane cut or padded about its centre
+// Where the pixels along one direction of a resized plane come from, the plane cut or padded about its center
 // to the length that it had, as cv::resize with cv::INTER_LINEAR places them: each is mixed from two
-// neighbours.
+// neighbors.
 struct Line {
   std::vector<int> first;
   std::vector<int> second;
@@ -69,7 +69,7 @@ Line ResizedLine(int length, double factor, int resized_length, bool is_cut) {
   return line;
 }
 
-// One colour of the working image, resized.
+// One color of the working image, resized.
 class ResizedColor {
  public:
   ResizedColor(const cv::Mat& working, int color, float factor) : working_(working), color_(color) {

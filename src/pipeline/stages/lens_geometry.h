@@ -8,11 +8,11 @@ namespace lumvik {
 
 // Both read from `working` (CV_32FC4) while their own rows are read.
 
-// Radial distortion, -100..100 percent: positive samples from nearer the centre towards the corners (corrects
+// Radial distortion, -100..100 percent: positive samples from nearer the center towards the corners (corrects
 // barrel distortion). Beyond the edge the picture is mirrored.
 RowImage CorrectDistortion(const cv::Mat& working, float amount);
 
-// Enlarges red and shrinks blue about the centre by up to 0.3 % at 100 percent. Blue is padded with 0 at the
+// Enlarges red and shrinks blue about the center by up to 0.3 % at 100 percent. Blue is padded with 0 at the
 // edges.
 RowImage CorrectChromaticAberration(const cv::Mat& working, float amount);
 

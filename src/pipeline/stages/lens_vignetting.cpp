@@ -8,16 +8,16 @@ namespace {
 constexpr float kVignettingStrength = 0.5F;
 
 struct VignettingLens {
-  float centre_x;
-  float centre_y;
+  float center_x;
+  float center_y;
   float half_diagonal_squared;
   float amount;
 };
 
 void Compensate(const PixelRow& row, const VignettingLens& lens) {
-  const float dy = static_cast<float>(row.y) - lens.centre_y;
+  const float dy = static_cast<float>(row.y) - lens.center_y;
   for (int i = 0; i < row.columns; ++i) {
-    const float dx = static_cast<float>(row.x + i) - lens.centre_x;
+    const float dx = static_cast<float>(row.x + i) - lens.center_x;
     const float gain =
         1.0F + kVignettingStrength * lens.amount * ((dx * dx + dy * dy) / lens.half_diagonal_squared);
     row.red[i] = ClampUnit(row.red[i] * gain);
@@ -30,9 +30,9 @@ void Compensate(const PixelRow& row, const VignettingLens& lens) {
 
 RowKernel LensVignetting(float amount, cv::Size frame) {
   if (!(amount > 0.0F)) return {};
-  const float centre_x = static_cast<float>(frame.width) * 0.5F;
-  const float centre_y = static_cast<float>(frame.height) * 0.5F;
-  const VignettingLens lens = {centre_x, centre_y, centre_y * centre_y + centre_x * centre_x,
+  const float center_x = static_cast<float>(frame.width) * 0.5F;
+  const float center_y = static_cast<float>(frame.height) * 0.5F;
+  const VignettingLens lens = {center_x, center_y, center_y * center_y + center_x * center_x,
                                amount / 100.0F};
   return MakeRowKernel([lens](const PixelRow& row) { Compensate(row, lens); });
 }

@@ -6,7 +6,7 @@
 
 namespace lumvik {
 
-// Gain 1 in the centre to 1.5 in the corners at 100 percent, with the square of the distance; clamped to
+// Gain 1 in the center to 1.5 in the corners at 100 percent, with the square of the distance; clamped to
 // 0..1. Empty unless `amount` is above 0.
 RowKernel LensVignetting(float amount, cv::Size frame);
 

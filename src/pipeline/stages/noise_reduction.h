@@ -1,4 +1,4 @@
-// Noise reduction: luminance pulled towards its blur, colours blurred.
+// Noise reduction: luminance pulled towards its blur, colors blurred.
 #ifndef LUMVIK_PIPELINE_STAGES_NOISE_REDUCTION_H_
 #define LUMVIK_PIPELINE_STAGES_NOISE_REDUCTION_H_
 
@@ -6,8 +6,8 @@
 
 namespace lumvik {
 
-// `percent`, above 0, chooses a Gaussian kernel of 3 to 13 pixels for luminance and 3 to 11 for colour. The
-// luminance half keeps a pixel's colour ratios and does not clamp.
+// `percent`, above 0, chooses a Gaussian kernel of 3 to 13 pixels for luminance and 3 to 11 for color. The
+// luminance half keeps a pixel's color ratios and does not clamp.
 AreaKernel LuminanceNoiseReduction(float percent);
 AreaKernel ColorNoiseReduction(float percent);
 

@@ -12,8 +12,8 @@ constexpr float kMinFalloff = 1e-6F;
 
 // Made from the settings once a run.
 struct Vignette {
-  float centre_x;
-  float centre_y;
+  float center_x;
+  float center_y;
   float amount;
   float midpoint;
   float ellipse_share;  // of the distance; the rest is that of a rectangle
@@ -22,9 +22,9 @@ struct Vignette {
 void Brighten(const PixelRow& row, const Vignette& vignette) {
   const float direction = vignette.amount < 0.0F ? 1.0F : -1.0F;
   const bool rectangular = vignette.ellipse_share < 1.0F;
-  const float ny = (static_cast<float>(row.y) - vignette.centre_y) / vignette.centre_y;
+  const float ny = (static_cast<float>(row.y) - vignette.center_y) / vignette.center_y;
   for (int i = 0; i < row.columns; ++i) {
-    const float nx = (static_cast<float>(row.x + i) - vignette.centre_x) / vignette.centre_x;
+    const float nx = (static_cast<float>(row.x + i) - vignette.center_x) / vignette.center_x;
     const float ellipse = std::sqrt(ny * ny + nx * nx);
     const float rectangle = std::max(std::fabs(ny), std::fabs(nx));
     const float distance = rectangular ? (ellipse - rectangle) * vignette.ellipse_share + rectangle : ellipse;

@@ -8,7 +8,7 @@
 namespace lumvik {
 namespace {
 
-constexpr float kColourfulnessScale = 3.0F;
+constexpr float kColorfulnessScale = 3.0F;
 constexpr float kVibranceStrength = 0.8F;
 
 // A setting that is 0 leaves every bit as it was, and costs nothing.
@@ -27,8 +27,8 @@ void Stretch(const PixelRow& row, float saturation, float vibrance) {
     };
     if constexpr (kSaturation) stretch(saturation + 1.0F);
     if constexpr (kVibrance) {
-      const float colourfulness = ClampUnit(spread * kColourfulnessScale);
-      stretch((1.0F - colourfulness) * vibrance * kVibranceStrength + 1.0F);
+      const float colorfulness = ClampUnit(spread * kColorfulnessScale);
+      stretch((1.0F - colorfulness) * vibrance * kVibranceStrength + 1.0F);
     }
     row.red[i] = r;
     row.green[i] = g;

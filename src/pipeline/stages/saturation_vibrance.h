@@ -1,4 +1,4 @@
-// Saturation and vibrance: the distance of a colour from its luminance.
+// Saturation and vibrance: the distance of a color from its luminance.
 #ifndef LUMVIK_PIPELINE_STAGES_SATURATION_VIBRANCE_H_
 #define LUMVIK_PIPELINE_STAGES_SATURATION_VIBRANCE_H_
 

@@ -22,7 +22,7 @@ void SharpenPlane(float* __restrict values, const float* soft, int count, float 
   }
 }
 
-// Changes a row beside the blur of its colours.
+// Changes a row beside the blur of its colors.
 auto SharpenRow(float amount, float threshold) {
   const float gain = amount / kFullAmount;
   const float smallest_detail = threshold / kCodes;

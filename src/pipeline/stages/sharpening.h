@@ -1,4 +1,4 @@
-// Sharpening: an unsharp mask on each colour plane.
+// Sharpening: an unsharp mask on each color plane.
 #ifndef LUMVIK_PIPELINE_STAGES_SHARPENING_H_
 #define LUMVIK_PIPELINE_STAGES_SHARPENING_H_
 

@@ -46,7 +46,7 @@ Table Composed(const Table& first, const Table& second) {
   return table;
 }
 
-// In two loops: the arithmetic vectorises, the look-ups do not.
+// In two loops: the arithmetic vectorizes, the look-ups do not.
 void LookUp(float* __restrict values, int count, const float* __restrict table) {
   int indices[kMaxPart];
   for (int i = 0; i < count; ++i) indices[i] = Index(values[i]);

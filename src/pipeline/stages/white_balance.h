@@ -1,4 +1,4 @@
-// White balance: channel gains from a colour temperature and a tint.
+// White balance: channel gains from a color temperature and a tint.
 #ifndef LUMVIK_PIPELINE_STAGES_WHITE_BALANCE_H_
 #define LUMVIK_PIPELINE_STAGES_WHITE_BALANCE_H_
 
@@ -22,7 +22,7 @@ struct WhiteBalanceGains {
 // al., US patent 7024034.
 Chromaticity KelvinToChromaticity(float temperature);
 
-// Gains against the locus at 6504 K. They are not normalised to a neutral point: at 6504 K itself red is
+// Gains against the locus at 6504 K. They are not normalized to a neutral point: at 6504 K itself red is
 // 1.27 and blue 0.96. `tint` acts on green alone, positive towards magenta.
 WhiteBalanceGains ComputeWhiteBalanceGains(float temperature, float tint);
 

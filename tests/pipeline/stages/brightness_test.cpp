@@ -22,7 +22,7 @@ TEST(BrightnessExponent, IsHeldToItsBounds) {
   EXPECT_TRUE(std::isnan(BrightnessExponent(std::numeric_limits<float>::quiet_NaN())));
 }
 
-TEST(Brightness, SquaresColoursAndKeepsAlpha) {
+TEST(Brightness, SquaresColorsAndKeepsAlpha) {
   cv::Mat pixel(1, 1, CV_32FC4, cv::Scalar(0.5, 0.25, 1.0, 0.5));
   RunRowSteps(RowsOf(pixel), {Brightness(-100)}, StoreIn(pixel));
   const auto result = pixel.at<cv::Vec4f>(0, 0);

@@ -52,7 +52,7 @@ TEST(WhiteBalanceGains, TintMovesGreenAlone) {
   EXPECT_EQ(ComputeWhiteBalanceGains(6504, 80).red, ComputeWhiteBalanceGains(6504, 0).red);
 }
 
-TEST(WhiteBalance, ClampsEveryColourAndKeepsAlpha) {
+TEST(WhiteBalance, ClampsEveryColorAndKeepsAlpha) {
   cv::Mat pixel(1, 1, CV_32FC4, cv::Scalar(2.0, 1.5, -0.5, 0.3));
   RunRowSteps(RowsOf(pixel), {WhiteBalance(5500, 0)}, StoreIn(pixel));
   EXPECT_EQ(pixel.at<cv::Vec4f>(0, 0), cv::Vec4f(1.0F, 1.0F, 0.0F, 0.3F));
