@@ -5,6 +5,7 @@
 #include <opencv2/core/utility.hpp>
 #include <vector>
 
+#include "base/code_scale.h"
 #include "base/luminance.h"
 #include "base/vectorized.h"
 #include "image/image_buffer.h"

@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "base/code_scale.h"
+
 namespace lumvik {
 namespace {
-
-constexpr float kMaxSample = 65535.0F;
 
 // Half the second derivatives at the knots, zero at both ends: the tridiagonal system solved by forward
 // elimination and back substitution.
@@ -53,7 +53,7 @@ std::array<uint16_t, kCurveTableSize> MakeBaseCurveTable() {
       NaturalSplineTable({{0.0F, 0.0F}, {0.2F, 0.22F}, {0.5F, 0.58F}, {0.8F, 0.88F}, {1.0F, 1.0F}});
   std::array<uint16_t, kCurveTableSize> table{};
   std::transform(curve.begin(), curve.end(), table.begin(), [](float value) {
-    return static_cast<uint16_t>(std::lround(std::clamp(value, 0.0F, 1.0F) * kMaxSample));
+    return static_cast<uint16_t>(std::lround(std::clamp(value, 0.0F, 1.0F) * kMaxCode));
   });
   return table;
 }
@@ -65,7 +65,7 @@ std::vector<float> NaturalSplineTable(const std::vector<SplineKnot>& knots) {
   const std::vector<float> c = identity ? std::vector<float>() : QuadraticCoefficients(knots);
   std::vector<float> table(kCurveTableSize);
   for (int i = 0; i < kCurveTableSize; ++i) {
-    const float x = static_cast<float>(i) / kMaxSample;
+    const float x = static_cast<float>(i) / kMaxCode;
     table[static_cast<size_t>(i)] = identity ? x : EvaluateSpline(knots, c, x);
   }
   return table;

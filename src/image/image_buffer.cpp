@@ -5,6 +5,7 @@
 #include <opencv2/imgproc.hpp>
 #include <stdexcept>
 
+#include "base/code_scale.h"
 #include "base/large_image.h"
 #include "base/vectorized.h"
 
@@ -12,7 +13,6 @@ namespace lumvik {
 namespace {
 
 constexpr double kWiden8To16 = 257.0;
-constexpr double k16ToUnit = 1.0 / 65535.0;
 
 cv::Mat Widened(const cv::Mat& image) {
   cv::Mat wide;
@@ -101,7 +101,7 @@ cv::Mat ToBgr8(const ImageBuffer& image) {
 
 cv::Mat ToRgbaFloat(const ImageBuffer& image) {
   cv::Mat rgba;
-  image.convertTo(rgba, CV_32F, k16ToUnit);
+  image.convertTo(rgba, CV_32F, kExactUnitPerCode);
   return rgba;
 }
 

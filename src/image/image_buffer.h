@@ -10,9 +10,6 @@ namespace lumvik {
 // 0..65535, opaque alpha 65535. An empty matrix means "no image".
 using ImageBuffer = cv::Mat;
 
-// A sample times this is 0..1.
-inline constexpr auto kUnitPerCode = static_cast<float>(1.0 / 65535.0);
-
 // Widens 8-bit samples by 257 (255 becomes 65535 exactly) and adds an opaque alpha where there is none.
 // Accepts CV_8UC3, CV_8UC4, CV_16UC3, CV_16UC4 in R, G, B (, A) order and an empty matrix; never shares
 // pixels with `image`. Throws std::invalid_argument for any other type.

@@ -197,7 +197,7 @@ constexpr int kCheapCost = 4;
 class Run {
  public:
   // Nothing but the crop changes the size that the grain has to have.
-  Run(const ImageBuffer& source, const A& adjustments) : image_(RowsOf(source)) {
+  Run(const cv::Mat& source, const A& adjustments) : image_(RowsOf(source)) {
     if (WakesGrain(adjustments)) {
       noise_ = DrawGrain(CropArea(adjustments.crop, source.size()).size(), adjustments.grain_amount);
     }
@@ -227,8 +227,8 @@ class Run {
 
   // Writes over the earlier render where it can, as fresh memory is slow. Everything that can fail lies
   // behind.
-  void Finish(ImageBuffer& rendered) const {
-    ImageBuffer target = CanHold(rendered) ? rendered : ImageBuffer(LargeImage(image_.size, CV_16UC4));
+  void Finish(cv::Mat& rendered, int type) const {
+    cv::Mat target = CanHold(rendered, type) ? rendered : LargeImage(image_.size, type);
     RunRowSteps(image_, waiting_, StoreIn(target));
     rendered = target;
   }
@@ -256,8 +256,8 @@ class Run {
   }
 
   // Of the right size, and nobody else's pixels.
-  bool CanHold(const ImageBuffer& rendered) const {
-    return rendered.size() == image_.size && rendered.type() == CV_16UC4 && rendered.u != nullptr &&
+  bool CanHold(const cv::Mat& rendered, int type) const {
+    return rendered.size() == image_.size && rendered.type() == type && rendered.u != nullptr &&
            rendered.u->refcount == 1;
   }
 
@@ -268,13 +268,22 @@ class Run {
   std::future<GrainNoise> noise_;
 };
 
+void Develop(const cv::Mat& source, const A& adjustments, int type, cv::Mat& developed) {
+  Run run(source, adjustments);
+  for (const Stage& stage : kStages) run.Pass(stage, adjustments);
+  run.Finish(developed, type);
+}
+
 }  // namespace
 
 void DevelopPipeline(const ImageBuffer& source, const Adjustments& adjustments, ImageBuffer& rendered) {
-  if (source.empty()) return;
-  Run run(source, adjustments);
-  for (const Stage& stage : kStages) run.Pass(stage, adjustments);
-  run.Finish(rendered);
+  if (!source.empty()) Develop(source, adjustments, CV_16UC4, rendered);
+}
+
+cv::Mat DevelopWorkingImage(const cv::Mat& working, const Adjustments& adjustments) {
+  cv::Mat developed;
+  if (!working.empty()) Develop(working, adjustments, CV_32FC4, developed);
+  return developed;
 }
 
 }  // namespace lumvik

@@ -12,6 +12,9 @@ namespace lumvik {
 // exception of a stage. The bytes do not depend on the number of threads.
 void DevelopPipeline(const ImageBuffer& source, const Adjustments& adjustments, ImageBuffer& rendered);
 
+// The same for a working image (CV_32FC4), unrounded.
+cv::Mat DevelopWorkingImage(const cv::Mat& working, const Adjustments& adjustments);
+
 }  // namespace lumvik
 
 #endif  // LUMVIK_PIPELINE_DEVELOP_PIPELINE_H_

@@ -9,13 +9,13 @@
 
 namespace lumvik {
 
-Window GaussianWindow(double sigma) {
+SymmetricKernel GaussianKernel(double sigma) {
   CV_Assert(sigma > 0);
   constexpr double kReachInSigmas = 4;  // OpenCV's for float images
-  return GaussianWindow(cvRound(sigma * kReachInSigmas * 2 + 1) | 1, sigma);
+  return GaussianKernel(cvRound(sigma * kReachInSigmas * 2 + 1) | 1, sigma);
 }
 
-Window GaussianWindow(int size, double sigma) {
+SymmetricKernel GaussianKernel(int size, double sigma) {
   const cv::Mat kernel = cv::getGaussianKernel(size, sigma, CV_32F);
   return {kernel.begin<float>() + size / 2, kernel.end<float>()};
 }
@@ -26,24 +26,24 @@ Columns Columns::Widened(int reach, int frame_columns) const {
   return {left, std::min(right, frame_columns)};
 }
 
-RowBlur::RowBlur(Window window, int frame_columns, int max_columns)
-    : window_(std::move(window)),
+RowBlur::RowBlur(SymmetricKernel window, int frame_columns, int max_columns)
+    : kernel_(std::move(window)),
       frame_columns_(frame_columns),
-      rows_(2 * window_.size() - 1 + kRowsAtOnce - 1),
-      sums_(kRowsAtOnce, 2 * WidenedColumns(max_columns, Reach(window_)), CV_32F) {}
+      rows_(2 * kernel_.size() - 1 + kRowsAtOnce - 1),
+      sums_(kRowsAtOnce, 2 * WidenedColumns(max_columns, Radius(kernel_)), CV_32F) {}
 
 void RowBlur::AddDown(Columns columns) {
-  const int reach = Reach(window_);
+  const int reach = Radius(kernel_);
   const Columns held = columns.Widened(reach, frame_columns_);
   float* sums[kRowsAtOnce];
   for (int n = 0; n < kRowsAtOnce; ++n) sums[n] = SumsOf(n, columns) + held.first - columns.first;
   VectorizedByLanes([&, rows = rows_.data() + reach](auto lanes) {
-    AddWeightedDown<lanes>(window_, rows, sums, held.Count());
+    AddWeightedDown<lanes>(kernel_, rows, sums, held.Count());
   });
 }
 
 void RowBlur::AddAlong(int row, Columns columns, float* blurred) {
-  const int reach = Reach(window_);
+  const int reach = Radius(kernel_);
   const Columns held = columns.Widened(reach, frame_columns_);
   float* const sums = SumsOf(row, columns);
   const auto mirror = [&](int x) {
@@ -55,15 +55,15 @@ void RowBlur::AddAlong(int row, Columns columns, float* blurred) {
   VectorizedByLanes([&](auto lanes) {
     const float* own_sums = sums;
     AddWeighted<lanes>(
-        window_, own_sums, [=](int k) { return std::pair(own_sums - k, own_sums + k); }, columns.Count(),
+        kernel_, own_sums, [=](int k) { return std::pair(own_sums - k, own_sums + k); }, columns.Count(),
         blurred);
   });
 }
 
-cv::Mat Blurred(const cv::Mat& plane, const Window& window) {
+cv::Mat Blurred(const cv::Mat& plane, const SymmetricKernel& window) {
   cv::Mat blurred = LargeImage(plane.size(), CV_32F);
   const auto blur_strip = [&](RowBlur& blur, Columns columns, const cv::Range& rows) {
-    const int first_held = columns.Widened(Reach(window), plane.cols).first;
+    const int first_held = columns.Widened(Radius(window), plane.cols).first;
     for (int y = rows.start; y < rows.end; y += kRowsAtOnce) {
       const auto row_at = [&](int i) {
         const int inside = Mirrored(y + i, plane.rows);

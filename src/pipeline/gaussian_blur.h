@@ -11,8 +11,8 @@ namespace lumvik {
 
 // The windows of cv::GaussianBlur on float images: for a sigma, with the size that OpenCV derives from it
 // (throws for a sigma that is not positive); for an odd size, with that sigma or the one that it derives.
-Window GaussianWindow(double sigma);
-Window GaussianWindow(int size, double sigma = 0);
+SymmetricKernel GaussianKernel(double sigma);
+SymmetricKernel GaussianKernel(int size, double sigma = 0);
 
 // So many columns are blurred from top to bottom at a time: the rows that a window reaches stay in the second
 // cache.
@@ -41,14 +41,14 @@ struct Columns {
 class RowBlur {
  public:
   // For at most so many columns at a time.
-  RowBlur(Window window, int frame_columns, int max_columns);
+  RowBlur(SymmetricKernel window, int frame_columns, int max_columns);
 
   // Blurs `count` of kRowsAtOnce rows. `row_at(i)` is the row `i` below the first of them, for -reach..reach
   // + kRowsAtOnce - 1: a const float* to the first one of the widened columns. `blurred_at(n)` is where row n
   // goes.
   template <typename RowAt, typename BlurredAt>
   void Blur(const RowAt& row_at, Columns columns, int count, const BlurredAt& blurred_at) {
-    const int reach = Reach(window_);
+    const int reach = Radius(kernel_);
     const float** first = rows_.data() + reach;
     for (int i = -reach; i < reach + kRowsAtOnce; ++i) first[i] = row_at(i);
     AddDown(columns);
@@ -58,19 +58,19 @@ class RowBlur {
  private:
   // That of the first column, so far in that mirrored ones have room and the first held one is well aligned.
   float* SumsOf(int row, Columns columns) {
-    return sums_.ptr<float>(row) + WidenedColumns(0, Reach(window_)) + columns.first % kMaxLanes;
+    return sums_.ptr<float>(row) + WidenedColumns(0, Radius(kernel_)) + columns.first % kMaxLanes;
   }
   void AddDown(Columns columns);
   void AddAlong(int row, Columns columns, float* blurred);
 
-  Window window_;
+  SymmetricKernel kernel_;
   int frame_columns_;
   std::vector<const float*> rows_;
   cv::Mat sums_;  // down the widened columns
 };
 
 // `plane` (CV_32FC1) blurred with the window on all threads. The bytes do not depend on their number.
-cv::Mat Blurred(const cv::Mat& plane, const Window& window);
+cv::Mat Blurred(const cv::Mat& plane, const SymmetricKernel& window);
 
 }  // namespace lumvik
 

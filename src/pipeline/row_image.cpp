@@ -3,14 +3,12 @@
 #include <cstdint>
 #include <cstring>
 
+#include "base/code_scale.h"
 #include "base/luminance.h"
-#include "image/image_buffer.h"
 #include "pipeline/pixel_math.h"
 
 namespace lumvik {
 namespace {
-
-constexpr float kFullScale = 65535.0F;
 
 // The 16 bits at `shift` of a pixel read as one word, which vectorizes better than four reads.
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "a pixel's red is the lowest part of its word");
@@ -21,8 +19,8 @@ float UnitAt(uint64_t pixel, int shift) {
 // Rounds to nearest, ties to even, as OpenCV's conversion does: the low bits of a float near 2^23 are a whole
 // number.
 uint32_t ToCode(float value) {
-  constexpr float kRoundingShift = 8388608.0F;                              // 2^23
-  const float shifted = SaturateUnit(value) * kFullScale + kRoundingShift;  // a NaN becomes 0
+  constexpr float kRoundingShift = 8388608.0F;                            // 2^23
+  const float shifted = SaturateUnit(value) * kMaxCode + kRoundingShift;  // a NaN becomes 0
   uint32_t bits = 0;
   std::memcpy(&bits, &shifted, sizeof(bits));
   return bits & 0xFFFF;

@@ -14,9 +14,9 @@ namespace {
 constexpr int kRowsPerExtraRow = 8;
 constexpr int kChunksPerThread = 4;
 
-int ReachOf(const RowStep& step) {
+int RadiusOf(const RowStep& step) {
   const auto* area = std::get_if<AreaKernel>(&step);
-  return area == nullptr ? 0 : Reach(area->window);
+  return area == nullptr ? 0 : Radius(area->window);
 }
 
 // The rows of an image after some steps. One thread reads them, fastest a strip of columns from top to
@@ -61,7 +61,7 @@ class AreaStream : public RowStream {
       : input_(std::move(input)),
         frame_(frame),
         kernel_(kernel),
-        reach_(Reach(kernel.window)),
+        reach_(Radius(kernel.window)),
         kept_rows_(std::min(2 * reach_ + kRowsAtOnce, frame.height)),
         around_(static_cast<size_t>(2 * reach_ + kRowsAtOnce)),
         planes_(kernel.of == AreaKernel::Of::kLuminance ? kChannels + 1 : kChannels),
@@ -153,7 +153,7 @@ class AreaStream : public RowStream {
 int ColumnsAfter(const RowSteps& steps, size_t i) {
   int columns = kStripColumns;
   for (size_t later = steps.size() - 1; later > i; --later) {
-    if (const int reach = ReachOf(steps[later]); reach > 0) columns = WidenedColumns(columns, reach);
+    if (const int reach = RadiusOf(steps[later]); reach > 0) columns = WidenedColumns(columns, reach);
   }
   return columns;
 }
@@ -175,7 +175,7 @@ std::unique_ptr<RowStream> MakeStream(const RowImage& image, const RowSteps& ste
 // That area stages read beside a chunk.
 int ExtraRows(const RowSteps& steps) {
   int extra = 0;
-  for (const RowStep& step : steps) extra += 2 * ReachOf(step);
+  for (const RowStep& step : steps) extra += 2 * RadiusOf(step);
   return extra;
 }
 

@@ -18,21 +18,21 @@ namespace lumvik {
 struct AreaKernel {
   enum class Of { kLuminance, kColors };
 
-  Window window;
+  SymmetricKernel window;
   Of of;
   std::function<void(const PixelRow& row, const float* const* blurred)> change;
 };
 
 // The stage that calls `change(row, luminance)`, a plain loop over the columns, with the widest vectors.
 template <typename Change>
-AreaKernel BesideBlurredLuminance(Window window, const Change& change) {
+AreaKernel BesideBlurredLuminance(SymmetricKernel window, const Change& change) {
   return {std::move(window), AreaKernel::Of::kLuminance,
           [change](const PixelRow& row, const float* const* blurred) { ChangeRow(change, row, blurred[0]); }};
 }
 
 // The same with `change(row, red, green, blue)`.
 template <typename Change>
-AreaKernel BesideBlurredColors(Window window, const Change& change) {
+AreaKernel BesideBlurredColors(SymmetricKernel window, const Change& change) {
   return {std::move(window), AreaKernel::Of::kColors,
           [change](const PixelRow& row, const float* const* blurred) {
             ChangeRow(change, row, blurred[0], blurred[1], blurred[2]);

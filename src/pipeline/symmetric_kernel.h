@@ -11,10 +11,10 @@
 namespace lumvik {
 
 // One half of a symmetric window: the weight of the middle, then those of its neighbors outward.
-using Window = std::vector<float>;
+using SymmetricKernel = std::vector<float>;
 
 // So many rows a window reaches up and down.
-inline int Reach(const Window& window) {
+inline int Radius(const SymmetricKernel& window) {
   return static_cast<int>(window.size()) - 1;
 }
 
@@ -31,10 +31,10 @@ inline int Mirrored(int at, int count) {
 // same place in the rows (or from the same row, moved) that lie k away on either side, at the two addresses
 // `pair(k)`.
 template <int lanes, int vectors, typename Pair>
-void AddWeighted(const Window& window, const float* middle, const Pair& pair, int x, float* sums) {
+void AddWeighted(const SymmetricKernel& window, const float* middle, const Pair& pair, int x, float* sums) {
   Lanes<lanes> added[vectors];
   for (int v = 0; v < vectors; ++v) added[v] = LoadLanes<lanes>(middle + x + v * lanes) * window[0];
-  for (int k = 1; k <= Reach(window); ++k) {
+  for (int k = 1; k <= Radius(window); ++k) {
     const auto [before, after] = pair(k);
     const float weight = window[static_cast<size_t>(k)];
     for (int v = 0; v < vectors; ++v) {
@@ -47,13 +47,14 @@ void AddWeighted(const Window& window, const float* middle, const Pair& pair, in
 
 // The same for so many columns. To be called within VectorizedByLanes.
 template <int lanes, typename Pair>
-void AddWeighted(const Window& window, const float* middle, const Pair& pair, int columns, float* sums) {
+void AddWeighted(const SymmetricKernel& window, const float* middle, const Pair& pair, int columns,
+                 float* sums) {
   int x = 0;
   for (; x + 2 * lanes <= columns; x += 2 * lanes) AddWeighted<lanes, 2>(window, middle, pair, x, sums);
   for (; x + lanes <= columns; x += lanes) AddWeighted<lanes, 1>(window, middle, pair, x, sums);
   for (; x < columns; ++x) {
     float sum = middle[x] * window[0];
-    for (int k = 1; k <= Reach(window); ++k) {
+    for (int k = 1; k <= Radius(window); ++k) {
       const auto [before, after] = pair(k);
       sum += (before[x] + after[x]) * window[static_cast<size_t>(k)];
     }
@@ -69,7 +70,7 @@ inline constexpr int kRowsAtOnce = 8;
 // above and below it. One step farther out each row's neighbors are those of the next row, but for the
 // outermost.
 template <int lanes>
-void AddWeightedDown(const Window& window, const float* const* rows, int x, float* const* sums) {
+void AddWeightedDown(const SymmetricKernel& window, const float* const* rows, int x, float* const* sums) {
   Lanes<lanes> above[kRowsAtOnce];
   Lanes<lanes> below[kRowsAtOnce];
   Lanes<lanes> added[kRowsAtOnce];
@@ -77,7 +78,7 @@ void AddWeightedDown(const Window& window, const float* const* rows, int x, floa
     above[n] = below[n] = LoadLanes<lanes>(rows[n] + x);
     added[n] = above[n] * window[0];
   }
-  for (int k = 1; k <= Reach(window); ++k) {
+  for (int k = 1; k <= Radius(window); ++k) {
     for (int n = kRowsAtOnce - 1; n > 0; --n) above[n] = above[n - 1];
     for (int n = 0; n < kRowsAtOnce - 1; ++n) below[n] = below[n + 1];
     above[0] = LoadLanes<lanes>(rows[-k] + x);
@@ -90,7 +91,8 @@ void AddWeightedDown(const Window& window, const float* const* rows, int x, floa
 
 // The same for so many columns, with AddWeighted's bytes. To be called within VectorizedByLanes.
 template <int lanes>
-void AddWeightedDown(const Window& window, const float* const* rows, float* const* sums, int columns) {
+void AddWeightedDown(const SymmetricKernel& window, const float* const* rows, float* const* sums,
+                     int columns) {
   const int whole = columns / lanes * lanes;
   for (int x = 0; x < whole; x += lanes) AddWeightedDown<lanes>(window, rows, x, sums);
   for (int n = 0; n < kRowsAtOnce; ++n) {

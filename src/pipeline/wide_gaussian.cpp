@@ -50,7 +50,7 @@ Weights Taps(int phase, int step) {
 }
 
 // The coarse window whose sum of small bells, one at every grid point, comes nearest to OpenCV's window.
-Window CoarseWindow(double sigma, int step) {
+SymmetricKernel CoarseKernel(double sigma, int step) {
   const int reach = cvRound(sigma * 8 + 1) / 2;
   const cv::Mat window = cv::getGaussianKernel(2 * reach + 1, sigma, CV_64F);
   const double bell_sigma = kSmallSigma * step * std::sqrt(2.0);
@@ -71,7 +71,7 @@ Window CoarseWindow(double sigma, int step) {
   cv::Mat weights;
   cv::solve(bells, wanted, weights, cv::DECOMP_QR);
   const double sum = 2 * cv::sum(weights)[0] - weights.at<double>(0);
-  Window coarse;
+  SymmetricKernel coarse;
   for (int k = 0; k <= coarse_reach; ++k) coarse.push_back(static_cast<float>(weights.at<double>(k) / sum));
   return coarse;
 }
@@ -125,18 +125,18 @@ class Sampler {
         step_(step),
         margin_(margin),
         points_(points),
-        window_(GaussianWindow(2 * kSmallReach * step + 1, kSmallSigma * step)),
-        rows_(2 * window_.size() - 1),
+        kernel_(GaussianKernel(2 * kSmallReach * step + 1, kSmallSigma * step)),
+        rows_(2 * kernel_.size() - 1),
         line_(static_cast<size_t>((points + 2 * kSmallReach) * step)),
         phases_(line_.size()) {
     const int length = points + 2 * kSmallReach;
-    for (int k = 0; k <= 2 * Reach(window_); ++k)
+    for (int k = 0; k <= 2 * Radius(kernel_); ++k)
       moved_.push_back(phases_.data() + k % step * length + k / step);
   }
 
   // One row of the grid: down the plane's columns, then along the row.
   void Sample(int grid_y, float* points) {
-    const int reach = Reach(window_);
+    const int reach = Radius(kernel_);
     const int before = margin_ * step_ + reach;
     const float** middle = rows_.data() + reach;
     for (int k = -reach; k <= reach; ++k) {
@@ -163,21 +163,21 @@ class Sampler {
       } else {
         Separate(line_.data(), step_, length, phases_.data());
       }
-      AddSymmetric<lanes>(moved_.data() + Reach(window_), points_, points);
+      AddSymmetric<lanes>(moved_.data() + Radius(kernel_), points_, points);
     });
   }
 
   template <int lanes>
   void AddSymmetric(const float* const* middle, int columns, float* sums) const {
     AddWeighted<lanes>(
-        window_, middle[0], [=](int k) { return std::pair(middle[-k], middle[k]); }, columns, sums);
+        kernel_, middle[0], [=](int k) { return std::pair(middle[-k], middle[k]); }, columns, sums);
   }
 
   const cv::Mat& plane_;
   int step_;
   int margin_;
   int points_;
-  Window window_;
+  SymmetricKernel kernel_;
   std::vector<const float*> rows_;   // that the window reaches
   std::vector<float> line_;          // a row with its mirrored ends
   std::vector<float> phases_;        // the same, every step_-th value side by side
@@ -192,8 +192,8 @@ int PointsFor(int pixels, int step, int margin) {
 }  // namespace
 
 WideGaussian::WideGaussian(const cv::Mat& plane, double sigma) : size_(plane.size()), step_(StepFor(sigma)) {
-  const Window window = CoarseWindow(sigma, step_);
-  margin_ = Reach(window) + kSmallReach;
+  const SymmetricKernel window = CoarseKernel(sigma, step_);
+  margin_ = Radius(window) + kSmallReach;
   for (int phase = 0; phase < step_; ++phase) taps_.push_back(Taps(phase, step_));
   cv::Mat grid(PointsFor(plane.rows, step_, margin_), PointsFor(plane.cols, step_, margin_), CV_32F);
   cv::parallel_for_(

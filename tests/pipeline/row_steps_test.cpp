@@ -22,7 +22,7 @@ cv::Mat AfterSteps(const cv::Mat& image, const RowSteps& steps) {
 }
 
 // Only the blur of each color is left.
-AreaKernel BlurColors(const Window& window) {
+AreaKernel BlurColors(const SymmetricKernel& window) {
   return BesideBlurredColors(
       window, [](const PixelRow& row, const float* red, const float* green, const float* blue) {
         for (int i = 0; i < row.columns; ++i) {
@@ -68,7 +68,7 @@ TEST(RunRowSteps, AnAreaStageSeesTheBlurOfItsColors) {
   for (const cv::Size size : sizes) {
     const cv::Mat image = WorkingNoise(size);
     const cv::Mat expected = WithBlurredColors(image, {9, 9});
-    EXPECT_LT(cv::norm(AfterSteps(image, {BlurColors(GaussianWindow(9))}), expected, cv::NORM_INF), 1e-6)
+    EXPECT_LT(cv::norm(AfterSteps(image, {BlurColors(GaussianKernel(9))}), expected, cv::NORM_INF), 1e-6)
         << size;
   }
 }
@@ -81,7 +81,7 @@ TEST(RunRowSteps, AnAreaStageSeesWhatTheStepsBeforeItLeft) {
   cv::Mat expected = image.mul(cv::Scalar(2, 1, 1, 1));
   expected = WithBlurredColors(WithBlurredColors(expected, {7, 7}), {13, 13}).mul(cv::Scalar(2, 1, 1, 1));
   const cv::Mat actual = AfterSteps(
-      image, {double_red, BlurColors(GaussianWindow(7)), BlurColors(GaussianWindow(13)), double_red});
+      image, {double_red, BlurColors(GaussianKernel(7)), BlurColors(GaussianKernel(13)), double_red});
   EXPECT_LT(cv::norm(actual, expected, cv::NORM_INF), 1e-6);
 }
 
@@ -92,7 +92,7 @@ TEST(RunRowSteps, BlursTheLuminanceOfThatMoment) {
   cv::Mat expected;
   cv::GaussianBlur(luminance, expected, {5, 5}, 0);
   const AreaKernel show =
-      BesideBlurredLuminance(GaussianWindow(5), [](const PixelRow& row, const float* blurred) {
+      BesideBlurredLuminance(GaussianKernel(5), [](const PixelRow& row, const float* blurred) {
         for (int i = 0; i < row.columns; ++i) row.green[i] = blurred[i];
       });
   cv::Mat green;
@@ -102,7 +102,7 @@ TEST(RunRowSteps, BlursTheLuminanceOfThatMoment) {
 
 TEST(RunRowSteps, AnyNumberOfThreadsAndEveryInstructionSetGiveTheSameBytes) {
   const cv::Mat image = NoiseImage({333, 517}, 6);
-  const RowSteps steps = {BlurColors(GaussianWindow(5)), BlurColors(GaussianWindow(1.4))};
+  const RowSteps steps = {BlurColors(GaussianKernel(5)), BlurColors(GaussianKernel(1.4))};
   const cv::Mat expected = AfterSteps(image, steps);
   const int usual = cv::getNumThreads();
   for (const int threads : {1, 2, 3, 4}) {

@@ -20,8 +20,8 @@ TEST(Mirrored, IsWhatOpenCvGives) {
 }
 
 // Row after row, each for itself.
-cv::Mat SumsOneByOne(const cv::Mat& rows, const Window& window) {
-  const int reach = Reach(window);
+cv::Mat SumsOneByOne(const cv::Mat& rows, const SymmetricKernel& window) {
+  const int reach = Radius(window);
   cv::Mat sums(kRowsAtOnce, rows.cols, CV_32F);
   for (int n = 0; n < kRowsAtOnce; ++n) {
     const auto pair = [&](int k) {
@@ -33,8 +33,9 @@ cv::Mat SumsOneByOne(const cv::Mat& rows, const Window& window) {
 }
 
 TEST(AddWeightedDown, GivesTheBytesOfEachRowForItself) {
-  for (const Window& window : {Window{1.0F}, Window{0.5F, 0.25F}, Window{0.3F, 0.2F, 0.1F, 0.03F, 0.02F}}) {
-    const int reach = Reach(window);
+  for (const SymmetricKernel& window : {SymmetricKernel{1.0F}, SymmetricKernel{0.5F, 0.25F},
+                                        SymmetricKernel{0.3F, 0.2F, 0.1F, 0.03F, 0.02F}}) {
+    const int reach = Radius(window);
     for (const int columns : {1, 15, 16, 77}) {
       const cv::Mat plane = test::NoisePlane({columns, 2 * reach + kRowsAtOnce});
       std::vector<const float*> rows;

@@ -46,7 +46,7 @@ float TextureGain(float texture) {
 
 AreaKernel Texture(float texture) {
   return BesideBlurredLuminance(
-      GaussianWindow(kTextureSigma),
+      GaussianKernel(kTextureSigma),
       [gain = TextureGain(texture)](const PixelRow& row, const float* blur) { AddDetail(row, gain, blur); });
 }
 
@@ -68,7 +68,7 @@ RowStep ClarityTexture(const cv::Mat& luminance, float clarity, float texture) {
     AddDetails(part, coarse, wide_blur, fine, narrow_blur);
   };
   return AreaKernel{
-      GaussianWindow(kTextureSigma), AreaKernel::Of::kLuminance,
+      GaussianKernel(kTextureSigma), AreaKernel::Of::kLuminance,
       [=](const PixelRow& row, const float* const* blurred) { beside_wide_blur(row, add_both, blurred[0]); }};
 }
 

@@ -67,7 +67,7 @@ RowKernel FilmGrain(const GrainNoise& drawn, float amount, float size) {
   const float share = size / 100.0F;
   float gain = 1;  // back to the strength that the noise had before it was smoothed
   if (share > kSmallestSize) {
-    noise = Blurred(noise, GaussianWindow(static_cast<double>(2.0F * share + 0.5F)));
+    noise = Blurred(noise, GaussianKernel(static_cast<double>(2.0F * share + 0.5F)));
     const double blurred_deviation = StandardDeviation(noise);
     if (blurred_deviation > kSmallestDeviation) {
       gain = static_cast<float>(DeviationOf(amount) / blurred_deviation);

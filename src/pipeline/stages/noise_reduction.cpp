@@ -37,13 +37,13 @@ void PullToBlur(const PixelRow& row, const float* smooth, float weight) {
 AreaKernel LuminanceNoiseReduction(float percent) {
   const float weight = percent / 100.0F * kLuminanceStrength;
   return BesideBlurredLuminance(
-      GaussianWindow(KernelSize(percent, kLuminanceKernelSteps)),
+      GaussianKernel(KernelSize(percent, kLuminanceKernelSteps)),
       [weight](const PixelRow& row, const float* smooth) { PullToBlur(row, smooth, weight); });
 }
 
 AreaKernel ColorNoiseReduction(float percent) {
   return BesideBlurredColors(
-      GaussianWindow(KernelSize(percent, kColorKernelSteps)),
+      GaussianKernel(KernelSize(percent, kColorKernelSteps)),
       [](const PixelRow& row, const float* red, const float* green, const float* blue) {
         std::copy_n(red, row.columns, row.red);
         std::copy_n(green, row.columns, row.green);

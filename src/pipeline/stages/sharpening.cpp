@@ -4,6 +4,7 @@
 #include <cmath>
 #include <vector>
 
+#include "base/code_scale.h"
 #include "base/large_image.h"
 #include "pipeline/pixel_math.h"
 #include "pipeline/wide_gaussian.h"
@@ -12,7 +13,6 @@ namespace lumvik {
 namespace {
 
 constexpr float kFullAmount = 150.0F;
-constexpr float kCodes = 65535.0F;
 
 void SharpenPlane(float* __restrict values, const float* soft, int count, float gain, float smallest_detail) {
   for (int i = 0; i < count; ++i) {
@@ -25,7 +25,7 @@ void SharpenPlane(float* __restrict values, const float* soft, int count, float 
 // Changes a row beside the blur of its colors.
 auto SharpenRow(float amount, float threshold) {
   const float gain = amount / kFullAmount;
-  const float smallest_detail = threshold / kCodes;
+  const float smallest_detail = threshold / kMaxCode;
   return [=](const PixelRow& row, const float* red, const float* green, const float* blue) {
     SharpenPlane(row.red, red, row.columns, gain, smallest_detail);
     SharpenPlane(row.green, green, row.columns, gain, smallest_detail);
@@ -36,7 +36,7 @@ auto SharpenRow(float amount, float threshold) {
 }  // namespace
 
 AreaKernel Sharpening(float amount, float radius, float threshold) {
-  return BesideBlurredColors(GaussianWindow(static_cast<double>(radius)), SharpenRow(amount, threshold));
+  return BesideBlurredColors(GaussianKernel(static_cast<double>(radius)), SharpenRow(amount, threshold));
 }
 
 RowStep WideSharpening(const cv::Mat& working, float amount, float radius, float threshold) {

@@ -3,12 +3,12 @@
 #include <algorithm>
 #include <memory>
 
+#include "base/code_scale.h"
 #include "pipeline/pixel_math.h"
 
 namespace lumvik {
 namespace {
 
-constexpr float kMaxIndex = 65535.0F;
 constexpr float kMinSegmentWidth = 1e-6F;
 
 using Table = std::vector<float>;
@@ -35,7 +35,7 @@ float EvaluateSegment(const ToneCurve& points, size_t j, float x) {
 // A NaN looks up entry 0.
 int Index(float value) {
   // NOLINTNEXTLINE(bugprone-incorrect-roundings): adding a half and cutting off is how the index is defined
-  return static_cast<int>(SaturateUnit(value) * kMaxIndex + 0.5F);
+  return static_cast<int>(SaturateUnit(value) * kMaxCode + 0.5F);
 }
 
 // One look-up in the result equals a look-up in `first` and then one in `second`.
@@ -59,7 +59,7 @@ std::vector<float> BuildCurveTable(const ToneCurve& points) {
   Table table(kCurveTableEntries);
   size_t segment = 0;
   for (size_t i = 0; i < table.size(); ++i) {
-    const float x = static_cast<float>(i) / kMaxIndex;
+    const float x = static_cast<float>(i) / kMaxCode;
     if (points.size() < 2) {
       table[i] = x;
       continue;
