@@ -5,6 +5,7 @@
 #include <opencv2/core/utility.hpp>
 #include <opencv2/imgproc.hpp>
 
+#include "base/rounding.h"
 #include "base/vectorized.h"
 
 namespace lumvik {
@@ -37,15 +38,6 @@ cv::Mat BlurredRgba(const cv::Mat& rgba, int kernel_size) {
   return blurred;
 }
 
-// Rounds 0..255 to nearest, ties to even: the last bits of a float near 2^23 are a whole number.
-uint8_t RoundToByte(float value) {
-  constexpr float kRoundingShift = 8388608.0F;  // 2^23
-  const float shifted = value + kRoundingShift;
-  uint32_t bits = 0;
-  std::memcpy(&bits, &shifted, sizeof(bits));
-  return static_cast<uint8_t>(bits);
-}
-
 // Subject pixels stay, background pixels become blurred, on the subject's soft edge the two mix.
 template <int channels>
 void BlendRow(const uint8_t* mask, const uint8_t* blurred, uint8_t* rgba, int columns) {
@@ -55,7 +47,7 @@ void BlendRow(const uint8_t* mask, const uint8_t* blurred, uint8_t* rgba, int co
     for (int c = 0; c < channels; ++c) {
       const auto sharp = static_cast<float>(rgba[kRgba * x + c]);
       const auto soft = static_cast<float>(blurred[channels * x + c]);
-      rgba[kRgba * x + c] = RoundToByte(sharp * subject + soft * background);
+      rgba[kRgba * x + c] = static_cast<uint8_t>(RoundToCode(sharp * subject + soft * background));
     }
   }
 }

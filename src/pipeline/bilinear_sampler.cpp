@@ -3,11 +3,15 @@
 #include <algorithm>
 #include <cstring>
 
+#include "pipeline/mirrored_border.h"
+#include "pipeline/packed_rows.h"
+#include "pipeline/row_transform.h"
+
 namespace lumvik {
 namespace {
 
-constexpr int kPlaceBits = 5;
-static_assert(1 << kPlaceBits == kPlacesPerPixel);
+constexpr int kPositionBits = 5;
+static_assert(1 << kPositionBits == kPositionsPerPixel);
 
 using Pixel __attribute__((vector_size(16))) = float;
 
@@ -25,11 +29,11 @@ struct CornerWeights {
   float bottom_right[kMaxPart];
 };
 
-void Weigh(const Places& places, int count, CornerWeights& __restrict weights) {
-  constexpr auto kToFraction = static_cast<float>(1.0 / kPlacesPerPixel);
+void Weigh(const SamplePositions& positions, int count, CornerWeights& __restrict weights) {
+  constexpr auto kToFraction = static_cast<float>(1.0 / kPositionsPerPixel);
   for (int i = 0; i < count; ++i) {
-    const float right = static_cast<float>(places.x[i] & (kPlacesPerPixel - 1)) * kToFraction;
-    const float bottom = static_cast<float>(places.y[i] & (kPlacesPerPixel - 1)) * kToFraction;
+    const float right = static_cast<float>(positions.x[i] & (kPositionsPerPixel - 1)) * kToFraction;
+    const float bottom = static_cast<float>(positions.y[i] & (kPositionsPerPixel - 1)) * kToFraction;
     weights.top_left[i] = (1.0F - bottom) * (1.0F - right);
     weights.top_right[i] = (1.0F - bottom) * right;
     weights.bottom_left[i] = bottom * (1.0F - right);
@@ -61,23 +65,23 @@ struct Source {
 };
 
 void MixMirrored(const Source& source, int x, int y, const CornerWeights& weights, int i, float* mixed) {
-  const auto column = [&](int at) { return cv::borderInterpolate(at, source.columns, cv::BORDER_REFLECT); };
-  const auto row = [&](int at) { return cv::borderInterpolate(at, source.rows, cv::BORDER_REFLECT); };
+  const auto column = [&](int at) { return MirroredAtEdge(at, source.columns); };
+  const auto row = [&](int at) { return MirroredAtEdge(at, source.rows); };
   Mix(source.At(column(x), row(y)), source.At(column(x + 1), row(y)), source.At(column(x), row(y + 1)),
       source.At(column(x + 1), row(y + 1)), weights, i, mixed);
 }
 
 // `mixed`: kChannels values for each place.
-void SamplePlaces(const Source& source, const Places& places, const CornerWeights& weights, int count,
-                  float* mixed) {
+void SampleAt(const Source& source, const SamplePositions& positions, const CornerWeights& weights, int count,
+              float* mixed) {
   for (int i = 0; i < count; ++i, mixed += kChannels) {
-    const int x = places.x[i] >> kPlaceBits;
-    const int y = places.y[i] >> kPlaceBits;
+    const int x = positions.x[i] >> kPositionBits;
+    const int y = positions.y[i] >> kPositionBits;
     if (source.HoldsInside(x, y)) {
       const float* top = source.At(x, y);
       const float* bottom = top + source.step;
       Mix(top, top + kChannels, bottom, bottom + kChannels, weights, i, mixed);
-      // Of the next row's places most lie there, in another page, where the processor does not look by
+      // Of the next row's positions most lie there, in another page, where the processor does not look by
       // itself.
       __builtin_prefetch(source.At(x, std::min(y + 2, source.rows - 1)));
     } else {
@@ -88,16 +92,16 @@ void SamplePlaces(const Source& source, const Places& places, const CornerWeight
 
 }  // namespace
 
-RowImage Sampled(const cv::Mat& working, const PlaceRow& place_row) {
-  const auto read = [=](const PixelRow& part) {
-    Places places;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by place_row
-    place_row(part, places);
+RowSource Sampled(const cv::Mat& working, const LocatePart& locate) {
+  const auto read = [=](const RowPart& part) {
+    SamplePositions positions;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by locate
+    locate(part, positions);
     const Source source = {working.ptr<float>(), static_cast<ptrdiff_t>(working.step1()), working.cols,
                            working.rows};
     float mixed[kMaxPart * kChannels];
     CornerWeights weights;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by Weigh
-    Vectorized([&, columns = part.columns] { Weigh(places, columns, weights); });
-    Vectorized([&, columns = part.columns] { SamplePlaces(source, places, weights, columns, mixed); });
+    Vectorized([&, columns = part.columns] { Weigh(positions, columns, weights); });
+    Vectorized([&, columns = part.columns] { SampleAt(source, positions, weights, columns, mixed); });
     LoadPixels(mixed, part);
   };
   return {working.size(), read};

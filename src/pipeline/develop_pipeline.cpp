@@ -2,9 +2,12 @@
 
 #include <cmath>
 #include <future>
+#include <initializer_list>
 #include <utility>
+#include <variant>
 
 #include "base/large_image.h"
+#include "pipeline/packed_rows.h"
 #include "pipeline/row_steps.h"
 #include "pipeline/stages/brightness.h"
 #include "pipeline/stages/clarity_texture.h"
@@ -26,251 +29,252 @@
 #include "pipeline/stages/tone_curve.h"
 #include "pipeline/stages/white_balance.h"
 #include "pipeline/stages/whites_blacks.h"
-#include "pipeline/wide_gaussian.h"
 
 namespace lumvik {
 namespace {
 
 using A = Adjustments;
 
-// Neither the default temperature (5500) nor the white balance's own reference (6504), deliberately.
+// Neither the default temperature (5500) nor the reference of the white balance (6504), deliberately.
 constexpr float kNeutralTemperature = 6500.0F;
 constexpr float kTemperatureTolerance = 1.0F;
 constexpr float kTintTolerance = 0.1F;
-constexpr auto kWideRadius = static_cast<float>(WideGaussian::kMinSigma);
 
-// Negated so that a NaN setting is never taken for neutral.
-bool WakesWhiteBalance(const A& a) {
-  return !(std::fabs(a.temperature - kNeutralTemperature) < kTemperatureTolerance &&
-           std::fabs(a.tint) < kTintTolerance);
-}
+// What an operation does to the image is one of six kinds.
 
-bool WakesGrain(const A& a) {
-  return !(a.grain_amount <= 0);
-}
-
-using IsAwake = bool (*)(const A&);
-
-// A stage is one of six kinds. Each pixel depends on itself alone: the settings give the kernel for the rows
-// of a frame (no kernel: it sleeps).
-using MakePoint = RowKernel (*)(const A&, cv::Size frame);
-// It depends on the pixels around it.
-using MakeArea = AreaKernel (*)(const A&);
-// It depends on the whole image, stored in a matrix of the type that it takes.
-using MakeWhole = RowStep (*)(const A&, const cv::Mat& stored);
-using StoreWhole = RowKernel (*)(const cv::Mat& stored);
-// It moves the pixels.
-using MakeFrame = RowImage (*)(const A&, cv::Mat& working);
-// It keeps a part of them.
-using MakeCrop = RowImage (*)(const A&, const RowImage& image);
-// It adds what was drawn beside the others.
-using MakeDrawn = RowKernel (*)(const A&, const GrainNoise& drawn);
-
-struct Stage {
-  const char* name = nullptr;
-  IsAwake wakes = nullptr;
-  MakePoint point = nullptr;
-  MakeArea area = nullptr;
-  MakeWhole whole = nullptr;
-  StoreWhole store = nullptr;
-  int stored_type = 0;
-  MakeFrame frame = nullptr;
-  MakeCrop crop = nullptr;
-  MakeDrawn drawn = nullptr;
+// Each pixel depends on itself and its position alone.
+struct Point {
+  RowTransform (*make)(const A&, cv::Size frame);
 };
 
-constexpr Stage PointStage(const char* name, MakePoint point) {
-  return {name, nullptr, point};
-}
+// It depends on the blur of its surroundings.
+struct Area {
+  AreaTransform (*make)(const A&);
+};
 
-constexpr Stage AreaStage(const char* name, IsAwake wakes, MakeArea area) {
-  return {name, wakes, nullptr, area};
-}
+// It depends on the whole image, which the operation stores as far as it needs it.
+struct Whole {
+  RowStep (*make)(const A&, const StoreRows& store);
+};
 
-constexpr Stage WholeStage(const char* name, IsAwake wakes, StoreWhole store, int stored_type,
-                           MakeWhole whole) {
-  return {name, wakes, nullptr, nullptr, whole, store, stored_type};
-}
+// Pixels move.
+struct Frame {
+  RowSource (*make)(const A&, cv::Mat& working);
+};
 
-constexpr Stage FrameStage(const char* name, IsAwake wakes, MakeFrame frame) {
-  return {name, wakes, nullptr, nullptr, nullptr, nullptr, 0, frame};
-}
+// A part of the image is kept.
+struct Crop {
+  cv::Rect (*area)(const A&, cv::Size frame);
+};
 
-constexpr Stage CropStage(const char* name, IsAwake wakes, MakeCrop crop) {
-  return {name, wakes, nullptr, nullptr, nullptr, nullptr, 0, nullptr, crop};
-}
+// Something that is drawn in sequence while the stages before it run is added.
+struct Drawn {
+  std::future<GrainNoise> (*draw)(const A&, cv::Size frame);
+  RowTransform (*add)(const A&, const GrainNoise& noise);
+};
 
-constexpr Stage DrawnStage(const char* name, IsAwake wakes, MakeDrawn drawn) {
-  return {name, wakes, nullptr, nullptr, nullptr, nullptr, 0, nullptr, nullptr, drawn};
-}
+struct Operation {
+  bool (*is_active)(const A&);
+  std::variant<Point, Area, Whole, Frame, Crop, Drawn> kind;
+};
 
-// clang-format off: one row a stage, in the order of execution
-constexpr Stage kStages[] = {
-    PointStage("white balance",
-               [](const A& a, cv::Size) {
-                 return WakesWhiteBalance(a) ? WhiteBalance(a.temperature, a.tint) : RowKernel();
-               }),
-    PointStage("exposure", [](const A& a, cv::Size) { return Exposure(a.exposure); }),
-    PointStage("brightness", [](const A& a, cv::Size) { return Brightness(a.brightness); }),
-    PointStage("highlights, shadows",
-               [](const A& a, cv::Size) { return HighlightsShadows(a.highlights, a.shadows); }),
-    PointStage("whites, blacks", [](const A& a, cv::Size) { return WhitesBlacks(a.whites, a.blacks); }),
-    PointStage("contrast", [](const A& a, cv::Size) { return Contrast(a.contrast); }),
-    PointStage("tone curve", [](const A& a, cv::Size) { return ToneCurveStage(a.tone_curves); }),
-    WholeStage(
-        "clarity, texture", [](const A& a) { return a.clarity != 0; }, StoreLuminance, CV_32F,
-        [](const A& a, const cv::Mat& luminance) { return ClarityTexture(luminance, a.clarity, a.texture); }),
-    AreaStage(
-        "texture alone", [](const A& a) { return a.clarity == 0 && a.texture != 0; },
-        [](const A& a) { return Texture(a.texture); }),
-    WholeStage(
-        "dehaze", [](const A& a) { return !(a.dehaze <= 0); }, StoreSmallest, CV_32F,
-        [](const A& a, const cv::Mat& smallest) { return RowStep(Dehaze(smallest, a.dehaze)); }),
-    PointStage("saturation, vibrance",
-               [](const A& a, cv::Size) { return SaturationVibrance(a.saturation, a.vibrance); }),
-    PointStage("HSL bands", [](const A& a, cv::Size) { return HslBands(a.hsl); }),
-    PointStage("split toning", [](const A& a, cv::Size) { return SplitToning(a.split_toning); }),
-    AreaStage(
-        "noise reduction: luminance", [](const A& a) { return a.nr_luminance > 0; },
-        [](const A& a) { return LuminanceNoiseReduction(a.nr_luminance); }),
-    AreaStage(
-        "noise reduction: color", [](const A& a) { return a.nr_color > 0; },
-        [](const A& a) { return ColorNoiseReduction(a.nr_color); }),
-    AreaStage(
-        "sharpening",
-        [](const A& a) { return !(a.sharpening_amount <= 0) && !(a.sharpening_radius >= kWideRadius); },
-        [](const A& a) {
-          return Sharpening(a.sharpening_amount, a.sharpening_radius, a.sharpening_threshold);
-        }),
-    WholeStage(
-        "sharpening, wide",
-        [](const A& a) { return !(a.sharpening_amount <= 0) && a.sharpening_radius >= kWideRadius; }, StoreIn,
-        CV_32FC4,
-        [](const A& a, const cv::Mat& working) {
-          return WideSharpening(working, a.sharpening_amount, a.sharpening_radius, a.sharpening_threshold);
-        }),
-    FrameStage(
-        "lens: distortion", [](const A& a) { return a.distortion != 0; },
-        [](const A& a, cv::Mat& working) { return CorrectDistortion(working, a.distortion); }),
-    FrameStage(
-        "lens: chromatic aberration", [](const A& a) { return a.ca_correction > 0; },
-        [](const A& a, cv::Mat& working) { return CorrectChromaticAberration(working, a.ca_correction); }),
-    PointStage("lens: vignetting",
-               [](const A& a, cv::Size frame) { return LensVignetting(a.lens_vignette, frame); }),
-    PointStage("lens: defringe", [](const A& a, cv::Size) { return Defringe(a.defringe); }),
-    FrameStage(
-        "flips", [](const A& a) { return a.flip_h != 0 || a.flip_v != 0; },
-        [](const A& a, cv::Mat& working) {
-          Flip(working, a.flip_h != 0, a.flip_v != 0);
-          return RowsOf(working);
-        }),
-    FrameStage(
-        "rotation", [](const A& a) { return a.rotation != 0; },
-        [](const A& a, cv::Mat& working) { return Rotated(working, a.rotation); }),
-    FrameStage(
-        "perspective", [](const A& a) { return a.perspective_h != 0 || a.perspective_v != 0; },
-        [](const A& a, cv::Mat& working) {
-          return PerspectiveCorrected(working, a.perspective_h, a.perspective_v);
-        }),
-    CropStage(
-        "crop", [](const A& a) { return a.crop.w > 0 && a.crop.h > 0; },
-        [](const A& a, const RowImage& image) { return Cropped(image, a.crop); }),
-    PointStage(
-        "post-crop vignette",
-        [](const A& a, cv::Size frame) {
-          return PostCropVignette({a.vignette_amount, a.vignette_midpoint, a.vignette_roundness}, frame);
-        }),
-    DrawnStage(
-        "film grain", WakesGrain,
-        [](const A& a, const GrainNoise& noise) { return FilmGrain(noise, a.grain_amount, a.grain_size); }),
+struct Stage {
+  const char* name;
+  std::initializer_list<Operation> operations;
+};
+
+// One row per stage, in the order of execution. A condition is negated where NaN must count as active.
+// clang-format off
+const Stage kStages[] = {
+    {"white balance", {{
+        [](const A& a) { return !(std::fabs(a.temperature - kNeutralTemperature) < kTemperatureTolerance && std::fabs(a.tint) < kTintTolerance); },
+        Point{[](const A& a, cv::Size) { return WhiteBalance(a.temperature, a.tint); }}}}},
+    {"exposure", {{
+        [](const A& a) { return a.exposure != 0; },
+        Point{[](const A& a, cv::Size) { return Exposure(a.exposure); }}}}},
+    {"brightness", {{
+        [](const A& a) { return a.brightness != 0; },
+        Point{[](const A& a, cv::Size) { return Brightness(a.brightness); }}}}},
+    {"highlights and shadows", {{
+        [](const A& a) { return a.highlights != 0 || a.shadows != 0; },
+        Point{[](const A& a, cv::Size) { return HighlightsShadows(a.highlights, a.shadows); }}}}},
+    {"whites and blacks", {{
+        [](const A& a) { return a.whites != 0 || a.blacks != 0; },
+        Point{[](const A& a, cv::Size) { return WhitesBlacks(a.whites, a.blacks); }}}}},
+    {"contrast", {{
+        [](const A& a) { return a.contrast != 0; },
+        Point{[](const A& a, cv::Size) { return Contrast(a.contrast); }}}}},
+    {"tone curve", {{
+        [](const A& a) { return HasCurve(a.tone_curves); },
+        Point{[](const A& a, cv::Size) { return ToneCurveStage(a.tone_curves); }}}}},
+    {"clarity and texture", {{
+        [](const A& a) { return a.clarity != 0 || a.texture != 0; },
+        Whole{[](const A& a, const StoreRows& store) { return ClarityTexture(a.clarity, a.texture, store); }}}}},
+    {"dehaze", {{
+        [](const A& a) { return !(a.dehaze <= 0); },
+        Whole{[](const A& a, const StoreRows& store) { return RowStep(Dehaze(a.dehaze, store)); }}}}},
+    {"saturation and vibrance", {{
+        [](const A& a) { return a.saturation != 0 || a.vibrance != 0; },
+        Point{[](const A& a, cv::Size) { return SaturationVibrance(a.saturation, a.vibrance); }}}}},
+    {"HSL bands", {{
+        [](const A& a) { return HasShift(a.hsl); },
+        Point{[](const A& a, cv::Size) { return HslBands(a.hsl); }}}}},
+    {"split toning", {{
+        [](const A& a) { return a.split_toning.highlight_saturation != 0 || a.split_toning.shadow_saturation != 0; },
+        Point{[](const A& a, cv::Size) { return SplitToning(a.split_toning); }}}}},
+    {"noise reduction", {{
+        [](const A& a) { return a.nr_luminance > 0; },
+        Area{[](const A& a) { return LuminanceNoiseReduction(a.nr_luminance); }}}, {
+        [](const A& a) { return a.nr_color > 0; },
+        Area{[](const A& a) { return ColorNoiseReduction(a.nr_color); }}}}},
+    {"sharpening", {{
+        [](const A& a) { return !(a.sharpening_amount <= 0); },
+        Area{[](const A& a) { return Sharpening(a.sharpening_amount, a.sharpening_radius, a.sharpening_threshold); }}}}},
+    {"lens corrections", {{
+        [](const A& a) { return a.distortion != 0; },
+        Frame{[](const A& a, cv::Mat& working) { return CorrectDistortion(working, a.distortion); }}}, {
+        [](const A& a) { return a.ca_correction > 0; },
+        Frame{[](const A& a, cv::Mat& working) { return CorrectChromaticAberration(working, a.ca_correction); }}}, {
+        [](const A& a) { return a.lens_vignette > 0; },
+        Point{[](const A& a, cv::Size frame) { return LensVignetting(a.lens_vignette, frame); }}}, {
+        [](const A& a) { return a.defringe > 0; },
+        Point{[](const A& a, cv::Size) { return Defringe(a.defringe); }}}}},
+    {"geometry", {{
+        [](const A& a) { return a.flip_h != 0 || a.flip_v != 0; },
+        Frame{[](const A& a, cv::Mat& working) { return Flipped(working, a.flip_h != 0, a.flip_v != 0); }}}, {
+        [](const A& a) { return a.rotation != 0; },
+        Frame{[](const A& a, cv::Mat& working) { return Rotated(working, a.rotation); }}}, {
+        [](const A& a) { return a.perspective_h != 0 || a.perspective_v != 0; },
+        Frame{[](const A& a, cv::Mat& working) { return PerspectiveCorrected(working, a.perspective_h, a.perspective_v); }}}, {
+        [](const A& a) { return a.crop.w > 0 && a.crop.h > 0; },
+        Crop{[](const A& a, cv::Size frame) { return CropArea(a.crop, frame); }}}}},
+    {"post-crop vignette", {{
+        [](const A& a) { return a.vignette_amount != 0; },
+        Point{[](const A& a, cv::Size frame) { return PostCropVignette({a.vignette_amount, a.vignette_midpoint, a.vignette_roundness}, frame); }}}}},
+    {"film grain", {{
+        [](const A& a) { return !(a.grain_amount <= 0); },
+        Drawn{[](const A& a, cv::Size frame) { return DrawGrain(frame, a.grain_amount); },
+              [](const A& a, const GrainNoise& noise) { return FilmGrain(noise, a.grain_amount, a.grain_size); }}}}},
 };
 // clang-format on
 
-// A step that looks around takes about as long as so many that do not.
+// Calls `use` with the kind of each active operation, in order.
+template <typename Use>
+void ForEachActive(const A& adjustments, const Use& use) {
+  for (const Stage& stage : kStages) {
+    for (const Operation& operation : stage.operations) {
+      if (operation.is_active(adjustments)) std::visit(use, operation.kind);
+    }
+  }
+}
+
+// Relative to a point transform.
 constexpr int kAreaCost = 4;
 
-// Steps of this cost are made again rather than their result kept: memory is slow.
+// Steps up to this cost are run again rather than their result kept, because memory is slow.
 constexpr int kCheapCost = 4;
 
-// One run. Steps wait until a stage that looks at the whole image, or the end, needs their result and then
-// pass over the rows together. Only a frame stage needs the working image in memory.
+// One run. Steps are held back until an operation needs their result or the run ends, and then pass over the
+// rows together. Only frame operations need the working image in memory.
 class Run {
  public:
-  // Nothing but the crop changes the size that the grain has to have.
-  Run(const cv::Mat& source, const A& adjustments) : image_(RowsOf(source)) {
-    if (WakesGrain(adjustments)) {
-      noise_ = DrawGrain(CropArea(adjustments.crop, source.size()).size(), adjustments.grain_amount);
-    }
-  }
+  Run(const cv::Mat& source, const A& adjustments)
+      : adjustments_(adjustments), image_(RowsOf(source)), final_size_(source.size()) {}
 
-  void Pass(const Stage& stage, const A& adjustments) {
-    if (stage.point != nullptr) {
-      if (RowKernel kernel = stage.point(adjustments, image_.size)) waiting_.emplace_back(std::move(kernel));
-    } else if (!stage.wakes(adjustments)) {
-      return;
-    } else if (stage.area != nullptr) {
-      waiting_.emplace_back(stage.area(adjustments));
-    } else if (stage.whole != nullptr) {
-      const cv::Mat stored = LargeImage(image_.size, stage.stored_type);
-      StoreWaiting(stage.store(stored));
-      waiting_.push_back(stage.whole(adjustments, stored));
-    } else if (stage.frame != nullptr) {
-      Keep();
-      image_ = stage.frame(adjustments, working_);
-    } else if (stage.drawn != nullptr) {
-      waiting_.emplace_back(stage.drawn(adjustments, noise_.get()));
+  // Called for every active operation before the first Add: starts what runs beside the stages.
+  void Prepare(const Crop& crop) { final_size_ = crop.area(adjustments_, final_size_).size(); }
+  void Prepare(const Drawn& drawn) { noise_ = drawn.draw(adjustments_, final_size_); }
+  template <typename Kind>
+  void Prepare(const Kind& /*kind*/) {}
+
+  void Add(const Point& point) { AddStep(point.make(adjustments_, image_.size)); }
+
+  void Add(const Area& area) {
+    AreaTransform transform = area.make(adjustments_);
+    if (transform.blur.IsWide()) {
+      AddStep(WideAreaTransform(transform, StoreHere()));
     } else {
-      if (!waiting_.empty()) Keep();
-      image_ = stage.crop(adjustments, image_);
+      AddStep(std::move(transform));
     }
   }
 
-  // Writes over the earlier render where it can, as fresh memory is slow. Everything that can fail lies
-  // behind.
-  void Finish(cv::Mat& rendered, int type) const {
-    cv::Mat target = CanHold(rendered, type) ? rendered : LargeImage(image_.size, type);
-    RunRowSteps(image_, waiting_, StoreIn(target));
-    rendered = target;
+  void Add(const Whole& whole) { AddStep(whole.make(adjustments_, StoreHere())); }
+
+  void Add(const Frame& frame) {
+    KeepWorkingImage();
+    image_ = frame.make(adjustments_, working_);
+  }
+
+  void Add(const Crop& crop) {
+    if (!steps_.empty()) KeepWorkingImage();
+    image_ = Cropped(image_, crop.area(adjustments_, image_.size));
+  }
+
+  void Add(const Drawn& drawn) { AddStep(drawn.add(adjustments_, noise_.get())); }
+
+  // Overwrites the earlier result where it can, because fresh memory is slow. Nothing can fail after the
+  // first pixel is written.
+  void Finish(cv::Mat& developed, int type) const {
+    cv::Mat target = IsReusable(developed, type) ? developed : LargeImage(image_.size, type);
+    RunRowSteps(image_, steps_, StoreIn(target));
+    developed = target;
   }
 
  private:
-  void StoreWaiting(const RowKernel& store) {
+  void AddStep(RowStep step) {
+    const auto* transform = std::get_if<RowTransform>(&step);
+    if (transform == nullptr || !transform->IsIdentity()) steps_.push_back(std::move(step));
+  }
+
+  // Stores the image as it is after the steps so far.
+  StoreRows StoreHere() {
+    return [this](int type, RowSink (*sink)(const cv::Mat&)) {
+      cv::Mat stored = LargeImage(image_.size, type);
+      StoreSteps(sink(stored));
+      return stored;
+    };
+  }
+
+  void StoreSteps(const RowSink& sink) {
     int cost = 0;
-    for (const RowStep& step : waiting_) cost += std::holds_alternative<AreaKernel>(step) ? kAreaCost : 1;
+    for (const RowStep& step : steps_) cost += std::holds_alternative<AreaTransform>(step) ? kAreaCost : 1;
     if (cost <= kCheapCost) {
-      RunRowSteps(image_, waiting_, store);
+      RunRowSteps(image_, steps_, sink);
     } else {
-      waiting_.emplace_back(store);
-      Keep();
+      steps_.emplace_back(RowTransform{sink.store});
+      KeepWorkingImage();
     }
   }
 
-  // Makes the working image. The one before, from which it is read, serves as memory for the next.
-  void Keep() {
+  // The previous working image, from which this one is read, becomes the memory of the next.
+  void KeepWorkingImage() {
     cv::Mat next = spare_.size() == image_.size ? spare_ : LargeImage(image_.size, CV_32FC4);
-    RunRowSteps(image_, waiting_, StoreIn(next));
-    waiting_.clear();
+    RunRowSteps(image_, steps_, StoreIn(next));
+    steps_.clear();
     spare_ = working_;
     working_ = next;
     image_ = RowsOf(working_);
   }
 
-  // Of the right size, and nobody else's pixels.
-  bool CanHold(const cv::Mat& rendered, int type) const {
-    return rendered.size() == image_.size && rendered.type() == type && rendered.u != nullptr &&
-           rendered.u->refcount == 1;
+  // The size and type fit, and nobody else holds the pixels.
+  bool IsReusable(const cv::Mat& developed, int type) const {
+    return developed.size() == image_.size && developed.type() == type && developed.u != nullptr &&
+           developed.u->refcount == 1;
   }
 
-  RowImage image_;  // as it is before the steps that wait
-  RowSteps waiting_;
-  cv::Mat working_;  // the last one made
+  const A& adjustments_;
+  RowSource image_;  // before the steps
+  RowSteps steps_;
+  cv::Mat working_;  // the last one kept
   cv::Mat spare_;
+  cv::Size final_size_;
   std::future<GrainNoise> noise_;
 };
 
 void Develop(const cv::Mat& source, const A& adjustments, int type, cv::Mat& developed) {
   Run run(source, adjustments);
-  for (const Stage& stage : kStages) run.Pass(stage, adjustments);
+  ForEachActive(adjustments, [&run](const auto& kind) { run.Prepare(kind); });
+  ForEachActive(adjustments, [&run](const auto& kind) { run.Add(kind); });
   run.Finish(developed, type);
 }
 

@@ -1,76 +1,62 @@
-// Gaussian blur of float planes, a row at a time.
+// Blur of float planes by a symmetric kernel, borders mirrored (cv::BORDER_REFLECT_101).
 #ifndef LUMVIK_PIPELINE_GAUSSIAN_BLUR_H_
 #define LUMVIK_PIPELINE_GAUSSIAN_BLUR_H_
 
 #include <opencv2/core.hpp>
 #include <vector>
 
-#include "pipeline/symmetric_kernel.h"
+#include "pipeline/gaussian.h"
+#include "pipeline/row_part.h"
 
 namespace lumvik {
 
-// The windows of cv::GaussianBlur on float images: for a sigma, with the size that OpenCV derives from it
-// (throws for a sigma that is not positive); for an odd size, with that sigma or the one that it derives.
-SymmetricKernel GaussianKernel(double sigma);
-SymmetricKernel GaussianKernel(int size, double sigma = 0);
-
-// So many columns are blurred from top to bottom at a time: the rows that a window reaches stay in the second
-// cache.
+// Columns per strip, which is blurred from top to bottom: the rows that a kernel covers stay in L2.
 inline constexpr int kStripColumns = 256;
 
-// The rows of a plane are divided into so many parts a thread, so that none waits long for another at the
-// end.
+// Stripes of rows per thread, small enough that no thread waits long for the last one.
 inline constexpr int kStripesPerThread = 4;
 
+// The columns together with those that a kernel covers, rounded outward so that vectors are aligned.
+Columns Widened(Columns columns, int radius, int frame_columns);
+
 // The most columns that Widened makes of `columns`.
-constexpr int WidenedColumns(int columns, int reach) {
-  return (columns + 2 * reach + 3 * kMaxLanes) / kMaxLanes * kMaxLanes;
+constexpr int WidenedColumns(int columns, int radius) {
+  return (columns + 2 * radius + 3 * kMaxLanes) / kMaxLanes * kMaxLanes;
 }
 
-// Columns first..last - 1 of a frame.
-struct Columns {
-  int first;
-  int last;
-
-  int Count() const { return last - first; }
-  // With those that a window reaches, and some more so that vectors of them begin at multiples of their size.
-  Columns Widened(int reach, int frame_columns) const;
-};
-
-// Blurs parts of rows, borders mirrored without their pixel (cv::BORDER_REFLECT_101).
+// Blurs blocks of kRowsPerBlock rows.
 class RowBlur {
  public:
-  // For at most so many columns at a time.
-  RowBlur(SymmetricKernel window, int frame_columns, int max_columns);
+  RowBlur(SymmetricKernel kernel, int frame_columns, int max_columns);
 
-  // Blurs `count` of kRowsAtOnce rows. `row_at(i)` is the row `i` below the first of them, for -reach..reach
-  // + kRowsAtOnce - 1: a const float* to the first one of the widened columns. `blurred_at(n)` is where row n
-  // goes.
+  // Blurs the first `count` rows of a block. `row_at(i)` is row i relative to the block's first one, for
+  // -radius <= i < radius + kRowsPerBlock: a const float* to the first of the widened columns.
+  // `blurred_at(n)` is where row n goes.
   template <typename RowAt, typename BlurredAt>
   void Blur(const RowAt& row_at, Columns columns, int count, const BlurredAt& blurred_at) {
-    const int reach = Radius(kernel_);
-    const float** first = rows_.data() + reach;
-    for (int i = -reach; i < reach + kRowsAtOnce; ++i) first[i] = row_at(i);
-    AddDown(columns);
-    for (int n = 0; n < count; ++n) AddAlong(n, columns, blurred_at(n));
+    const int radius = Radius(kernel_);
+    const float** first = rows_.data() + radius;
+    for (int i = -radius; i < radius + kRowsPerBlock; ++i) first[i] = row_at(i);
+    BlurVertically(columns);
+    for (int n = 0; n < count; ++n) BlurHorizontally(n, columns, blurred_at(n));
   }
 
  private:
-  // That of the first column, so far in that mirrored ones have room and the first held one is well aligned.
+  // The sum at the first column. Mirrored columns have room before it, and vectors are aligned.
   float* SumsOf(int row, Columns columns) {
     return sums_.ptr<float>(row) + WidenedColumns(0, Radius(kernel_)) + columns.first % kMaxLanes;
   }
-  void AddDown(Columns columns);
-  void AddAlong(int row, Columns columns, float* blurred);
+  void BlurVertically(Columns columns);
+  void BlurHorizontally(int row, Columns columns, float* blurred);
 
   SymmetricKernel kernel_;
   int frame_columns_;
   std::vector<const float*> rows_;
-  cv::Mat sums_;  // down the widened columns
+  cv::Mat sums_;  // vertical, of the widened columns
 };
 
-// `plane` (CV_32FC1) blurred with the window on all threads. The bytes do not depend on their number.
-cv::Mat Blurred(const cv::Mat& plane, const SymmetricKernel& window);
+// `plane` (CV_32FC1) blurred by the kernel on all threads. The bytes do not depend on their number.
+cv::Mat Blurred(const cv::Mat& plane, const SymmetricKernel& kernel);
 
 }  // namespace lumvik
 

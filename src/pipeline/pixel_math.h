@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <cstring>
 
+#include "base/rounding.h"
+
 namespace lumvik {
 
 // Bounds whose values the compiler is not to know: they stand in another file. It makes the two instructions
@@ -80,11 +82,10 @@ inline float FastLog2(float value) {
 // 2 to the power of `value`, for -126..127 with a relative error below 2.5e-7. Smaller values, and a NaN,
 // give less than 1.2e-38, larger ones 1.7e38.
 inline float FastExp2(float value) {
-  constexpr float kRoundingShift = 12582912.0F;  // 1.5 * 2^23: adding it rounds to the nearest integer
   constexpr int32_t kExponentBias = 127;
   constexpr int32_t kMantissaBits = 23;
   const float bounded = Saturate(value, kLowestPower, kHighestPower);
-  const float whole = (bounded + kRoundingShift) - kRoundingShift;
+  const float whole = RoundToNearest(bounded);
   const float f = bounded - whole;
   // Taylor series of 2^f on -1/2..1/2.
   const float tail = 0.00961812911F + f * (0.00133335581F + f * 0.000154035304F);

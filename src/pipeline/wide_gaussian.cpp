@@ -9,22 +9,30 @@
 #include "base/large_image.h"
 #include "base/vectorized.h"
 #include "pipeline/gaussian_blur.h"
-#include "pipeline/row_kernel.h"
+#include "pipeline/mirrored_border.h"
 
 namespace lumvik {
 namespace {
 
-// The small Gaussians, in grid steps. Wide enough that what the grid cannot hold is below 1e-6, narrow enough
-// that eight grid points make a pixel.
+// The small Gaussians, in grid steps. Wide enough that what the grid cannot represent is below 1e-6, narrow
+// enough that a pixel is interpolated from eight grid points.
 constexpr double kSmallSigma = 0.8;
-constexpr int kSmallReach = 4;
-constexpr int kTaps = 2 * kSmallReach;        // grid points around a pixel
-constexpr int kTapsBefore = kSmallReach - 1;  // of them before the one it lies behind
+constexpr int kSmallRadius = 4;
+constexpr int kTaps = 2 * kSmallRadius;        // grid points around a pixel
+constexpr int kTapsBefore = kSmallRadius - 1;  // of them before the last one at or left of it
 
 constexpr int kUsualStep = 2;  // that of clarity
 
 // The widest grid on which the coarse Gaussian still has a smooth shape.
 constexpr double kMinCoarseSigma = 8.0;
+
+constexpr int kMinSamplesPerStep = 8;
+
+// At twice the longest side of a mirrored image all but its mean is attenuated to 3e-9.
+Gaussian HeldToImage(const Gaussian& blur, cv::Size size) {
+  const double limit = std::max(2.0 * std::max(size.width, size.height), Gaussian::kMinWideSigma);
+  return blur.Sigma() > limit ? Gaussian::OfSigma(limit) : blur;
+}
 
 int StepFor(double sigma) {
   int step = 1;
@@ -34,8 +42,8 @@ int StepFor(double sigma) {
 
 using Weights = std::vector<float>;
 
-// For a pixel `phase` pixels behind a grid point: the weights of the kTaps points around it. Their sum is 1,
-// so that an even picture stays as it is.
+// The weights of the kTaps points around a pixel that lies `phase` pixels after a grid point. Their sum is 1,
+// so that a uniform image stays as it is.
 Weights Taps(int phase, int step) {
   double taps[kTaps];
   double sum = 0;
@@ -49,30 +57,33 @@ Weights Taps(int phase, int step) {
   return weights;
 }
 
-// The coarse window whose sum of small bells, one at every grid point, comes nearest to OpenCV's window.
-SymmetricKernel CoarseKernel(double sigma, int step) {
-  const int reach = cvRound(sigma * 8 + 1) / 2;
-  const cv::Mat window = cv::getGaussianKernel(2 * reach + 1, sigma, CV_64F);
+// The coarse kernel whose sum of small bells, one at every grid point, comes nearest to OpenCV's kernel.
+SymmetricKernel CoarseKernel(const Gaussian& blur, int step) {
+  const int radius = blur.Radius();
+  const cv::Mat kernel = cv::getGaussianKernel(2 * radius + 1, blur.Sigma(), CV_64F);
   const double bell_sigma = kSmallSigma * step * std::sqrt(2.0);
   const auto bell = [&](int distance) {
     return std::exp(-distance * distance / (2 * bell_sigma * bell_sigma)) /
            (bell_sigma * std::sqrt(2 * CV_PI));
   };
-  const int coarse_reach = (reach + step - 1) / step;
-  const int samples = reach + kTaps * step;
-  cv::Mat bells(samples, coarse_reach + 1, CV_64F);
+  const int coarse_radius = (radius + step - 1) / step;
+  // On large steps every few pixels give the same fit in a fraction of the time.
+  const int stride = std::max(step / kMinSamplesPerStep, 1);
+  const int samples = (radius + kTaps * step) / stride;
+  cv::Mat bells(samples, coarse_radius + 1, CV_64F);
   cv::Mat wanted(samples, 1, CV_64F);
-  for (int n = 0; n < samples; ++n) {
-    wanted.at<double>(n) = n <= reach ? window.at<double>(reach + n) : 0;
-    for (int k = 0; k <= coarse_reach; ++k) {
-      bells.at<double>(n, k) = bell(n - k * step) + (k == 0 ? 0 : bell(n + k * step));
+  for (int i = 0; i < samples; ++i) {
+    const int n = i * stride;
+    wanted.at<double>(i) = n <= radius ? kernel.at<double>(radius + n) : 0;
+    for (int k = 0; k <= coarse_radius; ++k) {
+      bells.at<double>(i, k) = bell(n - k * step) + (k == 0 ? 0 : bell(n + k * step));
     }
   }
   cv::Mat weights;
   cv::solve(bells, wanted, weights, cv::DECOMP_QR);
   const double sum = 2 * cv::sum(weights)[0] - weights.at<double>(0);
   SymmetricKernel coarse;
-  for (int k = 0; k <= coarse_reach; ++k) coarse.push_back(static_cast<float>(weights.at<double>(k) / sum));
+  for (int k = 0; k <= coarse_radius; ++k) coarse.push_back(static_cast<float>(weights.at<double>(k) / sum));
   return coarse;
 }
 
@@ -117,6 +128,12 @@ inline void Interleave(const float* phases, int most, int step, int columns, flo
   for (int x = columns / step * step; x < columns; ++x) line[x] = phases[x % step * most + x / step];
 }
 
+SymmetricKernel SmallKernel(int step) {
+  const int radius = kSmallRadius * step;
+  const cv::Mat kernel = cv::getGaussianKernel(2 * radius + 1, kSmallSigma * step, CV_32F);
+  return {kernel.begin<float>() + radius, kernel.end<float>()};
+}
+
 // The plane smoothed by the small Gaussian, at the points of the grid alone.
 class Sampler {
  public:
@@ -125,28 +142,28 @@ class Sampler {
         step_(step),
         margin_(margin),
         points_(points),
-        kernel_(GaussianKernel(2 * kSmallReach * step + 1, kSmallSigma * step)),
+        kernel_(SmallKernel(step)),
         rows_(2 * kernel_.size() - 1),
-        line_(static_cast<size_t>((points + 2 * kSmallReach) * step)),
+        line_(static_cast<size_t>((points + 2 * kSmallRadius) * step)),
         phases_(line_.size()) {
-    const int length = points + 2 * kSmallReach;
+    const int length = points + 2 * kSmallRadius;
     for (int k = 0; k <= 2 * Radius(kernel_); ++k)
       moved_.push_back(phases_.data() + k % step * length + k / step);
   }
 
   // One row of the grid: down the plane's columns, then along the row.
   void Sample(int grid_y, float* points) {
-    const int reach = Radius(kernel_);
-    const int before = margin_ * step_ + reach;
-    const float** middle = rows_.data() + reach;
-    for (int k = -reach; k <= reach; ++k) {
+    const int radius = Radius(kernel_);
+    const int before = margin_ * step_ + radius;
+    const float** middle = rows_.data() + radius;
+    for (int k = -radius; k <= radius; ++k) {
       const int y = (grid_y - margin_) * step_ + k;
       middle[k] = plane_.ptr<float>(Mirrored(y, plane_.rows));
     }
     float* const first = line_.data() + before;
     VectorizedByLanes([&](auto lanes) { AddSymmetric<lanes>(middle, plane_.cols, first); });
-    const int behind = static_cast<int>(line_.size()) - before;
-    for (int x = -before; x < behind; x = x == -1 ? plane_.cols : x + 1) {
+    const int after = static_cast<int>(line_.size()) - before;
+    for (int x = -before; x < after; x = x == -1 ? plane_.cols : x + 1) {
       first[x] = first[Mirrored(x, plane_.cols)];
     }
     AlongLine(points);
@@ -155,7 +172,7 @@ class Sampler {
  private:
   // Every step_-th pixel side by side, so that neighboring grid points have neighboring addresses.
   void AlongLine(float* points) {
-    const int length = points_ + 2 * kSmallReach;
+    const int length = points_ + 2 * kSmallRadius;
     VectorizedByLanes([&](auto lanes) {
       // A step known beforehand lets the compiler shuffle whole vectors.
       if (step_ == kUsualStep) {
@@ -178,7 +195,7 @@ class Sampler {
   int margin_;
   int points_;
   SymmetricKernel kernel_;
-  std::vector<const float*> rows_;   // that the window reaches
+  std::vector<const float*> rows_;   // that the kernel covers
   std::vector<float> line_;          // a row with its mirrored ends
   std::vector<float> phases_;        // the same, every step_-th value side by side
   std::vector<const float*> moved_;  // there, from the first value on, from the second on, ...
@@ -191,9 +208,11 @@ int PointsFor(int pixels, int step, int margin) {
 
 }  // namespace
 
-WideGaussian::WideGaussian(const cv::Mat& plane, double sigma) : size_(plane.size()), step_(StepFor(sigma)) {
-  const SymmetricKernel window = CoarseKernel(sigma, step_);
-  margin_ = Radius(window) + kSmallReach;
+WideGaussian::WideGaussian(const cv::Mat& plane, const Gaussian& blur) : size_(plane.size()) {
+  const Gaussian held = HeldToImage(blur, size_);
+  step_ = StepFor(held.Sigma());
+  const SymmetricKernel kernel = CoarseKernel(held, step_);
+  margin_ = Radius(kernel) + kSmallRadius;
   for (int phase = 0; phase < step_; ++phase) taps_.push_back(Taps(phase, step_));
   cv::Mat grid(PointsFor(plane.rows, step_, margin_), PointsFor(plane.cols, step_, margin_), CV_32F);
   cv::parallel_for_(
@@ -203,11 +222,11 @@ WideGaussian::WideGaussian(const cv::Mat& plane, double sigma) : size_(plane.siz
         for (int y = rows.start; y < rows.end; ++y) sampler.Sample(y, grid.ptr<float>(y));
       },
       cv::getNumThreads() * kStripesPerThread);
-  // What the blur mirrors at the grid's ends does not come nearer to the picture than the margins are wide.
-  grid_ = Blurred(grid, window);
+  // The margins keep what the blur mirrors at the ends of the grid away from the image.
+  grid_ = Blurred(grid, kernel);
 }
 
-void WideGaussian::Read(int x, int y, int columns, float* blurred) const {
+void WideGaussian::Read(int x, int y, PartColumns columns, float* blurred) const {
   const int first_point = x / step_;
   // Whole vectors: the grid has more margin than that.
   const int points =
@@ -228,7 +247,7 @@ void WideGaussian::Read(int x, int y, int columns, float* blurred) const {
       AddTaps<lanes, kUsualStep>(taps_.data(), moved, most, most, same_phase);
       return Interleave(same_phase, most, kUsualStep, columns, blurred);
     }
-    for (int i = 0; i < std::min(step_, columns); ++i) {
+    for (int i = 0; i < std::min(step_, int{columns}); ++i) {
       const int first = (x + i) / step_ - first_point;
       const float* from[kTaps];
       for (int k = 0; k < kTaps; ++k) from[k] = moved[k] + first;
@@ -243,12 +262,15 @@ cv::Mat WideGaussian::Plane() const {
   cv::Mat blurred = LargeImage(size_, CV_32F);
   cv::parallel_for_(cv::Range(0, size_.height), [&](const cv::Range& rows) {
     for (int y = rows.start; y < rows.end; ++y) {
-      for (int x = 0; x < size_.width; x += kMaxPart) {
-        Read(x, y, std::min(kMaxPart, size_.width - x), blurred.ptr<float>(y) + x);
-      }
+      ForEachPart({0, size_.width},
+                  [&](int x, PartColumns columns) { Read(x, y, columns, blurred.ptr<float>(y) + x); });
     }
   });
   return blurred;
+}
+
+cv::Mat Blurred(const cv::Mat& plane, const Gaussian& blur) {
+  return blur.IsWide() ? WideGaussian(plane, blur).Plane() : Blurred(plane, blur.Kernel());
 }
 
 }  // namespace lumvik

@@ -23,7 +23,7 @@ cv::Mat OpenCvsBlur(const cv::Mat& plane, double sigma) {
 }
 
 double LargestError(const cv::Mat& plane, double sigma) {
-  return cv::norm(Blurred(plane, GaussianKernel(sigma)), OpenCvsBlur(plane, sigma), cv::NORM_INF);
+  return cv::norm(Blurred(plane, Gaussian::OfSigma(sigma).Kernel()), OpenCvsBlur(plane, sigma), cv::NORM_INF);
 }
 
 TEST(Blurred, IsOpenCvsBlur) {
@@ -39,27 +39,28 @@ TEST(Blurred, AKernelOfAGivenSizeIsOpenCvs) {
     const cv::Mat plane = NoisePlane({123, 77});
     cv::Mat expected;
     cv::GaussianBlur(plane, expected, cv::Size(side, side), 0);
-    EXPECT_LT(cv::norm(Blurred(plane, GaussianKernel(side)), expected, cv::NORM_INF), kTolerance) << side;
+    EXPECT_LT(cv::norm(Blurred(plane, Gaussian::OfSize(side).Kernel()), expected, cv::NORM_INF), kTolerance)
+        << side;
   }
 }
 
-TEST(GaussianKernel, RefusesASigmaThatIsNotPositive) {
+TEST(Gaussian, RefusesASigmaThatIsNotPositive) {
   for (const double sigma : {0.0, -1.0, std::numeric_limits<double>::quiet_NaN()}) {
-    EXPECT_THROW(GaussianKernel(sigma), cv::Exception) << sigma;
+    EXPECT_THROW(Gaussian::OfSigma(sigma), cv::Exception) << sigma;
   }
 }
 
 TEST(Blurred, AnyNumberOfThreadsAndEveryInstructionSetGiveTheSameBytes) {
   const cv::Mat plane = NoisePlane({331, 217});
   const int usual = cv::getNumThreads();
-  const cv::Mat expected = Blurred(plane, GaussianKernel(1.0));
+  const cv::Mat expected = Blurred(plane, Gaussian::OfSigma(1.0).Kernel());
   for (const int threads : {1, 2, 3, 4}) {
     cv::setNumThreads(threads);
-    EXPECT_TRUE(test::SameBytes(Blurred(plane, GaussianKernel(1.0)), expected)) << threads;
+    EXPECT_TRUE(test::SameBytes(Blurred(plane, Gaussian::OfSigma(1.0).Kernel()), expected)) << threads;
   }
   cv::setNumThreads(usual);
   test::WithEachInstructionSet(
-      [&] { EXPECT_TRUE(test::SameBytes(Blurred(plane, GaussianKernel(1.0)), expected)); });
+      [&] { EXPECT_TRUE(test::SameBytes(Blurred(plane, Gaussian::OfSigma(1.0).Kernel()), expected)); });
 }
 
 }  // namespace

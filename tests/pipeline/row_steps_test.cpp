@@ -5,6 +5,7 @@
 #include <opencv2/core/utility.hpp>
 #include <opencv2/imgproc.hpp>
 
+#include "pipeline/packed_rows.h"
 #include "support/instruction_sets.h"
 #include "support/test_images.h"
 
@@ -22,15 +23,15 @@ cv::Mat AfterSteps(const cv::Mat& image, const RowSteps& steps) {
 }
 
 // Only the blur of each color is left.
-AreaKernel BlurColors(const SymmetricKernel& window) {
-  return BesideBlurredColors(
-      window, [](const PixelRow& row, const float* red, const float* green, const float* blue) {
-        for (int i = 0; i < row.columns; ++i) {
-          row.red[i] = red[i];
-          row.green[i] = green[i];
-          row.blue[i] = blue[i];
-        }
-      });
+AreaTransform BlurColors(const Gaussian& blur) {
+  return NextToBlurredColors(blur,
+                             [](const RowPart& row, const float* red, const float* green, const float* blue) {
+                               for (int i = 0; i < row.columns; ++i) {
+                                 row.red[i] = red[i];
+                                 row.green[i] = green[i];
+                                 row.blue[i] = blue[i];
+                               }
+                             });
 }
 
 cv::Mat WithBlurredColors(const cv::Mat& image, cv::Size kernel) {
@@ -43,15 +44,15 @@ cv::Mat WithBlurredColors(const cv::Mat& image, cv::Size kernel) {
 }
 
 TEST(RunRowSteps, RunsPointKernelsInOrderOnEveryPixel) {
-  const RowKernel halve = [](const PixelRow& row) {
+  const RowTransform halve = {[](const RowPart& row) {
     for (float* plane : {row.red, row.green, row.blue}) {
       for (int i = 0; i < row.columns; ++i) plane[i] *= 0.5F;
     }
-  };
-  const RowKernel add_place = [](const PixelRow& row) {
+  }};
+  const RowTransform add_place = {[](const RowPart& row) {
     for (int i = 0; i < row.columns; ++i)
       row.red[i] += static_cast<float>(row.x + i) + 0.25F * static_cast<float>(row.y);
-  };
+  }};
   const cv::Mat image(2, 3 * kMaxPart, CV_32FC4, cv::Scalar(0.5, 0.25, 1.0, 0.375));
   const cv::Mat result = AfterSteps(image, {halve, add_place});
   for (int y = 0; y < image.rows; ++y) {
@@ -68,20 +69,20 @@ TEST(RunRowSteps, AnAreaStageSeesTheBlurOfItsColors) {
   for (const cv::Size size : sizes) {
     const cv::Mat image = WorkingNoise(size);
     const cv::Mat expected = WithBlurredColors(image, {9, 9});
-    EXPECT_LT(cv::norm(AfterSteps(image, {BlurColors(GaussianKernel(9))}), expected, cv::NORM_INF), 1e-6)
+    EXPECT_LT(cv::norm(AfterSteps(image, {BlurColors(Gaussian::OfSize(9))}), expected, cv::NORM_INF), 1e-6)
         << size;
   }
 }
 
 TEST(RunRowSteps, AnAreaStageSeesWhatTheStepsBeforeItLeft) {
   const cv::Mat image = WorkingNoise({120, 300});
-  const RowKernel double_red = [](const PixelRow& row) {
+  const RowTransform double_red = {[](const RowPart& row) {
     for (int i = 0; i < row.columns; ++i) row.red[i] *= 2;
-  };
+  }};
   cv::Mat expected = image.mul(cv::Scalar(2, 1, 1, 1));
   expected = WithBlurredColors(WithBlurredColors(expected, {7, 7}), {13, 13}).mul(cv::Scalar(2, 1, 1, 1));
   const cv::Mat actual = AfterSteps(
-      image, {double_red, BlurColors(GaussianKernel(7)), BlurColors(GaussianKernel(13)), double_red});
+      image, {double_red, BlurColors(Gaussian::OfSize(7)), BlurColors(Gaussian::OfSize(13)), double_red});
   EXPECT_LT(cv::norm(actual, expected, cv::NORM_INF), 1e-6);
 }
 
@@ -91,8 +92,8 @@ TEST(RunRowSteps, BlursTheLuminanceOfThatMoment) {
   RunRowSteps(RowsOf(image), {}, StoreLuminance(luminance));
   cv::Mat expected;
   cv::GaussianBlur(luminance, expected, {5, 5}, 0);
-  const AreaKernel show =
-      BesideBlurredLuminance(GaussianKernel(5), [](const PixelRow& row, const float* blurred) {
+  const AreaTransform show =
+      NextToBlurredLuminance(Gaussian::OfSize(5), [](const RowPart& row, const float* blurred) {
         for (int i = 0; i < row.columns; ++i) row.green[i] = blurred[i];
       });
   cv::Mat green;
@@ -102,7 +103,7 @@ TEST(RunRowSteps, BlursTheLuminanceOfThatMoment) {
 
 TEST(RunRowSteps, AnyNumberOfThreadsAndEveryInstructionSetGiveTheSameBytes) {
   const cv::Mat image = NoiseImage({333, 517}, 6);
-  const RowSteps steps = {BlurColors(GaussianKernel(5)), BlurColors(GaussianKernel(1.4))};
+  const RowSteps steps = {BlurColors(Gaussian::OfSize(5)), BlurColors(Gaussian::OfSigma(1.4))};
   const cv::Mat expected = AfterSteps(image, steps);
   const int usual = cv::getNumThreads();
   for (const int threads : {1, 2, 3, 4}) {

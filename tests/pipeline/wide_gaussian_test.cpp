@@ -22,7 +22,8 @@ cv::Mat OpenCvsGaussian(const cv::Mat& plane, double sigma) {
 }
 
 double LargestWideError(const cv::Mat& plane, double sigma) {
-  return cv::norm(WideGaussian(plane, sigma).Plane(), OpenCvsGaussian(plane, sigma), cv::NORM_INF);
+  return cv::norm(WideGaussian(plane, Gaussian::OfSigma(sigma)).Plane(), OpenCvsGaussian(plane, sigma),
+                  cv::NORM_INF);
 }
 
 TEST(WideGaussian, LargeSigmasAreCloseToOpenCv) {
@@ -33,21 +34,22 @@ TEST(WideGaussian, LargeSigmasAreCloseToOpenCv) {
   }
 }
 
-TEST(WideGaussian, PicturesSmallerThanTheWindow) {
+TEST(WideGaussian, ImagesSmallerThanTheKernel) {
   for (const cv::Size size : test::OddSizes()) {
     EXPECT_LT(LargestWideError(NoisePlane(size), 20.0), kWideTolerance) << size;
   }
 }
 
-// One white pixel shows the weights themselves. The picture that is white where they are too large and black
-// where they are too small has the largest error there is.
-TEST(WideGaussian, TheWorstPictureIsStillClose) {
+// One white pixel shows the weights. The image that is white where they are too large and black where they
+// are too small has the largest possible error.
+TEST(WideGaussian, TheWorstImageIsStillClose) {
   for (const double sigma : {16.0, 20.0, 31.0, 57.0}) {
     const auto middle = static_cast<int>(5 * sigma);
     for (const int phase : {0, 1, 2, 3}) {
       cv::Mat plane(1, 2 * middle + 8, CV_32F, cv::Scalar(0));
       plane.at<float>(middle + phase) = 1;
-      cv::Mat difference = WideGaussian(plane, sigma).Plane() - OpenCvsGaussian(plane, sigma);
+      cv::Mat difference =
+          WideGaussian(plane, Gaussian::OfSigma(sigma)).Plane() - OpenCvsGaussian(plane, sigma);
       cv::Mat too_large;
       cv::max(difference, 0.0, too_large);
       EXPECT_LT(cv::sum(too_large)[0], kWideTolerance) << sigma;
@@ -56,9 +58,44 @@ TEST(WideGaussian, TheWorstPictureIsStillClose) {
   }
 }
 
-TEST(WideGaussian, AnEvenPictureStaysEven) {
+// OpenCV cuts the kernel of a given size off at 3.3 sigmas, an edge that the grid cannot represent.
+TEST(WideGaussian, AKernelOfAGivenSizeIsCloseToOpenCv) {
+  constexpr double kCutOffTolerance = 4e-4;
+  for (const int size : {105, 203, 401, 1201}) {
+    ASSERT_TRUE(Gaussian::OfSize(size).IsWide());
+    for (const cv::Size frame : {cv::Size(640, 480), cv::Size(65, 64)}) {
+      const cv::Mat plane = NoisePlane(frame);
+      cv::Mat expected;
+      cv::GaussianBlur(plane, expected, {size, size}, 0);
+      const double error = cv::norm(Blurred(plane, Gaussian::OfSize(size)), expected, cv::NORM_INF);
+      EXPECT_LT(error, kCutOffTolerance) << size << frame;
+    }
+    // One white pixel shows the kernel: half the sum of the differences is the largest possible error.
+    cv::Mat point(1, 3 * size, CV_32F, cv::Scalar(0));
+    point.at<float>(3 * size / 2) = 1;
+    cv::Mat expected;
+    cv::GaussianBlur(point, expected, {size, size}, 0);
+    EXPECT_LT(cv::norm(Blurred(point, Gaussian::OfSize(size)), expected, cv::NORM_L1) / 2, kCutOffTolerance)
+        << size;
+  }
+}
+
+TEST(WideGaussian, AKernelFarWiderThanTheImageIsItsMean) {
+  for (const cv::Size frame : {cv::Size(1, 1), cv::Size(2, 5), cv::Size(300, 7)}) {
+    const cv::Mat plane = NoisePlane(frame);
+    const cv::Mat blurred = Blurred(plane, Gaussian::OfSigma(1e30));
+    // Mirrored at pixel centers, the outermost pixels count half.
+    cv::Mat weights(frame, CV_32F, cv::Scalar(1));
+    for (const int x : {0, frame.width - 1}) weights.col(x) *= frame.width > 1 ? 0.5 : 1.0;
+    for (const int y : {0, frame.height - 1}) weights.row(y) *= frame.height > 1 ? 0.5 : 1.0;
+    const double mean = plane.dot(weights) / cv::sum(weights)[0];
+    EXPECT_LT(cv::norm(blurred, cv::Mat(frame, CV_32F, cv::Scalar(mean)), cv::NORM_INF), 2e-5) << frame;
+  }
+}
+
+TEST(WideGaussian, AUniformImageStaysUniform) {
   const cv::Mat plane(4, 20000, CV_32F, cv::Scalar(1));
-  EXPECT_LT(cv::norm(WideGaussian(plane, 20.0).Plane(), plane, cv::NORM_INF), 2e-6);
+  EXPECT_LT(cv::norm(WideGaussian(plane, Gaussian::OfSigma(20.0)).Plane(), plane, cv::NORM_INF), 2e-6);
   EXPECT_LT(LargestWideError(NoisePlane({20000, 3}), 20.0), kWideTolerance);
 }
 
@@ -66,14 +103,16 @@ TEST(WideGaussian, AnyNumberOfThreadsAndEveryInstructionSetGiveTheSameBytes) {
   const cv::Mat plane = NoisePlane({331, 217});
   const int usual = cv::getNumThreads();
   for (const double sigma : {16.0, 20.0}) {
-    const cv::Mat expected = WideGaussian(plane, sigma).Plane();
+    const cv::Mat expected = WideGaussian(plane, Gaussian::OfSigma(sigma)).Plane();
     for (const int threads : {1, 2, 3, 4}) {
       cv::setNumThreads(threads);
-      EXPECT_TRUE(test::SameBytes(WideGaussian(plane, sigma).Plane(), expected)) << threads;
+      EXPECT_TRUE(test::SameBytes(WideGaussian(plane, Gaussian::OfSigma(sigma)).Plane(), expected))
+          << threads;
     }
     cv::setNumThreads(usual);
-    test::WithEachInstructionSet(
-        [&] { EXPECT_TRUE(test::SameBytes(WideGaussian(plane, sigma).Plane(), expected)); });
+    test::WithEachInstructionSet([&] {
+      EXPECT_TRUE(test::SameBytes(WideGaussian(plane, Gaussian::OfSigma(sigma)).Plane(), expected));
+    });
   }
 }
 

@@ -17,11 +17,11 @@ float BrightnessExponent(float brightness) {
   return std::max(std::min(exponent, kMaxExponent), kMinExponent);
 }
 
-RowKernel Brightness(float brightness) {
+RowTransform Brightness(float brightness) {
   const float exponent = BrightnessExponent(brightness);
   // A brightness too small to move the exponent must not cost the last bits of every value.
-  if (brightness == 0.0F || exponent == 1.0F) return {};
-  return MakeRowKernel([exponent](const PixelRow& row) {
+  if (exponent == 1.0F) return {};
+  return MakeRowTransform([exponent](const RowPart& row) {
     for (float* values : {row.red, row.green, row.blue}) {
       RaiseToPower(values, row.columns, [exponent](float) { return exponent; });
     }

@@ -2,7 +2,7 @@
 #ifndef LUMVIK_PIPELINE_STAGES_BRIGHTNESS_H_
 #define LUMVIK_PIPELINE_STAGES_BRIGHTNESS_H_
 
-#include "pipeline/row_kernel.h"
+#include "pipeline/row_transform.h"
 
 namespace lumvik {
 
@@ -10,7 +10,7 @@ namespace lumvik {
 float BrightnessExponent(float brightness);
 
 // Raises each channel to that exponent. Empty when `brightness` is 0.
-RowKernel Brightness(float brightness);
+RowTransform Brightness(float brightness);
 
 }  // namespace lumvik
 

@@ -1,6 +1,7 @@
 #include "pipeline/stages/clarity_texture.h"
 
 #include "base/luminance.h"
+#include "pipeline/packed_rows.h"
 #include "pipeline/pixel_math.h"
 #include "pipeline/wide_gaussian.h"
 
@@ -12,7 +13,7 @@ constexpr float kClarityGain = 0.3F;
 constexpr double kTextureSigma = 3.0;
 constexpr float kTextureGain = 0.2F;
 
-void AddDetail(const PixelRow& row, float gain, const float* blur) {
+void AddDetail(const RowPart& row, float gain, const float* blur) {
   for (int i = 0; i < row.columns; ++i) {
     const float detail = (Luminance(row.red[i], row.green[i], row.blue[i]) - blur[i]) * gain;
     row.red[i] = SaturateUnit(row.red[i] + detail);
@@ -21,8 +22,8 @@ void AddDetail(const PixelRow& row, float gain, const float* blur) {
   }
 }
 
-// Both of the luminance before either acted.
-void AddDetails(const PixelRow& row, float clarity, const float* wide_blur, float texture,
+// Both details are those of the luminance before either is added.
+void AddDetails(const RowPart& row, float clarity, const float* wide_blur, float texture,
                 const float* narrow_blur) {
   for (int i = 0; i < row.columns; ++i) {
     const float luminance = Luminance(row.red[i], row.green[i], row.blue[i]);
@@ -44,32 +45,32 @@ float TextureGain(float texture) {
 
 }  // namespace
 
-AreaKernel Texture(float texture) {
-  return BesideBlurredLuminance(
-      GaussianKernel(kTextureSigma),
-      [gain = TextureGain(texture)](const PixelRow& row, const float* blur) { AddDetail(row, gain, blur); });
-}
-
-RowStep ClarityTexture(const cv::Mat& luminance, float clarity, float texture) {
-  const auto beside_wide_blur = [wide = WideGaussian(luminance, kClaritySigma)](
-                                    const PixelRow& row, const auto& change, auto... values) {
-    float wide_blur[kMaxPart];
-    wide.Read(row.x, row.y, row.columns, wide_blur);
-    ChangeRow(change, row, static_cast<const float*>(wide_blur), values...);
-  };
+RowStep ClarityTexture(float clarity, float texture, const StoreRows& store) {
   const float coarse = ClarityGain(clarity);
-  if (texture == 0.0F) {
-    return RowKernel([=](const PixelRow& row) {
-      beside_wide_blur(row, [=](const PixelRow& part, const float* blur) { AddDetail(part, coarse, blur); });
-    });
-  }
   const float fine = TextureGain(texture);
-  const auto add_both = [=](const PixelRow& part, const float* wide_blur, const float* narrow_blur) {
+  const Gaussian narrow = Gaussian::OfSigma(kTextureSigma);
+  if (clarity == 0.0F) {
+    return NextToBlurredLuminance(
+        narrow, [fine](const RowPart& part, const float* blur) { AddDetail(part, fine, blur); });
+  }
+  const WideGaussian wide(store(CV_32F, StoreLuminance), Gaussian::OfSigma(kClaritySigma));
+  const auto next_to_wide_blur = [wide](const RowPart& part, const auto& change, auto... values) {
+    float wide_blur[kMaxPart];
+    wide.Read(part.x, part.y, part.columns, wide_blur);
+    ChangePart(change, part, static_cast<const float*>(wide_blur), values...);
+  };
+  if (texture == 0.0F) {
+    return RowTransform{[=](const RowPart& part) {
+      next_to_wide_blur(part, [=](const RowPart& own, const float* blur) { AddDetail(own, coarse, blur); });
+    }};
+  }
+  const auto add_both = [=](const RowPart& part, const float* wide_blur, const float* narrow_blur) {
     AddDetails(part, coarse, wide_blur, fine, narrow_blur);
   };
-  return AreaKernel{
-      GaussianKernel(kTextureSigma), AreaKernel::Of::kLuminance,
-      [=](const PixelRow& row, const float* const* blurred) { beside_wide_blur(row, add_both, blurred[0]); }};
+  return AreaTransform{narrow, AreaTransform::Input::kLuminance,
+                       [=](const RowPart& part, const float* const* blurred) {
+                         next_to_wide_blur(part, add_both, blurred[0]);
+                       }};
 }
 
 }  // namespace lumvik

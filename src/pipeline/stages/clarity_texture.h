@@ -6,13 +6,10 @@
 
 namespace lumvik {
 
-// Adds to every color what the luminance holds beyond its blur (sigma 20 pixels for clarity, 3 for texture),
-// both in percent and both taken from the luminance that came in; clamped to 0..1 after each. `luminance`
-// (CV_32FC1) is that of the image that the step will change.
-RowStep ClarityTexture(const cv::Mat& luminance, float clarity, float texture);
-
-// The same with a clarity of 0, which needs no luminance beforehand.
-AreaKernel Texture(float texture);
+// Adds to each color the difference between the luminance and its blur (sigma 20 pixels for clarity, 3 for
+// texture), both in percent and both of the luminance before the stage; clamped to 0..1 after each. Stores
+// the image only for clarity.
+RowStep ClarityTexture(float clarity, float texture, const StoreRows& store);
 
 }  // namespace lumvik
 

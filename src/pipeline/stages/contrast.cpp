@@ -15,8 +15,7 @@ constexpr float kRollOff = 0.4F;
 
 }  // namespace
 
-RowKernel Contrast(float contrast) {
-  if (contrast == 0.0F) return {};
+RowTransform Contrast(float contrast) {
   const float slope = std::max(contrast / 100.0F * kSlopePerUnit + 1.0F, kMinSlope);
   return EachValue([slope](float value) {
     const float t = (value - kMiddle) * slope;

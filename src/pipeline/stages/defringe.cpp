@@ -16,7 +16,7 @@ bool IsFringeHue(float h) {
 }
 
 // At the same hue and lightness a component lies as far from the lightness as the saturation is high.
-void DampRow(const PixelRow& row, float saturation_limit, float damping) {
+void DampRow(const RowPart& row, float saturation_limit, float damping) {
   for (int i = 0; i < row.columns; ++i) {
     const HslColor color = rgb_to_hsl(row.red[i], row.green[i], row.blue[i]);
     const auto damped = [=](float value) { return ClampUnit((value - color.l) * damping + color.l); };
@@ -29,11 +29,10 @@ void DampRow(const PixelRow& row, float saturation_limit, float damping) {
 
 }  // namespace
 
-RowKernel Defringe(float amount) {
-  if (!(amount > 0.0F)) return {};
+RowTransform Defringe(float amount) {
   const float saturation_limit = (1.0F - amount / 100.0F) * 0.5F;
   const float damping = 1.0F - amount / 100.0F * 0.5F;
-  return MakeRowKernel([=](const PixelRow& row) { DampRow(row, saturation_limit, damping); });
+  return MakeRowTransform([=](const RowPart& row) { DampRow(row, saturation_limit, damping); });
 }
 
 }  // namespace lumvik

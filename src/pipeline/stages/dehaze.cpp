@@ -28,9 +28,8 @@ void ForStripes(int rows, int stripes, const Work& work) {
   cv::parallel_for_(cv::Range(0, rows), work, stripes);
 }
 
-// The smallest value of each pixel's neighborhood.
-cv::Mat DarkChannel(const cv::Mat& smallest) {
-  return SquareMinimum(smallest, std::max(static_cast<int>(smallest.cols * kPatchShare) | 1, kMinPatch));
+cv::Mat DarkChannel(const cv::Mat& minimum) {
+  return SquareMinimum(minimum, std::max(static_cast<int>(minimum.cols * kPatchShare) | 1, kMinPatch));
 }
 
 // The upper half of a value's bits, which has the values' order. What is not above 0, or no number, comes
@@ -118,7 +117,7 @@ cv::Mat Transmission(cv::Mat& dark, float strength, float airlight) {
   return transmission;
 }
 
-void Clear(const PixelRow& row, const float* transmission, float airlight) {
+void Clear(const RowPart& row, const float* transmission, float airlight) {
   for (int i = 0; i < row.columns; ++i) {
     const float t = transmission[i] > kMinTransmission ? transmission[i] : 0.0F;
     const auto cleared = [=](float value) { return SaturateUnit((value - airlight) / t + airlight); };
@@ -128,24 +127,24 @@ void Clear(const PixelRow& row, const float* transmission, float airlight) {
   }
 }
 
-}  // namespace
-
-RowKernel StoreSmallest(const cv::Mat& plane) {
-  return [own = plane](const PixelRow& row) mutable {
-    const auto store = [](const PixelRow& part, float* __restrict smallest) {
-      for (int i = 0; i < part.columns; ++i) {
-        smallest[i] = std::min(std::min(part.red[i], part.green[i]), part.blue[i]);
+RowSink StoreMinimum(const cv::Mat& plane) {
+  return {[plane](const RowPart& part) {
+    const auto store = [](const RowPart& own, float* __restrict minimum) {
+      for (int i = 0; i < own.columns; ++i) {
+        minimum[i] = std::min(std::min(own.red[i], own.green[i]), own.blue[i]);
       }
     };
-    ChangeRow(store, row, own.ptr<float>(row.y) + row.x);
-  };
+    ChangePart(store, part, PixelsOf<float>(plane, part));
+  }};
 }
 
-RowKernel Dehaze(const cv::Mat& smallest, float amount) {
-  cv::Mat dark = DarkChannel(smallest);
+}  // namespace
+
+RowTransform Dehaze(float amount, const StoreRows& store) {
+  cv::Mat dark = DarkChannel(store(CV_32F, StoreMinimum));
   const float airlight = Airlight(dark);
-  return MakeRowKernel(
-      [airlight](const PixelRow& row, const float* transmission) { Clear(row, transmission, airlight); },
+  return MakeRowTransform(
+      [airlight](const RowPart& part, const float* transmission) { Clear(part, transmission, airlight); },
       Transmission(dark, amount / 100.0F * kDehazeStrength, airlight));
 }
 

@@ -26,7 +26,7 @@ float Shoulder(float peak) {
 }
 
 // Both outcomes are computed for every pixel and one is chosen: a loop without branches vectorizes.
-void ExposeRow(const PixelRow& row, float gain) {
+void ExposeRow(const RowPart& row, float gain) {
   for (int i = 0; i < row.columns; ++i) {
     const float r = Floored(gain * row.red[i]);
     const float g = Floored(gain * row.green[i]);
@@ -51,10 +51,9 @@ void ExposeRow(const PixelRow& row, float gain) {
 
 }  // namespace
 
-RowKernel Exposure(float exposure) {
-  if (exposure == 0.0F) return {};
+RowTransform Exposure(float exposure) {
   const float gain = std::pow(2.0F, exposure);
-  return MakeRowKernel([gain](const PixelRow& row) { ExposeRow(row, gain); });
+  return MakeRowTransform([gain](const RowPart& row) { ExposeRow(row, gain); });
 }
 
 }  // namespace lumvik

@@ -2,14 +2,14 @@
 #ifndef LUMVIK_PIPELINE_STAGES_EXPOSURE_H_
 #define LUMVIK_PIPELINE_STAGES_EXPOSURE_H_
 
-#include "pipeline/row_kernel.h"
+#include "pipeline/row_transform.h"
 
 namespace lumvik {
 
 // Multiplies by 2 to the power of `exposure` (stops). A pixel whose largest channel passes 0.75 is scaled
 // onto a shoulder that tends to 1 and is blended towards the gray of that level, so that over-exposed
 // colors end white and no single channel clips. Result in 0..1. Empty when `exposure` is 0.
-RowKernel Exposure(float exposure);
+RowTransform Exposure(float exposure);
 
 }  // namespace lumvik
 

@@ -6,15 +6,15 @@
 #include <vector>
 
 #include "base/large_image.h"
-#include "pipeline/gaussian_blur.h"
 #include "pipeline/pixel_math.h"
+#include "pipeline/wide_gaussian.h"
 
 namespace lumvik {
 namespace {
 
 constexpr float kGrainStrength = 0.05F;
-constexpr float kSmallestSize = 0.01F;
-constexpr double kSmallestDeviation = 1e-6;
+constexpr float kMinSize = 0.01F;
+constexpr double kMinDeviation = 1e-6;
 
 // Of all values, from those of each row, on all threads.
 double StandardDeviation(const cv::Mat& plane) {
@@ -38,7 +38,7 @@ double DeviationOf(float amount) {
   return static_cast<double>(amount / 100.0F * kGrainStrength);
 }
 
-void AddGrain(const PixelRow& row, const float* noise, float gain) {
+void AddGrain(const RowPart& row, const float* noise, float gain) {
   for (int i = 0; i < row.columns; ++i) {
     const float grain = noise[i] * gain;
     row.red[i] = SaturateUnit(row.red[i] + grain);
@@ -61,20 +61,20 @@ std::future<GrainNoise> DrawGrain(cv::Size frame, float amount) {
   });
 }
 
-RowKernel FilmGrain(const GrainNoise& drawn, float amount, float size) {
+RowTransform FilmGrain(const GrainNoise& drawn, float amount, float size) {
   cv::theRNG() = drawn.generator;
   cv::Mat noise = drawn.values;
   const float share = size / 100.0F;
   float gain = 1;  // back to the strength that the noise had before it was smoothed
-  if (share > kSmallestSize) {
-    noise = Blurred(noise, GaussianKernel(static_cast<double>(2.0F * share + 0.5F)));
+  if (share > kMinSize) {
+    noise = Blurred(noise, Gaussian::OfSigma(static_cast<double>(2.0F * share + 0.5F)));
     const double blurred_deviation = StandardDeviation(noise);
-    if (blurred_deviation > kSmallestDeviation) {
+    if (blurred_deviation > kMinDeviation) {
       gain = static_cast<float>(DeviationOf(amount) / blurred_deviation);
     }
   }
-  return MakeRowKernel([gain](const PixelRow& row, const float* values) { AddGrain(row, values, gain); },
-                       noise);
+  return MakeRowTransform([gain](const RowPart& row, const float* values) { AddGrain(row, values, gain); },
+                          noise);
 }
 
 }  // namespace lumvik

@@ -4,7 +4,7 @@
 
 #include <future>
 
-#include "pipeline/row_kernel.h"
+#include "pipeline/row_transform.h"
 
 namespace lumvik {
 
@@ -22,7 +22,7 @@ std::future<GrainNoise> DrawGrain(cv::Size frame, float amount);
 
 // That noise smoothed to `size` (percent) without losing strength, added and clamped to 0..1. Hands the
 // generator back to the calling thread.
-RowKernel FilmGrain(const GrainNoise& drawn, float amount, float size);
+RowTransform FilmGrain(const GrainNoise& drawn, float amount, float size);
 
 }  // namespace lumvik
 

@@ -4,7 +4,9 @@
 #include <opencv2/imgproc.hpp>
 #include <vector>
 
+#include "base/vectorized.h"
 #include "pipeline/bilinear_sampler.h"
+#include "pipeline/packed_rows.h"
 
 namespace lumvik {
 namespace {
@@ -15,8 +17,8 @@ constexpr int kSmallestSide = 11;
 
 // OpenCV's cv::warpAffine counts in 1/1024 of a pixel and rounds the two halves of a coordinate separately.
 constexpr int kFineBits = 10;
-constexpr int kFineToPlace = kFineBits - 5;
-static_assert(1 << (kFineBits - kFineToPlace) == kPlacesPerPixel);
+constexpr int kFineToPosition = kFineBits - 5;
+static_assert(1 << (kFineBits - kFineToPosition) == kPositionsPerPixel);
 
 constexpr int kBlockRows = 16;
 constexpr int kBlockPixels = 1024;
@@ -28,9 +30,9 @@ int WrappingSum(int a, int b) {
 
 // The pixels from x on come from where the matrix takes them; `first` is the column at which their block
 // begins.
-void PlaceProjected(const cv::Matx33d& matrix, int first, int x, int y, int columns, int* __restrict to_x,
-                    int* __restrict to_y) {
-  constexpr double kScale = kPlacesPerPixel;
+void LocateProjected(const cv::Matx33d& matrix, int first, int x, int y, int columns, int* __restrict to_x,
+                     int* __restrict to_y) {
+  constexpr double kScale = kPositionsPerPixel;
   const auto start = [&](int row) { return matrix(row, 0) * first + matrix(row, 1) * y + matrix(row, 2); };
   const double start_x = start(0);
   const double start_y = start(1);
@@ -42,8 +44,8 @@ void PlaceProjected(const cv::Matx33d& matrix, int first, int x, int y, int colu
     const double in_block = x - first + i;
     const double w = start_w + step_w * in_block;
     const double scale = w != 0 ? kScale / w : 0;
-    to_x[i] = NearestPlace((start_x + step_x * in_block) * scale);
-    to_y[i] = NearestPlace((start_y + step_y * in_block) * scale);
+    to_x[i] = NearestPosition((start_x + step_x * in_block) * scale);
+    to_y[i] = NearestPosition((start_y + step_y * in_block) * scale);
   }
 }
 
@@ -57,12 +59,13 @@ int Pixels(int length, float fraction) {
 
 }  // namespace
 
-void Flip(cv::Mat& working, bool horizontally, bool vertically) {
+RowSource Flipped(cv::Mat& working, bool horizontally, bool vertically) {
   if (horizontally) cv::flip(working, working, 1);
   if (vertically) cv::flip(working, working, 0);
+  return RowsOf(working);
 }
 
-RowImage Rotated(const cv::Mat& working, float degrees) {
+RowSource Rotated(const cv::Mat& working, float degrees) {
   const cv::Point2f center(static_cast<float>(working.cols) * 0.5F, static_cast<float>(working.rows) * 0.5F);
   cv::Matx23d forward = cv::getRotationMatrix2D(center, static_cast<double>(degrees), 1.0);
   cv::Matx23d back;
@@ -74,22 +77,22 @@ RowImage Rotated(const cv::Mat& working, float degrees) {
     along_x[static_cast<size_t>(x)] = cvRound(back(0, 0) * x * kFine);
     along_y[static_cast<size_t>(x)] = cvRound(back(1, 0) * x * kFine);
   }
-  return Sampled(working, [=](const PixelRow& part, Places& places) {
-    constexpr int kHalfPlace = 1 << (kFineToPlace - 1);
-    const int row_x = cvRound((back(0, 1) * part.y + back(0, 2)) * kFine) + kHalfPlace;
-    const int row_y = cvRound((back(1, 1) * part.y + back(1, 2)) * kFine) + kHalfPlace;
+  return Sampled(working, [=](const RowPart& part, SamplePositions& positions) {
+    constexpr int kHalfPosition = 1 << (kFineToPosition - 1);
+    const int row_x = cvRound((back(0, 1) * part.y + back(0, 2)) * kFine) + kHalfPosition;
+    const int row_y = cvRound((back(1, 1) * part.y + back(1, 2)) * kFine) + kHalfPosition;
     const int* column_x = along_x.data() + part.x;
     const int* column_y = along_y.data() + part.x;
     Vectorized([&, columns = part.columns] {
       for (int i = 0; i < columns; ++i) {
-        places.x[i] = WrappingSum(row_x, column_x[i]) >> kFineToPlace;
-        places.y[i] = WrappingSum(row_y, column_y[i]) >> kFineToPlace;
+        positions.x[i] = WrappingSum(row_x, column_x[i]) >> kFineToPosition;
+        positions.y[i] = WrappingSum(row_y, column_y[i]) >> kFineToPosition;
       }
     });
   });
 }
 
-RowImage PerspectiveCorrected(const cv::Mat& working, float horizontal, float vertical) {
+RowSource PerspectiveCorrected(const cv::Mat& working, float horizontal, float vertical) {
   const auto width = static_cast<float>(working.cols);
   const auto height = static_cast<float>(working.rows);
   const float dx = width * (horizontal / 100.0F * kPerspectiveStrength);
@@ -102,12 +105,12 @@ RowImage PerspectiveCorrected(const cv::Mat& working, float horizontal, float ve
   cv::invert(forward, back);
   // cv::warpPerspective starts anew with every block of columns, which decides the last bits of a place.
   const int block = std::min(kBlockPixels / std::min(kBlockRows, working.rows), working.cols);
-  return Sampled(working, [back, block](const PixelRow& part, Places& places) {
+  return Sampled(working, [back, block](const RowPart& part, SamplePositions& positions) {
     for (int i = 0; i < part.columns;) {
       const int x = part.x + i;
       const int first = x / block * block;
       const int count = std::min(first + block - x, part.columns - i);
-      Vectorized([&] { PlaceProjected(back, first, x, part.y, count, places.x + i, places.y + i); });
+      Vectorized([&] { LocateProjected(back, first, x, part.y, count, positions.x + i, positions.y + i); });
       i += count;
     }
   });
@@ -124,10 +127,9 @@ cv::Rect CropArea(const CropRectangle& crop, cv::Size frame) {
   return width < kSmallestSide || height < kSmallestSide ? whole : cv::Rect(x, y, width, height);
 }
 
-RowImage Cropped(const RowImage& image, const CropRectangle& crop) {
-  const cv::Rect area = CropArea(crop, image.size);
-  const auto read = [=](const PixelRow& part) {
-    PixelRow from = part;
+RowSource Cropped(const RowSource& image, const cv::Rect& area) {
+  const auto read = [=](const RowPart& part) {
+    RowPart from = part;
     from.x += area.x;
     from.y += area.y;
     image.read(from);

@@ -45,7 +45,7 @@ struct Luminances {
 };
 
 template <bool kHighlights, bool kShadows>
-void Reshape(const PixelRow& row, const Zones& zones) {
+void Reshape(const RowPart& row, const Zones& zones) {
   Luminances luminances;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled as far as it is read
   for (int i = 0; i < row.columns; ++i) {
     luminances.before[i] = Luminance(row.red[i], row.green[i], row.blue[i]);
@@ -74,14 +74,13 @@ void Reshape(const PixelRow& row, const Zones& zones) {
 
 }  // namespace
 
-RowKernel HighlightsShadows(float highlights, float shadows) {
-  if (highlights == 0.0F && shadows == 0.0F) return {};
+RowTransform HighlightsShadows(float highlights, float shadows) {
   const Zones zones = {highlights / 100.0F, shadows / 100.0F};
   if (zones.shadows == 0.0F)
-    return MakeRowKernel([=](const PixelRow& row) { Reshape<true, false>(row, zones); });
+    return MakeRowTransform([=](const RowPart& row) { Reshape<true, false>(row, zones); });
   if (zones.highlights == 0.0F)
-    return MakeRowKernel([=](const PixelRow& row) { Reshape<false, true>(row, zones); });
-  return MakeRowKernel([=](const PixelRow& row) { Reshape<true, true>(row, zones); });
+    return MakeRowTransform([=](const RowPart& row) { Reshape<false, true>(row, zones); });
+  return MakeRowTransform([=](const RowPart& row) { Reshape<true, true>(row, zones); });
 }
 
 }  // namespace lumvik

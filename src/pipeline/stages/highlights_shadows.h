@@ -2,14 +2,14 @@
 #ifndef LUMVIK_PIPELINE_STAGES_HIGHLIGHTS_SHADOWS_H_
 #define LUMVIK_PIPELINE_STAGES_HIGHLIGHTS_SHADOWS_H_
 
-#include "pipeline/row_kernel.h"
+#include "pipeline/row_transform.h"
 
 namespace lumvik {
 
 // `shadows` lifts (positive) or darkens luminances below 0.55 by a power, `highlights` brightens or darkens
 // those above 0.45 by a gain, both in percent; a pixel they change is scaled as a whole and clamped to 0..1.
 // Empty when both are 0.
-RowKernel HighlightsShadows(float highlights, float shadows);
+RowTransform HighlightsShadows(float highlights, float shadows);
 
 }  // namespace lumvik
 

@@ -29,7 +29,7 @@ struct Part {
   float luminance_shift[kMaxPart];
 };
 
-void SplitColors(const PixelRow& row, Part& part) {
+void SplitColors(const RowPart& row, Part& part) {
   for (int i = 0; i < row.columns; ++i) {
     const HslColor color = rgb_to_hsl(row.red[i], row.green[i], row.blue[i]);
     part.hue[i] = color.h;
@@ -59,7 +59,7 @@ void AddBands(const Bands& bands, int columns, Part& part) {
   }
 }
 
-void ShiftColors(const Part& part, const PixelRow& row) {
+void ShiftColors(const Part& part, const RowPart& row) {
   for (int i = 0; i < row.columns; ++i) {
     const float h = FractionOf(part.hue[i] + part.hue_shift[i] * (1.0F / 360.0F) + 2.0F);
     const float s = ClampUnit((part.saturation_shift[i] * (1.0F / 100.0F) + 1.0F) * part.saturation[i]);
@@ -72,7 +72,7 @@ void ShiftColors(const Part& part, const PixelRow& row) {
   }
 }
 
-void ShiftRow(const PixelRow& row, const Bands& bands) {
+void ShiftRow(const RowPart& row, const Bands& bands) {
   Part part;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled by the next line, as far as it is read
   SplitColors(row, part);
   AddBands(bands, row.columns, part);
@@ -81,12 +81,14 @@ void ShiftRow(const PixelRow& row, const Bands& bands) {
 
 }  // namespace
 
-RowKernel HslBands(const Bands& bands) {
-  const auto sleeps = [](const HslBand& band) {
-    return band.hue == 0.0F && band.saturation == 0.0F && band.luminance == 0.0F;
-  };
-  if (std::all_of(bands.begin(), bands.end(), sleeps)) return {};
-  return MakeRowKernel([bands](const PixelRow& row) { ShiftRow(row, bands); });
+bool HasShift(const Bands& bands) {
+  return std::any_of(bands.begin(), bands.end(), [](const HslBand& band) {
+    return band.hue != 0.0F || band.saturation != 0.0F || band.luminance != 0.0F;
+  });
+}
+
+RowTransform HslBands(const Bands& bands) {
+  return MakeRowTransform([bands](const RowPart& row) { ShiftRow(row, bands); });
 }
 
 }  // namespace lumvik

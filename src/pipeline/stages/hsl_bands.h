@@ -5,13 +5,16 @@
 #include <array>
 
 #include "base/adjustments.h"
-#include "pipeline/row_kernel.h"
+#include "pipeline/row_transform.h"
 
 namespace lumvik {
 
-// Each band pulls pixels whose hue lies within 0.09 turns of its center, weighted by nearness; where bands
-// overlap their shifts add up. Grays stay. Empty when every shift is 0.
-RowKernel HslBands(const std::array<HslBand, kHslBandCount>& bands);
+// Whether any band shifts anything.
+bool HasShift(const std::array<HslBand, kHslBandCount>& bands);
+
+// Each band shifts pixels whose hue lies within 0.09 turns of its center, weighted by nearness; where bands
+// overlap, their shifts add up. Grays stay.
+RowTransform HslBands(const std::array<HslBand, kHslBandCount>& bands);
 
 }  // namespace lumvik
 

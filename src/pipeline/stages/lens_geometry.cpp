@@ -4,7 +4,9 @@
 #include <memory>
 #include <vector>
 
+#include "base/vectorized.h"
 #include "pipeline/bilinear_sampler.h"
+#include "pipeline/packed_rows.h"
 
 namespace lumvik {
 namespace {
@@ -28,20 +30,20 @@ struct Lens {
 };
 
 // Where the pixels of a part come from.
-void PlacePart(const Lens& lens, int first_x, int y, int columns, int* __restrict to_x,
-               int* __restrict to_y) {
-  constexpr auto kScale = static_cast<float>(kPlacesPerPixel);
+void LocatePixels(const Lens& lens, int first_x, int y, int columns, int* __restrict to_x,
+                  int* __restrict to_y) {
+  constexpr auto kScale = static_cast<float>(kPositionsPerPixel);
   const float ny = (static_cast<float>(y) - lens.center_y) / lens.radius;
   for (int i = 0; i < columns; ++i) {
     const float nx = (static_cast<float>(first_x + i) - lens.center_x) / lens.radius;
     const float factor = (ny * ny + nx * nx) * lens.k + 1.0F;
-    to_x[i] = NearestPlace((factor * nx * lens.radius + lens.center_x) * kScale);
-    to_y[i] = NearestPlace((factor * ny * lens.radius + lens.center_y) * kScale);
+    to_x[i] = NearestPosition((factor * nx * lens.radius + lens.center_x) * kScale);
+    to_y[i] = NearestPosition((factor * ny * lens.radius + lens.center_y) * kScale);
   }
 }
 
 // Where the pixels along one direction of a resized plane come from, the plane cut or padded about its center
-// to the length that it had, as cv::resize with cv::INTER_LINEAR places them: each is mixed from two
+// to the length that it had, as cv::resize with cv::INTER_LINEAR positions them: each is mixed from two
 // neighbors.
 struct Line {
   std::vector<int> first;
@@ -84,7 +86,7 @@ class ResizedColor {
     rows_ = ResizedLine(working.rows, used_scale, resized.height, is_cut);
   }
 
-  void Read(const PixelRow& part, float* __restrict values) const {
+  void Read(const RowPart& part, float* __restrict values) const {
     const auto y = static_cast<size_t>(part.y);
     const float* top = working_.ptr<float>(rows_.first[y]) + color_;
     const float* bottom = working_.ptr<float>(rows_.second[y]) + color_;
@@ -114,18 +116,18 @@ class ResizedColor {
 
 }  // namespace
 
-RowImage CorrectDistortion(const cv::Mat& working, float amount) {
+RowSource CorrectDistortion(const cv::Mat& working, float amount) {
   const Lens lens(working.size(), amount / 100.0F * kDistortionStrength);
-  return Sampled(working, [lens](const PixelRow& part, Places& places) {
-    Vectorized([&] { PlacePart(lens, part.x, part.y, part.columns, places.x, places.y); });
+  return Sampled(working, [lens](const RowPart& part, SamplePositions& positions) {
+    Vectorized([&] { LocatePixels(lens, part.x, part.y, part.columns, positions.x, positions.y); });
   });
 }
 
-RowImage CorrectChromaticAberration(const cv::Mat& working, float amount) {
+RowSource CorrectChromaticAberration(const cv::Mat& working, float amount) {
   const float strength = amount / 100.0F * kAberrationStrength;
   const auto red = std::make_shared<const ResizedColor>(working, kRed, 1.0F + strength);
   const auto blue = std::make_shared<const ResizedColor>(working, kBlue, 1.0F - strength);
-  const auto read = [unchanged = RowsOf(working).read, red, blue](const PixelRow& part) {
+  const auto read = [unchanged = RowsOf(working).read, red, blue](const RowPart& part) {
     unchanged(part);
     red->Read(part, part.red);
     blue->Read(part, part.blue);

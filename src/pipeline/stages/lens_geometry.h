@@ -2,7 +2,7 @@
 #ifndef LUMVIK_PIPELINE_STAGES_LENS_GEOMETRY_H_
 #define LUMVIK_PIPELINE_STAGES_LENS_GEOMETRY_H_
 
-#include "pipeline/row_image.h"
+#include "pipeline/packed_rows.h"
 
 namespace lumvik {
 
@@ -10,11 +10,11 @@ namespace lumvik {
 
 // Radial distortion, -100..100 percent: positive samples from nearer the center towards the corners (corrects
 // barrel distortion). Beyond the edge the picture is mirrored.
-RowImage CorrectDistortion(const cv::Mat& working, float amount);
+RowSource CorrectDistortion(const cv::Mat& working, float amount);
 
 // Enlarges red and shrinks blue about the center by up to 0.3 % at 100 percent. Blue is padded with 0 at the
 // edges.
-RowImage CorrectChromaticAberration(const cv::Mat& working, float amount);
+RowSource CorrectChromaticAberration(const cv::Mat& working, float amount);
 
 }  // namespace lumvik
 

@@ -14,7 +14,7 @@ struct VignettingLens {
   float amount;
 };
 
-void Compensate(const PixelRow& row, const VignettingLens& lens) {
+void Compensate(const RowPart& row, const VignettingLens& lens) {
   const float dy = static_cast<float>(row.y) - lens.center_y;
   for (int i = 0; i < row.columns; ++i) {
     const float dx = static_cast<float>(row.x + i) - lens.center_x;
@@ -28,13 +28,12 @@ void Compensate(const PixelRow& row, const VignettingLens& lens) {
 
 }  // namespace
 
-RowKernel LensVignetting(float amount, cv::Size frame) {
-  if (!(amount > 0.0F)) return {};
+RowTransform LensVignetting(float amount, cv::Size frame) {
   const float center_x = static_cast<float>(frame.width) * 0.5F;
   const float center_y = static_cast<float>(frame.height) * 0.5F;
   const VignettingLens lens = {center_x, center_y, center_y * center_y + center_x * center_x,
                                amount / 100.0F};
-  return MakeRowKernel([lens](const PixelRow& row) { Compensate(row, lens); });
+  return MakeRowTransform([lens](const RowPart& row) { Compensate(row, lens); });
 }
 
 }  // namespace lumvik

@@ -1,15 +1,16 @@
-// Noise reduction: luminance pulled towards its blur, colors blurred.
+// Noise reduction: luminance pulled toward its blur, colors blurred.
 #ifndef LUMVIK_PIPELINE_STAGES_NOISE_REDUCTION_H_
 #define LUMVIK_PIPELINE_STAGES_NOISE_REDUCTION_H_
 
-#include "pipeline/row_steps.h"
+#include "pipeline/area_transform.h"
 
 namespace lumvik {
 
-// `percent`, above 0, chooses a Gaussian kernel of 3 to 13 pixels for luminance and 3 to 11 for color. The
-// luminance half keeps a pixel's color ratios and does not clamp.
-AreaKernel LuminanceNoiseReduction(float percent);
-AreaKernel ColorNoiseReduction(float percent);
+// `percent`, above 0, selects a Gaussian kernel of 3 to 13 pixels for luminance and 3 to 11 for color; larger
+// percentages select larger kernels, and those that overflow an int the smallest. The luminance half keeps
+// the color ratios of a pixel and does not clamp.
+AreaTransform LuminanceNoiseReduction(float percent);
+AreaTransform ColorNoiseReduction(float percent);
 
 }  // namespace lumvik
 

@@ -19,7 +19,7 @@ struct Vignette {
   float ellipse_share;  // of the distance; the rest is that of a rectangle
 };
 
-void Brighten(const PixelRow& row, const Vignette& vignette) {
+void Brighten(const RowPart& row, const Vignette& vignette) {
   const float direction = vignette.amount < 0.0F ? 1.0F : -1.0F;
   const bool rectangular = vignette.ellipse_share < 1.0F;
   const float ny = (static_cast<float>(row.y) - vignette.center_y) / vignette.center_y;
@@ -39,12 +39,11 @@ void Brighten(const PixelRow& row, const Vignette& vignette) {
 
 }  // namespace
 
-RowKernel PostCropVignette(const VignetteSettings& settings, cv::Size frame) {
-  if (settings.amount == 0.0F) return {};
+RowTransform PostCropVignette(const VignetteSettings& settings, cv::Size frame) {
   const float roundness = (settings.roundness + 100.0F) / 200.0F;
   const Vignette vignette = {static_cast<float>(frame.width) * 0.5F, static_cast<float>(frame.height) * 0.5F,
                              settings.amount / 100.0F, settings.midpoint / 100.0F, 2.0F * roundness};
-  return MakeRowKernel([vignette](const PixelRow& row) { Brighten(row, vignette); });
+  return MakeRowTransform([vignette](const RowPart& row) { Brighten(row, vignette); });
 }
 
 }  // namespace lumvik

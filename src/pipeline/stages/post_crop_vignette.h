@@ -2,7 +2,7 @@
 #ifndef LUMVIK_PIPELINE_STAGES_POST_CROP_VIGNETTE_H_
 #define LUMVIK_PIPELINE_STAGES_POST_CROP_VIGNETTE_H_
 
-#include "pipeline/row_kernel.h"
+#include "pipeline/row_transform.h"
 
 namespace lumvik {
 
@@ -16,7 +16,7 @@ struct VignetteSettings {
 // Either sign of the amount brightens. The weight grows smoothly from the midpoint radius to the edge, where
 // the radius is 1 in both directions; negative roundness turns the ellipse into a rectangle. Clamped to 0..1.
 // Empty when the amount is 0.
-RowKernel PostCropVignette(const VignetteSettings& settings, cv::Size frame);
+RowTransform PostCropVignette(const VignetteSettings& settings, cv::Size frame);
 
 }  // namespace lumvik
 

@@ -13,7 +13,7 @@ constexpr float kVibranceStrength = 0.8F;
 
 // A setting that is 0 leaves every bit as it was, and costs nothing.
 template <bool kSaturation, bool kVibrance>
-void Stretch(const PixelRow& row, float saturation, float vibrance) {
+void Stretch(const RowPart& row, float saturation, float vibrance) {
   for (int i = 0; i < row.columns; ++i) {
     float r = row.red[i];
     float g = row.green[i];
@@ -38,13 +38,12 @@ void Stretch(const PixelRow& row, float saturation, float vibrance) {
 
 }  // namespace
 
-RowKernel SaturationVibrance(float saturation, float vibrance) {
-  if (saturation == 0.0F && vibrance == 0.0F) return {};
+RowTransform SaturationVibrance(float saturation, float vibrance) {
   const float s = saturation / 100.0F;
   const float v = vibrance / 100.0F;
-  if (v == 0.0F) return MakeRowKernel([=](const PixelRow& row) { Stretch<true, false>(row, s, v); });
-  if (s == 0.0F) return MakeRowKernel([=](const PixelRow& row) { Stretch<false, true>(row, s, v); });
-  return MakeRowKernel([=](const PixelRow& row) { Stretch<true, true>(row, s, v); });
+  if (v == 0.0F) return MakeRowTransform([=](const RowPart& row) { Stretch<true, false>(row, s, v); });
+  if (s == 0.0F) return MakeRowTransform([=](const RowPart& row) { Stretch<false, true>(row, s, v); });
+  return MakeRowTransform([=](const RowPart& row) { Stretch<true, true>(row, s, v); });
 }
 
 }  // namespace lumvik

@@ -2,13 +2,13 @@
 #ifndef LUMVIK_PIPELINE_STAGES_SATURATION_VIBRANCE_H_
 #define LUMVIK_PIPELINE_STAGES_SATURATION_VIBRANCE_H_
 
-#include "pipeline/row_kernel.h"
+#include "pipeline/row_transform.h"
 
 namespace lumvik {
 
 // `saturation` scales that distance for every pixel, `vibrance` the more the duller the pixel came in, both
 // in percent; the result is clamped to 0..1. Empty when both are 0.
-RowKernel SaturationVibrance(float saturation, float vibrance);
+RowTransform SaturationVibrance(float saturation, float vibrance);
 
 }  // namespace lumvik
 

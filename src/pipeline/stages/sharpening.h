@@ -2,18 +2,14 @@
 #ifndef LUMVIK_PIPELINE_STAGES_SHARPENING_H_
 #define LUMVIK_PIPELINE_STAGES_SHARPENING_H_
 
-#include "pipeline/row_steps.h"
+#include "pipeline/area_transform.h"
 
 namespace lumvik {
 
-// Adds what a plane holds beyond its blur, where that exceeds the threshold; clamped to 0..1. `amount`: 150
-// adds it whole. `radius`: the blur's sigma in pixels; throws when it is not positive. `threshold`: in
-// 16-bit codes.
-AreaKernel Sharpening(float amount, float radius, float threshold);
-
-// The same for a radius from WideGaussian::kMinSigma on. `working` (CV_32FC4) is the image that the step will
-// change.
-RowStep WideSharpening(const cv::Mat& working, float amount, float radius, float threshold);
+// Adds the difference between a plane and its blur where that exceeds the threshold; clamped to 0..1.
+// `amount`: 150 adds all of it; NaN or infinity blackens every color without detail. `radius`: sigma of the
+// blur in pixels; throws cv::Exception unless positive. `threshold`: in 16-bit codes.
+AreaTransform Sharpening(float amount, float radius, float threshold);
 
 }  // namespace lumvik
 

@@ -20,7 +20,7 @@ struct Tones {
   float balance;
 };
 
-void ToneRow(const PixelRow& row, const Tones& tones) {
+void ToneRow(const RowPart& row, const Tones& tones) {
   for (int i = 0; i < row.columns; ++i) {
     const float luminance = Luminance(row.red[i], row.green[i], row.blue[i]);
     const float highlight = ClampUnit(luminance + tones.balance);
@@ -39,12 +39,11 @@ void ToneRow(const PixelRow& row, const Tones& tones) {
 
 }  // namespace
 
-RowKernel SplitToning(const SplitToningSettings& settings) {
-  if (settings.highlight_saturation == 0.0F && settings.shadow_saturation == 0.0F) return {};
+RowTransform SplitToning(const SplitToningSettings& settings) {
   const Tones tones = {settings.highlight_hue / 360.0F, settings.highlight_saturation / 100.0F,
                        settings.shadow_hue / 360.0F, settings.shadow_saturation / 100.0F,
                        settings.balance / 100.0F * kBalanceScale};
-  return MakeRowKernel([tones](const PixelRow& row) { ToneRow(row, tones); });
+  return MakeRowTransform([tones](const RowPart& row) { ToneRow(row, tones); });
 }
 
 }  // namespace lumvik

@@ -3,13 +3,13 @@
 #define LUMVIK_PIPELINE_STAGES_SPLIT_TONING_H_
 
 #include "base/adjustments.h"
-#include "pipeline/row_kernel.h"
+#include "pipeline/row_transform.h"
 
 namespace lumvik {
 
 // Adds saturation and moves the hue towards the two target hues, weighted by luminance; the hue moves
 // linearly, without wrap-around, and lightness stays. Empty when both saturations are 0.
-RowKernel SplitToning(const SplitToningSettings& settings);
+RowTransform SplitToning(const SplitToningSettings& settings);
 
 }  // namespace lumvik
 

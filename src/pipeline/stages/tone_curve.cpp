@@ -71,8 +71,11 @@ std::vector<float> BuildCurveTable(const ToneCurve& points) {
   return table;
 }
 
-RowKernel ToneCurveStage(const std::array<ToneCurve, kToneCurveCount>& curves) {
-  if (std::all_of(curves.begin(), curves.end(), IsIdentity)) return {};
+bool HasCurve(const ToneCurves& curves) {
+  return !std::all_of(curves.begin(), curves.end(), IsIdentity);
+}
+
+RowTransform ToneCurveStage(const ToneCurves& curves) {
   const Table master = BuildCurveTable(curves[kMasterCurve]);
   struct Tables {
     Table red, green, blue;
@@ -81,7 +84,7 @@ RowKernel ToneCurveStage(const std::array<ToneCurve, kToneCurveCount>& curves) {
       std::make_shared<const Tables>(Tables{Composed(master, BuildCurveTable(curves[kRedCurve])),
                                             Composed(master, BuildCurveTable(curves[kGreenCurve])),
                                             Composed(master, BuildCurveTable(curves[kBlueCurve]))});
-  return MakeRowKernel([tables](const PixelRow& row) {
+  return MakeRowTransform([tables](const RowPart& row) {
     LookUp(row.red, row.columns, tables->red.data());
     LookUp(row.green, row.columns, tables->green.data());
     LookUp(row.blue, row.columns, tables->blue.data());

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "base/adjustments.h"
-#include "pipeline/row_kernel.h"
+#include "pipeline/row_transform.h"
 
 namespace lumvik {
 
@@ -19,9 +19,13 @@ inline constexpr int kCurveTableEntries = 65536;
 // Catmull and Rom, A class of local interpolating splines, 1974.
 std::vector<float> BuildCurveTable(const ToneCurve& points);
 
-// Empty when every curve has fewer than two points or exactly the points (0, 0) and (1, 1). Otherwise each
-// value is rounded to 16 bits and looked up.
-RowKernel ToneCurveStage(const std::array<ToneCurve, kToneCurveCount>& curves);
+using ToneCurves = std::array<ToneCurve, kToneCurveCount>;
+
+// Whether any curve has points other than (0, 0) and (1, 1), or more than these; fewer than two do not count.
+bool HasCurve(const ToneCurves& curves);
+
+// Rounds each value to 16 bits and looks it up in the master curve, then in that of its channel.
+RowTransform ToneCurveStage(const ToneCurves& curves);
 
 }  // namespace lumvik
 

@@ -45,10 +45,10 @@ WhiteBalanceGains ComputeWhiteBalanceGains(float temperature, float tint) {
   return {red / green, 1.0F - tint / 150.0F * 0.15F, blue / green};
 }
 
-RowKernel WhiteBalance(float temperature, float tint) {
+RowTransform WhiteBalance(float temperature, float tint) {
   const WhiteBalanceGains gains = ComputeWhiteBalanceGains(temperature, tint);
   if (gains.red == 1.0F && gains.green == 1.0F && gains.blue == 1.0F) return {};
-  return MakeRowKernel([gains](const PixelRow& row) {
+  return MakeRowTransform([gains](const RowPart& row) {
     Scale(row.red, row.columns, gains.red);
     Scale(row.green, row.columns, gains.green);
     Scale(row.blue, row.columns, gains.blue);

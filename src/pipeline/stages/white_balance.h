@@ -2,7 +2,7 @@
 #ifndef LUMVIK_PIPELINE_STAGES_WHITE_BALANCE_H_
 #define LUMVIK_PIPELINE_STAGES_WHITE_BALANCE_H_
 
-#include "pipeline/row_kernel.h"
+#include "pipeline/row_transform.h"
 
 namespace lumvik {
 
@@ -27,7 +27,7 @@ Chromaticity KelvinToChromaticity(float temperature);
 WhiteBalanceGains ComputeWhiteBalanceGains(float temperature, float tint);
 
 // Multiplies by the gains and clamps to 0..1. Empty when all three gains are exactly 1.
-RowKernel WhiteBalance(float temperature, float tint);
+RowTransform WhiteBalance(float temperature, float tint);
 
 }  // namespace lumvik
 

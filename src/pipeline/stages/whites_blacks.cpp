@@ -10,8 +10,7 @@ constexpr float kBlackScale = 0.1F;
 
 }  // namespace
 
-RowKernel WhitesBlacks(float whites, float blacks) {
-  if (whites == 0.0F && blacks == 0.0F) return {};
+RowTransform WhitesBlacks(float whites, float blacks) {
   const float black_point = blacks / 100.0F * kBlackScale;
   const float white_point = whites / 100.0F * kWhiteScale + 1.0F;
   const float gain = 1.0F / (white_point - black_point);

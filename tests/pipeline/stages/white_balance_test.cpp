@@ -4,6 +4,7 @@
 
 #include <limits>
 
+#include "pipeline/packed_rows.h"
 #include "pipeline/row_steps.h"
 #include "reference/white_balance.h"
 #include "support/test_images.h"

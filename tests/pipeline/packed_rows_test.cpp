@@ -1,4 +1,4 @@
-#include "pipeline/row_image.h"
+#include "pipeline/packed_rows.h"
 
 #include <gtest/gtest.h>
 
@@ -29,13 +29,13 @@ cv::Mat AllCodes() {
   return image;
 }
 
-TEST(RowImage, KeepsEvery16BitValueWithoutKernels) {
+TEST(RowSource, KeepsEvery16BitValueWithoutKernels) {
   const cv::Mat image = AllCodes();
   EXPECT_TRUE(SameBytes(Converted(image, CV_16UC4), image));
   EXPECT_TRUE(SameBytes(Converted(Converted(image, CV_32FC4), CV_16UC4), image));
 }
 
-TEST(RowImage, ConvertsAsOpenCvDoes) {
+TEST(RowSource, ConvertsAsOpenCvDoes) {
   const cv::Mat image = AllCodes();
   cv::Mat as_float;
   image.convertTo(as_float, CV_32FC4, 1.5259021896696422e-5);
@@ -51,23 +51,23 @@ TEST(RowImage, ConvertsAsOpenCvDoes) {
   EXPECT_TRUE(SameBytes(Converted(halves, CV_16UC4), rounded));
 }
 
-TEST(RowImage, NaNBecomesBlackAndInfinityWhite) {
+TEST(RowSource, NaNBecomesBlackAndInfinityWhite) {
   cv::Mat image(1, 1, CV_32FC4, cv::Scalar(std::numeric_limits<double>::quiet_NaN(), 1e30, -1e30, 1.0));
   EXPECT_EQ(Converted(image, CV_16UC4).at<cv::Vec4w>(0, 0), cv::Vec4w(0, 65535, 0, 65535));
 }
 
-TEST(RowImage, ReadsAndWritesPartsOfLargerImages) {
+TEST(RowSource, ReadsAndWritesPartsOfLargerImages) {
   const cv::Mat large = NoiseImage({40, 30}, 7);
   const cv::Mat part = large(cv::Rect(5, 3, 21, 11));
   cv::Mat into(60, 50, CV_16UC4, cv::Scalar::all(1));
-  cv::Mat window = into(cv::Rect(2, 4, 21, 11));
-  RunRowSteps(RowsOf(part), {}, StoreIn(window));
-  EXPECT_TRUE(SameBytes(window, part));
+  cv::Mat region = into(cv::Rect(2, 4, 21, 11));
+  RunRowSteps(RowsOf(part), {}, StoreIn(region));
+  EXPECT_TRUE(SameBytes(region, part));
   EXPECT_EQ(into.at<cv::Vec4w>(4, 1), cv::Vec4w::all(1));
   EXPECT_EQ(into.at<cv::Vec4w>(4, 23), cv::Vec4w::all(1));
 }
 
-TEST(RowImage, RefusesOtherTypes) {
+TEST(RowSource, RefusesOtherTypes) {
   const cv::Mat three_channels(2, 2, CV_16UC3);
   EXPECT_THROW(RowsOf(three_channels), cv::Exception);
   EXPECT_THROW(StoreIn(three_channels), cv::Exception);
