@@ -208,10 +208,9 @@ int PointsFor(int pixels, int step, int margin) {
 
 }  // namespace
 
-WideGaussian::WideGaussian(const cv::Mat& plane, const Gaussian& blur) : size_(plane.size()) {
-  const Gaussian held = HeldToImage(blur, size_);
-  step_ = StepFor(held.Sigma());
-  const SymmetricKernel kernel = CoarseKernel(held, step_);
+WideGaussian::WideGaussian(const cv::Mat& plane, const Gaussian& blur)
+    : size_(plane.size()), step_(StepFor(HeldToImage(blur, size_).Sigma())) {
+  const SymmetricKernel kernel = CoarseKernel(HeldToImage(blur, size_), step_);
   margin_ = Radius(kernel) + kSmallRadius;
   for (int phase = 0; phase < step_; ++phase) taps_.push_back(Taps(phase, step_));
   cv::Mat grid(PointsFor(plane.rows, step_, margin_), PointsFor(plane.cols, step_, margin_), CV_32F);
