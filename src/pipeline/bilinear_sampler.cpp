@@ -21,7 +21,7 @@ Pixel LoadPixel(const float* from) {
   return pixel;
 }
 
-// How much the four pixels around a place take part in it.
+// The weights of the four pixels around a position.
 struct CornerWeights {
   float top_left[kMaxPart];
   float top_right[kMaxPart];
@@ -51,13 +51,13 @@ void Mix(const float* top_left, const float* top_right, const float* bottom_left
 
 struct Source {
   const float* pixels;
-  ptrdiff_t step;  // floats a row
+  ptrdiff_t step;  // in floats
   int columns;
   int rows;
 
   const float* At(int x, int y) const { return pixels + y * step + static_cast<ptrdiff_t>(x) * kChannels; }
 
-  // With a neighbor to the right and one below.
+  // Including the neighbors to the right and below.
   bool HoldsInside(int x, int y) const {
     return static_cast<unsigned>(x) < static_cast<unsigned>(columns - 1) &&
            static_cast<unsigned>(y) < static_cast<unsigned>(rows - 1);
@@ -71,7 +71,7 @@ void MixMirrored(const Source& source, int x, int y, const CornerWeights& weight
       source.At(column(x + 1), row(y + 1)), weights, i, mixed);
 }
 
-// `mixed`: kChannels values for each place.
+// `mixed` receives kChannels values per position.
 void SampleAt(const Source& source, const SamplePositions& positions, const CornerWeights& weights, int count,
               float* mixed) {
   for (int i = 0; i < count; ++i, mixed += kChannels) {
@@ -81,8 +81,8 @@ void SampleAt(const Source& source, const SamplePositions& positions, const Corn
       const float* top = source.At(x, y);
       const float* bottom = top + source.step;
       Mix(top, top + kChannels, bottom, bottom + kChannels, weights, i, mixed);
-      // Of the next row's positions most lie there, in another page, where the processor does not look by
-      // itself.
+      // Most positions of the next row are there, on another page, which the hardware prefetcher does not
+      // reach.
       __builtin_prefetch(source.At(x, std::min(y + 2, source.rows - 1)));
     } else {
       MixMirrored(source, x, y, weights, i, mixed);

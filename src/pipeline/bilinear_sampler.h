@@ -1,4 +1,4 @@
-// Images made by sampling another one between its pixels.
+// Images sampled from another one at fractional positions.
 #ifndef LUMVIK_PIPELINE_BILINEAR_SAMPLER_H_
 #define LUMVIK_PIPELINE_BILINEAR_SAMPLER_H_
 
@@ -9,24 +9,24 @@
 
 namespace lumvik {
 
-// SamplePositions in an image, in 1/32 of a pixel: as fine as OpenCV's geometric transforms place them.
+// Sample positions are in 1/32 of a pixel, the precision of OpenCV's geometric transforms.
 inline constexpr int kPositionsPerPixel = 32;
 
-// The positions at which a part of a row is sampled, for each of its columns.
+// The position each column of a part is sampled at.
 struct SamplePositions {
   int x[kMaxPart];
   int y[kMaxPart];
 };
 
-// Fills in the positions for the pixels of a part.
+// Fills in the positions for a part.
 using LocatePart = std::function<void(const RowPart& part, SamplePositions& positions)>;
 
-// `working` (CV_32FC4, at most 32767 pixels wide and high) sampled as cv::remap with cv::INTER_LINEAR does
-// it: beyond the edge it is mirrored with its pixel (cv::BORDER_REFLECT).
+// `working` (CV_32FC4, at most 32767 pixels wide and high) sampled as by cv::remap with cv::INTER_LINEAR,
+// mirrored at the edge with the outermost pixel repeated (cv::BORDER_REFLECT).
 RowSource Sampled(const cv::Mat& working, const LocatePart& locate);
 
-// The position nearest to a coordinate already in 1/32 pixels, ties to even. What lies further out than any
-// image counts as just outside the largest, NaN as far left or above.
+// The position nearest to a coordinate already in 1/32 pixels, ties to even. Anything further out than the
+// largest image is moved just outside it, NaN to the far left or top.
 template <typename Real>
 int NearestPosition(Real scaled) {
   constexpr auto kFarthest = Real{32768 * kPositionsPerPixel};

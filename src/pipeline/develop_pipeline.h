@@ -7,12 +7,12 @@
 
 namespace lumvik {
 
-// Runs every stage that the adjustments wake, in their fixed order, and replaces `rendered` by the result,
-// which never shares pixels with `source`. An empty source leaves `rendered` as it is, and so does an
-// exception of a stage. The bytes do not depend on the number of threads.
+// Runs every active stage in the fixed order and replaces `rendered` by the result, which never shares pixels
+// with `source`. An empty source and an exception from a stage leave `rendered` unchanged. The bytes do not
+// depend on the number of threads.
 void DevelopPipeline(const ImageBuffer& source, const Adjustments& adjustments, ImageBuffer& rendered);
 
-// The same for a working image (CV_32FC4), unrounded.
+// The same for a working image (CV_32FC4), and without rounding to 16 bits.
 cv::Mat DevelopWorkingImage(const cv::Mat& working, const Adjustments& adjustments);
 
 }  // namespace lumvik

@@ -2,9 +2,7 @@
 
 namespace lumvik {
 
-const float kBlack = 0.0F;
-const float kWhite = 1.0F;
-const float kLowestPower = -126.0F;
-const float kHighestPower = 127.0F;
+const ClampBounds kUnitBounds = {0.0F, 1.0F};
+const ClampBounds kExponentBounds = {-126.0F, 127.0F};
 
 }  // namespace lumvik

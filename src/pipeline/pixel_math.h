@@ -1,4 +1,4 @@
-// Arithmetic that several stages share.
+// Arithmetic shared by several stages.
 #ifndef LUMVIK_PIPELINE_PIXEL_MATH_H_
 #define LUMVIK_PIPELINE_PIXEL_MATH_H_
 
@@ -10,38 +10,40 @@
 
 namespace lumvik {
 
-// Bounds whose values the compiler is not to know: they stand in another file. It makes the two instructions
-// of a clamp that it is then; of constants GCC 12 makes up to seven with AVX-512, to compare, and to choose
-// by the outcome.
-extern const float kBlack;  // 0
-extern const float kWhite;  // 1
-extern const float kLowestPower;
-extern const float kHighestPower;
+// Bounds of a clamp that the compiler must not see as constants: it then emits the two instructions of a
+// clamp, where GCC 12 with AVX-512 turns constant bounds into up to seven (compare, then select). Hence the
+// definitions in another file, and bounds that kernels take as arguments.
+struct ClampBounds {
+  float min;
+  float max;
+};
 
-// Into least..most; a NaN stays a NaN.
-inline float Clamp(float value, float least, float most) {
-  const float floored = value < least ? least : value;
-  return floored > most ? most : floored;
+extern const ClampBounds kUnitBounds;      // 0..1
+extern const ClampBounds kExponentBounds;  // of a normal float: -126..127
+
+// NaN stays NaN.
+inline float Clamp(float value, const ClampBounds& bounds) {
+  const float floored = value < bounds.min ? bounds.min : value;
+  return floored > bounds.max ? bounds.max : floored;
 }
 
-// Into least..most; a NaN becomes `least`.
-inline float Saturate(float value, float least, float most) {
-  const float floored = value > least ? value : least;
-  return floored > most ? most : floored;
+// NaN becomes the minimum.
+inline float Saturate(float value, const ClampBounds& bounds) {
+  const float floored = value > bounds.min ? value : bounds.min;
+  return floored > bounds.max ? bounds.max : floored;
 }
 
-// Into 0..1; a NaN stays a NaN.
 inline float ClampUnit(float value) {
-  return Clamp(value, kBlack, kWhite);
+  return Clamp(value, kUnitBounds);
 }
 
-// Into 0..1; a NaN becomes 0, as it does in OpenCV's thresholds.
+// NaN becomes 0, as in OpenCV's thresholds.
 inline float SaturateUnit(float value) {
-  return Saturate(value, kBlack, kWhite);
+  return Saturate(value, kUnitBounds);
 }
 
-// `condition ? yes : no`, by masks: where one of the two is what memory holds already, the compiler would
-// store the other in a branch, and a loop with a branch does not vectorize.
+// `condition ? yes : no` by bit masks. If one of the two is already in memory, the compiler would store the
+// other in a branch, and a loop with a branch does not vectorize.
 inline float Choose(bool condition, float yes, float no) {
   uint32_t yes_bits = 0;
   uint32_t no_bits = 0;
@@ -54,10 +56,10 @@ inline float Choose(bool condition, float yes, float no) {
   return chosen;
 }
 
-// log2 of a positive, normal number. Largest error 2e-7 relative to max(1, |log2 value|).
-// The mantissa is brought into sqrt(1/2)..sqrt(2); the polynomial for its logarithm is that of logf in
-// Moshier's Cephes library, which takes no division. 0 and subnormal numbers are read as if they had the
-// hidden bit, so that 0 gives -127: OpenCV's logarithm does the same, which shows in a power of 0.1.
+// log2 of a positive, normal number. The error is at most 2e-7 relative to max(1, |log2 value|). The mantissa
+// is reduced to sqrt(1/2)..sqrt(2); the polynomial is that of logf in Moshier's Cephes library, which needs
+// no division. 0 and subnormal numbers are read as if they had the hidden bit, so that 0 gives -127, as in
+// OpenCV's logarithm: this is visible in a power of 0.1.
 inline float FastLog2(float value) {
   constexpr int32_t kSqrtHalfBits = 0x3F3504F3;
   constexpr int32_t kMantissaBits = 23;
@@ -70,7 +72,7 @@ inline float FastLog2(float value) {
   std::memcpy(&mantissa, &mantissa_bits, sizeof(mantissa));
   const float f = mantissa - 1.0F;
   const float f2 = f * f;
-  // Two halves side by side wait less for each other than one chain.
+  // Two independent halves have shorter dependency chains than one polynomial.
   const float low =
       (3.3333331174e-1F - 2.4999993993e-1F * f) + f2 * (2.0000714765e-1F - 1.6668057665e-1F * f);
   const float high = (1.4249322787e-1F - 1.2420140846e-1F * f) +
@@ -79,12 +81,12 @@ inline float FastLog2(float value) {
   return static_cast<float>(exponent) + logarithm * kLog2E;
 }
 
-// 2 to the power of `value`, for -126..127 with a relative error below 2.5e-7. Smaller values, and a NaN,
-// give less than 1.2e-38, larger ones 1.7e38.
+// 2 to the power of `value`, for -126..127 with a relative error below 2.5e-7. Smaller values and NaN give
+// less than 1.2e-38, larger ones 1.7e38.
 inline float FastExp2(float value) {
   constexpr int32_t kExponentBias = 127;
   constexpr int32_t kMantissaBits = 23;
-  const float bounded = Saturate(value, kLowestPower, kHighestPower);
+  const float bounded = Saturate(value, kExponentBounds);
   const float whole = RoundToNearest(bounded);
   const float f = bounded - whole;
   // Taylor series of 2^f on -1/2..1/2.
@@ -96,10 +98,10 @@ inline float FastExp2(float value) {
   return fraction * power_of_two;
 }
 
-// Gives each of `count` values |value| to the power of `exponent_of(value)`, a positive one, as cv::pow does.
-// For results in 0..1 the absolute error is below 2e-7, which is 1/75 of a 16-bit code; 0 counts as 2^-127.
-// In two loops: the processor works on several vectors of a short one at a time, but does not look beyond a
-// chain of operations as long as the two together.
+// Raises the absolute value of each of `count` values to the positive power `exponent_of(value)`, as cv::pow
+// does. For results in 0..1 the absolute error is below 2e-7, 1/75 of a 16-bit code; 0 counts as 2^-127. Two
+// short loops, because the processor overlaps several iterations of a short loop but not of a dependency
+// chain as long as both together.
 template <typename ExponentOf>
 void RaiseToPower(float* values, int count, const ExponentOf& exponent_of) {
   for (int i = 0; i < count; ++i) values[i] = exponent_of(values[i]) * FastLog2(std::fabs(values[i]));

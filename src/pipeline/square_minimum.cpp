@@ -15,7 +15,7 @@ constexpr float kNothing = std::numeric_limits<float>::infinity();
 constexpr int kMinimumColumns = 4 * kMaxLanes;
 constexpr int kMinimumStripesPerThread = 4;
 
-// to[i] = the smaller of a[i] and b[i], for a multiple of kMaxLanes values; `to` may be `a`.
+// to[i] = min(a[i], b[i]) for a multiple of kMaxLanes values; `to` may be `a`.
 template <int lanes>
 void Smaller(const float* a, const float* b, float* to, int count) {
   for (int i = 0; i < count; i += lanes) {
@@ -29,8 +29,8 @@ int RoundedUp(int count) {
   return (count + kMaxLanes - 1) / kMaxLanes * kMaxLanes;
 }
 
-// Calls `reduce(distance)`, which makes every value the smaller of itself and the one `distance` behind it,
-// until each is the smallest of `side`. The width doubles with each call but the last.
+// Calls `reduce(distance)`, which replaces every value by the minimum of itself and the one `distance` after
+// it, until each is the minimum of `side` values. The span doubles with each call but the last.
 template <typename Reduce>
 void ReduceTo(int side, const Reduce& reduce) {
   int width = 1;
@@ -38,7 +38,7 @@ void ReduceTo(int side, const Reduce& reduce) {
   if (width < side) reduce(side - width);
 }
 
-// Of the values around each in a row. `line` is room for RoundedUp(columns + side) + side values.
+// The horizontal minimum around each value of a row. `line` is scratch memory.
 void AlongRow(const float* row, int columns, int side, std::vector<float>& line, float* smallest) {
   const int count = RoundedUp(columns + side);
   const int room = count + side;
@@ -51,7 +51,7 @@ void AlongRow(const float* row, int columns, int side, std::vector<float>& line,
   std::copy_n(values, columns, smallest);
 }
 
-// Of the values above and below each in some rows of a strip of columns.
+// The vertical minimum around each value in some rows of a strip. `strip` is scratch memory.
 void DownStrip(const cv::Mat& plane, int left, const cv::Range& rows, int side, std::vector<float>& strip,
                cv::Mat& smallest) {
   const int columns = std::min(kMinimumColumns, plane.cols - left);

@@ -1,4 +1,4 @@
-// The smallest value of each pixel's neighborhood.
+// The minimum over a square around each pixel.
 #ifndef LUMVIK_PIPELINE_SQUARE_MINIMUM_H_
 #define LUMVIK_PIPELINE_SQUARE_MINIMUM_H_
 
@@ -6,8 +6,8 @@
 
 namespace lumvik {
 
-// `plane` (CV_32FC1) eroded by a square of that odd side, as cv::erode does it: what lies beyond the edge
-// takes no part. The time does not grow with the side but for its logarithm. Works on all threads.
+// `plane` (CV_32FC1) eroded by a square of odd `side`, as cv::erode does it: pixels beyond the edge are
+// ignored. The time grows with the logarithm of the side only. Works on all threads.
 cv::Mat SquareMinimum(const cv::Mat& plane, int side);
 
 }  // namespace lumvik

@@ -19,7 +19,7 @@ float BrightnessExponent(float brightness) {
 
 RowTransform Brightness(float brightness) {
   const float exponent = BrightnessExponent(brightness);
-  // A brightness too small to move the exponent must not cost the last bits of every value.
+  // A power of 1 would still cost the last bits of every value.
   if (exponent == 1.0F) return {};
   return MakeRowTransform([exponent](const RowPart& row) {
     for (float* values : {row.red, row.green, row.blue}) {

@@ -6,10 +6,10 @@
 
 namespace lumvik {
 
-// The exponent for a brightness in percent: 2 at -100 (darker), 2/3 at 100 (brighter), within 0.1..10.
+// The exponent for a brightness in percent: 2 at -100 (darker), 2/3 at 100 (brighter), clamped to 0.1..10.
 float BrightnessExponent(float brightness);
 
-// Raises each channel to that exponent. Empty when `brightness` is 0.
+// Raises each channel to that exponent. The identity if it is 1.
 RowTransform Brightness(float brightness);
 
 }  // namespace lumvik

@@ -7,8 +7,7 @@
 namespace lumvik {
 
 // Each channel x becomes t / (0.4 |t| + 1) + 0.5 with t = k (x - 0.5), clamped to 0..1; k is 1.8 at 100
-// percent, 0.2 at -100. Not the identity near 0: any contrast but 0 takes 1.0 to about 0.92. Empty when
-// `contrast` is 0.
+// percent, 0.2 at -100. Not the identity near 0: any contrast but 0 maps 1.0 to about 0.92.
 RowTransform Contrast(float contrast);
 
 }  // namespace lumvik

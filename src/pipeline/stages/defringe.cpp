@@ -15,7 +15,8 @@ bool IsFringeHue(float h) {
   return h > (purple ? kPurpleLow : kGreenLow) && h < (purple ? kPurpleHigh : kGreenHigh);
 }
 
-// At the same hue and lightness a component lies as far from the lightness as the saturation is high.
+// At constant hue and lightness, the distance of a component from the lightness is proportional to
+// saturation.
 void DampRow(const RowPart& row, float saturation_limit, float damping) {
   for (int i = 0; i < row.columns; ++i) {
     const HslColor color = rgb_to_hsl(row.red[i], row.green[i], row.blue[i]);

@@ -1,4 +1,4 @@
-// Defringe: the purple and green seams of lateral color, made duller.
+// Defringe: purple and green fringes of lateral color, desaturated.
 #ifndef LUMVIK_PIPELINE_STAGES_DEFRINGE_H_
 #define LUMVIK_PIPELINE_STAGES_DEFRINGE_H_
 
@@ -6,8 +6,7 @@
 
 namespace lumvik {
 
-// Damps the saturation of pixels of those hues above a limit, both from `amount` (percent). Empty unless it
-// is above 0.
+// Reduces the saturation of pixels of those hues above a limit; both follow from `amount` (percent, above 0).
 RowTransform Defringe(float amount);
 
 }  // namespace lumvik

@@ -22,7 +22,7 @@ constexpr float kDehazeStrength = 0.95F;
 constexpr double kTransmissionSigma = 5.0;
 constexpr float kMinTransmission = 0.1F;
 
-// Calls `work(rows)` for so many ranges of rows, on all threads.
+// Calls `work(rows)` for each of `stripes` ranges of rows, on all threads.
 template <typename Work>
 void ForStripes(int rows, int stripes, const Work& work) {
   cv::parallel_for_(cv::Range(0, rows), work, stripes);
@@ -32,8 +32,7 @@ cv::Mat DarkChannel(const cv::Mat& minimum) {
   return SquareMinimum(minimum, std::max(static_cast<int>(minimum.cols * kPatchShare) | 1, kMinPatch));
 }
 
-// The upper half of a value's bits, which has the values' order. What is not above 0, or no number, comes
-// first.
+// The upper half of the bits orders values as they are; NaN and all values up to 0 come first.
 constexpr size_t kClasses = 1 << 16;
 size_t ClassOf(float value) {
   uint32_t bits = 0;
@@ -41,8 +40,8 @@ size_t ClassOf(float value) {
   return value > 0 ? bits >> 16 : 0;
 }
 
-// Calls `work(values, count)` for every row, each thread on rows of its own with a copy of `part` to work on,
-// and then `add(part)`, one at a time.
+// Calls `work(values, columns, own)` for every row, with a copy of `part` per thread, and then `add(own)`,
+// one at a time.
 template <typename Part, typename Work, typename Add>
 void Gather(const cv::Mat& plane, const Part& part, const Work& work, const Add& add) {
   std::mutex busy;
@@ -55,7 +54,7 @@ void Gather(const cv::Mat& plane, const Part& part, const Work& work, const Add&
   cv::parallel_for_(cv::Range(0, plane.rows), gather, cv::getNumThreads());
 }
 
-// The lowest class such that at least `count` values lie in it or above.
+// The lowest class such that it and those above hold at least `count` values.
 size_t LowestClass(const cv::Mat& plane, size_t count) {
   using Counts = std::vector<uint32_t>;
   Counts in_class(kClasses);
@@ -72,8 +71,8 @@ size_t LowestClass(const cv::Mat& plane, size_t count) {
   return lowest;
 }
 
-// The `count` brightest values, brightest first. They are picked by class before they are sorted: sorting or
-// even partitioning the whole plane would cost more than the rest of the stage.
+// The `count` brightest values in descending order. They are selected by class first: sorting or even
+// partitioning the whole plane would cost more than the rest of the stage.
 std::vector<float> Brightest(const cv::Mat& plane, size_t count) {
   using Values = std::vector<float>;
   const size_t lowest = LowestClass(plane, count);
@@ -91,7 +90,7 @@ std::vector<float> Brightest(const cv::Mat& plane, size_t count) {
   return brightest;
 }
 
-// The mean of the brightest values; the order of the addition decides the last bits.
+// The order of the sum decides the last bits of the mean.
 float Airlight(const cv::Mat& dark) {
   const auto count =
       std::max(static_cast<size_t>(static_cast<double>(dark.total()) * kBrightestShare), size_t{1});
@@ -99,16 +98,16 @@ float Airlight(const cv::Mat& dark) {
   return std::max(static_cast<float>(cv::mean(cv::Mat(values, false).reshape(1, 1))[0]), kMinAirlight);
 }
 
-// Blurred by OpenCV itself: a threshold and a division follow, which make a difference in the last bit seen.
-// It works on one thread; called for some rows, it looks at the rows around by itself.
-// It is made in the place of `dark`.
+// Overwrites `dark`. Blurred by OpenCV itself, since the threshold and the division that follow make a
+// difference in the last bit visible. Its blur runs on one thread, but given a range of rows it reads the
+// rows around them.
 cv::Mat Transmission(cv::Mat& dark, float strength, float airlight) {
   ForStripes(dark.rows, cv::getNumThreads(), [&](const cv::Range& rows) {
     cv::Mat stripe = dark.rowRange(rows);
     stripe = 1.0 - stripe * static_cast<double>(strength) / static_cast<double>(airlight);
   });
   cv::Mat transmission = LargeImage(dark.size(), CV_32F);
-  // The last bits of a single column depend on its number of rows, those of wider planes do not.
+  // The last bits of a single column depend on the number of rows; those of wider planes do not.
   const int stripes = dark.cols == 1 ? 1 : cv::getNumThreads();
   ForStripes(dark.rows, stripes, [&](const cv::Range& rows) {
     cv::Mat stripe = transmission.rowRange(rows);

@@ -1,4 +1,4 @@
-// Dehaze: the haze model inverted, with transmission from the dark channel.
+// Dehaze: the inverted haze model, with the transmission estimated from the dark channel.
 #ifndef LUMVIK_PIPELINE_STAGES_DEHAZE_H_
 #define LUMVIK_PIPELINE_STAGES_DEHAZE_H_
 

@@ -14,18 +14,18 @@ constexpr float kShoulderOffset = -0.5F;
 constexpr float kBlendSoftness = 1.5F;
 
 float Floored(float value) {
-  return value < kBlack ? kBlack : value;
+  return value < kUnitBounds.min ? kUnitBounds.min : value;
 }
 float Ceiled(float value) {
-  return value > kWhite ? kWhite : value;
+  return value > kUnitBounds.max ? kUnitBounds.max : value;
 }
 
-// Meets the identity at the knee with slope 1 and tends to 1.
+// Continues the identity at the knee with slope 1 and tends to 1.
 float Shoulder(float peak) {
   return kUpperKnee >= peak ? peak : 1.0F - kShoulderNumerator / (peak + kShoulderOffset);
 }
 
-// Both outcomes are computed for every pixel and one is chosen: a loop without branches vectorizes.
+// Both cases are computed for every pixel: a loop without branches vectorizes.
 void ExposeRow(const RowPart& row, float gain) {
   for (int i = 0; i < row.columns; ++i) {
     const float r = Floored(gain * row.red[i]);
@@ -33,7 +33,7 @@ void ExposeRow(const RowPart& row, float gain) {
     const float b = Floored(gain * row.blue[i]);
     const float rg = r < g ? g : r;
     const float peak = rg < b ? b : rg;
-    // Up to the knee nothing is scaled and nothing made gray, which leaves every bit as it was.
+    // Below the knee the scale is exactly 1 and the blend 0, so that every bit is kept.
     const bool beyond_knee = peak > kKnee;
     const float level = Shoulder(peak);
     const float scale = beyond_knee ? level / peak : 1.0F;

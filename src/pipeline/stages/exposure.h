@@ -6,9 +6,9 @@
 
 namespace lumvik {
 
-// Multiplies by 2 to the power of `exposure` (stops). A pixel whose largest channel passes 0.75 is scaled
-// onto a shoulder that tends to 1 and is blended towards the gray of that level, so that over-exposed
-// colors end white and no single channel clips. Result in 0..1. Empty when `exposure` is 0.
+// Multiplies by 2 to the power of `exposure` (stops). A pixel whose largest channel exceeds 0.75 is scaled
+// onto a shoulder that tends to 1 and is blended toward the gray of that level, so that over-exposed colors
+// turn white and no single channel clips. Result in 0..1.
 RowTransform Exposure(float exposure);
 
 }  // namespace lumvik

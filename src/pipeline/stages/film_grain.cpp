@@ -16,7 +16,7 @@ constexpr float kGrainStrength = 0.05F;
 constexpr float kMinSize = 0.01F;
 constexpr double kMinDeviation = 1e-6;
 
-// Of all values, from those of each row, on all threads.
+// Combined from the deviations of the rows, which are computed on all threads.
 double StandardDeviation(const cv::Mat& plane) {
   const auto rows = static_cast<size_t>(plane.rows);
   std::vector<double> means(rows);
@@ -50,10 +50,10 @@ void AddGrain(const RowPart& row, const float* noise, float gain) {
 }  // namespace
 
 std::future<GrainNoise> DrawGrain(cv::Size frame, float amount) {
-  // Without a thread to be had it is deferred too.
+  // Deferred as well if no thread can be started.
   const auto policy =
       cv::getNumThreads() > 1 ? std::launch::async | std::launch::deferred : std::launch::deferred;
-  // With a generator of its own: cv::parallel_for_ sets that of the calling thread back.
+  // It draws from a copy of the generator: cv::parallel_for_ resets that of the calling thread.
   return std::async(policy, [noise = GrainNoise{LargeImage(frame, CV_32F), cv::theRNG()},
                              deviation = DeviationOf(amount)]() mutable {
     noise.generator.fill(noise.values, cv::RNG::NORMAL, 0.0, deviation);
@@ -65,7 +65,7 @@ RowTransform FilmGrain(const GrainNoise& drawn, float amount, float size) {
   cv::theRNG() = drawn.generator;
   cv::Mat noise = drawn.values;
   const float share = size / 100.0F;
-  float gain = 1;  // back to the strength that the noise had before it was smoothed
+  float gain = 1;  // restores the strength of the noise before smoothing
   if (share > kMinSize) {
     noise = Blurred(noise, Gaussian::OfSigma(static_cast<double>(2.0F * share + 0.5F)));
     const double blurred_deviation = StandardDeviation(noise);

@@ -1,4 +1,4 @@
-// Film grain: one colorless noise on all three colors.
+// Film grain: monochrome noise added to all three colors.
 #ifndef LUMVIK_PIPELINE_STAGES_FILM_GRAIN_H_
 #define LUMVIK_PIPELINE_STAGES_FILM_GRAIN_H_
 
@@ -8,20 +8,20 @@
 
 namespace lumvik {
 
-// Noise (CV_32FC1), and its generator as it stood afterwards.
+// Noise (CV_32FC1), and the state of the generator after drawing it.
 struct GrainNoise {
   cv::Mat values;
   cv::RNG generator;
 };
 
-// Normal noise of standard deviation 0.05 at an `amount` of 100 percent. Drawn from OpenCV's generator of the
-// calling thread as it stands: two renders differ. A generator draws in sequence, so that only a thread
-// beside those that develop makes it faster; to be begun early. Where OpenCV has one thread, so has this: it
-// is then drawn when it is waited for.
+// Normal noise of standard deviation 0.05 at an `amount` of 100 percent, drawn from the current state of the
+// calling thread's OpenCV generator, so that two renders differ. A generator draws in sequence: start early,
+// on a thread of its own. If OpenCV is limited to one thread, the noise is drawn when the result is
+// requested.
 std::future<GrainNoise> DrawGrain(cv::Size frame, float amount);
 
-// That noise smoothed to `size` (percent) without losing strength, added and clamped to 0..1. Hands the
-// generator back to the calling thread.
+// The noise smoothed to `size` (percent) at constant strength, added and clamped to 0..1. Hands the generator
+// back to the calling thread.
 RowTransform FilmGrain(const GrainNoise& drawn, float amount, float size);
 
 }  // namespace lumvik

@@ -15,7 +15,8 @@ constexpr float kPerspectiveStrength = 0.15F;
 constexpr float kWholeFrame = 0.99F;
 constexpr int kSmallestSide = 11;
 
-// OpenCV's cv::warpAffine counts in 1/1024 of a pixel and rounds the two halves of a coordinate separately.
+// cv::warpAffine works in 1/1024 of a pixel and rounds the column and the row term of a coordinate
+// separately.
 constexpr int kFineBits = 10;
 constexpr int kFineToPosition = kFineBits - 5;
 static_assert(1 << (kFineBits - kFineToPosition) == kPositionsPerPixel);
@@ -23,13 +24,12 @@ static_assert(1 << (kFineBits - kFineToPosition) == kPositionsPerPixel);
 constexpr int kBlockRows = 16;
 constexpr int kBlockPixels = 1024;
 
-// Of angles that are no number OpenCV makes the least of all ints, twice, and lets their sum wrap round.
+// OpenCV turns both terms of a NaN angle into INT_MIN and lets their sum wrap around.
 int WrappingSum(int a, int b) {
   return static_cast<int>(static_cast<unsigned>(a) + static_cast<unsigned>(b));
 }
 
-// The pixels from x on come from where the matrix takes them; `first` is the column at which their block
-// begins.
+// Maps the pixels from x on through the matrix; `first` is the first column of their block.
 void LocateProjected(const cv::Matx33d& matrix, int first, int x, int y, int columns, int* __restrict to_x,
                      int* __restrict to_y) {
   constexpr double kScale = kPositionsPerPixel;
@@ -49,7 +49,7 @@ void LocateProjected(const cv::Matx33d& matrix, int first, int x, int y, int col
   }
 }
 
-// A fraction of a length in whole pixels, cut off; far outside the frame, or no number, stays far outside.
+// A fraction of a length, truncated to whole pixels. Far outside the frame, or NaN, stays far outside.
 int Pixels(int length, float fraction) {
   constexpr float kFarOutside = 1e9F;
   const float pixels = static_cast<float>(length) * fraction;
@@ -103,7 +103,8 @@ RowSource PerspectiveCorrected(const cv::Mat& working, float horizontal, float v
   const cv::Matx33d forward = cv::getPerspectiveTransform(from, to, cv::DECOMP_LU);
   cv::Matx33d back;
   cv::invert(forward, back);
-  // cv::warpPerspective starts anew with every block of columns, which decides the last bits of a place.
+  // cv::warpPerspective evaluates the matrix anew per block of columns, which affects the last bits of a
+  // position.
   const int block = std::min(kBlockPixels / std::min(kBlockRows, working.rows), working.cols);
   return Sampled(working, [back, block](const RowPart& part, SamplePositions& positions) {
     for (int i = 0; i < part.columns;) {

@@ -7,8 +7,8 @@
 
 namespace lumvik {
 
-// In that order. All but the crop keep the frame's size and fill from outside with mirrored picture. Rotation
-// and perspective read from `working` (CV_32FC4) while their own rows are read.
+// In this order. All but the crop keep the size of the frame and mirror the image at its edges. Rotation and
+// perspective refer to `working` (CV_32FC4), which they sample while their rows are read.
 
 // In place.
 RowSource Flipped(cv::Mat& working, bool horizontally, bool vertically);
@@ -16,12 +16,12 @@ RowSource Flipped(cv::Mat& working, bool horizontally, bool vertically);
 // Counter-clockwise about the center.
 RowSource Rotated(const cv::Mat& working, float degrees);
 
-// -100..100 percent: `horizontal` narrows the top and widens the bottom, `vertical` brings both edges in; one
-// transform for both.
+// -100..100 percent, in one transform: `horizontal` narrows the top and widens the bottom, `vertical` moves
+// the top and bottom edges inward.
 RowSource PerspectiveCorrected(const cv::Mat& working, float horizontal, float vertical);
 
-// The part of a frame that a crop keeps. A crop that would leave fewer than 11 pixels in a direction, or that
-// covers 99 % of the frame from its origin, is not made: the whole frame.
+// The part of a frame that a crop keeps: the whole frame if fewer than 11 pixels would remain in a direction,
+// or if the crop covers 99 % of the frame from its origin.
 cv::Rect CropArea(const CropRectangle& crop, cv::Size frame);
 
 RowSource Cropped(const RowSource& image, const cv::Rect& area);

@@ -13,32 +13,26 @@ constexpr float kShadowStrength = 1.2F;
 constexpr float kHighlightStrength = 0.5F;
 constexpr float kMinLuminance = 1e-6F;
 
-struct Bounds {
-  float least;
-  float most;
-};
-
-// The settings, and bounds whose values the compiler does not know where they are used: see pixel_math.h.
 struct Zones {
   float highlights;
   float shadows;
-  Bounds gamma = {0.3F, 3.0F};
-  Bounds gain = {0.3F, 2.0F};
+  ClampBounds gamma = {0.3F, 3.0F};
+  ClampBounds gain = {0.3F, 2.0F};
 };
 
 float ShadowGamma(float luminance, const Zones& zones) {
   const float depth = (kShadowTop - luminance) * (1.0F / kShadowTop);
   const float gamma = 1.0F / (depth * depth * zones.shadows * kShadowStrength + 1.0F);
-  return Clamp(gamma, zones.gamma.least, zones.gamma.most);
+  return Clamp(gamma, zones.gamma);
 }
 
 float HighlightGain(float luminance, const Zones& zones) {
   const float height = (luminance - kHighlightBottom) * (1.0F / kHighlightRange);
   const float gain = height * height * zones.highlights * kHighlightStrength + 1.0F;
-  return Clamp(gain, zones.gain.least, zones.gain.most);
+  return Clamp(gain, zones.gain);
 }
 
-// Luminances of a part of a row, as they are and raised as if all were shadows.
+// The luminances of a part before the stage, and raised as if all of them were shadows.
 struct Luminances {
   float before[kMaxPart];
   float lifted[kMaxPart];
@@ -59,7 +53,7 @@ void Reshape(const RowPart& row, const Zones& zones) {
     const float before = luminances.before[i];
     float after = before;
     if constexpr (kShadows) after = Choose(before < kShadowTop, luminances.lifted[i], before);
-    // The zones overlap; which of them a pixel lies in is decided by its luminance before either acts.
+    // The zones overlap; the luminance before either acts decides which of them a pixel is in.
     if constexpr (kHighlights) {
       const float pulled = ClampUnit(HighlightGain(before, zones) * after);
       after = Choose(before > kHighlightBottom, pulled, after);

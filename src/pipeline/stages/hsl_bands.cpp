@@ -11,14 +11,13 @@ namespace {
 // Red, orange, yellow, green, aqua, blue, purple, magenta, in turns.
 constexpr std::array<float, kHslBandCount> kCenters = {0.0F,        1.0F / 12.0F, 1.0F / 6.0F, 1.0F / 3.0F,
                                                        1.0F / 2.0F, 2.0F / 3.0F,  7.0F / 9.0F, 5.0F / 6.0F};
-constexpr float kReach = 0.09F;
+constexpr float kHalfWidth = 0.09F;
 constexpr float kMinWeight = 0.0001F;
 constexpr float kMinSaturation = 0.0001F;
 
 using Bands = std::array<HslBand, kHslBandCount>;
 
-// Of each pixel of a part of a row: its color, and the sum of all bands' shifts at its hue, each by its
-// weight; the weights are not normalized.
+// For each pixel of a part: its color, and the sum of all shifts at its hue, weighted but not normalized.
 struct Part {
   float hue[kMaxPart];
   float saturation[kMaxPart];
@@ -45,12 +44,12 @@ void AddBands(const Bands& bands, int columns, Part& part) {
     for (size_t band = 0; band < kHslBandCount; ++band) {
       const float apart = std::fabs(part.hue[i] - kCenters[band]);
       const float distance = std::min(apart, 1.0F - apart);
-      const float weight = 1.0F - distance * (1.0F / kReach);
-      const bool reached = weight >= kMinWeight;  // and so within the reach
-      sum += Choose(reached, weight, 0.0F);
-      shift.hue += Choose(reached, weight * bands[band].hue, 0.0F);
-      shift.saturation += Choose(reached, weight * bands[band].saturation, 0.0F);
-      shift.luminance += Choose(reached, weight * bands[band].luminance, 0.0F);
+      const float weight = 1.0F - distance * (1.0F / kHalfWidth);
+      const bool covered = weight >= kMinWeight;
+      sum += Choose(covered, weight, 0.0F);
+      shift.hue += Choose(covered, weight * bands[band].hue, 0.0F);
+      shift.saturation += Choose(covered, weight * bands[band].saturation, 0.0F);
+      shift.luminance += Choose(covered, weight * bands[band].luminance, 0.0F);
     }
     part.weight[i] = sum;
     part.hue_shift[i] = shift.hue;

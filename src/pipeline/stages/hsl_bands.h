@@ -1,4 +1,4 @@
-// HSL bands: hue, saturation and lightness of eight ranges of hue.
+// HSL bands: hue, saturation and lightness of eight hue ranges.
 #ifndef LUMVIK_PIPELINE_STAGES_HSL_BANDS_H_
 #define LUMVIK_PIPELINE_STAGES_HSL_BANDS_H_
 
@@ -9,7 +9,6 @@
 
 namespace lumvik {
 
-// Whether any band shifts anything.
 bool HasShift(const std::array<HslBand, kHslBandCount>& bands);
 
 // Each band shifts pixels whose hue lies within 0.09 turns of its center, weighted by nearness; where bands

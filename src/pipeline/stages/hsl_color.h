@@ -22,16 +22,16 @@ struct RgbColor {
   float b;
 };
 
-inline constexpr float kSixth = 1.0F / 6.0F;  // divisions are what limits these conversions
+inline constexpr float kSixth = 1.0F / 6.0F;  // divisions dominate the cost of these conversions
 
-// What is left of a value after its whole part is cut off: std::fmod(value, 1), which would not vectorize.
+// std::fmod(value, 1), which would not vectorize.
 inline float FractionOf(float value) {
   return value - std::trunc(value);
 }
 
-// Foley, van Dam et al., Computer Graphics: Principles and Practice, section 13.3.5. A gray has hue and
-// saturation 0. Without branches, as every pixel goes through here.
-// NOLINTNEXTLINE(readability-identifier-naming): the name this conversion has everywhere
+// Foley, van Dam et al., Computer Graphics: Principles and Practice, section 13.3.5. Gray has hue and
+// saturation 0. Free of branches, so that loops over it vectorize.
+// NOLINTNEXTLINE(readability-identifier-naming): the established name of this conversion
 inline HslColor rgb_to_hsl(float r, float g, float b) {
   constexpr float kGraySpread = 1e-6F;
   const float largest = std::max(std::max(r, g), b);
@@ -49,7 +49,7 @@ inline HslColor rgb_to_hsl(float r, float g, float b) {
   return {gray ? 0.0F : hue, gray ? 0.0F : s, l};
 }
 
-// Each component clamped to 0..1. A negative hue, or one of a whole turn and more, is taken as it falls.
+// Each component is clamped to 0..1. Hues outside 0..1 are not wrapped.
 // NOLINTNEXTLINE(readability-identifier-naming): likewise
 inline RgbColor hsl_to_rgb(float h, float s, float l) {
   const float chroma = (1.0F - std::fabs(2.0F * l - 1.0F)) * s;
@@ -59,8 +59,8 @@ inline RgbColor hsl_to_rgb(float h, float s, float l) {
   const float c_m = ClampUnit(chroma + m);
   const float x_m = ClampUnit(x + m);
   const float o_m = ClampUnit(0.0F + m);
-  // Sixths of a turn, -5..5. A component is largest near its own two and smallest opposite; the comparisons
-  // are of distances because a choice between many cases does not vectorize.
+  // The sector, -5..5 sixths of a turn. A component peaks in its own two sectors and is lowest opposite them.
+  // Distances are compared because a switch over the sectors does not vectorize.
   const float whole = std::trunc(sixths);
   const float sector = whole - 6.0F * std::trunc(whole * kSixth);
   const float from_cyan = std::fabs(sector - 2.5F);
@@ -68,7 +68,7 @@ inline RgbColor hsl_to_rgb(float h, float s, float l) {
   const float from_blue = std::fabs(sector - 3.5F);
   const float red_rest = from_cyan < 2.0F ? x_m : c_m;
   const float green_rest = from_green < 2.0F ? x_m : o_m;
-  const float blue_far = from_blue < 4.0F ? o_m : x_m;  // the sectors of a negative hue lie furthest
+  const float blue_far = from_blue < 4.0F ? o_m : x_m;  // the sectors of negative hues are the furthest
   const float blue_rest = from_blue < 2.0F ? x_m : blue_far;
   return {from_cyan < 1.0F ? o_m : red_rest, from_green < 1.0F ? c_m : green_rest,
           from_blue < 1.0F ? c_m : blue_rest};

@@ -29,7 +29,7 @@ struct Lens {
   float k;
 };
 
-// Where the pixels of a part come from.
+// The positions that the pixels of a part are sampled at.
 void LocatePixels(const Lens& lens, int first_x, int y, int columns, int* __restrict to_x,
                   int* __restrict to_y) {
   constexpr auto kScale = static_cast<float>(kPositionsPerPixel);
@@ -42,9 +42,8 @@ void LocatePixels(const Lens& lens, int first_x, int y, int columns, int* __rest
   }
 }
 
-// Where the pixels along one direction of a resized plane come from, the plane cut or padded about its center
-// to the length that it had, as cv::resize with cv::INTER_LINEAR positions them: each is mixed from two
-// neighbors.
+// Linear interpolation along one direction of a plane resized by `factor` as cv::resize does it with
+// cv::INTER_LINEAR, then cropped or padded about its center to its former length.
 struct Line {
   std::vector<int> first;
   std::vector<int> second;
@@ -78,9 +77,9 @@ class ResizedColor {
     const auto scale = static_cast<double>(factor);
     const cv::Size resized(cvRound(working.cols * scale), cvRound(working.rows * scale));
     CV_Assert(!resized.empty());
-    // OpenCV copies a plane that keeps its size.
+    // OpenCV copies a plane whose size does not change.
     const double used_scale = resized == working.size() ? 1.0 : scale;
-    // Compared by size: half the difference is 0 for a plane that is one pixel too small.
+    // Sizes are compared because half the difference is 0 for a plane one pixel too small.
     const bool is_cut = resized.width >= working.cols && resized.height >= working.rows;
     columns_ = ResizedLine(working.cols, used_scale, resized.width, is_cut);
     rows_ = ResizedLine(working.rows, used_scale, resized.height, is_cut);

@@ -6,14 +6,13 @@
 
 namespace lumvik {
 
-// Both read from `working` (CV_32FC4) while their own rows are read.
+// Both refer to `working` (CV_32FC4), which they sample while their rows are read.
 
-// Radial distortion, -100..100 percent: positive samples from nearer the center towards the corners (corrects
-// barrel distortion). Beyond the edge the picture is mirrored.
+// Radial distortion, -100..100 percent: positive values sample closer to the center toward the corners, which
+// corrects barrel distortion. The image is mirrored at its edges.
 RowSource CorrectDistortion(const cv::Mat& working, float amount);
 
-// Enlarges red and shrinks blue about the center by up to 0.3 % at 100 percent. Blue is padded with 0 at the
-// edges.
+// Enlarges red and shrinks blue about the center by up to 0.3 % at 100 percent. Blue is padded with 0.
 RowSource CorrectChromaticAberration(const cv::Mat& working, float amount);
 
 }  // namespace lumvik

@@ -1,4 +1,4 @@
-// Lens vignetting: the darkening of a frame's corners, compensated.
+// Lens vignetting: compensation for the darkening of the corners.
 #ifndef LUMVIK_PIPELINE_STAGES_LENS_VIGNETTING_H_
 #define LUMVIK_PIPELINE_STAGES_LENS_VIGNETTING_H_
 
@@ -6,8 +6,8 @@
 
 namespace lumvik {
 
-// Gain 1 in the center to 1.5 in the corners at 100 percent, with the square of the distance; clamped to
-// 0..1. Empty unless `amount` is above 0.
+// Gain 1 at the center to 1.5 in the corners at 100 percent, with the square of the distance; clamped to
+// 0..1.
 RowTransform LensVignetting(float amount, cv::Size frame);
 
 }  // namespace lumvik

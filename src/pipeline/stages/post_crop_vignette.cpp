@@ -10,13 +10,12 @@ namespace {
 
 constexpr float kMinFalloff = 1e-6F;
 
-// Made from the settings once a run.
 struct Vignette {
   float center_x;
   float center_y;
   float amount;
   float midpoint;
-  float ellipse_share;  // of the distance; the rest is that of a rectangle
+  float ellipse_share;  // of the distance, against that of a rectangle
 };
 
 void Brighten(const RowPart& row, const Vignette& vignette) {

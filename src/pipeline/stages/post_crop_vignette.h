@@ -1,4 +1,4 @@
-// Post-crop vignette: the frame's edges moved towards white.
+// Post-crop vignette: the edges of the frame blended toward white.
 #ifndef LUMVIK_PIPELINE_STAGES_POST_CROP_VIGNETTE_H_
 #define LUMVIK_PIPELINE_STAGES_POST_CROP_VIGNETTE_H_
 
@@ -13,9 +13,8 @@ struct VignetteSettings {
   float roundness;
 };
 
-// Either sign of the amount brightens. The weight grows smoothly from the midpoint radius to the edge, where
+// Either sign of the amount brightens. The weight rises smoothly from the midpoint radius to the edge, where
 // the radius is 1 in both directions; negative roundness turns the ellipse into a rectangle. Clamped to 0..1.
-// Empty when the amount is 0.
 RowTransform PostCropVignette(const VignetteSettings& settings, cv::Size frame);
 
 }  // namespace lumvik

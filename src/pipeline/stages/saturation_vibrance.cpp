@@ -11,7 +11,7 @@ namespace {
 constexpr float kColorfulnessScale = 3.0F;
 constexpr float kVibranceStrength = 0.8F;
 
-// A setting that is 0 leaves every bit as it was, and costs nothing.
+// A setting of 0 keeps every bit, and costs nothing.
 template <bool kSaturation, bool kVibrance>
 void Stretch(const RowPart& row, float saturation, float vibrance) {
   for (int i = 0; i < row.columns; ++i) {

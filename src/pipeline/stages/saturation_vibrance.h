@@ -6,8 +6,8 @@
 
 namespace lumvik {
 
-// `saturation` scales that distance for every pixel, `vibrance` the more the duller the pixel came in, both
-// in percent; the result is clamped to 0..1. Empty when both are 0.
+// `saturation` scales that distance for every pixel, `vibrance` the more the less saturated the pixel is,
+// both in percent; clamped to 0..1.
 RowTransform SaturationVibrance(float saturation, float vibrance);
 
 }  // namespace lumvik

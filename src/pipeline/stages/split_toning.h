@@ -1,4 +1,4 @@
-// Split toning: one tint for bright tones, one for dark ones.
+// Split toning: one tint for the highlights, one for the shadows.
 #ifndef LUMVIK_PIPELINE_STAGES_SPLIT_TONING_H_
 #define LUMVIK_PIPELINE_STAGES_SPLIT_TONING_H_
 
@@ -7,8 +7,8 @@
 
 namespace lumvik {
 
-// Adds saturation and moves the hue towards the two target hues, weighted by luminance; the hue moves
-// linearly, without wrap-around, and lightness stays. Empty when both saturations are 0.
+// Adds saturation and moves the hue toward the two target hues, weighted by luminance. The hue moves
+// linearly, without wrapping around; lightness stays.
 RowTransform SplitToning(const SplitToningSettings& settings);
 
 }  // namespace lumvik

@@ -34,11 +34,11 @@ float EvaluateSegment(const ToneCurve& points, size_t j, float x) {
 
 // A NaN looks up entry 0.
 int Index(float value) {
-  // NOLINTNEXTLINE(bugprone-incorrect-roundings): adding a half and cutting off is how the index is defined
+  // NOLINTNEXTLINE(bugprone-incorrect-roundings): adding one half and truncating defines the index
   return static_cast<int>(SaturateUnit(value) * kMaxCode + 0.5F);
 }
 
-// One look-up in the result equals a look-up in `first` and then one in `second`.
+// One lookup in the result equals a lookup in `first`, then one in `second`.
 Table Composed(const Table& first, const Table& second) {
   Table table(first.size());
   std::transform(first.begin(), first.end(), table.begin(),
@@ -46,7 +46,7 @@ Table Composed(const Table& first, const Table& second) {
   return table;
 }
 
-// In two loops: the arithmetic vectorizes, the look-ups do not.
+// Two loops, because the arithmetic vectorizes and the lookups do not.
 void LookUp(float* __restrict values, int count, const float* __restrict table) {
   int indices[kMaxPart];
   for (int i = 0; i < count; ++i) indices[i] = Index(values[i]);
@@ -64,7 +64,7 @@ std::vector<float> BuildCurveTable(const ToneCurve& points) {
       table[i] = x;
       continue;
     }
-    // x only grows, so the first segment that ends at or behind it never lies before the last one found.
+    // x only grows, so the segment never moves back.
     while (segment + 2 < points.size() && !(points[segment + 1].x >= x)) ++segment;
     table[i] = ClampUnit(EvaluateSegment(points, segment, x));
   }

@@ -18,15 +18,15 @@ struct WhiteBalanceGains {
   float blue;
 };
 
-// The Planckian locus at `temperature` kelvin (held to 1667..25000), in the cubic approximation of Kim et
+// The Planckian locus at `temperature` kelvin, clamped to 1667..25000, by the cubic approximation of Kim et
 // al., US patent 7024034.
 Chromaticity KelvinToChromaticity(float temperature);
 
-// Gains against the locus at 6504 K. They are not normalized to a neutral point: at 6504 K itself red is
-// 1.27 and blue 0.96. `tint` acts on green alone, positive towards magenta.
+// Gains relative to the locus at 6504 K. They are not normalized to a neutral point: at 6504 K red is 1.27
+// and blue 0.96. `tint` acts on green alone; positive values shift toward magenta.
 WhiteBalanceGains ComputeWhiteBalanceGains(float temperature, float tint);
 
-// Multiplies by the gains and clamps to 0..1. Empty when all three gains are exactly 1.
+// Multiplies by the gains and clamps to 0..1. The identity if all three gains are exactly 1.
 RowTransform WhiteBalance(float temperature, float tint);
 
 }  // namespace lumvik

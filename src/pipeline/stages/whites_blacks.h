@@ -6,8 +6,8 @@
 
 namespace lumvik {
 
-// Maps black point .. white point to 0..1 in each channel and clamps. Positive `whites` (percent) raise the
-// white point and so darken, positive `blacks` raise the black point. Empty when both are 0.
+// Maps black point..white point to 0..1 in each channel and clamps. Positive `whites` (percent) raise the
+// white point and so darken; positive `blacks` raise the black point.
 RowTransform WhitesBlacks(float whites, float blacks);
 
 }  // namespace lumvik
