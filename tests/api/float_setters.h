@@ -1,4 +1,4 @@
-// The setters of a single float, with the field each stores into and its default.
+// The setters that store one float each, with the field and its default.
 #ifndef LUMVIK_TESTS_API_FLOAT_SETTERS_H_
 #define LUMVIK_TESTS_API_FLOAT_SETTERS_H_
 
