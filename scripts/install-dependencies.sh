@@ -35,7 +35,7 @@ test_packages=(
   clang-format  # the check of the layout
   clang-tidy    # the static analysis
   doxygen       # the reference of the interface, which is to be made without a warning
-  python3       # the checks of the documents
+  python3       # the checks of words and documents
   abigail-tools # the check of the binary interface
 )
 picture_packages=(

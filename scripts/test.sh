@@ -24,6 +24,7 @@ step "Packages"
 
 step "Layout"
 "$ROOT/scripts/check-format.sh"
+"$ROOT/scripts/check-words.py"
 
 step "Reference of the interface"
 "$ROOT/scripts/build-docs.sh"

@@ -1,5 +1,4 @@
-// Storing adjustments. A setter stores what it is given: it enforces no range, renders nothing, and does
-// not mark the last render as stale.
+// Setters store the value as given: no range check, no render, and the last render stays current.
 #include <cstddef>
 
 #include "api/engine_context.h"
@@ -10,7 +9,7 @@ void Set(EngineContext* context, float lumvik::Adjustments::*field, float value)
   if (context != nullptr) context->adjustments.*field = value;
 }
 
-// The list of a channel; null for a null context or a channel that does not exist.
+// Null for a null context or an invalid channel.
 lumvik::ToneCurve* FindToneCurve(EngineContext* context, int channel) {
   if (context == nullptr || channel < 0 || channel >= lumvik::kToneCurveCount) return nullptr;
   return &context->adjustments.tone_curves[static_cast<size_t>(channel)];
@@ -159,7 +158,7 @@ void lumvik_set_hsl(EngineContext* ctx, int band, float hue, float saturation, f
   ctx->adjustments.hsl[static_cast<size_t>(band)] = {hue, saturation, luminance};
 }
 
-// The balance belongs to the highlight zone's call.
+// Only the highlights call sets the balance.
 void lumvik_set_split_toning(EngineContext* ctx, int zone, float hue, float saturation, float balance) {
   if (ctx == nullptr) return;
   lumvik::SplitToningSettings& toning = ctx->adjustments.split_toning;
@@ -189,7 +188,7 @@ void lumvik_reset_adjustments(EngineContext* ctx) {
   if (ctx != nullptr) lumvik::ResetAdjustments(*ctx);
 }
 
-// Clamped to 0..100 in this order, so that a NaN becomes 100.
+// Clamped to 0..100; comparing in this order turns a NaN into 100.
 void lumvik_set_bg_blur(EngineContext* ctx, float value) {
   if (ctx == nullptr) return;
   const float capped = value < 100.0F ? value : 100.0F;

@@ -1,4 +1,4 @@
-// The record behind every handle of the interface, and what all exported functions share.
+// The context behind an EngineContext handle, and the helpers that all exported functions share.
 #ifndef LUMVIK_API_ENGINE_CONTEXT_H_
 #define LUMVIK_API_ENGINE_CONTEXT_H_
 
@@ -11,7 +11,7 @@
 
 namespace lumvik {
 
-// Owns an lcms2 profile. Nothing fills it yet: the place for an output color profile.
+// Owns an lcms2 profile. Reserved for an output color profile; not set yet.
 class IccProfileHolder {
  public:
   IccProfileHolder() = default;
@@ -29,34 +29,34 @@ inline constexpr int kFailure = -1;
 
 }  // namespace lumvik
 
-// Members are released in the reverse of this order.
+// Members are destroyed in reverse order of declaration.
 struct EngineContext {
   lumvik::DecodedImage decoded;
-  lumvik::ImageBuffer source;    // what a render starts from
-  lumvik::ImageBuffer rendered;  // of the last render; current only while render_valid
+  lumvik::ImageBuffer source;    // input of every render
+  lumvik::ImageBuffer rendered;  // result of the last render; current only while render_valid
   lumvik::IccProfileHolder output_profile;
   lumvik::Adjustments adjustments;
   bool render_valid = false;
-  std::string last_error;   // of the latest failure; success never clears it
-  std::string source_path;  // of the last successful load; empty when nothing is loaded
-  cv::Mat mask;             // subject mask; outlives the image it was made for
+  std::string last_error;   // text of the latest failure; success never clears it
+  std::string source_path;  // of the loaded photograph; empty when nothing is loaded
+  cv::Mat mask;             // subject mask; survives loads and unloads
   float bg_blur = 0;        // percent
   bool mask_valid = false;
 };
 
 namespace lumvik {
 
-// True when an image is loaded; otherwise the last error says so.
+// True when an image is loaded; otherwise sets the last error.
 bool RequireImage(EngineContext& context);
 
 // Stores the text as the last error and returns kFailure.
 int Fail(EngineContext& context, std::string text);
 
-// Default adjustments, and no current render.
+// Restores the default adjustments and marks the render as stale.
 void ResetAdjustments(EngineContext& context);
 
-// Renders when there is no current render, without declaring the result current: an export does not
-// change when the next one renders.
+// Renders when the last render is stale, and leaves it marked as stale: an export does not affect whether
+// the next one renders.
 void RenderIfStale(EngineContext& context);
 
 }  // namespace lumvik

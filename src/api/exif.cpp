@@ -1,4 +1,4 @@
-// The loaded photograph's metadata.
+// EXIF data of the loaded photograph.
 #include "api/engine_context.h"
 #include "image/exif_info.h"
 

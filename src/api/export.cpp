@@ -1,4 +1,4 @@
-// Writing the developed photograph to a file.
+// Exporting the render as JPEG, PNG or TIFF.
 #include <algorithm>
 #include <opencv2/core/utility.hpp>
 #include <opencv2/imgcodecs.hpp>
@@ -16,15 +16,14 @@ constexpr int kMinJpegQuality = 1;
 constexpr int kMaxJpegQuality = 100;
 constexpr int kDeepPngBits = 16;
 
-constexpr int kConvertedRows = 8;  // at a time: what is made on the way stays in the cache
+constexpr int kConversionRows = 8;  // per block, so that intermediate results stay in the cache
 
-// In the encoders' channel order, blue first. On all threads: the encoder uses one, and beside it a
-// conversion of the whole image would be felt.
+// Converted on all threads, because a single-threaded conversion would take a noticeable part of an export.
 cv::Mat ToBgr16(const ImageBuffer& image) {
   cv::Mat bgr = LargeImage(image.size(), CV_16UC3);
   cv::parallel_for_(cv::Range(0, image.rows), [&](const cv::Range& range) {
-    for (int y = range.start; y < range.end; y += kConvertedRows) {
-      const cv::Range part(y, std::min(y + kConvertedRows, range.end));
+    for (int y = range.start; y < range.end; y += kConversionRows) {
+      const cv::Range part(y, std::min(y + kConversionRows, range.end));
       cv::Mat rows = bgr.rowRange(part);
       cv::cvtColor(ToRgb16(image.rowRange(part)), rows, cv::COLOR_RGB2BGR);
     }
@@ -32,7 +31,7 @@ cv::Mat ToBgr16(const ImageBuffer& image) {
   return bgr;
 }
 
-// `convert` makes what the encoder takes from the rendered image; `failure` is the text of a failed write.
+// `convert` turns the render into the encoder's input; `failure` is the last-error text of a failed write.
 int Export(EngineContext* context, const char* path, cv::Mat (*convert)(const ImageBuffer&),
            const std::vector<int>& params, const char* failure) {
   if (context == nullptr || path == nullptr || !RequireImage(*context)) return kFailure;
@@ -47,7 +46,7 @@ int lumvik_export_jpeg(EngineContext* ctx, const char* path, int quality, int /*
   const int clamped = std::clamp(quality, lumvik::kMinJpegQuality, lumvik::kMaxJpegQuality);
   const int status =
       lumvik::Export(ctx, path, lumvik::ToBgr8, {cv::IMWRITE_JPEG_QUALITY, clamped}, "JPEG write failed");
-  // A photograph without EXIF, or one whose EXIF cannot be carried over, is still exported.
+  // Missing or uncopyable EXIF does not fail the export.
   if (status == lumvik::kSuccess && keep_exif != 0 && !ctx->source_path.empty()) {
     lumvik::CopyExifToJpeg(ctx->source_path, path);
   }

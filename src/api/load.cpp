@@ -7,8 +7,7 @@
 namespace lumvik {
 namespace {
 
-// Everything that can throw happens before the first member of the context changes: after an exception the
-// earlier photograph is still there.
+// Only moves, which cannot throw: an exception during a load leaves the earlier photograph intact.
 void ReplacePhotograph(EngineContext& context, DecodedImage decoded, ImageBuffer source, std::string path) {
   context.decoded = std::move(decoded);
   context.source = std::move(source);

@@ -1,5 +1,5 @@
-// Keeps the library in memory once it is loaded. OpenCV's worker threads outlive the calls they work for and
-// nothing ends them: after a FreeLibrary they would wake in code that is gone.
+// Pins the DLL in memory. OpenCV's worker threads outlive the calls that started them and are never joined:
+// after FreeLibrary they would run unmapped code.
 #include <windows.h>
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {

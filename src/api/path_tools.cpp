@@ -1,4 +1,4 @@
-// What can be had of a file without a context.
+// Functions that take a path instead of a context: thumbnail and perceptual hash.
 #include <cstdlib>
 
 #include "analysis/perceptual_hash.h"
@@ -17,7 +17,7 @@ int lumvik_extract_thumbnail(const char* path, uint8_t** data, int* size) {
 }
 
 void lumvik_free_thumb(void* data) {
-  // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): it comes from malloc
+  // NOLINTNEXTLINE(cppcoreguidelines-no-malloc): allocated with malloc
   std::free(data);
 }
 

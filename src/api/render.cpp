@@ -1,4 +1,4 @@
-// Rendering on request, and reading the result back.
+// Rendering, and reading back the result: size, preview, histogram.
 #include <algorithm>
 
 #include "analysis/histogram.h"
@@ -16,6 +16,11 @@ void Render(EngineContext& context) {
   context.render_valid = true;
 }
 
+const cv::Mat& CurrentImage(const EngineContext& context) {
+  if (context.render_valid && !context.rendered.empty()) return context.rendered;
+  return context.decoded.image.empty() ? context.source : context.decoded.image;
+}
+
 }  // namespace
 }  // namespace lumvik
 
@@ -23,6 +28,14 @@ int lumvik_process(EngineContext* ctx) {
   if (ctx == nullptr || !lumvik::RequireImage(*ctx)) return lumvik::kFailure;
   lumvik::Render(*ctx);
   return lumvik::kSuccess;
+}
+
+int lumvik_get_width(EngineContext* ctx) {
+  return ctx == nullptr ? 0 : lumvik::CurrentImage(*ctx).cols;
+}
+
+int lumvik_get_height(EngineContext* ctx) {
+  return ctx == nullptr ? 0 : lumvik::CurrentImage(*ctx).rows;
 }
 
 int lumvik_get_preview(EngineContext* ctx, uint8_t* out, int capacity) {

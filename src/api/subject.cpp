@@ -1,4 +1,4 @@
-// The subject of the photograph: its mask, and the subject alone as a file.
+// Segmenting the subject, and exporting it as a cutout.
 #include <cstring>
 #include <opencv2/imgcodecs.hpp>
 
@@ -10,8 +10,8 @@
 namespace lumvik {
 namespace {
 
-// Where these functions tell a later failure from the first checks.
-constexpr int kLaterFailure = -2;
+// Status of a failure after the checks of arguments and state.
+constexpr int kOperationFailed = -2;
 constexpr int kPngCompression = 6;
 
 }  // namespace
@@ -19,11 +19,11 @@ constexpr int kPngCompression = 6;
 
 int lumvik_segment_subject(EngineContext* ctx, float subject_x, float subject_y) {
   if (ctx == nullptr) return lumvik::kFailure;
-  // An ordinary image has no decoded RAW image.
+  // Only RAW files are segmented.
   if (ctx->decoded.image.empty()) return lumvik::Fail(*ctx, "no image loaded");
   if (!lumvik::SegmentSubject(ctx->decoded.image, subject_x, subject_y, ctx->mask)) {
     lumvik::Fail(*ctx, "GrabCut failed");
-    return lumvik::kLaterFailure;
+    return lumvik::kOperationFailed;
   }
   ctx->mask_valid = true;
   return lumvik::kSuccess;
@@ -36,7 +36,7 @@ int lumvik_get_mask(EngineContext* ctx, uint8_t* out, int capacity) {
     return lumvik::Fail(*ctx, "no segmentation mask — call lumvik_segment_subject first");
   }
   const size_t size = mask.total();
-  if (capacity < static_cast<int>(size)) return lumvik::kLaterFailure;
+  if (capacity < static_cast<int>(size)) return lumvik::kOperationFailed;
   std::memcpy(out, mask.data, size);
   return lumvik::kSuccess;
 }
@@ -48,7 +48,7 @@ int lumvik_export_subject_png(EngineContext* ctx, const char* path) {
   const cv::Mat cutout = lumvik::SubjectCutout(ctx->rendered, ctx->mask);
   if (!lumvik::WriteImageFile(path, cutout, {cv::IMWRITE_PNG_COMPRESSION, lumvik::kPngCompression})) {
     lumvik::Fail(*ctx, "failed to write PNG");
-    return lumvik::kLaterFailure;
+    return lumvik::kOperationFailed;
   }
   return lumvik::kSuccess;
 }

@@ -1,4 +1,4 @@
-// What each setter stores, and that it stores nothing else.
+// Each setter stores its value and nothing else.
 #include <cmath>
 #include <iterator>
 #include <limits>
@@ -16,14 +16,14 @@ class AdjustmentSettersTest : public ApiTest {
  protected:
   Adjustments& stored() const { return ctx()->adjustments; }
 
-  // Expects that the context holds exactly these settings, and otherwise what a new context holds.
+  // Expects these settings in a context that is otherwise new.
   void ExpectOnly(const Adjustments& expected) const {
     const ContextPtr other = CreateContext();
     other->adjustments = expected;
     EXPECT_EQ(Describe(*ctx()), Describe(*other));
   }
 
-  // Gives every setting a value that is not its default.
+  // Sets every setting to a non-default value.
   void ChangeEverything() const;
 };
 
@@ -62,7 +62,7 @@ TEST_F(AdjustmentSettersTest, ANewContextHasTheDefaults) {
   EXPECT_EQ(ctx()->bg_blur, 0);
 }
 
-TEST_F(AdjustmentSettersTest, EachSetterStoresItsValueAsGivenAndNothingElse) {
+TEST_F(AdjustmentSettersTest, EachSetterStoresItsValueUncheckedAndNothingElse) {
   for (const FloatSetter& setter : kFloatSetters) {
     for (const float value : {1000.0F, -1e30F, 0.1F, -0.0F, kInfinity, kNan}) {
       SCOPED_TRACE(setter.name);
@@ -90,7 +90,7 @@ TEST_F(AdjustmentSettersTest, FlipsStoreTheInteger) {
   }
 }
 
-TEST_F(AdjustmentSettersTest, CropStoresAllFourUnchecked) {
+TEST_F(AdjustmentSettersTest, CropStoresItsValuesUnchecked) {
   const CropRectangle crops[] = {{0.1F, 0.2F, 0.3F, 0.4F}, {0.9F, 0.8F, -5, 1000}, {kNan, -1, kNan, 0}};
   for (const CropRectangle& crop : crops) {
     lumvik_set_crop(ctx(), crop.x, crop.y, crop.w, crop.h);
@@ -110,14 +110,14 @@ TEST_F(AdjustmentSettersTest, HslStoresTheBand) {
   }
 }
 
-TEST_F(AdjustmentSettersTest, HslIgnoresABandThatDoesNotExist) {
+TEST_F(AdjustmentSettersTest, HslIgnoresInvalidBands) {
   for (const int band : {8, -1, 1000, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
     lumvik_set_hsl(ctx(), band, 1, 2, 3);
     ExpectOnly(Adjustments());
   }
 }
 
-TEST_F(AdjustmentSettersTest, ZoneZeroOfSplitToningStoresHighlightsAndBalance) {
+TEST_F(AdjustmentSettersTest, SplitToningZoneZeroStoresHighlightsAndBalance) {
   lumvik_set_split_toning(ctx(), 0, 40, 60, 0.7F);
   Adjustments expected;
   expected.split_toning.highlight_hue = 40;
@@ -126,7 +126,7 @@ TEST_F(AdjustmentSettersTest, ZoneZeroOfSplitToningStoresHighlightsAndBalance) {
   ExpectOnly(expected);
 }
 
-TEST_F(AdjustmentSettersTest, AnyOtherZoneOfSplitToningStoresShadowsWithoutBalance) {
+TEST_F(AdjustmentSettersTest, SplitToningOfAnyOtherZoneStoresShadowsWithoutBalance) {
   lumvik_set_split_toning(ctx(), 0, 0, 0, 25);
   for (const int zone : {1, 2, -1, std::numeric_limits<int>::max()}) {
     lumvik_set_split_toning(ctx(), zone, 200, static_cast<float>(zone), 0.7F);
@@ -138,7 +138,7 @@ TEST_F(AdjustmentSettersTest, AnyOtherZoneOfSplitToningStoresShadowsWithoutBalan
   }
 }
 
-TEST_F(AdjustmentSettersTest, BackgroundBlurIsClampedAndNanIsFull) {
+TEST_F(AdjustmentSettersTest, BackgroundBlurIsClampedAndNanBecomes100) {
   const struct {
     float given;
     float stored;
@@ -151,7 +151,7 @@ TEST_F(AdjustmentSettersTest, BackgroundBlurIsClampedAndNanIsFull) {
   }
 }
 
-TEST_F(AdjustmentSettersTest, ToneCurveKeepsTheGivenOrder) {
+TEST_F(AdjustmentSettersTest, ToneCurveKeepsTheOrderOfItsPoints) {
   const float points[] = {0.9F, 0.1F, 0.2F, 0.8F, 0.2F, 0.3F, -4, 1000};
   for (int channel = 0; channel < kToneCurveCount; ++channel) {
     lumvik_set_tone_curve(ctx(), channel, points, 4);
@@ -163,7 +163,7 @@ TEST_F(AdjustmentSettersTest, ToneCurveKeepsTheGivenOrder) {
   }
 }
 
-TEST_F(AdjustmentSettersTest, ToneCurveReplacesTheEarlierOne) {
+TEST_F(AdjustmentSettersTest, ToneCurveReplacesThePreviousOne) {
   const float long_curve[] = {0, 0, 0.3F, 0.4F, 1, 1};
   const float out_of_order[] = {1, 0, 0, 1};
   lumvik_set_tone_curve(ctx(), LUMVIK_CURVE_GREEN, long_curve, 3);
@@ -182,7 +182,7 @@ TEST_F(AdjustmentSettersTest, ToneCurveCopiesThePoints) {
   ExpectOnly(expected);
 }
 
-TEST_F(AdjustmentSettersTest, ToneCurveIgnoresWhatIsNoCurve) {
+TEST_F(AdjustmentSettersTest, ToneCurveIgnoresInvalidArguments) {
   const float points[] = {0, 0.25F, 1, 0.75F};
   lumvik_set_tone_curve(ctx(), LUMVIK_CURVE_RED, points, 2);
   const std::string before = Describe(*ctx());
@@ -197,7 +197,7 @@ TEST_F(AdjustmentSettersTest, ToneCurveIgnoresWhatIsNoCurve) {
   EXPECT_EQ(Describe(*ctx()), before);
 }
 
-TEST_F(AdjustmentSettersTest, ResettingAToneCurveMakesItATwoPointIdentity) {
+TEST_F(AdjustmentSettersTest, ResettingAToneCurveStoresTwoPoints) {
   const float points[] = {0, 0.1F, 0.5F, 0.5F, 1, 0.9F};
   lumvik_set_tone_curve(ctx(), LUMVIK_CURVE_RED, points, 3);
   lumvik_set_tone_curve(ctx(), LUMVIK_CURVE_BLUE, points, 3);
@@ -209,14 +209,14 @@ TEST_F(AdjustmentSettersTest, ResettingAToneCurveMakesItATwoPointIdentity) {
   }
 }
 
-TEST_F(AdjustmentSettersTest, ResettingAToneCurveIgnoresAChannelThatDoesNotExist) {
+TEST_F(AdjustmentSettersTest, ResettingAToneCurveIgnoresInvalidChannels) {
   for (const int channel : {-1, 4, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()}) {
     lumvik_reset_tone_curve(ctx(), channel);
     ExpectOnly(Adjustments());
   }
 }
 
-TEST_F(AdjustmentSettersTest, ResettingRestoresEveryDefaultButTheBackgroundBlur) {
+TEST_F(AdjustmentSettersTest, ResettingRestoresEveryDefaultExceptTheBackgroundBlur) {
   ChangeEverything();
   lumvik_set_bg_blur(ctx(), 30);
   lumvik_reset_adjustments(ctx());
@@ -226,7 +226,7 @@ TEST_F(AdjustmentSettersTest, ResettingRestoresEveryDefaultButTheBackgroundBlur)
   EXPECT_EQ(ctx()->bg_blur, 30);
 }
 
-TEST_F(AdjustmentSettersTest, LoadingRestoresEveryDefaultButTheBackgroundBlur) {
+TEST_F(AdjustmentSettersTest, LoadingRestoresEveryDefaultExceptTheBackgroundBlur) {
   for (const std::string& path : {WritePicture("a.png"), WriteRaw("a.arw")}) {
     ChangeEverything();
     lumvik_set_bg_blur(ctx(), 30);
@@ -236,7 +236,7 @@ TEST_F(AdjustmentSettersTest, LoadingRestoresEveryDefaultButTheBackgroundBlur) {
   }
 }
 
-TEST_F(AdjustmentSettersTest, NothingButALoadOrAResetChangesSettings) {
+TEST_F(AdjustmentSettersTest, OnlyALoadOrAResetChangesSettings) {
   LoadNeutral();
   ChangeEverything();
   const std::string before = Describe(stored());
@@ -250,7 +250,7 @@ TEST_F(AdjustmentSettersTest, NothingButALoadOrAResetChangesSettings) {
   EXPECT_EQ(Describe(stored()), before);
 }
 
-TEST_F(AdjustmentSettersTest, SettersAloneNeverTouchTheRender) {
+TEST_F(AdjustmentSettersTest, SettersNeverTouchTheRender) {
   LoadNeutral();
   ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
   const cv::Mat rendered = Exported();

@@ -21,7 +21,7 @@ std::string Digest(const cv::Mat& image) {
   return text.str();
 }
 
-// Enough digits to tell any two floats apart.
+// With enough digits to distinguish any two floats.
 std::ostringstream ExactStream() {
   std::ostringstream out;
   out.precision(std::numeric_limits<float>::max_digits10);
@@ -48,7 +48,7 @@ cv::Mat Widened(const cv::Mat& picture) {
   return wide;
 }
 
-// The binding names every field: a new one does not compile until it is added here.
+// The structured binding names every field, so that a new one does not compile until it is added here.
 std::string Describe(const Adjustments& adjustments) {
   const auto& [exposure, brightness, contrast, highlights, shadows, whites, blacks, temperature, tint,
                saturation, vibrance, sharpening_amount, sharpening_radius, sharpening_threshold, nr_luminance,

@@ -1,5 +1,4 @@
-// What the tests of the exported functions share: contexts, small photographs, and a look at all that a
-// context holds.
+// Shared by the tests of the exported functions: contexts, small photographs, and dumps of a context's state.
 #ifndef LUMVIK_TESTS_API_API_TEST_H_
 #define LUMVIK_TESTS_API_API_TEST_H_
 
@@ -21,7 +20,7 @@ namespace lumvik::test {
 
 inline constexpr int kFailed = -1;
 
-// The texts of Last error that are fixed.
+// Fixed last-error texts.
 inline constexpr char kNoImage[] = "no image loaded";
 inline constexpr char kNoFile[] = "no file loaded";
 inline constexpr char kUnreadable[] = "OpenCV could not read: ";
@@ -34,14 +33,14 @@ ContextPtr CreateContext();
 
 using Bytes = std::vector<uint8_t>;
 
-// 48x32, 8 bits, blue first; no mirroring or turning leaves it as it is, no channel equals another.
+// 48x32, 8-bit BGR. Asymmetric, and its channels differ, so that every flip, rotation or swap shows.
 cv::Mat SmallPicture();
-// The picture as 16 bits: what neutral settings make of it.
+// The picture as 16 bits, which is its render with neutral settings.
 cv::Mat Widened(const cv::Mat& picture);
-// Every field by name.
+// One line a field.
 std::string Describe(const Adjustments& adjustments);
 std::string Describe(const ExifInfo& info);
-// All that the context holds, images by size and digest; the rendered one only while it means something.
+// The state of a context, images by size and digest; the rendered image only while it is current.
 std::string Describe(const EngineContext& context);
 
 class ApiTest : public ::testing::Test {
@@ -53,16 +52,16 @@ class ApiTest : public ::testing::Test {
                        const cv::Mat& picture = SmallPicture()) const;
 
   std::string LastError() const { return lumvik_last_error(ctx()); }
-  // The samples that an export would write now: 16 bits, blue first.
+  // What an export writes now: 16-bit BGR.
   cv::Mat Exported() const { return Exported(ctx()); }
   cv::Mat Exported(EngineContext* context) const;
 
-  // Loads SmallPicture() with settings that leave every sample as it is.
+  // Loads SmallPicture() with settings that change no sample.
   void LoadNeutral() const;
 
   EngineContext* ctx() const { return context_.get(); }
 
-  // Gives the context up, so that a test may destroy it itself.
+  // Releases ownership of the context, for a test that destroys it.
   EngineContext* Release() { return context_.release(); }
 
  private:

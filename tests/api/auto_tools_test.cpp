@@ -1,4 +1,4 @@
-// The automatic tools: from which image they suggest, and that they do nothing else.
+// The automatic tools analyze the undeveloped image and change nothing.
 #include <gmock/gmock.h>
 
 #include <functional>
@@ -15,12 +15,12 @@ namespace {
 
 using Values = std::vector<float>;
 
-// Calls a tool with somewhere to write.
+// A tool that writes `count` values.
 struct Tool {
   const char* name;
   size_t count;
   int (*call)(EngineContext*, float* out);
-  // What it is to write for an image.
+  // What it writes for an image.
   Values (*expected)(const ImageBuffer&);
 };
 
@@ -48,8 +48,8 @@ const Tool kTools[] = {
      [](const ImageBuffer& image) { return Values{AutoStraighten(image)}; }},
 };
 
-// Dark, with a bright leaning edge and a black corner: every tool has something to say.
-cv::Mat LeaningPicture() {
+// Dark, with a bright tilted edge and a black corner, so that every tool suggests a change.
+cv::Mat TiltedPicture() {
   cv::Mat picture(300, 450, CV_8UC3, cv::Scalar(60, 50, 40));
   const std::vector<cv::Point> ground = {{0, 220}, {449, 170}, {449, 299}, {0, 299}};
   cv::fillConvexPoly(picture, ground, cv::Scalar(90, 200, 160));
@@ -70,7 +70,7 @@ class AutoToolsTest : public ApiTest, public ::testing::WithParamInterface<Tool>
   }
 };
 
-TEST_P(AutoToolsTest, WithoutAnImageItFailsAndWritesNothing) {
+TEST_P(AutoToolsTest, FailsWithoutAnImageAndWritesNothing) {
   Values values(GetParam().count, -77.0F);
   EXPECT_EQ(GetParam().call(ctx(), values.data()), kFailed);
   EXPECT_EQ(LastError(), kNoImage);
@@ -84,18 +84,18 @@ TEST_P(AutoToolsTest, WithoutAnImageItFailsAndWritesNothing) {
   EXPECT_THAT(values, testing::Each(-77.0F));
 }
 
-TEST_P(AutoToolsTest, MeasuresAnOrdinaryImage) {
-  Load(WritePicture("a.png", LeaningPicture()));
+TEST_P(AutoToolsTest, AnalyzesAnOrdinaryImage) {
+  Load(WritePicture("a.png", TiltedPicture()));
   EXPECT_EQ(Suggested(), GetParam().expected(ctx()->source));
 }
 
-TEST_P(AutoToolsTest, MeasuresARawFile) {
-  Load(WriteRaw("a.arw", {}, LeaningPicture()));
+TEST_P(AutoToolsTest, AnalyzesARawFile) {
+  Load(WriteRaw("a.arw", {}, TiltedPicture()));
   EXPECT_EQ(Suggested(), GetParam().expected(ctx()->decoded.image));
 }
 
-TEST_P(AutoToolsTest, MeasuresTheDecodedImageRatherThanTheSource) {
-  Load(WriteRaw("a.arw", {}, LeaningPicture()));
+TEST_P(AutoToolsTest, AnalyzesTheDecodedImageRatherThanTheSource) {
+  Load(WriteRaw("a.arw", {}, TiltedPicture()));
   const Values expected = Suggested();
   ctx()->source.setTo(cv::Scalar::all(65535));
   EXPECT_EQ(Suggested(), expected);
@@ -105,7 +105,7 @@ TEST_P(AutoToolsTest, MeasuresTheDecodedImageRatherThanTheSource) {
 
 TEST_P(AutoToolsTest, ChangesNothing) {
   for (const std::string& path :
-       {WritePicture("a.png", LeaningPicture()), WriteRaw("a.arw", {}, LeaningPicture())}) {
+       {WritePicture("a.png", TiltedPicture()), WriteRaw("a.arw", {}, TiltedPicture())}) {
     Load(path);
     lumvik_set_exposure(ctx(), 1.5F);
     ctx()->last_error = "another";
@@ -121,8 +121,8 @@ TEST_P(AutoToolsTest, ChangesNothing) {
   }
 }
 
-TEST_P(AutoToolsTest, LooksAtNoAdjustmentAndNoRender) {
-  Load(WritePicture("a.png", LeaningPicture()));
+TEST_P(AutoToolsTest, IgnoresAdjustmentsAndRender) {
+  Load(WritePicture("a.png", TiltedPicture()));
   const Values expected = Suggested();
   lumvik_set_exposure(ctx(), 3);
   lumvik_set_rotation(ctx(), 20);
@@ -132,7 +132,7 @@ TEST_P(AutoToolsTest, LooksAtNoAdjustmentAndNoRender) {
   EXPECT_EQ(Suggested(), expected);
 }
 
-TEST_P(AutoToolsTest, TakesTheSmallestAndTheThinnestImages) {
+TEST_P(AutoToolsTest, AcceptsTinyAndThinImages) {
   for (const cv::Size size : {cv::Size(1, 1), cv::Size(3000, 1), cv::Size(2, 60)}) {
     Load(WritePicture("a.png", cv::Mat(size, CV_8UC3, cv::Scalar(10, 120, 200))));
     EXPECT_EQ(Suggested(), GetParam().expected(ctx()->source)) << size;
@@ -145,30 +145,30 @@ INSTANTIATE_TEST_SUITE_P(Tools, AutoToolsTest, ::testing::ValuesIn(kTools),
 class AutoToolsResultTest : public ApiTest {
  protected:
   AutoToolsResultTest() {
-    EXPECT_EQ(lumvik_load_arw(ctx(), WritePicture("a.png", LeaningPicture()).c_str(), 1), LUMVIK_OK);
+    EXPECT_EQ(lumvik_load_arw(ctx(), WritePicture("a.png", TiltedPicture()).c_str(), 1), LUMVIK_OK);
   }
 };
 
-TEST_F(AutoToolsResultTest, TheLeanIsThatOfTheEdge) {
+TEST_F(AutoToolsResultTest, StraightenMeasuresTheTiltOfTheEdge) {
   float angle = 0;
   ASSERT_EQ(lumvik_auto_straighten(ctx(), &angle), LUMVIK_OK);
   EXPECT_NEAR(angle, 6.35F, 1.0F) << "50 pixels up over 449";
 }
 
-TEST_F(AutoToolsResultTest, RotatingByTheNegatedLeanLevels) {
+TEST_F(AutoToolsResultTest, RotatingByTheNegatedAngleLevels) {
   float before = 0;
   ASSERT_EQ(lumvik_auto_straighten(ctx(), &before), LUMVIK_OK);
   lumvik_set_rotation(ctx(), -before);
   ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
-  const std::string levelled = Path("levelled.png");
-  ASSERT_EQ(lumvik_export_png(ctx(), levelled.c_str(), 8), LUMVIK_OK);
-  ASSERT_EQ(lumvik_load_arw(ctx(), levelled.c_str(), 1), LUMVIK_OK);
+  const std::string leveled = Path("leveled.png");
+  ASSERT_EQ(lumvik_export_png(ctx(), leveled.c_str(), 8), LUMVIK_OK);
+  ASSERT_EQ(lumvik_load_arw(ctx(), leveled.c_str(), 1), LUMVIK_OK);
   float after = 90;
   ASSERT_EQ(lumvik_auto_straighten(ctx(), &after), LUMVIK_OK);
   EXPECT_LT(std::abs(after), std::abs(before) / 2);
 }
 
-TEST_F(AutoToolsResultTest, ASuggestedCropIsOneThatTheSetterTakes) {
+TEST_F(AutoToolsResultTest, TheSuggestedCropCanBeApplied) {
   float x = 0;
   float y = 0;
   float w = 0;
@@ -180,7 +180,7 @@ TEST_F(AutoToolsResultTest, ASuggestedCropIsOneThatTheSetterTakes) {
   EXPECT_NEAR(1.0 * lumvik_get_width(ctx()) / lumvik_get_height(ctx()), 1.5, 0.02);
 }
 
-TEST_F(AutoToolsResultTest, EnhancingBeginsWithTheSuggestedExposure) {
+TEST_F(AutoToolsResultTest, EnhanceSuggestsTheExposureInItsFirstSlot) {
   float slots[LUMVIK_ENHANCE_SLOTS] = {};
   float exposure = 0;
   ASSERT_EQ(lumvik_auto_enhance(ctx(), slots), LUMVIK_OK);

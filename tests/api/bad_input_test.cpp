@@ -1,5 +1,5 @@
-// Files that are missing, damaged, misnamed or no files at all: each is answered by its text, never by a
-// crash, a wait or a change of the photograph loaded before.
+// Paths that are missing, damaged, misnamed or not files: each gives its error text, without a crash or a
+// hang, and leaves the loaded photograph unchanged.
 #include <libraw/libraw.h>
 
 #include <opencv2/imgcodecs.hpp>
@@ -23,10 +23,10 @@ Bytes RandomBytes(int count) {
   return bytes;
 }
 
-// SmallPicture() in the format of the ending.
-Bytes Encoded(const char* ending) {
+// SmallPicture() in the format of the extension.
+Bytes Encoded(const char* extension) {
   Bytes bytes;
-  cv::imencode(ending, SmallPicture(), bytes);
+  cv::imencode(extension, SmallPicture(), bytes);
   return bytes;
 }
 
@@ -38,7 +38,7 @@ class BadInputTest : public ApiTest {
  protected:
   BadInputTest() { LoadNeutral(); }
 
-  // Expects the failure with this text, and the photograph loaded before as it was.
+  // Expects the load to fail with this text and to leave the loaded photograph unchanged.
   void ExpectFailure(const std::string& path, const std::string& text) const {
     SCOPED_TRACE(path);
     ctx()->last_error = "another";
@@ -57,9 +57,9 @@ class BadInputTest : public ApiTest {
   }
 };
 
-TEST_F(BadInputTest, OrdinaryImagesThatCannotBeDecoded) {
+TEST_F(BadInputTest, UndecodableOrdinaryImages) {
   const std::string text = "This is a text, and not a photograph.";
-  // Says that it holds 2147483632 x 16 pixels; its check sum is right.
+  // Claims 2147483632 x 16 pixels, with a correct checksum.
   const std::string huge_png(
       "\x89PNG\r\n\x1a\n\0\0\0\rIHDR\x7f\xff\xff\xf0\0\0\0\x10\x08\x02\0\0\0\x16\xd5\x2e\x39", 33);
   for (const char* name : {"a.jpg", "a.jpeg", "a.png", "a.tif", "a.tiff", "a.bmp", "a.webp"}) {
@@ -72,13 +72,13 @@ TEST_F(BadInputTest, OrdinaryImagesThatCannotBeDecoded) {
   }
 }
 
-TEST_F(BadInputTest, OrdinaryImagesCutBehindTheirSignature) {
-  for (const char* ending : {".jpg", ".png", ".tif", ".bmp", ".webp"}) {
-    ExpectUnreadable(Written(std::string("a") + ending, First(Encoded(ending), 16)));
+TEST_F(BadInputTest, OrdinaryImagesCutAfterTheirSignature) {
+  for (const char* extension : {".jpg", ".png", ".tif", ".bmp", ".webp"}) {
+    ExpectUnreadable(Written(std::string("a") + extension, First(Encoded(extension), 16)));
   }
 }
 
-TEST_F(BadInputTest, RawFilesThatCannotBeDecoded) {
+TEST_F(BadInputTest, UndecodableRawFiles) {
   const struct {
     Bytes bytes;
     std::string text;
@@ -94,18 +94,18 @@ TEST_F(BadInputTest, RawFilesThatCannotBeDecoded) {
   };
   for (const auto& c : cases) {
     ExpectFailure(Written("a.arw", c.bytes), c.text);
-    ExpectFailure(Written("without an ending", c.bytes), c.text);
+    ExpectFailure(Written("no extension", c.bytes), c.text);
   }
 }
 
-TEST_F(BadInputTest, OtherFilesNamedLikeRawFiles) {
+TEST_F(BadInputTest, OtherFilesWithARawExtension) {
   ExpectFailure(Written("a.arw", Encoded(".png")), OpenFailed(LIBRAW_FILE_UNSUPPORTED));
   ExpectFailure(Written("a.arw", Encoded(".jpg")), OpenFailed(LIBRAW_FILE_UNSUPPORTED));
   ExpectFailure(Written("a.arw", RandomBytes(5000)), OpenFailed(LIBRAW_FILE_UNSUPPORTED));
   ExpectFailure(Written("a.arw", Bytes(5000, 0)), OpenFailed(LIBRAW_FILE_UNSUPPORTED));
 }
 
-TEST_F(BadInputTest, FilesThatAreNotThere) {
+TEST_F(BadInputTest, MissingFiles) {
   const std::string long_name(300, 'n');
   fs::create_symlink(Path("nowhere"), Path("dangling.png"));
   fs::create_symlink(Path("nowhere"), Path("dangling.arw"));
@@ -118,14 +118,14 @@ TEST_F(BadInputTest, FilesThatAreNotThere) {
   ExpectUnreadable(".png");
 }
 
-TEST_F(BadInputTest, FoldersAreNoFiles) {
+TEST_F(BadInputTest, Folders) {
   fs::create_directory(Path("folder.png"));
   fs::create_directory(Path("folder.arw"));
   ExpectUnreadable(Path("folder.png"));
   ExpectFailure(Path("folder.arw"), OpenFailed(LIBRAW_IO_ERROR));
 }
 
-TEST_F(BadInputTest, PipesAndDevicesAreNotWaitedFor) {
+TEST_F(BadInputTest, PipesAndDevicesDoNotBlock) {
   const Deadline deadline;
   for (const char* name : {"pipe.arw", "pipe.png"}) MakePipe(Path(name));
   for (const char* name : {"zero.arw", "zero.png"}) fs::create_symlink("/dev/zero", Path(name));
@@ -133,7 +133,7 @@ TEST_F(BadInputTest, PipesAndDevicesAreNotWaitedFor) {
   for (const char* name : {"pipe.arw", "zero.arw"}) ExpectFailure(Path(name), OpenFailed(LIBRAW_IO_ERROR));
 }
 
-TEST_F(BadInputTest, FilesThatMayNotBeRead) {
+TEST_F(BadInputTest, UnreadableFiles) {
   const std::string ordinary = WritePicture("a.png");
   const std::string raw = WriteRaw("a.arw");
   for (const std::string& path : {ordinary, raw}) fs::permissions(path, fs::perms::none);
@@ -145,15 +145,15 @@ TEST_F(BadInputTest, FilesThatMayNotBeRead) {
   EXPECT_EQ(LastError(), OpenFailed(LIBRAW_IO_ERROR));
 }
 
-// Whatever is missing at the end, the image decoder's own answer is the engine's.
-TEST_F(BadInputTest, OrdinaryImagesCutAnywhere) {
+// Wherever the file is cut, the engine's result is that of the image decoder.
+TEST_F(BadInputTest, TruncatedOrdinaryImages) {
   int decoded = 0;
   int refused = 0;
-  for (const char* ending : {".jpg", ".png", ".tif", ".bmp", ".webp"}) {
-    const Bytes whole = Encoded(ending);
+  for (const char* extension : {".jpg", ".png", ".tif", ".bmp", ".webp"}) {
+    const Bytes whole = Encoded(extension);
     for (size_t part = 1; part <= 20; ++part) {
       const Bytes cut = First(whole, whole.size() * part / 20);
-      const std::string path = Written(std::string("cut") + ending, cut);
+      const std::string path = Written(std::string("cut") + extension, cut);
       const cv::Mat expected = cv::imdecode(cut, cv::IMREAD_COLOR);
       if (expected.empty()) {
         ExpectUnreadable(path);
@@ -162,7 +162,7 @@ TEST_F(BadInputTest, OrdinaryImagesCutAnywhere) {
       }
       ASSERT_EQ(lumvik_load_arw(ctx(), path.c_str(), 1), LUMVIK_OK) << LastError();
       lumvik_set_temperature(ctx(), 6500);
-      EXPECT_TRUE(SameBytes(Exported(), Widened(expected))) << ending << part;
+      EXPECT_TRUE(SameBytes(Exported(), Widened(expected))) << extension << part;
       LoadNeutral();
       ++decoded;
     }
@@ -171,7 +171,7 @@ TEST_F(BadInputTest, OrdinaryImagesCutAnywhere) {
   EXPECT_GT(refused, 20);
 }
 
-TEST_F(BadInputTest, RawFilesCutAnywhere) {
+TEST_F(BadInputTest, TruncatedRawFiles) {
   int decoded = 0;
   int refused = 0;
   for (const RawFormat format : {RawFormat::kArwCompressed, RawFormat::kArwUncompressed, RawFormat::kDng}) {

@@ -1,4 +1,4 @@
-// The shooting data's way from the loaded photograph into an exported JPEG.
+// Copying EXIF from the loaded photograph into an exported JPEG.
 #include <limits>
 
 #include "api_test.h"
@@ -10,7 +10,7 @@ namespace lumvik::test {
 namespace {
 
 constexpr size_t kStartMarkerSize = 2;
-constexpr size_t kJfifSize = 18;  // the segment that OpenCV writes behind the start marker
+constexpr size_t kJfifSize = 18;  // the JFIF segment that OpenCV writes after the start marker
 
 class ExifExportTest : public ApiTest {
  protected:
@@ -18,7 +18,7 @@ class ExifExportTest : public ApiTest {
     ASSERT_EQ(lumvik_load_arw(ctx(), path.c_str(), 1), LUMVIK_OK) << LastError();
   }
 
-  // A JPEG of 64x48 that names its maker.
+  // A 64x48 JPEG whose EXIF holds a camera make.
   std::string WriteExif(const std::string& name) const {
     const Bytes block = ExifBlock().Ascii(Ifd::kZero, tag::kMake, "Maker").Serialize();
     return WriteBytes(Path(name), JpegWithExif(block));
@@ -35,8 +35,8 @@ class ExifExportTest : public ApiTest {
     return Info();
   }
 
-  // What a JPEG without EXIF says.
-  std::string Nothing() const { return Describe(InfoOf(WritePicture("without.jpg"))); }
+  // The EXIF record of a JPEG without EXIF.
+  std::string NoExif() const { return Describe(InfoOf(WritePicture("without.jpg"))); }
 
   Bytes Export(const std::string& name, int keep_exif) const {
     EXPECT_EQ(lumvik_export_jpeg(ctx(), Path(name).c_str(), 90, 0, keep_exif), LUMVIK_OK) << LastError();
@@ -44,16 +44,16 @@ class ExifExportTest : public ApiTest {
   }
 };
 
-TEST_F(ExifExportTest, AnExportKeepsTheShootingDataWhenAsked) {
+TEST_F(ExifExportTest, ExifIsCopiedOnRequest) {
   Load(LUMVIK_TEST_DATA "/tower_orientation8.jpg");
   const ExifInfo source = Info();
   Export("kept.jpg", 1);
   Export("dropped.jpg", 0);
   EXPECT_EQ(Describe(InfoOf(Path("kept.jpg"))), Describe(source));
-  EXPECT_EQ(Describe(InfoOf(Path("dropped.jpg"))), Nothing());
+  EXPECT_EQ(Describe(InfoOf(Path("dropped.jpg"))), NoExif());
 }
 
-TEST_F(ExifExportTest, AnyNumberButZeroAsks) {
+TEST_F(ExifExportTest, AnyNonzeroValueRequestsExif) {
   Load(WriteExif("a.jpg"));
   const Bytes kept = Export("kept.jpg", 1);
   EXPECT_NE(Export("dropped.jpg", 0), kept);
@@ -62,7 +62,7 @@ TEST_F(ExifExportTest, AnyNumberButZeroAsks) {
   }
 }
 
-TEST_F(ExifExportTest, TheBlockTakesThePlaceOfTheJfifHeader) {
+TEST_F(ExifExportTest, TheExifSegmentReplacesTheJfifSegment) {
   Load(WriteExif("a.jpg"));
   const Bytes plain = Export("plain.jpg", 0);
   ASSERT_EQ(Bytes(plain.begin() + 2, plain.begin() + 4), (Bytes{0xFF, 0xE0}));
@@ -77,7 +77,7 @@ TEST_F(ExifExportTest, TheBlockTakesThePlaceOfTheJfifHeader) {
   EXPECT_EQ(Bytes(spliced.end() - static_cast<std::ptrdiff_t>(rest.size()), spliced.end()), rest);
 }
 
-TEST_F(ExifExportTest, WithoutABlockToKeepTheJpegStaysAsWritten) {
+TEST_F(ExifExportTest, WithoutExifTheJpegIsUnchanged) {
   for (const std::string& path : {WritePicture("a.png"), WritePicture("a.jpg"), WriteRaw("a.arw")}) {
     Load(path);
     EXPECT_EQ(Export("kept.jpg", 1), Export("dropped.jpg", 0)) << path;
@@ -88,7 +88,7 @@ TEST_F(ExifExportTest, WithoutABlockToKeepTheJpegStaysAsWritten) {
   EXPECT_EQ(LastError(), "");
 }
 
-TEST_F(ExifExportTest, ABlockThatCannotBeWrittenIsNoFailure) {
+TEST_F(ExifExportTest, ExifThatCannotBeWrittenIsNotAFailure) {
   Load(WriteExif("a.jpg"));
   const Bytes plain = Export("plain.jpg", 0);
   const Bytes spliced = Export("spliced.jpg", 1);
@@ -102,7 +102,7 @@ TEST_F(ExifExportTest, ABlockThatCannotBeWrittenIsNoFailure) {
   EXPECT_EQ(LastError(), "");
 }
 
-TEST_F(ExifExportTest, OnlyJpegsAreGivenTheBlock) {
+TEST_F(ExifExportTest, OnlyJpegFilesReceiveExif) {
   Load(WriteExif("a.jpg"));
   for (const char* name : {"a.png", "a.tif", "a.bmp", "a.webp"}) {
     const Bytes kept = Export(name, 1);
@@ -110,23 +110,23 @@ TEST_F(ExifExportTest, OnlyJpegsAreGivenTheBlock) {
   }
 }
 
-TEST_F(ExifExportTest, ThePngAndTiffExportsCarryNone) {
+TEST_F(ExifExportTest, ThePngAndTiffExportsCopyNoExif) {
   Load(WriteExif("a.jpg"));
   ASSERT_EQ(lumvik_export_png(ctx(), Path("png.jpg").c_str(), 8), LUMVIK_OK);
   ASSERT_EQ(lumvik_export_tiff(ctx(), Path("tiff.jpg").c_str()), LUMVIK_OK);
-  EXPECT_EQ(Describe(InfoOf(Path("png.jpg"))), Nothing());
-  EXPECT_EQ(Describe(InfoOf(Path("tiff.jpg"))), Nothing());
+  EXPECT_EQ(Describe(InfoOf(Path("png.jpg"))), NoExif());
+  EXPECT_EQ(Describe(InfoOf(Path("tiff.jpg"))), NoExif());
 }
 
-// The picture is written before the block is read.
-TEST_F(ExifExportTest, ExportingOverThePhotographLosesItsBlock) {
+// The render is written before the EXIF is read.
+TEST_F(ExifExportTest, ExportingOverThePhotographLosesItsExif) {
   Load(WriteExif("a.jpg"));
   const Bytes plain = Export("plain.jpg", 0);
   EXPECT_EQ(Export("a.jpg", 1), plain);
-  EXPECT_EQ(Describe(InfoOf(Path("a.jpg"))), Nothing());
+  EXPECT_EQ(Describe(InfoOf(Path("a.jpg"))), NoExif());
 }
 
-TEST_F(ExifExportTest, NamesMayHoldAnyLetters) {
+TEST_F(ExifExportTest, UnicodePaths) {
   const ExifInfo source = InfoOf(WriteExif("été в горах.jpg"));
   EXPECT_STREQ(source.make, "Maker");
   Export("schöner Tag.jpg", 1);

@@ -1,4 +1,4 @@
-// The shooting data of the loaded photograph.
+// EXIF data of the loaded photograph.
 #include <cstring>
 #include <limits>
 
@@ -32,7 +32,7 @@ class ExifTest : public ApiTest {
     ASSERT_EQ(lumvik_load_arw(ctx(), path.c_str(), 1), LUMVIK_OK) << LastError();
   }
 
-  // What the context says of its photograph. Starts from a record full of something else.
+  // EXIF data of the loaded photograph, read into a record filled with garbage.
   ExifInfo Info() const {
     ExifInfo info;
     std::memset(&info, 0x5a, sizeof(info));
@@ -45,7 +45,7 @@ class ExifTest : public ApiTest {
     return Info();
   }
 
-  // A JPEG of 64x48 with the block.
+  // A 64x48 JPEG with this EXIF block.
   std::string WriteExif(const std::string& name, const ExifBlock& block) const {
     return WriteBytes(Path(name), JpegWithExif(block.Serialize()));
   }
@@ -55,7 +55,7 @@ class ExifTest : public ApiTest {
   const ExifBlock a_block_ = ExifBlock().Ascii(Ifd::kZero, tag::kMake, "Maker");
 };
 
-TEST_F(ExifTest, WithoutAFileItFailsAndLeavesTheRecord) {
+TEST_F(ExifTest, FailsWithoutAFileAndLeavesTheRecordUntouched) {
   ExifInfo untouched;
   std::memset(&untouched, 0x5a, sizeof(untouched));
   ExifInfo info = untouched;
@@ -75,7 +75,7 @@ TEST_F(ExifTest, WithoutAFileItFailsAndLeavesTheRecord) {
   expect_failure();
 }
 
-TEST_F(ExifTest, AnOrdinaryImageWithoutExifHasAnEmptyRecord) {
+TEST_F(ExifTest, OrdinaryImagesWithoutExifGiveAnEmptyRecord) {
   for (const char* name : {"a.jpg", "a.png", "a.tif", "a.bmp", "a.webp"}) {
     SCOPED_TRACE(name);
     EXPECT_EQ(Describe(InfoOf(WritePicture(name))), Describe(Empty()));
@@ -83,7 +83,7 @@ TEST_F(ExifTest, AnOrdinaryImageWithoutExifHasAnEmptyRecord) {
   EXPECT_EQ(LastError(), "");
 }
 
-TEST_F(ExifTest, ACameraFileIsReadThroughItsExif) {
+TEST_F(ExifTest, CameraJpegsGiveTheirExif) {
   ExifInfo expected = Empty();
   std::strcpy(expected.make, "Canon");
   std::strcpy(expected.model, "Canon PowerShot A85");
@@ -97,7 +97,7 @@ TEST_F(ExifTest, ACameraFileIsReadThroughItsExif) {
   EXPECT_EQ(Describe(InfoOf(LUMVIK_TEST_DATA "/tower_orientation8.jpg")), Describe(expected));
 }
 
-TEST_F(ExifTest, ARawFileFallsBackToWhatTheDecoderReported) {
+TEST_F(ExifTest, RawFilesFallBackToTheDecodersMetadata) {
   RawOptions options;
   options.make = "SONY";
   options.model = "ILCE-7M3";
@@ -119,20 +119,20 @@ TEST_F(ExifTest, ARawFileFallsBackToWhatTheDecoderReported) {
   EXPECT_EQ(Describe(InfoOf(WriteRaw("a.arw", options))), Describe(expected));
 }
 
-TEST_F(ExifTest, TheFallbackTellsTheSizeAsHeld) {
+TEST_F(ExifTest, TheFallbackReportsTheDecodedSize) {
   const std::string path = WriteRaw("a.arw");
   ASSERT_EQ(lumvik_load_arw(ctx(), path.c_str(), 4), LUMVIK_OK);
   EXPECT_EQ(Info().width, 12);
   EXPECT_EQ(Info().height, 8);
 }
 
-TEST_F(ExifTest, TheFallbackIsoIsTruncated) {
+TEST_F(ExifTest, TheFallbackTruncatesTheIso) {
   Load(WriteRaw("a.arw"));
   ctx()->decoded.iso_speed = 124.9F;
   EXPECT_EQ(Info().iso, 124);
 }
 
-TEST_F(ExifTest, TheFileIsOpenedAnew) {
+TEST_F(ExifTest, TheFileIsReadAgainOnEveryCall) {
   Load(LUMVIK_TEST_DATA "/tower_orientation8.jpg");
   const ExifInfo of_tower = Info();
   std::filesystem::copy(LUMVIK_TEST_DATA "/tower_orientation8.jpg", Path("a.jpg"));
@@ -141,14 +141,14 @@ TEST_F(ExifTest, TheFileIsOpenedAnew) {
   EXPECT_EQ(Describe(Info()), Describe(Empty()));
 }
 
-TEST_F(ExifTest, AFailedLoadLeavesTheShootingDataOfTheEarlierPhotograph) {
+TEST_F(ExifTest, AFailedLoadKeepsTheExifOfTheEarlierPhotograph) {
   const ExifInfo before = InfoOf(WriteRaw("a.arw"));
   EXPECT_EQ(lumvik_load_arw(ctx(), Path("missing.png").c_str(), 1), kFailed);
   EXPECT_EQ(lumvik_load_arw(ctx(), Path("missing.arw").c_str(), 1), kFailed);
   EXPECT_EQ(Describe(Info()), Describe(before));
 }
 
-TEST_F(ExifTest, EveryFieldHasItsTag) {
+TEST_F(ExifTest, EveryFieldIsReadFromItsTag) {
   ExifBlock block;
   block.Ascii(Ifd::kZero, tag::kMake, "Maker").Ascii(Ifd::kZero, tag::kModel, "Model");
   block.Shorts(Ifd::kZero, tag::kOrientation, {3}).Ascii(Ifd::kZero, tag::kDateTime, "2000:01:01 00:00:00");
@@ -180,7 +180,7 @@ TEST_F(ExifTest, EveryFieldHasItsTag) {
   EXPECT_EQ(Describe(InfoOf(block)), Describe(expected));
 }
 
-TEST_F(ExifTest, ApexValuesStandIn) {
+TEST_F(ExifTest, ApexValuesAreTheFallback) {
   ExifBlock block;
   block.Rationals(Ifd::kExif, kApertureTag, {{4, 1}}).Rationals(Ifd::kExif, kShutterSpeedTag, {{7, 1}});
   const ExifInfo info = InfoOf(block);
@@ -188,13 +188,13 @@ TEST_F(ExifTest, ApexValuesStandIn) {
   EXPECT_EQ(info.exposure_time, 0.0078125F);
 }
 
-TEST_F(ExifTest, MissingNumbersAreZeroAndMissingCoordinatesNan) {
+TEST_F(ExifTest, MissingNumbersAreZeroAndMissingCoordinatesAreNan) {
   ExifInfo expected = Empty();
   std::strcpy(expected.make, "Maker");
   EXPECT_EQ(Describe(InfoOf(a_block_)), Describe(expected));
 }
 
-TEST_F(ExifTest, LongTextsAreCut) {
+TEST_F(ExifTest, LongTextsAreTruncated) {
   const std::string digits = "0123456789012345678901234567890123456789012345678901234567890123456789";
   ExifBlock block;
   block.Ascii(Ifd::kZero, tag::kMake, digits + "!").Ascii(Ifd::kZero, tag::kModel, digits);
@@ -206,12 +206,12 @@ TEST_F(ExifTest, LongTextsAreCut) {
   EXPECT_EQ(info.datetime, digits.substr(0, 31));
 }
 
-TEST_F(ExifTest, DateTimeStandsInForTheOriginal) {
+TEST_F(ExifTest, DateTimeIsTheFallbackOfDateTimeOriginal) {
   EXPECT_STREQ(InfoOf(ExifBlock().Ascii(Ifd::kZero, tag::kDateTime, "2000:01:01 00:00:00")).datetime,
                "2000:01:01 00:00:00");
 }
 
-TEST_F(ExifTest, AnImageIsTurnedUprightByItsOrientation) {
+TEST_F(ExifTest, ImagesAreRotatedByTheirOrientation) {
   EXPECT_EQ(InfoOf(ExifBlock().Shorts(Ifd::kZero, tag::kOrientation, {6})).orientation, 6);
   EXPECT_EQ(lumvik_get_width(ctx()), 48);
   EXPECT_EQ(lumvik_get_height(ctx()), 64);

@@ -1,4 +1,4 @@
-// Writing the render to a file: format, depth, quality, place, failures.
+// Exporting the render: format, bit depth, quality, path, failures.
 #include <gmock/gmock.h>
 #if !defined(_WIN32)
 #include <sys/stat.h>
@@ -17,14 +17,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The bytes that every file of the format begins with.
+// Magic bytes of each format.
 constexpr char kJpegStart[] = "\xFF\xD8\xFF";
 constexpr char kPngStart[] = "\x89PNG";
 constexpr char kTiffStart[] = "II*";
 constexpr char kBmpStart[] = "BM";
 constexpr char kWebpStart[] = "RIFF";
 
-// The three exports with arguments of no importance.
+// The three exports, with arbitrary arguments.
 struct Exporter {
   const char* name;
   int (*write)(EngineContext*, const char*);
@@ -65,7 +65,7 @@ class ExportTest : public ApiTest {
 
   cv::Mat Read(const std::string& name) const { return cv::imread(Path(name), cv::IMREAD_UNCHANGED); }
 
-  // Expects -1 with the export's own text from all three.
+  // Expects all three exports to fail with their own text.
   void ExpectWriteFailures(const std::string& path) const {
     for (const Exporter& exporter : kExporters) {
       ctx()->last_error = "another";
@@ -74,7 +74,7 @@ class ExportTest : public ApiTest {
     }
   }
 
-  // Expects the exception from all three, no text, and a context as it was before.
+  // Expects all three exports to throw, to store no text and to leave the context unchanged.
   template <typename Exception>
   void ExpectThrows(const std::string& path) const {
     for (const Exporter& exporter : kExporters) {
@@ -105,14 +105,14 @@ TEST_F(ExportTest, JpegQualityIsClampedTo1To100) {
     EXPECT_EQ(Jpeg("a.jpg", quality), best);
 }
 
-TEST_F(ExportTest, TheReservedArgumentIsNotRead) {
+TEST_F(ExportTest, TheReservedArgumentIsIgnored) {
   const Bytes expected = Jpeg("a.jpg", 80, 0);
   for (const int reserved : {1, -1, 4, 444, std::numeric_limits<int>::max()}) {
     EXPECT_EQ(Jpeg("b.jpg", 80, reserved), expected);
   }
 }
 
-TEST_F(ExportTest, PngHasSixteenBitsOnlyWhenAskedForSixteen) {
+TEST_F(ExportTest, PngHasSixteenBitsOnlyForABitDepthOfSixteen) {
   for (const int depth : {8, 0, 24, -16, 1, 15, 17, 32}) {
     Png("a.png", depth);
     EXPECT_TRUE(SameBytes(Read("a.png"), SmallPicture())) << depth;
@@ -126,7 +126,7 @@ TEST_F(ExportTest, TiffHasSixteenBits) {
   EXPECT_TRUE(SameBytes(Read("a.tif"), Widened(SmallPicture())));
 }
 
-TEST_F(ExportTest, SixteenBitsAreThoseOfTheRender) {
+TEST_F(ExportTest, SixteenBitExportsHoldTheRenderedSamples) {
   lumvik_set_exposure(ctx(), 0.3F);
   ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
   std::vector<cv::Mat> rendered;
@@ -155,7 +155,7 @@ TEST_F(ExportTest, NoExportWritesAlpha) {
   EXPECT_TRUE(SameBytes(Read("a.tif"), Widened(SmallPicture())));
 }
 
-TEST_F(ExportTest, TheEndingChoosesTheEncoder) {
+TEST_F(ExportTest, TheExtensionSelectsTheEncoder) {
   const struct {
     const char* name;
     const char* start;
@@ -172,7 +172,7 @@ TEST_F(ExportTest, TheEndingChoosesTheEncoder) {
   }
 }
 
-TEST_F(ExportTest, TheFunctionChoosesTheDepth) {
+TEST_F(ExportTest, TheFunctionSelectsTheBitDepth) {
   EXPECT_EQ(Jpeg("a.png", 50, 0, 1), Png("b.png", 8));
   EXPECT_EQ(Jpeg("a.tif", 50, 0, 1), Png("b.tif", 8));
   EXPECT_NE(Tiff("b.tif"), Png("a.tif", 8));
@@ -187,7 +187,7 @@ TEST_F(ExportTest, TheSameCallsGiveTheSameBytes) {
   EXPECT_EQ(Tiff("a.tif"), Tiff("b.tif"));
 }
 
-TEST_F(ExportTest, AnExportRightAfterLoadingWritesTheDevelopedImage) {
+TEST_F(ExportTest, AnExportWithoutARenderDevelopsTheImage) {
   lumvik_reset_adjustments(ctx());
   const Bytes jpeg = Jpeg("a.jpg", 90);
   const Bytes png = Png("a.png", 16);
@@ -201,7 +201,7 @@ TEST_F(ExportTest, AnExportRightAfterLoadingWritesTheDevelopedImage) {
   EXPECT_TRUE(ctx()->render_valid);
 }
 
-TEST_F(ExportTest, ALargerFileOfTheNameIsReplacedWhole) {
+TEST_F(ExportTest, ALargerExistingFileIsReplacedEntirely) {
   for (const Exporter& exporter : kExporters) {
     const std::string fresh = Path(std::string("fresh.") + exporter.name);
     const std::string existing = Path(std::string("existing.") + exporter.name);
@@ -212,7 +212,7 @@ TEST_F(ExportTest, ALargerFileOfTheNameIsReplacedWhole) {
   }
 }
 
-TEST_F(ExportTest, NamesMayHoldAnyLetters) {
+TEST_F(ExportTest, UnicodePaths) {
   const std::string folder = Path("фото 写真");
   fs::create_directory(fs::u8path(folder));
   for (const Exporter& exporter : kExporters) {
@@ -222,7 +222,7 @@ TEST_F(ExportTest, NamesMayHoldAnyLetters) {
   }
 }
 
-TEST_F(ExportTest, ADotInAFolderCountsWhenTheNameHasNone) {
+TEST_F(ExportTest, ADotInTheFolderNameCountsWhenTheFileNameHasNone) {
   fs::create_directory(Path("out.dir"));
   ExpectThrows<cv::Exception>(Path("out.dir/photo"));
   EXPECT_EQ(Png("out.dir/photo.png", 8), Png("a.png", 8));
@@ -230,7 +230,8 @@ TEST_F(ExportTest, ADotInAFolderCountsWhenTheNameHasNone) {
 }
 
 TEST_F(ExportTest, APathWithoutADotThrowsOutOfRange) {
-  const std::string path = "lumvik export without an ending";  // relative, as the folder may have a dot
+  const std::string path =
+      "lumvik export without an extension";  // relative, since the folder may contain a dot
   ExpectThrows<std::out_of_range>(path);
   ExpectThrows<std::out_of_range>("");
   ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
@@ -238,7 +239,7 @@ TEST_F(ExportTest, APathWithoutADotThrowsOutOfRange) {
   EXPECT_FALSE(fs::exists(path));
 }
 
-TEST_F(ExportTest, AnUnknownEndingThrowsAndTouchesNoFile) {
+TEST_F(ExportTest, AnUnknownExtensionThrowsAndWritesNoFile) {
   for (const char* name : {"a.unknown", "a.", "a.arw", "a.pn", "a.jpgg"}) {
     ExpectThrows<cv::Exception>(Path(name));
     EXPECT_FALSE(fs::exists(Path(name))) << name;
@@ -259,18 +260,18 @@ TEST_F(ExportTest, AFileThatCannotBeCreatedFails) {
   EXPECT_TRUE(SameBytes(Exported(), Widened(SmallPicture())));
 }
 
-#if !defined(_WIN32)  // there is no such device
+#if !defined(_WIN32)  // Windows has no such device
 TEST_F(ExportTest, AFullDeviceFails) {
   if (fs::exists("/dev/full")) {
     fs::create_symlink("/dev/full", Path("full.jpg"));
   } else if (mknod(Path("full.jpg").c_str(), S_IFCHR | 0600, makedev(1, 7)) != 0) {
-    GTEST_SKIP() << "no device that is always full";
+    GTEST_SKIP() << "cannot create a device that is always full";
   }
   ExpectWriteFailures(Path("full.jpg"));
 }
 #endif
 
-TEST_F(ExportTest, AShortWriteFailsAndLeavesWhatItWrote) {
+TEST_F(ExportTest, AShortWriteFailsAndLeavesAPartialFile) {
   const Bytes whole = Png("whole.png", 16);
   ASSERT_GT(whole.size(), 100U);
   {
@@ -282,7 +283,7 @@ TEST_F(ExportTest, AShortWriteFailsAndLeavesWhatItWrote) {
   EXPECT_EQ(Png("cut.png", 16), whole);
 }
 
-TEST_F(ExportTest, AFolderThatMayNotBeWrittenFails) {
+TEST_F(ExportTest, AReadOnlyFolderFails) {
   fs::create_directory(Path("kept"));
   fs::permissions(folder(), fs::perms::all);
   fs::permissions(Path("kept"), fs::perms::owner_read | fs::perms::owner_exec);
@@ -294,14 +295,14 @@ TEST_F(ExportTest, AFolderThatMayNotBeWrittenFails) {
   EXPECT_TRUE(fs::is_empty(Path("kept")));
 }
 
-TEST_F(ExportTest, ThePhotographItselfMayBeReplaced) {
+TEST_F(ExportTest, ThePhotographItselfMayBeOverwritten) {
   ASSERT_EQ(lumvik_load_arw(ctx(), WritePicture("a.jpg").c_str(), 1), LUMVIK_OK);
   const Bytes expected = Jpeg("b.jpg", 90, 0, 1);
   EXPECT_EQ(Jpeg("a.jpg", 90, 0, 1), expected);
   EXPECT_EQ(lumvik_process(ctx()), LUMVIK_OK);
 }
 
-TEST_F(ExportTest, ARawFileExportsAsHeld) {
+TEST_F(ExportTest, ARawFileExportsUnchangedWithNeutralSettings) {
   ASSERT_EQ(lumvik_load_arw(ctx(), WriteRaw("a.arw").c_str(), 1), LUMVIK_OK) << LastError();
   lumvik_set_temperature(ctx(), 6500);
   std::vector<cv::Mat> held;

@@ -1,4 +1,4 @@
-# Fails unless the shared library exports exactly the names of a list.
+# Fails unless the shared library exports exactly the names listed in EXPECTED.
 execute_process(COMMAND ${NM} -D --defined-only --extern-only ${LIBRARY} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX REPLACE "[0-9a-f]+ [A-Za-z] ([^\n]+)" "\\1" symbols "${symbols}")
 string(REGEX MATCHALL "[^\n]+" exported "${symbols}")

@@ -1,6 +1,6 @@
-/* Compiling this file as C11 proves that lumvik.h is self-contained C and that each of the 68 functions
-   has exactly the type that hosts are built against. Nothing here runs, and nothing needs to be linked:
-   the operand of _Generic is never evaluated. */
+/* Compiling this file as C11 proves that lumvik.h is self-contained C and that each of the 68 functions has
+   the type that hosts are built against. Nothing here runs or is linked: _Generic does not evaluate its
+   operand. */
 #include "lumvik.h"
 
 #define FUNCTION(name, ...) \

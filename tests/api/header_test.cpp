@@ -1,5 +1,5 @@
-// The interface as a C++ host sees it. The signatures are proved by compiling; since a function that may
-// let an exception pass must not promise otherwise, they also prove that no declaration is noexcept.
+// The interface as a C++ host sees it. Compiling proves the signatures, and that no declaration is noexcept:
+// exceptions may leave a call.
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -96,7 +96,7 @@ static_assert(std::is_same_v<decltype(lumvik_extract_thumbnail), int(const char*
 static_assert(std::is_same_v<decltype(lumvik_free_thumb), void(void*)>);
 static_assert(std::is_same_v<decltype(lumvik_phash), int(const char*, uint64_t*)>);
 
-// Lays a value down where a host in another language would write or read it.
+// Writes a value at the offset where a host in another language would access it.
 template <typename T>
 void Put(unsigned char* record, std::size_t offset, const T& value) {
   std::memcpy(record + offset, &value, sizeof(value));
@@ -125,7 +125,7 @@ TEST(HeaderTest, ExifInfoFieldsHaveTheirOffsets) {
   EXPECT_EQ(offsetof(ExifInfo, gps_longitude), 328U);
 }
 
-TEST(HeaderTest, ExifInfoReadsBackWhatWasLaidDownByByte) {
+TEST(HeaderTest, ExifInfoReadsBackBytesWrittenByOffset) {
   unsigned char record[336] = {};
   std::memcpy(record, "Maker", 6);
   std::memcpy(record + 64, "Model", 6);
@@ -160,14 +160,14 @@ TEST(HeaderTest, ExifInfoReadsBackWhatWasLaidDownByByte) {
   EXPECT_TRUE(std::isnan(info.gps_longitude));
 }
 
-TEST(HeaderTest, ExifInfoTextsHaveTheirLengths) {
+TEST(HeaderTest, ExifInfoTextFieldSizes) {
   EXPECT_EQ(sizeof(ExifInfo::make), 64U);
   EXPECT_EQ(sizeof(ExifInfo::model), 64U);
   EXPECT_EQ(sizeof(ExifInfo::lens), 128U);
   EXPECT_EQ(sizeof(ExifInfo::datetime), 32U);
 }
 
-TEST(HeaderTest, ConstantsHaveTheValuesTheFunctionsTake) {
+TEST(HeaderTest, ConstantValues) {
   EXPECT_EQ(LUMVIK_OK, 0);
   EXPECT_EQ(LUMVIK_HISTOGRAM_BINS, 256);
   EXPECT_EQ(LUMVIK_ENHANCE_SLOTS, 32);

@@ -1,4 +1,4 @@
-// The histogram: when it renders, and its four arrays.
+// lumvik_get_histogram: when it renders, and its four arrays.
 #include "reference/histogram.h"
 
 #include <gmock/gmock.h>
@@ -48,7 +48,7 @@ TEST_F(HistogramTest, CountsTheRenderAndMakesItCurrent) {
     EXPECT_EQ(std::accumulate(array.begin(), array.end(), 0), 48 * 32);
 }
 
-TEST_F(HistogramTest, EveryArrayIsOfItsOwnChannel) {
+TEST_F(HistogramTest, EachArrayCountsItsChannel) {
   const std::string path = WritePicture("flat.png", cv::Mat(8, 8, CV_8UC3, cv::Scalar(30, 20, 10)));
   ASSERT_EQ(lumvik_load_arw(ctx(), path.c_str(), 1), LUMVIK_OK);
   lumvik_set_temperature(ctx(), 6500);
@@ -60,7 +60,7 @@ TEST_F(HistogramTest, EveryArrayIsOfItsOwnChannel) {
   EXPECT_EQ(arrays.all[3][19], 64U);
 }
 
-TEST_F(HistogramTest, AfterASetterItIsStillOfTheLastRender) {
+TEST_F(HistogramTest, AfterASetterItStillCountsTheLastRender) {
   LoadNeutral();
   Arrays before;
   ASSERT_EQ(before.Fill(ctx()), LUMVIK_OK);
@@ -74,7 +74,7 @@ TEST_F(HistogramTest, AfterASetterItIsStillOfTheLastRender) {
   ExpectOfRender(after);
 }
 
-TEST_F(HistogramTest, AStaleRenderIsMadeAnew) {
+TEST_F(HistogramTest, AStaleRenderIsRenderedAgain) {
   LoadNeutral();
   ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
   Arrays neutral;
@@ -86,14 +86,14 @@ TEST_F(HistogramTest, AStaleRenderIsMadeAnew) {
   ExpectOfRender(arrays);
 }
 
-TEST_F(HistogramTest, NothingLoadedTouchesNoArray) {
+TEST_F(HistogramTest, WithoutAnImageItFailsAndWritesNothing) {
   Arrays arrays;
   EXPECT_EQ(arrays.Fill(ctx()), kFailed);
   EXPECT_EQ(LastError(), kNoImage);
   for (const Histogram& array : arrays.all) EXPECT_THAT(array, Each(kUntouched));
 }
 
-TEST_F(HistogramTest, AnyNullIsRefusedWithoutATextOrARender) {
+TEST_F(HistogramTest, ANullArgumentStoresNoTextAndDoesNotRender) {
   LoadNeutral();
   ctx()->last_error = "another";
   Arrays a;
@@ -108,7 +108,7 @@ TEST_F(HistogramTest, AnyNullIsRefusedWithoutATextOrARender) {
   for (const Histogram& array : a.all) EXPECT_THAT(array, Each(kUntouched));
 }
 
-TEST_F(HistogramTest, SettingsThatThrowLeaveTheArrays) {
+TEST_F(HistogramTest, SettingsThatThrowLeaveTheArraysUntouched) {
   LoadNeutral();
   lumvik_set_sharpening_amount(ctx(), 50);
   lumvik_set_sharpening_radius(ctx(), 0);

@@ -1,4 +1,4 @@
-// The library, the life of a context, its last error and the size it reports.
+// The library, the lifetime of a context, its last error and the size it reports.
 #include <array>
 
 #include "api_test.h"
@@ -18,7 +18,7 @@ class LibraryTest : public ApiTest {
   }
 };
 
-TEST_F(LibraryTest, VersionIsOneString) {
+TEST_F(LibraryTest, VersionIsAConstantString) {
   EXPECT_STREQ(lumvik_version(), "1.0.0");
   EXPECT_EQ(lumvik_version(), lumvik_version());
 }
@@ -52,7 +52,7 @@ TEST_F(LibraryTest, ANullContextHasAnErrorText) {
   EXPECT_EQ(lumvik_last_error(nullptr), lumvik_last_error(nullptr));
 }
 
-TEST_F(LibraryTest, ContextsInAnyStateCanBeDestroyed) {
+TEST_F(LibraryTest, ContextsCanBeDestroyedInAnyState) {
   lumvik_destroy_context(nullptr);
   lumvik_destroy_context(lumvik_create_context());
   ASSERT_EQ(Load(WriteRaw("a.arw")), LUMVIK_OK);
@@ -62,11 +62,11 @@ TEST_F(LibraryTest, ContextsInAnyStateCanBeDestroyed) {
     lumvik_set_tone_curve(ctx(), channel, points, 2);
   ASSERT_EQ(Load(Missing("a.png")), kFailed);
   ctx()->mask = cv::Mat(4, 4, CV_8U, cv::Scalar(0));
-  lumvik_destroy_context(Release());  // a leak checker has the last word
+  lumvik_destroy_context(Release());  // the leak checker reports what is left
   EXPECT_EQ(ctx(), nullptr);
 }
 
-TEST_F(LibraryTest, ContextsDoNotKnowOfEachOther) {
+TEST_F(LibraryTest, ContextsAreIndependent) {
   const ContextPtr other = CreateContext();
   LoadNeutral();
   lumvik_set_exposure(ctx(), 1);
@@ -105,8 +105,8 @@ TEST_F(LibraryTest, SuccessKeepsTheTextOfTheLastFailure) {
   EXPECT_EQ(LastError(), text);
 }
 
-TEST_F(LibraryTest, TheTextsPointerStaysValidUntilTheNextFailure) {
-  EXPECT_EQ(Load(Missing("a rather long name that no string holds in itself.png")), kFailed);
+TEST_F(LibraryTest, TheTextPointerStaysValidUntilTheNextFailure) {
+  EXPECT_EQ(Load(Missing("a name too long for the small string optimization.png")), kFailed);
   const char* text = lumvik_last_error(ctx());
   const std::string copy = text;
   LoadNeutral();
@@ -119,7 +119,7 @@ TEST_F(LibraryTest, TheTextsPointerStaysValidUntilTheNextFailure) {
   EXPECT_EQ(lumvik_last_error(ctx()), text);
 }
 
-TEST_F(LibraryTest, TheTextItselfMayBeThePathOfTheNextLoad) {
+TEST_F(LibraryTest, TheTextMayBePassedAsThePathOfTheNextLoad) {
   EXPECT_EQ(Load(Missing("a.png")), kFailed);
   EXPECT_EQ(lumvik_load_arw(ctx(), lumvik_last_error(ctx()), 1), kFailed);
   EXPECT_EQ(LastError(), std::string(kUnreadable) + kUnreadable + Missing("a.png"));
@@ -141,7 +141,7 @@ TEST_F(LibraryTest, SizeIsThatOfTheLoadedImage) {
   ExpectSize(0, 0);
 }
 
-// The render takes another size by crop; here it is put in place to hold the rule by itself.
+// Normally a crop changes the size of the render; here a render of another size is assigned directly.
 TEST_F(LibraryTest, SizeIsThatOfTheRenderWhileItIsCurrent) {
   for (const std::string& path : {WritePicture("a.png"), WriteRaw("a.arw")}) {
     const auto render_small = [this, &path] {
@@ -170,7 +170,7 @@ TEST_F(LibraryTest, SizeIsThatOfTheRenderWhileItIsCurrent) {
   }
 }
 
-TEST_F(LibraryTest, SizeWithoutARenderIsThatOfTheDecodedRawFirst) {
+TEST_F(LibraryTest, SizeWithoutARenderIsThatOfTheDecodedRawImage) {
   ASSERT_EQ(Load(WriteRaw("a.arw")), LUMVIK_OK);
   ctx()->source = cv::Mat(1, 2, CV_16UC4, cv::Scalar::all(0));
   ExpectSize(48, 32);
@@ -178,7 +178,7 @@ TEST_F(LibraryTest, SizeWithoutARenderIsThatOfTheDecodedRawFirst) {
   ExpectSize(2, 1);
 }
 
-TEST_F(LibraryTest, AnExportChangesNoSize) {
+TEST_F(LibraryTest, AnExportDoesNotChangeTheSize) {
   ASSERT_EQ(Load(WritePicture("a.png")), LUMVIK_OK);
   ctx()->rendered = cv::Mat(13, 11, CV_16UC4, cv::Scalar::all(0));
   ASSERT_EQ(lumvik_export_png(ctx(), Path("out.png").c_str(), 8), LUMVIK_OK);
@@ -186,8 +186,7 @@ TEST_F(LibraryTest, AnExportChangesNoSize) {
   EXPECT_FALSE(ctx()->render_valid);
 }
 
-// Each state with what needs an image and what needs a file.
-TEST_F(LibraryTest, WhatNeedsAnImageFailsInEveryStateWithoutOne) {
+TEST_F(LibraryTest, FunctionsThatNeedAnImageFailInEveryStateWithoutOne) {
   const auto expect_empty = [this](const char* state) {
     SCOPED_TRACE(state);
     using Call = int (*)(EngineContext*, const std::string&);
@@ -203,8 +202,8 @@ TEST_F(LibraryTest, WhatNeedsAnImageFailsInEveryStateWithoutOne) {
       ctx()->last_error = "another";
       EXPECT_EQ(call(ctx(), Path("out.png")), kFailed);
       EXPECT_EQ(LastError(), "no image loaded");
-      // What else is wrong with the path does not matter then.
-      EXPECT_EQ(call(ctx(), "without an ending"), kFailed);
+      // The check for an image comes before that of the path.
+      EXPECT_EQ(call(ctx(), "no extension"), kFailed);
     }
     ExifInfo info;
     EXPECT_EQ(lumvik_get_exif(ctx(), &info), kFailed);

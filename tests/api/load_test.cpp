@@ -1,4 +1,4 @@
-// Loading a photograph in place of another, and unloading it.
+// Loading, replacing and unloading a photograph.
 #include <libraw/libraw.h>
 
 #include <limits>
@@ -16,7 +16,7 @@ class LoadTest : public ApiTest {
     return lumvik_load_arw(ctx(), path.c_str(), quality);
   }
 
-  // The loaded image as it is held, 16 bits, blue first.
+  // The loaded image, as 16-bit BGR.
   cv::Mat Held() const {
     lumvik_set_temperature(ctx(), 6500);
     return Exported();
@@ -35,15 +35,16 @@ class LoadTest : public ApiTest {
   }
 };
 
-TEST_F(LoadTest, TheEndingAloneChoosesTheDecoder) {
+TEST_F(LoadTest, TheExtensionAloneSelectsTheDecoder) {
   const struct {
     const char* name;
     bool ordinary;
   } cases[] = {
-      {"a.jpg", true},     {"a.jpeg", true},     {"a.png", true},    {"a.tif", true},    {"a.tiff", true},
-      {"a.bmp", true},     {"a.webp", true},     {"a.JPG", true},    {"IMG.JPEG", true}, {"a.TiFf", true},
-      {".png", true},      {"a.arw.jpg", true},  {"IMG.ARW", false}, {"IMG.dng", false}, {"no ending", false},
-      {"photojpg", false}, {"x.jpg.arw", false}, {"a.jpg ", false},  {"a.jpe", false},   {"a.gif", false},
+      {"a.jpg", true},      {"a.jpeg", true},   {"a.png", true},         {"a.tif", true},
+      {"a.tiff", true},     {"a.bmp", true},    {"a.webp", true},        {"a.JPG", true},
+      {"IMG.JPEG", true},   {"a.TiFf", true},   {".png", true},          {"a.arw.jpg", true},
+      {"IMG.ARW", false},   {"IMG.dng", false}, {"no extension", false}, {"photojpg", false},
+      {"x.jpg.arw", false}, {"a.jpg ", false},  {"a.jpe", false},        {"a.gif", false},
       {"a.png/b", false},
   };
   for (const auto& c : cases) {
@@ -53,7 +54,7 @@ TEST_F(LoadTest, TheEndingAloneChoosesTheDecoder) {
   }
 }
 
-TEST_F(LoadTest, OrdinaryImagesAreHeldAsDecodedAndWidened) {
+TEST_F(LoadTest, OrdinaryImagesAreDecodedAndWidened) {
   for (const char* name : {"a.png", "a.tif", "a.TIFF", "a.bmp", "a.jpg", "a.jpeg", "a.webp"}) {
     const std::string path = WritePicture(name);
     ASSERT_EQ(Load(path), LUMVIK_OK) << LastError();
@@ -63,7 +64,7 @@ TEST_F(LoadTest, OrdinaryImagesAreHeldAsDecodedAndWidened) {
   EXPECT_TRUE(SameBytes(Held(), Widened(SmallPicture())));
 }
 
-TEST_F(LoadTest, QualityMeansNothingToAnOrdinaryImage) {
+TEST_F(LoadTest, QualityDoesNotAffectOrdinaryImages) {
   const std::string path = WritePicture("a.png");
   for (const int quality : {1, 4, -7, 100}) {
     ASSERT_EQ(Load(path, quality), LUMVIK_OK);
@@ -103,7 +104,7 @@ TEST_F(LoadTest, GrayBecomesThreeEqualChannels) {
   }
 }
 
-TEST_F(LoadTest, AlphaIsDroppedAndTheImageHeldOpaque) {
+TEST_F(LoadTest, AlphaIsReplacedByOpaque) {
   std::vector<cv::Mat> channels;
   cv::split(SmallPicture(), channels);
   channels.emplace_back(SmallPicture().size(), CV_8U, cv::Scalar(7));
@@ -116,7 +117,7 @@ TEST_F(LoadTest, AlphaIsDroppedAndTheImageHeldOpaque) {
   EXPECT_EQ(cv::countNonZero(alpha != 65535), 0);
 }
 
-TEST_F(LoadTest, LongSidesBeyond4096AreShrunkToIt) {
+TEST_F(LoadTest, LongSidesAreLimitedTo4096) {
   const cv::Scalar color(90, 150, 210);
   ASSERT_EQ(Load(WritePicture("a.jpg", cv::Mat(4000, 6000, CV_8UC3, color))), LUMVIK_OK);
   EXPECT_EQ(Size(), cv::Size(4096, 2731));
@@ -126,7 +127,7 @@ TEST_F(LoadTest, LongSidesBeyond4096AreShrunkToIt) {
   EXPECT_EQ(Size(), cv::Size(4096, 300));
 }
 
-TEST_F(LoadTest, QualityDecidesTheSizeOfARawFile) {
+TEST_F(LoadTest, QualityDeterminesTheSizeOfARawFile) {
   const std::string path = WriteRaw("a.arw");
   const struct {
     int quality;
@@ -138,7 +139,7 @@ TEST_F(LoadTest, QualityDecidesTheSizeOfARawFile) {
   }
 }
 
-TEST_F(LoadTest, QualityIsClampedToOneToFour) {
+TEST_F(LoadTest, QualityIsClampedTo1To4) {
   const std::string path = WriteRaw("a.arw");
   ASSERT_EQ(Load(path, 1), LUMVIK_OK);
   const cv::Mat full = Exported();
@@ -154,7 +155,7 @@ TEST_F(LoadTest, QualityIsClampedToOneToFour) {
   }
 }
 
-TEST_F(LoadTest, RawFilesAreHeldWithALongSideOf2000OrAQuarterOf1000) {
+TEST_F(LoadTest, LongSidesOfRawFilesAreLimitedTo2000Or1000AtQuarterQuality) {
   RawOptions options;
   options.format = RawFormat::kDng;
   const std::string path = WriteRaw("wide.dng", options, cv::Mat(24, 4032, CV_8UC3, cv::Scalar(90, 120, 60)));
@@ -166,7 +167,7 @@ TEST_F(LoadTest, RawFilesAreHeldWithALongSideOf2000OrAQuarterOf1000) {
   EXPECT_EQ(Size(), cv::Size(1000, 6));
 }
 
-TEST_F(LoadTest, ACameraFileLoadsAtItsOwnSize) {
+TEST_F(LoadTest, ACameraFileKeepsItsSize) {
   ASSERT_EQ(Load(LUMVIK_SAMPLES "/sample_small.ARW"), LUMVIK_OK) << LastError();
   EXPECT_EQ(Size(), cv::Size(1600, 1066));
 }
@@ -177,7 +178,7 @@ TEST_F(LoadTest, TheSourceOfARawFileIsACopy) {
   EXPECT_NE(ctx()->source.data, ctx()->decoded.image.data);
 }
 
-TEST_F(LoadTest, AnOrdinaryImageLeavesNothingOfTheRawFileBefore) {
+TEST_F(LoadTest, AnOrdinaryImageReplacesAllOfARawFile) {
   ASSERT_EQ(Load(WriteRaw("a.arw")), LUMVIK_OK);
   ASSERT_EQ(Load(WritePicture("a.png")), LUMVIK_OK);
   const ContextPtr fresh = CreateContext();
@@ -186,7 +187,7 @@ TEST_F(LoadTest, AnOrdinaryImageLeavesNothingOfTheRawFileBefore) {
   EXPECT_EQ(Describe(*ctx()), Describe(*fresh));
 }
 
-TEST_F(LoadTest, EachLoadReplacesTheImageBefore) {
+TEST_F(LoadTest, EachLoadReplacesThePreviousImage) {
   const std::string ordinary = WritePicture("a.png");
   const std::string raw = WriteRaw("a.arw");
   ASSERT_EQ(Load(raw), LUMVIK_OK);
@@ -200,7 +201,7 @@ TEST_F(LoadTest, EachLoadReplacesTheImageBefore) {
   EXPECT_TRUE(SameBytes(Held(), Widened(SmallPicture())));
 }
 
-TEST_F(LoadTest, MaskAndBackgroundBlurOutliveLoads) {
+TEST_F(LoadTest, MaskAndBackgroundBlurSurviveLoads) {
   SetMask();
   lumvik_set_bg_blur(ctx(), 60);
   for (const std::string& path : {WritePicture("a.png"), WriteRaw("a.arw")}) {
@@ -240,8 +241,8 @@ TEST_F(LoadTest, UnloadingAnEmptyContextChangesNothing) {
   EXPECT_EQ(Describe(*ctx()), Describe(*CreateContext()));
 }
 
-// A RAW failure also leaves its path and text in the decoder's record.
-TEST_F(LoadTest, AFailedLoadChangesNothingButErrorAndRender) {
+// A failed RAW load also stores its path and text in the decoder's record.
+TEST_F(LoadTest, AFailedLoadChangesOnlyTheErrorAndTheRenderState) {
   const std::string missing_raw = Path("missing.arw");
   const std::string missing_ordinary = Path("missing.png");
   const std::string raw_text = std::string("LibRaw open_file failed: ") + libraw_strerror(LIBRAW_IO_ERROR);
@@ -277,7 +278,7 @@ TEST_F(LoadTest, ThePathIsCopied) {
   EXPECT_EQ(ctx()->source_path, copy);
 }
 
-TEST_F(LoadTest, NamesMayHoldAnyLetters) {
+TEST_F(LoadTest, UnicodePaths) {
   const std::string folder = Path("фото 写真 été");
   std::filesystem::create_directory(std::filesystem::u8path(folder));
   std::filesystem::rename(WritePicture("a.png"), std::filesystem::u8path(folder + "/schöner Tag.png"));

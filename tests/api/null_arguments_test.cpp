@@ -1,5 +1,5 @@
-// Null handed to every function in every place, in every state of the context: the documented answer, no
-// text, and nothing changed.
+// Null for every pointer of every function, in every state of a context: each call gives its documented
+// result, stores no text and changes nothing.
 #include <algorithm>
 #include <cstring>
 #include <fstream>
@@ -13,15 +13,15 @@
 namespace lumvik::test {
 namespace {
 
-// Uses the context it is given in the places that are not null.
+// A call with null for one or all of its pointers; the context argument is used unless it is the null one.
 struct NullCall {
   std::string function;
-  const char* null;  // the argument
-  int answer;
+  const char* null;  // name of the null argument
+  int result;
   std::function<int(EngineContext*)> call;
 };
 
-// The answer of a function that has none.
+// Result of a void function.
 constexpr int kNothing = 0;
 
 const float kPoints[] = {0, 0.5F, 1, 1};
@@ -157,7 +157,7 @@ std::vector<NullCall> NullCalls() {
   return calls;
 }
 
-// How the context came to be as it is.
+// A state of the context, and how to reach it.
 struct State {
   const char* name;
   std::function<void(EngineContext*, const std::string& picture)> reach;
@@ -174,7 +174,7 @@ void LoadAndRender(EngineContext* context, const std::string& path) {
   ASSERT_EQ(lumvik_process(context), LUMVIK_OK);
 }
 
-// Of an ordinary image, which cannot be segmented, a context after that failure.
+// For an ordinary image, which cannot be segmented: the state after that failure.
 void LoadAndSegment(EngineContext* context, const std::string& path) {
   LoadAndRender(context, path);
   const bool raw = !context->decoded.image.empty();
@@ -226,7 +226,7 @@ class NullArgumentsTest : public ApiTest, public ::testing::WithParamInterface<S
     const char* text = lumvik_last_error(ctx());
     for (const NullCall& null : NullCalls()) {
       SCOPED_TRACE(null.function + " with null for " + null.null);
-      EXPECT_EQ(null.call(ctx()), null.answer);
+      EXPECT_EQ(null.call(ctx()), null.result);
       EXPECT_EQ(lumvik_last_error(ctx()), text);
       EXPECT_EQ(Describe(*ctx()), before);
     }
@@ -238,7 +238,7 @@ TEST_P(NullArgumentsTest, ChangeNothing) {
   ExpectNothingChanged();
 }
 
-TEST_P(NullArgumentsTest, ChangeNothingOfARawFile) {
+TEST_P(NullArgumentsTest, ChangeNothingWithARawFile) {
   GetParam().reach(ctx(), WriteRaw("a.arw"));
   ExpectNothingChanged();
 }
@@ -246,7 +246,7 @@ TEST_P(NullArgumentsTest, ChangeNothingOfARawFile) {
 INSTANTIATE_TEST_SUITE_P(States, NullArgumentsTest, ::testing::ValuesIn(kStates),
                          [](const auto& state) { return std::string(state.param.name); });
 
-// The pointers that lumvik.h declares, as "function argument".
+// The pointer arguments that lumvik.h declares, as "function argument".
 std::set<std::string> DeclaredPointers() {
   const Bytes bytes = ReadBytes(LUMVIK_HEADER);
   const std::string header(bytes.begin(), bytes.end());
@@ -264,7 +264,7 @@ std::set<std::string> DeclaredPointers() {
   return pointers;
 }
 
-TEST(NullArgumentsTableTest, EveryPointerOfTheHeaderIsInTheTable) {
+TEST(NullArgumentsTableTest, EveryPointerInTheHeaderIsInTheTable) {
   std::set<std::string> covered;
   for (const NullCall& null : NullCalls()) {
     if (std::string(null.null).rfind("all", 0) != 0) covered.insert(null.function + " " + null.null);
@@ -273,7 +273,7 @@ TEST(NullArgumentsTableTest, EveryPointerOfTheHeaderIsInTheTable) {
 }
 
 TEST(NullArgumentsTableTest, EveryExportedFunctionIsInTheTable) {
-  // These take no pointer.
+  // These have no pointer argument.
   std::set<std::string> covered = {"lumvik_init", "lumvik_shutdown", "lumvik_version",
                                    "lumvik_create_context"};
   for (const NullCall& null : NullCalls()) covered.insert(null.function);
@@ -284,7 +284,7 @@ TEST(NullArgumentsTableTest, EveryExportedFunctionIsInTheTable) {
   EXPECT_EQ(covered, exported);
 }
 
-TEST(NullArgumentsTableTest, AResultWithoutAContextIsNotWritten) {
+TEST(NullArgumentsTableTest, OutputsAreNotWrittenForANullContext) {
   ExifInfo untouched;
   std::memset(&untouched, 0x5a, sizeof(untouched));
   ExifInfo info = untouched;
@@ -300,7 +300,7 @@ TEST(NullArgumentsTableTest, AResultWithoutAContextIsNotWritten) {
   for (const float value : values) EXPECT_EQ(value, 7);
 }
 
-TEST_F(ApiTest, AResultBesideANullIsNotWritten) {
+TEST_F(ApiTest, OutputsAreNotWrittenWhenAnotherOneIsNull) {
   LoadNeutral();
   float values[3] = {7, 7, 7};
   EXPECT_EQ(lumvik_auto_white_balance(ctx(), values, nullptr), kFailed);

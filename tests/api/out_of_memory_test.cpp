@@ -1,27 +1,27 @@
-// Memory that runs out: the call fails or throws, and the context is as it was before.
+// Out of memory: the call fails or throws, and the context is unchanged.
 #include <cstdlib>
 #include <new>
 
 #include "api_test.h"
 
-// OpenCV leaks the pixels of a matrix when there is no memory for its header.
+// OpenCV leaks the pixels of a matrix when the allocation of its header fails.
 #ifdef LUMVIK_SANITIZE_ADDRESS
 #include <sanitizer/lsan_interface.h>
 using AllowLeaks = __lsan::ScopedDisabler;
 #else
 struct AllowLeaks {
-  AllowLeaks() {}  // not trivial, or the compiler takes it for unused
+  AllowLeaks() {}  // user-provided, to avoid a warning about an unused variable
 };
 #endif
 
 namespace {
 
-// Counts the allocations of this thread down; the one that reaches 0 fails. Negative: none does.
+// Allocations of this thread that succeed before one fails; negative: none fails.
 thread_local int allocations_left = -1;
 
 }  // namespace
 
-// Those of the whole program, libraries included. Inlined, the compiler would take them for mismatched.
+// Replaced for the whole program, libraries included. If inlined, the compiler would report mismatched calls.
 [[gnu::noinline]] void* operator new(std::size_t size) {
   if (allocations_left >= 0 && allocations_left-- == 0) throw std::bad_alloc();
   if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
@@ -39,7 +39,7 @@ namespace {
 
 class OutOfMemoryTest : public ApiTest {
  protected:
-  // Runs `call` with the allocation after the next `successes` failing. True when it came to that.
+  // Runs `call` with one allocation failing after `successes` successful ones. Returns whether one failed.
   template <typename Call>
   static bool Starve(int successes, Call call) {
     const AllowLeaks allow_leaks;
@@ -55,13 +55,13 @@ class OutOfMemoryTest : public ApiTest {
   }
 };
 
-TEST_F(OutOfMemoryTest, CreatingAContextGivesNull) {
+TEST_F(OutOfMemoryTest, CreatingAContextReturnsNull) {
   EngineContext* created = ctx();
   EXPECT_TRUE(Starve(0, [&] { created = lumvik_create_context(); }));
   EXPECT_EQ(created, nullptr);
 }
 
-TEST_F(OutOfMemoryTest, AToneCurveStaysAsItWas) {
+TEST_F(OutOfMemoryTest, SettingAToneCurveKeepsThePreviousOne) {
   lumvik_reset_tone_curve(ctx(), 0);
   const std::string before = Describe(*ctx());
   const std::vector<float> points(100, 0.5F);
@@ -69,8 +69,8 @@ TEST_F(OutOfMemoryTest, AToneCurveStaysAsItWas) {
   EXPECT_EQ(Describe(*ctx()), before);
 }
 
-// Each allocation of a load fails once. Some library underneath may take that for a damaged file.
-TEST_F(OutOfMemoryTest, ALoadLeavesTheEarlierPhotograph) {
+// Each allocation of a load fails once. A library may report that as a damaged file.
+TEST_F(OutOfMemoryTest, LoadingKeepsTheEarlierPhotograph) {
   const std::string next = Path("next");
   std::filesystem::rename(WritePicture("a.png"), next + ".png");
   std::filesystem::rename(WriteRaw("a.arw"), next + ".arw");
@@ -98,7 +98,7 @@ TEST_F(OutOfMemoryTest, ALoadLeavesTheEarlierPhotograph) {
   }
 }
 
-TEST_F(OutOfMemoryTest, ARenderLeavesTheEarlierRender) {
+TEST_F(OutOfMemoryTest, RenderingKeepsTheEarlierRender) {
   LoadNeutral();
   ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
   lumvik_set_exposure(ctx(), 1);

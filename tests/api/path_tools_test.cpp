@@ -1,4 +1,4 @@
-// The tools that take a path and no context: status codes, and what becomes of the outputs.
+// The functions that take a path instead of a context: status codes and outputs.
 #include <atomic>
 #include <cstdlib>
 #include <fstream>
@@ -12,8 +12,8 @@
 
 namespace {
 
-// The size that malloc refuses; 0: none. The linker sends malloc of this program here. A variable of each
-// thread would not do, since on Windows it takes a malloc to make one.
+// The size for which malloc fails; 0: none. Linked with --wrap=malloc. Not thread_local, because on Windows
+// that would call malloc.
 std::atomic<size_t> refused_size{0};
 
 }  // namespace
@@ -40,7 +40,7 @@ class PathToolsTest : public ApiTest {
     return WriteBytes(Path(name), bytes);
   }
 
-  // A JPEG preview that cannot be decoded is a thumbnail all the same.
+  // An undecodable JPEG preview is still a valid thumbnail.
   std::vector<FailingFile> FailingFiles() const {
     return {
         {Path("missing.png"), -1, -1},
@@ -56,7 +56,7 @@ class PathToolsTest : public ApiTest {
   }
 };
 
-TEST_F(PathToolsTest, FailuresHaveTheirCodesAndEmptyOutputs) {
+TEST_F(PathToolsTest, FailuresHaveTheirOwnCodesAndClearTheOutputs) {
   uint8_t old = 0;
   for (const FailingFile& file : FailingFiles()) {
     SCOPED_TRACE(file.path);
@@ -76,7 +76,7 @@ TEST_F(PathToolsTest, FailuresHaveTheirCodesAndEmptyOutputs) {
   }
 }
 
-TEST_F(PathToolsTest, NullTouchesNothing) {
+TEST_F(PathToolsTest, NullArgumentsLeaveTheOutputsUntouched) {
   const std::string path = WritePicture("a.png");
   uint8_t old = 0;
   uint8_t* data = &old;
@@ -93,7 +93,7 @@ TEST_F(PathToolsTest, NullTouchesNothing) {
   lumvik_free_thumb(nullptr);
 }
 
-TEST_F(PathToolsTest, AThumbnailIsHandedOver) {
+TEST_F(PathToolsTest, ReturnsAThumbnail) {
   const std::string path = WritePicture("\xC3\xA9t\xC3\xA9.png");
   Bytes expected;
   cv::imencode(".jpg", SmallPicture(), expected, {cv::IMWRITE_JPEG_QUALITY, 75});
@@ -104,7 +104,7 @@ TEST_F(PathToolsTest, AThumbnailIsHandedOver) {
   lumvik_free_thumb(data);
 }
 
-TEST_F(PathToolsTest, ThePreviewOfARawFileIsHandedOver) {
+TEST_F(PathToolsTest, ReturnsThePreviewOfARawFile) {
   const std::string path = LUMVIK_SAMPLES "/sample_small.ARW";
   uint8_t* data = nullptr;
   int size = 0;
@@ -113,7 +113,7 @@ TEST_F(PathToolsTest, ThePreviewOfARawFileIsHandedOver) {
   lumvik_free_thumb(data);
 }
 
-TEST_F(PathToolsTest, WithoutMemoryTheSizeTellsWhatWasNeeded) {
+TEST_F(PathToolsTest, OutOfMemoryReportsTheSizeNeeded) {
   const std::string path = LUMVIK_SAMPLES "/sample_small.ARW";
   const int needed = static_cast<int>(DeliveredPreview(ReadBytes(path)).size());
   uint8_t old = 0;
@@ -127,7 +127,7 @@ TEST_F(PathToolsTest, WithoutMemoryTheSizeTellsWhatWasNeeded) {
   EXPECT_EQ(size, needed);
 }
 
-TEST_F(PathToolsTest, AHashIsWritten) {
+TEST_F(PathToolsTest, ReturnsAHash) {
   const std::string path = WritePicture("a.png");
   uint64_t hash = 0;
   ASSERT_EQ(lumvik_phash(path.c_str(), &hash), LUMVIK_OK);
@@ -135,7 +135,7 @@ TEST_F(PathToolsTest, AHashIsWritten) {
   EXPECT_NE(hash, 0U);
 }
 
-TEST_F(PathToolsTest, ThreadsGiveTheHashesOfOneAfterTheOther) {
+TEST_F(PathToolsTest, ConcurrentHashesEqualSequentialOnes) {
   const std::vector<std::string> paths = {
       LUMVIK_TEST_DATA "/cat.jpg", LUMVIK_TEST_DATA "/bitmap_thumb.dng", LUMVIK_TEST_DATA "/jpeg_thumb.dng",
       LUMVIK_TEST_DATA "/no_thumb.dng", LUMVIK_SAMPLES "/sample_small.ARW"};

@@ -1,4 +1,4 @@
-// The preview: its buffer, its texts, and what it does to the render.
+// lumvik_get_preview: its buffer, its error texts and its effect on the render.
 #include "reference/preview.h"
 
 #include <limits>
@@ -16,7 +16,7 @@ class PreviewTest : public ApiTest {
  protected:
   static int Size(cv::Size size) { return 4 * size.area(); }
 
-  // The preview in a buffer of just its size, with the render's width and height.
+  // Gets the preview into a buffer of exactly its size.
   cv::Mat Preview() const {
     EXPECT_EQ(lumvik_process(ctx()), LUMVIK_OK);
     cv::Mat preview(lumvik_get_height(ctx()), lumvik_get_width(ctx()), CV_8UC4);
@@ -32,14 +32,14 @@ class PreviewTest : public ApiTest {
   }
 };
 
-TEST_F(PreviewTest, NeutralSettingsGiveTheBytesOfThePicture) {
+TEST_F(PreviewTest, NeutralSettingsReproduceThePicture) {
   LoadNeutral();
   cv::Mat expected;
   cv::cvtColor(SmallPicture(), expected, cv::COLOR_BGR2RGBA);
   EXPECT_TRUE(SameBytes(Preview(), expected));
 }
 
-TEST_F(PreviewTest, ANullContextOrBufferIsRefusedWithoutAText) {
+TEST_F(PreviewTest, ANullContextOrBufferStoresNoText) {
   LoadNeutral();
   ctx()->last_error = "another";
   uint8_t byte = kUntouchedByte;
@@ -49,14 +49,14 @@ TEST_F(PreviewTest, ANullContextOrBufferIsRefusedWithoutAText) {
   EXPECT_FALSE(ctx()->render_valid);
 }
 
-TEST_F(PreviewTest, NothingLoaded) {
+TEST_F(PreviewTest, FailsWithoutAnImage) {
   uint8_t byte = kUntouchedByte;
   EXPECT_EQ(lumvik_get_preview(ctx(), &byte, 1), kFailed);
   EXPECT_EQ(LastError(), kNoImage);
   EXPECT_FALSE(ctx()->render_valid);
 }
 
-TEST_F(PreviewTest, AByteTooLittleWritesNothingButRenders) {
+TEST_F(PreviewTest, ABufferOneByteTooSmallIsNotWrittenButTheImageIsRendered) {
   LoadNeutral();
   lumvik_set_crop(ctx(), 0.25F, 0.5F, 0.5F, 0.5F);
   const int size = Size({24, 16});
@@ -75,7 +75,7 @@ TEST_F(PreviewTest, AByteTooLittleWritesNothingButRenders) {
   EXPECT_EQ(lumvik_get_preview(ctx(), buffer.data(), size), LUMVIK_OK);
 }
 
-TEST_F(PreviewTest, ALargePictureNeedsEveryByte) {
+TEST_F(PreviewTest, ALargePictureNeedsItsWholeBuffer) {
   const cv::Size size(3000, 2000);
   const std::string path = WritePicture("large.png", cv::Mat(size, CV_8UC3, cv::Scalar(10, 20, 30)));
   ASSERT_EQ(lumvik_load_arw(ctx(), path.c_str(), 1), LUMVIK_OK);
@@ -86,7 +86,7 @@ TEST_F(PreviewTest, ALargePictureNeedsEveryByte) {
   EXPECT_EQ(buffer.back(), 255);
 }
 
-TEST_F(PreviewTest, ALargerBufferIsNotTouchedBehindThePreview) {
+TEST_F(PreviewTest, ALargerBufferIsNotWrittenBeyondThePreview) {
   LoadNeutral();
   const auto size = static_cast<size_t>(Size({48, 32}));
   Bytes buffer(size + 100, kUntouchedByte);
@@ -95,7 +95,7 @@ TEST_F(PreviewTest, ALargerBufferIsNotTouchedBehindThePreview) {
             Bytes(100, kUntouchedByte));
 }
 
-TEST_F(PreviewTest, RendersAnewEveryTimeAndMakesTheRenderCurrent) {
+TEST_F(PreviewTest, RendersEveryTimeAndMakesTheRenderCurrent) {
   LoadNeutral();
   const cv::Mat before = Preview();
   lumvik_set_exposure(ctx(), 1);
@@ -104,10 +104,10 @@ TEST_F(PreviewTest, RendersAnewEveryTimeAndMakesTheRenderCurrent) {
   EXPECT_NE(buffer, Bytes(before.datastart, before.dataend));
   EXPECT_TRUE(ctx()->render_valid);
   lumvik_set_exposure(ctx(), 0);
-  EXPECT_FALSE(SameBytes(Exported(), Widened(SmallPicture()))) << "the export takes the preview's render";
+  EXPECT_FALSE(SameBytes(Exported(), Widened(SmallPicture()))) << "the export writes the preview's render";
 }
 
-TEST_F(PreviewTest, BlursTheBackgroundOfThePreviewAlone) {
+TEST_F(PreviewTest, BlursTheBackgroundOnlyInThePreview) {
   LoadNeutral();
   const cv::Mat sharp = Preview();
   SetMask();
@@ -118,21 +118,21 @@ TEST_F(PreviewTest, BlursTheBackgroundOfThePreviewAlone) {
   EXPECT_TRUE(SameBytes(Exported(), Widened(SmallPicture()))) << "exports stay sharp";
 }
 
-TEST_F(PreviewTest, TheBlurNeedsAMaskThatIsValid) {
+TEST_F(PreviewTest, TheBlurNeedsAValidMask) {
   LoadNeutral();
   const cv::Mat sharp = Preview();
   lumvik_set_bg_blur(ctx(), 50);
   EXPECT_TRUE(SameBytes(Preview(), sharp)) << "no mask";
   SetMask();
   ctx()->mask_valid = false;
-  EXPECT_TRUE(SameBytes(Preview(), sharp)) << "a mask that is not valid";
+  EXPECT_TRUE(SameBytes(Preview(), sharp)) << "an invalid mask";
   ctx()->mask_valid = true;
   EXPECT_FALSE(SameBytes(Preview(), sharp));
   lumvik_set_bg_blur(ctx(), 0);
   EXPECT_TRUE(SameBytes(Preview(), sharp)) << "no strength";
 }
 
-TEST_F(PreviewTest, TheMaskIsStretchedToACroppedRender) {
+TEST_F(PreviewTest, TheMaskIsResizedToACroppedRender) {
   LoadNeutral();
   SetMask();
   lumvik_set_crop(ctx(), 0.25F, 0.25F, 0.5F, 0.5F);
@@ -142,7 +142,7 @@ TEST_F(PreviewTest, TheMaskIsStretchedToACroppedRender) {
   EXPECT_TRUE(SameBytes(preview, reference::RenderPreview(ctx()->rendered, ctx()->mask, 50)));
 }
 
-TEST_F(PreviewTest, SettingsThatThrowLeaveRenderAndBuffer) {
+TEST_F(PreviewTest, SettingsThatThrowLeaveTheRenderAndTheBufferUntouched) {
   LoadNeutral();
   ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
   lumvik_set_sharpening_amount(ctx(), 50);

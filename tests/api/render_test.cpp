@@ -1,4 +1,4 @@
-// Rendering on request, and which render an export writes.
+// When the engine renders, and which render an export writes.
 #include "api_test.h"
 
 namespace lumvik::test {
@@ -6,7 +6,7 @@ namespace {
 
 class RenderTest : public ApiTest {
  protected:
-  // What a context that loaded the same photograph makes of this exposure.
+  // Renders the same photograph at this exposure in a new context.
   cv::Mat NeutralAt(float exposure) const {
     const ContextPtr fresh = CreateContext();
     EXPECT_EQ(lumvik_load_arw(fresh.get(), Path("neutral.png").c_str(), 1), LUMVIK_OK);
@@ -17,7 +17,7 @@ class RenderTest : public ApiTest {
   }
 };
 
-TEST_F(RenderTest, NeutralSettingsLeaveEverySample) {
+TEST_F(RenderTest, NeutralSettingsChangeNoSample) {
   LoadNeutral();
   ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
   EXPECT_TRUE(SameBytes(Exported(), Widened(SmallPicture())));
@@ -30,7 +30,7 @@ TEST_F(RenderTest, DefaultSettingsChangeTheColors) {
   EXPECT_GT(cv::norm(Exported(), Widened(SmallPicture()), cv::NORM_INF), 1000);
 }
 
-TEST_F(RenderTest, WhiteBalanceRestsOnlyNextToNeutral) {
+TEST_F(RenderTest, WhiteBalanceIsDisabledOnlyCloseToNeutral) {
   LoadNeutral();
   const auto changes = [this](float temperature, float tint) {
     lumvik_set_temperature(ctx(), temperature);
@@ -45,7 +45,7 @@ TEST_F(RenderTest, WhiteBalanceRestsOnlyNextToNeutral) {
   EXPECT_TRUE(changes(6500, 0.2F));
 }
 
-TEST_F(RenderTest, ProcessingRendersTheCurrentSettings) {
+TEST_F(RenderTest, ProcessRendersTheCurrentSettings) {
   LoadNeutral();
   for (const float exposure : {0.5F, -1.0F, 0.0F}) {
     lumvik_set_exposure(ctx(), exposure);
@@ -55,7 +55,7 @@ TEST_F(RenderTest, ProcessingRendersTheCurrentSettings) {
   EXPECT_FALSE(SameBytes(NeutralAt(0.5F), NeutralAt(-1)));
 }
 
-TEST_F(RenderTest, RenderingStartsFromTheLoadedImageEveryTime) {
+TEST_F(RenderTest, EveryRenderStartsFromTheLoadedImage) {
   LoadNeutral();
   lumvik_set_exposure(ctx(), 0.5F);
   ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
@@ -65,7 +65,7 @@ TEST_F(RenderTest, RenderingStartsFromTheLoadedImageEveryTime) {
   EXPECT_TRUE(SameBytes(once, NeutralAt(0.5F)));
 }
 
-TEST_F(RenderTest, AnOrdinaryImageAndARawFileBothRender) {
+TEST_F(RenderTest, OrdinaryImagesAndRawFilesRender) {
   for (const std::string& path : {WritePicture("a.png"), WriteRaw("a.arw")}) {
     ASSERT_EQ(lumvik_load_arw(ctx(), path.c_str(), 1), LUMVIK_OK) << LastError();
     EXPECT_EQ(lumvik_process(ctx()), LUMVIK_OK);
@@ -74,7 +74,7 @@ TEST_F(RenderTest, AnOrdinaryImageAndARawFileBothRender) {
   }
 }
 
-TEST_F(RenderTest, ARenderLeavesTheLoadedImageAlone) {
+TEST_F(RenderTest, RenderingDoesNotModifyTheLoadedImage) {
   ASSERT_EQ(lumvik_load_arw(ctx(), WriteRaw("a.arw").c_str(), 1), LUMVIK_OK);
   const cv::Mat source = ctx()->source.clone();
   const cv::Mat decoded = ctx()->decoded.image.clone();
@@ -93,7 +93,7 @@ TEST_F(RenderTest, AfterASetterAnExportStillWritesTheLastRender) {
   EXPECT_TRUE(SameBytes(Exported(), NeutralAt(1)));
 }
 
-TEST_F(RenderTest, WithoutARenderEveryExportRendersAnew) {
+TEST_F(RenderTest, WithoutACurrentRenderEveryExportRenders) {
   LoadNeutral();
   for (const float exposure : {0.0F, 1.0F, -1.0F}) {
     lumvik_set_exposure(ctx(), exposure);
@@ -141,7 +141,7 @@ TEST_F(RenderTest, ALoadWithoutAPathKeepsTheRender) {
   EXPECT_TRUE(SameBytes(Exported(), NeutralAt(0)));
 }
 
-TEST_F(RenderTest, AFailedOrThrowingExportKeepsTheRender) {
+TEST_F(RenderTest, AFailedOrThrowingExportKeepsTheRenderCurrent) {
   LoadNeutral();
   ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
   lumvik_set_exposure(ctx(), 1);
@@ -159,7 +159,7 @@ TEST_F(RenderTest, AThrowingExportLeavesAStaleRenderStale) {
   EXPECT_TRUE(SameBytes(Exported(), NeutralAt(1)));
 }
 
-TEST_F(RenderTest, UnloadingEmptiesTheRender) {
+TEST_F(RenderTest, UnloadingReleasesTheRender) {
   LoadNeutral();
   ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
   lumvik_unload(ctx());
@@ -169,7 +169,7 @@ TEST_F(RenderTest, UnloadingEmptiesTheRender) {
   EXPECT_EQ(LastError(), "no image loaded");
 }
 
-TEST_F(RenderTest, SettingsThatAreRefusedLeaveTheEarlierRender) {
+TEST_F(RenderTest, SettingsThatThrowKeepTheEarlierRender) {
   LoadNeutral();
   ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
   lumvik_set_exposure(ctx(), 1);
@@ -179,14 +179,14 @@ TEST_F(RenderTest, SettingsThatAreRefusedLeaveTheEarlierRender) {
     const std::string before = Describe(*ctx());
     EXPECT_THROW(lumvik_process(ctx()), cv::Exception);
     EXPECT_EQ(Describe(*ctx()), before);
-    EXPECT_TRUE(SameBytes(Exported(), Widened(SmallPicture()))) << "the render that is still current";
+    EXPECT_TRUE(SameBytes(Exported(), Widened(SmallPicture()))) << "the earlier render";
   }
   lumvik_set_sharpening_radius(ctx(), 1);
   EXPECT_EQ(lumvik_process(ctx()), LUMVIK_OK);
   EXPECT_FALSE(SameBytes(Exported(), Widened(SmallPicture())));
 }
 
-TEST_F(RenderTest, ACropChangesTheReportedSizeOnceItIsRendered) {
+TEST_F(RenderTest, ACropChangesTheReportedSizeOnceRendered) {
   LoadNeutral();
   lumvik_set_crop(ctx(), 0.25F, 0.5F, 0.5F, 0.5F);
   EXPECT_EQ(lumvik_get_width(ctx()), 48);

@@ -1,4 +1,4 @@
-// The subject's mask and the subject as a file: states, texts, codes, and how long a mask lasts.
+// Subject mask and cutout: states, error texts, status codes, and the lifetime of the mask.
 #include <limits>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
@@ -9,7 +9,7 @@
 namespace lumvik::test {
 namespace {
 
-constexpr int kLaterFailure = -2;
+constexpr int kOperationFailed = -2;
 constexpr char kGrabCutFailed[] = "GrabCut failed";
 constexpr char kNoMaskYet[] = "no segmentation mask — call lumvik_segment_subject first";
 constexpr char kNoMask[] = "no segmentation mask";
@@ -17,7 +17,7 @@ constexpr char kNotWritten[] = "failed to write PNG";
 constexpr uint64_t kSeed = 7;
 constexpr float kMiddle = -1;
 
-// A bright disc before a dark wall.
+// A bright disc on a dark background.
 cv::Mat DiscPicture() {
   cv::Mat picture(90, 120, CV_8UC3, cv::Scalar(40, 70, 50));
   cv::circle(picture, {60, 45}, 22, cv::Scalar(60, 140, 200), cv::FILLED);
@@ -50,7 +50,7 @@ class SubjectTest : public ApiTest {
   }
 };
 
-TEST_F(SubjectTest, TheMaskIsThatOfTheUndevelopedRawImage) {
+TEST_F(SubjectTest, TheUndevelopedRawImageIsSegmented) {
   LoadRaw();
   lumvik_set_exposure(ctx(), -5);
   ASSERT_EQ(lumvik_process(ctx()), LUMVIK_OK);
@@ -70,21 +70,21 @@ TEST_F(SubjectTest, SegmentingDoesNotRender) {
   EXPECT_TRUE(ctx()->rendered.empty());
 }
 
-TEST_F(SubjectTest, SegmentingNeedsARawImage) {
+TEST_F(SubjectTest, SegmentingNeedsARawFile) {
   EXPECT_EQ(lumvik_segment_subject(nullptr, kMiddle, kMiddle), kFailed);
   EXPECT_EQ(Segment(), kFailed);
   EXPECT_EQ(LastError(), kNoImage);
   ctx()->last_error.clear();
   LoadNeutral();
   EXPECT_EQ(Segment(), kFailed);
-  EXPECT_EQ(LastError(), kNoImage) << "an ordinary image does not count";
+  EXPECT_EQ(LastError(), kNoImage) << "an ordinary image is not segmented";
   EXPECT_FALSE(ctx()->mask_valid);
 }
 
 TEST_F(SubjectTest, AFailedSegmentationKeepsTheEarlierMask) {
   LoadAndSegment();
   const cv::Mat before = Mask();
-  EXPECT_EQ(Segment(1.4F, kMiddle), kLaterFailure);
+  EXPECT_EQ(Segment(1.4F, kMiddle), kOperationFailed);
   EXPECT_EQ(LastError(), kGrabCutFailed);
   EXPECT_TRUE(SameBytes(Mask(), before));
   LoadNeutral();
@@ -92,16 +92,16 @@ TEST_F(SubjectTest, AFailedSegmentationKeepsTheEarlierMask) {
   EXPECT_TRUE(SameBytes(Mask(), before));
 }
 
-TEST_F(SubjectTest, AFailedFirstSegmentationGivesNoMask) {
+TEST_F(SubjectTest, AFailedFirstSegmentationLeavesNoMask) {
   LoadRaw();
-  EXPECT_EQ(Segment(kMiddle, 2), kLaterFailure);
+  EXPECT_EQ(Segment(kMiddle, 2), kOperationFailed);
   EXPECT_FALSE(ctx()->mask_valid);
   uint8_t byte = 0;
   EXPECT_EQ(lumvik_get_mask(ctx(), &byte, 1), kFailed);
   EXPECT_EQ(LastError(), kNoMaskYet);
 }
 
-TEST_F(SubjectTest, TheMaskOutlivesUnloadingLoadingAndSettings) {
+TEST_F(SubjectTest, TheMaskSurvivesUnloadingLoadingAndSettings) {
   LoadAndSegment();
   const cv::Mat mask = Mask();
   lumvik_set_crop(ctx(), 0.1F, 0.1F, 0.5F, 0.5F);
@@ -115,7 +115,7 @@ TEST_F(SubjectTest, TheMaskOutlivesUnloadingLoadingAndSettings) {
   EXPECT_TRUE(SameBytes(Mask(), mask));
 }
 
-TEST_F(SubjectTest, GettingAMaskChecksArgumentsStateAndSizeInThisOrder) {
+TEST_F(SubjectTest, GetMaskChecksArgumentsThenStateThenSize) {
   uint8_t byte = 0xA5;
   EXPECT_EQ(lumvik_get_mask(nullptr, &byte, 1), kFailed);
   EXPECT_EQ(lumvik_get_mask(ctx(), nullptr, 1), kFailed);
@@ -125,13 +125,13 @@ TEST_F(SubjectTest, GettingAMaskChecksArgumentsStateAndSizeInThisOrder) {
   EXPECT_EQ(byte, 0xA5);
 }
 
-TEST_F(SubjectTest, ABufferTooSmallIsAnsweredByACodeWithoutAText) {
+TEST_F(SubjectTest, ABufferTooSmallGivesItsOwnCodeAndNoText) {
   LoadAndSegment();
   ctx()->last_error = "another";
   const int size = 120 * 90;
   Bytes buffer(size + 3, 0xA5);
   for (const int capacity : {size - 1, 0, -1, std::numeric_limits<int>::min()}) {
-    EXPECT_EQ(lumvik_get_mask(ctx(), buffer.data(), capacity), kLaterFailure);
+    EXPECT_EQ(lumvik_get_mask(ctx(), buffer.data(), capacity), kOperationFailed);
     EXPECT_EQ(buffer, Bytes(buffer.size(), 0xA5));
   }
   EXPECT_EQ(LastError(), "another");
@@ -139,7 +139,7 @@ TEST_F(SubjectTest, ABufferTooSmallIsAnsweredByACodeWithoutAText) {
   EXPECT_EQ(Bytes(buffer.end() - 3, buffer.end()), Bytes(3, 0xA5));
 }
 
-TEST_F(SubjectTest, TheFileHasTheRenderAsColorAndTheMaskAsAlpha) {
+TEST_F(SubjectTest, TheCutoutHasTheRenderAsColorAndTheMaskAsAlpha) {
   LoadAndSegment();
   lumvik_set_exposure(ctx(), 0.5F);
   lumvik_set_bg_blur(ctx(), 80);
@@ -154,10 +154,10 @@ TEST_F(SubjectTest, TheFileHasTheRenderAsColorAndTheMaskAsAlpha) {
   cv::cvtColor(file, color, cv::COLOR_BGRA2RGB);
   cv::Mat rendered;
   cv::cvtColor(ToRgba8(ctx()->rendered), rendered, cv::COLOR_RGBA2RGB);
-  EXPECT_TRUE(SameBytes(color, rendered)) << "sharp: the blur is the preview's";
+  EXPECT_TRUE(SameBytes(color, rendered)) << "sharp: only the preview is blurred";
 }
 
-TEST_F(SubjectTest, TheFileRendersWhenStaleAndLeavesItStale) {
+TEST_F(SubjectTest, TheCutoutRendersWhenStaleAndLeavesTheRenderStale) {
   LoadAndSegment();
   ASSERT_EQ(lumvik_export_subject_png(ctx(), Path("subject.png").c_str()), LUMVIK_OK);
   EXPECT_FALSE(ctx()->render_valid);
@@ -167,7 +167,7 @@ TEST_F(SubjectTest, TheFileRendersWhenStaleAndLeavesItStale) {
   EXPECT_EQ(ReadBytes(Path("again.png")), ReadBytes(Path("subject.png"))) << "the render before the setter";
 }
 
-TEST_F(SubjectTest, WithoutAMaskThereIsNoFile) {
+TEST_F(SubjectTest, WithoutAMaskNoFileIsWritten) {
   EXPECT_EQ(lumvik_export_subject_png(nullptr, "a.png"), kFailed);
   EXPECT_EQ(lumvik_export_subject_png(ctx(), nullptr), kFailed);
   EXPECT_EQ(LastError(), "");
@@ -177,13 +177,13 @@ TEST_F(SubjectTest, WithoutAMaskThereIsNoFile) {
   EXPECT_FALSE(std::filesystem::exists(Path("subject.png")));
 }
 
-TEST_F(SubjectTest, AFileThatCannotBeWritten) {
+TEST_F(SubjectTest, AFileThatCannotBeWrittenFails) {
   LoadAndSegment();
-  EXPECT_EQ(lumvik_export_subject_png(ctx(), Path("no folder/subject.png").c_str()), kLaterFailure);
+  EXPECT_EQ(lumvik_export_subject_png(ctx(), Path("no folder/subject.png").c_str()), kOperationFailed);
   EXPECT_EQ(LastError(), kNotWritten);
   ctx()->last_error.clear();
   std::filesystem::create_directory(Path("folder.png"));
-  EXPECT_EQ(lumvik_export_subject_png(ctx(), Path("folder.png").c_str()), kLaterFailure);
+  EXPECT_EQ(lumvik_export_subject_png(ctx(), Path("folder.png").c_str()), kOperationFailed);
   EXPECT_EQ(LastError(), kNotWritten);
 }
 

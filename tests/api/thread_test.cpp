@@ -1,4 +1,4 @@
-// Contexts used by several threads at once, one by each, do what they do alone.
+// Contexts used concurrently, one a thread, give the results of sequential use.
 #include <algorithm>
 #include <atomic>
 #include <thread>
@@ -6,9 +6,9 @@
 #include "api_test.h"
 
 #ifdef LUMVIK_SANITIZE_THREAD
-// The sanitizer sees neither the lock within the C library's time zone, nor how OpenCV makes the operators of
-// its expressions once, nor how GDAL, behind it, sets itself up. That LibRaw takes the date of the EXIF
-// header it makes for a preview from a buffer of all threads is true.
+// False positives in uninstrumented libraries: the C library's time zone lock, OpenCV's one-time creation of
+// its matrix operators, GDAL's initialization. One true race: LibRaw takes the date of the EXIF header that
+// it adds to a preview from a buffer shared by all threads.
 extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions() {
   return "race:tzset_internal\nrace:LibRaw::tiff_head\nrace:cv::MatExpr::operator\ndeadlock:"
          "CPLAcquireMutex\n";
@@ -20,21 +20,21 @@ namespace {
 
 constexpr int kRounds = 2;
 
-// One photograph with settings of its own.
+// A photograph and its settings.
 struct Job {
   std::string photograph;
   int quality;
   float exposure;
 };
 
-// All that came of it: statuses, texts, sizes, records and files, one behind the other.
+// All results of a job concatenated: statuses, texts, sizes, records and files.
 using Outcome = std::string;
 
 class ThreadTest : public ApiTest {
  protected:
   ThreadTest() {
 #ifdef LUMVIK_SANITIZE_THREAD
-    cv::setNumThreads(1);  // it does not see either how OpenCV's pool hands work from thread to thread
+    cv::setNumThreads(1);  // the synchronization of OpenCV's pool is invisible to the sanitizer
 #endif
     RawOptions uncompressed;
     uncompressed.format = RawFormat::kArwUncompressed;
@@ -55,7 +55,7 @@ class ThreadTest : public ApiTest {
     };
   }
 
-  // Runs one job in a context of its own, with files whose names begin with `prefix`.
+  // Runs a job in a new context; names of exported files begin with `prefix`.
   Outcome Run(const Job& job, const std::string& prefix) const;
   static Outcome Read(EngineContext* c);
   static Outcome OfItsPath(const std::string& photograph);
@@ -115,14 +115,14 @@ Outcome ThreadTest::OfItsPath(const std::string& photograph) {
   int size = 0;
   Outcome outcome = std::to_string(lumvik_phash(photograph.c_str(), &hash)) + " " + std::to_string(hash) +
                     " " + std::to_string(lumvik_extract_thumbnail(photograph.c_str(), &thumbnail, &size));
-  // LibRaw puts memory that was never set into the header of a preview, but not behind it.
+  // The header that LibRaw adds to a preview holds uninitialized bytes.
   const int header = std::min(size, 1024);
   outcome.append(thumbnail + header, thumbnail + size);
   lumvik_free_thumb(thumbnail);
   return outcome;
 }
 
-// The seeds of a segmentation are random, and so is where the mask ends: it counts that there is one.
+// GrabCut is seeded randomly, so that only the statuses are compared and not the mask.
 Outcome ThreadTest::Segmented(EngineContext* c, const std::string& prefix) const {
   const std::string cutout = Path(prefix + ".subject.png");
   Bytes mask(size_t{4096} * 4096);
@@ -135,8 +135,8 @@ Outcome ThreadTest::Segmented(EngineContext* c, const std::string& prefix) const
   return outcome;
 }
 
-// First all at once, so that what the library prepares on first use is prepared then.
-TEST_F(ThreadTest, AllAtOnceGiveTheBytesOfOneAfterTheOther) {
+// Concurrently first, so that one-time initialization happens there.
+TEST_F(ThreadTest, ConcurrentJobsGiveTheBytesOfSequentialOnes) {
   std::vector<std::vector<Outcome>> together(jobs_.size());
   std::atomic<size_t> waiting = jobs_.size();
   std::vector<std::thread> threads;

@@ -1,5 +1,5 @@
-"""Checks the links of all Markdown files below a folder: the files and folders they lead to exist, and so do the
-headings. What lies on the web is not asked for.
+"""Checks that the links in all Markdown files below a folder lead to existing files and headings. Web links are not
+checked.
 
     check_links.py ROOT
 """
@@ -13,7 +13,7 @@ SKIPPED_FOLDERS = {"build"}
 FENCE = re.compile(r"^ *(```|~~~).*?^ *\1 *$", re.MULTILINE | re.DOTALL)
 INLINE_CODE = re.compile(r"`[^`\n]*`")
 LINK = re.compile(r"\[(?:[^\]\[]|\[[^\]]*\]\([^)]*\))*\]\(\s*<?([^)\s>]+)>?(?:\s+\"[^\"]*\")?\s*\)")
-IMAGE = re.compile(r"!\[[^\]]*\]\(([^)\s]+)\)")  # also those within a link
+IMAGE = re.compile(r"!\[[^\]]*\]\(([^)\s]+)\)")  # including those inside a link
 HTML_LINK = re.compile(r"<(?:a|img)\b[^>]*\b(?:href|src)=\"([^\"]+)\"")
 HEADING = re.compile(r"^#{1,6}\s+(.*?)\s*#*$", re.MULTILINE)
 HTML_ANCHOR = re.compile(r"<a\b[^>]*\b(?:id|name)=\"([^\"]+)\"")
@@ -31,7 +31,7 @@ def without_blocks(path):
 
 
 def anchors(path):
-    """As GitHub names them: a heading's text in small letters, without punctuation, with dashes for spaces."""
+    """The anchors that GitHub generates: headings in lower case, without punctuation, with dashes for spaces."""
     text = without_blocks(path)
     found = set(HTML_ANCHOR.findall(text))
     for heading in HEADING.findall(text):
@@ -46,7 +46,7 @@ def anchors(path):
 
 
 def broken(path, link):
-    """What is wrong with a link in the file at `path`, or None."""
+    """Why a link in the file at `path` is broken, or None."""
     parts = urllib.parse.urlsplit(link)
     if parts.scheme or parts.netloc:
         return None

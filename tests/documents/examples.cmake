@@ -1,5 +1,5 @@
-# document_examples(NAME DOCUMENT): compiles every block of C (```c) or C++ (```cpp) of a Markdown file. One that has a
-# main is a test: it runs in a folder with the sample photograph as photo.ARW.
+# document_examples(NAME DOCUMENT): compiles every C (```c) or C++ (```cpp) block of a Markdown file. Blocks with a main
+# also run as tests, in a folder with the sample photo as photo.ARW.
 function(document_examples name document)
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${document})
   file(READ ${document} rest)
@@ -29,7 +29,7 @@ function(document_example target language code)
     add_executable(${target} ${source})
     target_link_libraries(${target} PRIVATE lumvik::lumvik)
     if(LUMVIK_SANITIZE)
-      # clang gives a program of C only what the sanitizers need for C.
+      # For C programs clang links only the C part of the sanitizer runtimes.
       set_target_properties(${target} PROPERTIES LINKER_LANGUAGE CXX)
     endif()
     configure_file(${PROJECT_SOURCE_DIR}/samples/sample_small.ARW ${folder}/photo.ARW COPYONLY)

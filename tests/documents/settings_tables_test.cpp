@@ -1,4 +1,4 @@
-// The tables of the settings in the documents: each single setting has its row, with its range and default.
+// The tables of settings in the documentation have a row for each single setting, with its range and default.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -22,12 +22,12 @@ std::string Option(std::string key) {
   return "--" + key;
 }
 
-// What a row begins with: "| `--exposure` | -10..10". A unit may follow.
+// The start of a row: "| `--exposure` | -10..10". A unit may follow.
 std::string RowStart(const SingleSetting& setting) {
   return "| `" + Option(setting.key) + "` | " + setting.range.Text();
 }
 
-// The field behind: " | 0 |".
+// The next field: " | 0 |".
 std::string Default(const SingleSetting& setting) {
   std::ostringstream field;
   field << " | " << setting.initial << " |";
