@@ -1,7 +1,10 @@
 #include "whole_picture.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <fstream>
+#include <iterator>
+#include <optional>
 #include <string_view>
 
 namespace lumvik {
@@ -18,36 +21,100 @@ bool EndsWith(std::ifstream& file, std::string_view end) {
   return file.read(last.data(), static_cast<std::streamsize>(last.size())) && last == end;
 }
 
-// A little-endian number of `size` bytes, as the engine's TIFFs have them; 0 at the end of the file.
-std::uint32_t NumberAt(std::ifstream& file, std::streamoff place, int size) {
-  unsigned char bytes[4] = {};
-  file.seekg(place);
-  file.read(reinterpret_cast<char*>(bytes), size);
-  std::uint32_t number = 0;
-  for (int i = 3; i >= 0; --i) number = number << 8U | bytes[i];
-  return number;
-}
-
-// The directory stands behind the pixels, and values too long for its entries behind the directory: each is
-// to lie in the file. Only numbers of 2 and of 4 bytes are that long in what the engine writes.
-bool HasTiffDirectory(std::ifstream& file) {
-  constexpr std::uint32_t kBegin = 0x002A4949;
-  constexpr std::uint32_t kLong = 4;
-  constexpr std::streamoff kEntryBytes = 12;
-  file.seekg(0, std::ios::end);
-  const std::streamoff size = file.tellg();
-  const std::streamoff directory = NumberAt(file, 4, 4);
-  if (NumberAt(file, 0, 4) != kBegin || directory == 0) return false;
-  const std::streamoff entries = directory + 2;
-  const std::streamoff end =
-      entries + kEntryBytes * static_cast<std::streamoff>(NumberAt(file, directory, 2));
-  for (std::streamoff entry = entries; entry < end && end <= size; entry += kEntryBytes) {
-    const std::streamoff bytes = (NumberAt(file, entry + 2, 2) == kLong ? 4 : 2) *
-                                 static_cast<std::streamoff>(NumberAt(file, entry + 4, 4));
-    if (bytes > 4 && NumberAt(file, entry + 8, 4) + bytes > size) return false;
+// A little-endian TIFF of one image, as the engine writes it and exiv2 rewrites it with metadata.
+class Tiff {
+ public:
+  explicit Tiff(std::ifstream& file) : file_(file) {
+    file_.seekg(0, std::ios::end);
+    size_ = file_.tellg();
   }
-  return entries < end && end <= size;
-}
+
+  // Whether everything that the first directory refers to lies within the file.
+  bool IsWhole() {
+    const std::streamoff directory = NumberAt(4, 4);
+    if (NumberAt(0, 4) != kMagic || !HoldsValues(directory)) return false;
+    for (const std::uint32_t tag : kMetadataTags) {
+      const auto metadata = Find(directory, tag);
+      if (metadata && !HoldsValues(NumberOf(*metadata, 0))) return false;
+    }
+    return HoldsStrips(directory);
+  }
+
+ private:
+  static constexpr std::uint32_t kMagic = 0x002A4949;
+  static constexpr std::uint32_t kStripOffsets = 273;
+  static constexpr std::uint32_t kStripByteCounts = 279;
+  static constexpr std::uint32_t kMetadataTags[] = {34665, 34853};  // EXIF and GPS directories
+  static constexpr std::streamoff kEntryBytes = 12;
+
+  struct Values {
+    int bytes;  // of each
+    std::uint32_t count;
+    std::streamoff offset;
+  };
+
+  static int BytesOf(std::uint32_t type) {
+    constexpr int kBytes[] = {1, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8, 4};
+    return type < std::size(kBytes) ? kBytes[type] : 1;
+  }
+
+  // A number of `bytes` bytes; 0 beyond the end of the file.
+  std::uint32_t NumberAt(std::streamoff offset, int bytes) {
+    unsigned char data[4] = {};
+    file_.clear();
+    file_.seekg(offset);
+    file_.read(reinterpret_cast<char*>(data), bytes);
+    std::uint32_t number = 0;
+    for (int i = 3; i >= 0; --i) number = number << 8U | data[i];
+    return number;
+  }
+
+  std::streamoff NumberOf(const Values& values, std::uint32_t i) {
+    return NumberAt(values.offset + std::streamoff{values.bytes} * i, std::min(values.bytes, 4));
+  }
+
+  Values ValuesOf(std::streamoff entry) {
+    Values values = {BytesOf(NumberAt(entry + 2, 2)), NumberAt(entry + 4, 4), entry + 8};
+    const bool is_inline = std::streamoff{values.bytes} * values.count <= 4;
+    if (!is_inline) values.offset = NumberAt(entry + 8, 4);
+    return values;
+  }
+
+  std::streamoff EndOfEntries(std::streamoff directory) {
+    return directory + 2 + kEntryBytes * NumberAt(directory, 2);
+  }
+
+  bool HoldsValues(std::streamoff directory) {
+    const std::streamoff end = EndOfEntries(directory);
+    if (directory == 0 || end > size_) return false;
+    for (std::streamoff entry = directory + 2; entry < end; entry += kEntryBytes) {
+      const Values values = ValuesOf(entry);
+      if (values.offset + std::streamoff{values.bytes} * values.count > size_) return false;
+    }
+    return true;
+  }
+
+  std::optional<Values> Find(std::streamoff directory, std::uint32_t tag) {
+    const std::streamoff end = EndOfEntries(directory);
+    for (std::streamoff entry = directory + 2; entry < end; entry += kEntryBytes) {
+      if (NumberAt(entry, 2) == tag) return ValuesOf(entry);
+    }
+    return std::nullopt;
+  }
+
+  bool HoldsStrips(std::streamoff directory) {
+    const auto offsets = Find(directory, kStripOffsets);
+    const auto sizes = Find(directory, kStripByteCounts);
+    if (!offsets || !sizes || offsets->count != sizes->count) return false;
+    for (std::uint32_t i = 0; i < offsets->count; ++i) {
+      if (NumberOf(*offsets, i) + NumberOf(*sizes, i) > size_) return false;
+    }
+    return true;
+  }
+
+  std::ifstream& file_;
+  std::streamoff size_ = 0;
+};
 
 }  // namespace
 
@@ -59,7 +126,7 @@ bool IsWholePicture(const std::string& path, OutputFormat format) {
     case OutputFormat::kPng:
       return EndsWith(file, kPngEnd);
     case OutputFormat::kTiff:
-      return HasTiffDirectory(file);
+      return Tiff(file).IsWhole();
   }
   return false;
 }

@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "batch_fixture.h"
+#include "exif_file.h"
 
 namespace lumvik::test {
 namespace {
@@ -165,6 +166,25 @@ TEST_F(BatchTest, ResumingDoesWhatIsMissingOlderOrCutOff) {
   ExpectWholeOutputs();
   fs::last_write_time(Path("look.json"), fs::file_time_type::clock::now() + std::chrono::hours(1));
   EXPECT_EQ(states(), std::vector<int>({4, 0}));
+}
+
+// What was written in the same instant may have been developed from an older photograph.
+TEST_F(BatchTest, ResumingDevelopsAgainWhatIsAsOldAsItsPhotograph) {
+  Photograph("photos/a.png");
+  ASSERT_EQ(Batch().status, kSuccess);
+  fs::last_write_time(Out("a.jpg"), fs::last_write_time(In("a.png")));
+  ASSERT_EQ(fs::last_write_time(Out("a.jpg")), fs::last_write_time(In("a.png")));
+  EXPECT_EQ(Json::parse(Batch({"--resume", "--json"}).out).at("developed"), 1);
+  EXPECT_EQ(Json::parse(Batch({"--resume", "--json"}).out).at("skipped"), 1);
+}
+
+TEST_F(BatchTest, ResumingKnowsATiffWithShortMetadata) {
+  Exiv2::ExifData exif;
+  exif["Exif.Image.Make"] = "DJI";
+  WriteExif(Photograph("photos/a.jpg"), exif);
+  ASSERT_EQ(Batch({"--format", "tiff"}).status, kSuccess);
+  const Json report = Json::parse(Batch({"--format", "tiff", "--resume", "--json"}).out);
+  EXPECT_EQ(report.at("skipped"), 1);
 }
 
 TEST_F(BatchTest, ASidecarHoldsForItsPhotograph) {

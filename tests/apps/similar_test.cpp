@@ -187,6 +187,24 @@ TEST_F(SimilarTest, ManyFilesGiveTheSameWithAnyNumberOfThreads) {
   }
 }
 
+// A limit on address space leaves room for the stacks of some of the threads, or of none.
+TEST_F(SimilarTest, ThreadsThatCannotStartAreDoneWithout) {
+#if defined(LUMVIK_SANITIZE_ADDRESS) || defined(LUMVIK_SANITIZE_THREAD)
+  GTEST_SKIP() << "the sanitizer itself needs more address space than the limit leaves";
+#endif
+  for (int i = 0; i < 20; ++i) Copy(kData + "cat.jpg", std::to_string(10 + i) + ".jpg");
+  const std::string expected = Similar().out;
+  for (const char* stack_kilobytes : {"400000", "8000000"}) {
+    const std::string limits =
+        std::string("ulimit -s ") + stack_kilobytes + " && ulimit -v 2000000 || exit 99";
+    const ProcessResult result =
+        Similar({"--jobs", "8"}, {"sh", "-c", limits + "; exec \"$0\" \"$@\"", LUMVIK_COMMAND});
+    if (result.status == 99) GTEST_SKIP() << "limits cannot be set here";
+    EXPECT_EQ(result.status, kSuccess) << result.err;
+    EXPECT_EQ(result.out, expected) << stack_kilobytes;
+  }
+}
+
 // script, from the basic system, gives the command a terminal.
 TEST_F(SimilarTest, ATerminalShowsTheProgress) {
   Copy(kData + "cat.jpg", "a.jpg");

@@ -4,20 +4,22 @@
 #include <filesystem>
 
 #include "command_test.h"
+#include "exif_file.h"
 
 namespace lumvik::test {
 namespace {
 
 namespace fs = std::filesystem;
 
-class WholePictureTest : public CommandTest, public ::testing::WithParamInterface<const char*> {};
+class WholePictureTest : public CommandTest, public ::testing::WithParamInterface<const char*> {
+ protected:
+  static void ExpectWholeUntilCutOff(const std::string& path, std::uintmax_t padding = 0);
+};
 
-TEST_P(WholePictureTest, OneThatIsCutOffAnywhereIsNotWhole) {
-  const std::string path = Path(std::string("out.") + GetParam());
+void WholePictureTest::ExpectWholeUntilCutOff(const std::string& path, std::uintmax_t padding) {
   const OutputFormat format = *OutputFormatOf(path);
-  ASSERT_EQ(Develop(Photograph("in.png"), path).status, kSuccess);
   EXPECT_TRUE(IsWholePicture(path, format));
-  for (std::uintmax_t size = fs::file_size(path) - 1; size > 0; size -= size > 2000 ? 1000 : 1) {
+  for (std::uintmax_t size = fs::file_size(path) - 1 - padding; size > 0; size -= size > 2000 ? 1000 : 1) {
     fs::resize_file(path, size);
     ASSERT_FALSE(IsWholePicture(path, format)) << size;
   }
@@ -27,6 +29,29 @@ TEST_P(WholePictureTest, OneThatIsCutOffAnywhereIsNotWhole) {
   EXPECT_FALSE(IsWholePicture(path, format));
   fs::remove(path);
   EXPECT_FALSE(IsWholePicture(path, format));
+}
+
+TEST_P(WholePictureTest, OneThatIsCutOffAnywhereIsNotWhole) {
+  const std::string path = Path(std::string("out.") + GetParam());
+  ASSERT_EQ(Develop(Photograph("in.png"), path).status, kSuccess);
+  ExpectWholeUntilCutOff(path);
+}
+
+// Values of every size, stored in their entry, after the directory or in directories of their own.
+TEST_P(WholePictureTest, MetadataChangesNothingAboutThat) {
+  const std::string in = Photograph("in.jpg");
+  Exiv2::ExifData exif;
+  exif["Exif.Image.Make"] = "DJI";
+  exif["Exif.Image.Model"] = "FC3170";
+  exif["Exif.Photo.ExposureTime"] = "1/60";
+  exif["Exif.Photo.SubSecTime"] = "042";
+  exif["Exif.GPSInfo.GPSLatitudeRef"] = "N";
+  exif["Exif.GPSInfo.GPSLatitude"] = "48/1 51/1 0/1";
+  WriteExif(in, exif);
+  const std::string path = Path(std::string("out.") + GetParam());
+  ASSERT_EQ(Develop(in, path).status, kSuccess);
+  const bool is_tiff = std::string(GetParam()) == "tif";  // which exiv2 pads to an even size
+  ExpectWholeUntilCutOff(path, is_tiff ? 1 : 0);
 }
 
 INSTANTIATE_TEST_SUITE_P(Formats, WholePictureTest, ::testing::Values("jpg", "png", "tif"),
