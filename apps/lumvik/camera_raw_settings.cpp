@@ -16,6 +16,8 @@ namespace lumvik {
 namespace {
 
 constexpr char kNamespace[] = "crs";
+constexpr int kUpright = 1;  // EXIF orientations
+constexpr int kLastOrientation = 8;
 constexpr const char* kXmpEndings[] = {".xmp", ".XMP"};
 
 // Masks can make a sidecar long; nothing makes it as long as this.
@@ -43,15 +45,21 @@ int NumberOf(const Data& data, const Key& key, int otherwise) {
   return entry == data.end() ? otherwise : static_cast<int>(entry->toLong());
 }
 
+template <typename Data, typename Key>
+int OrientationOf(const Data& data, const Key& key) {
+  const int orientation = NumberOf(data, key, kUpright);
+  return orientation >= kUpright && orientation <= kLastOrientation ? orientation : kUpright;
+}
+
 StoredFrame FrameOf(const Exiv2::XmpData& xmp) {
   return {NumberOf(xmp, Exiv2::XmpKey("Xmp.tiff.ImageWidth"), 0),
           NumberOf(xmp, Exiv2::XmpKey("Xmp.tiff.ImageLength"), 0),
-          NumberOf(xmp, Exiv2::XmpKey("Xmp.tiff.Orientation"), 1)};
+          OrientationOf(xmp, Exiv2::XmpKey("Xmp.tiff.Orientation"))};
 }
 
 StoredFrame FrameOf(const Exiv2::Image& photograph) {
   return {static_cast<int>(photograph.pixelWidth()), static_cast<int>(photograph.pixelHeight()),
-          NumberOf(photograph.exifData(), Exiv2::ExifKey("Exif.Image.Orientation"), 1)};
+          OrientationOf(photograph.exifData(), Exiv2::ExifKey("Exif.Image.Orientation"))};
 }
 
 std::vector<std::string> PartsOf(const Exiv2::Xmpdatum& property) {

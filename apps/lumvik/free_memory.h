@@ -3,12 +3,14 @@
 #define LUMVIK_APPS_FREE_MEMORY_H_
 
 #include <cstdint>
+#include <filesystem>
 
 namespace lumvik {
 
-// The bytes that processes can still take before others are pushed out of memory or the system ends one. All
-// there are in theory when the system does not tell.
-std::uint64_t FreeMemory();
+// The bytes that processes can take before the system swaps or kills: what it calls available, page cache
+// included, within the limits of our control groups. The greatest number when neither is known. `root` is
+// where /proc and /sys are found.
+std::uint64_t FreeMemory(const std::filesystem::path& root = "/");
 
 }  // namespace lumvik
 

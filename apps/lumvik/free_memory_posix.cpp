@@ -13,7 +13,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::uint64_t kUnknown = std::numeric_limits<std::uint64_t>::max();
-constexpr char kControlGroups[] = "/sys/fs/cgroup";
 
 // The number behind `key` in a file of lines "key number ...".
 std::optional<std::uint64_t> NumberIn(const fs::path& file, const std::string& key) {
@@ -43,26 +42,27 @@ std::uint64_t LeftIn(const fs::path& group) {
 }
 
 // The limits of all groups around a group hold as well.
-std::uint64_t LeftInGroups() {
-  std::ifstream stream("/proc/self/cgroup");
+std::uint64_t LeftInGroups(const fs::path& root) {
+  const fs::path groups = root / "sys/fs/cgroup";
+  std::ifstream stream(root / "proc/self/cgroup");
   std::string line;
   std::uint64_t left = kUnknown;
   while (std::getline(stream, line)) {
     if (line.compare(0, 3, "0::") != 0) continue;
     fs::path group = line.substr(3);
     for (; group.has_relative_path(); group = group.parent_path()) {
-      left = std::min(left, LeftIn(kControlGroups / group.relative_path()));
+      left = std::min(left, LeftIn(groups / group.relative_path()));
     }
-    left = std::min(left, LeftIn(kControlGroups));
+    left = std::min(left, LeftIn(groups));
   }
   return left;
 }
 
 }  // namespace
 
-std::uint64_t FreeMemory() {
-  const auto kibibytes = NumberIn("/proc/meminfo", "MemAvailable:");
-  return std::min(kibibytes ? *kibibytes * 1024 : kUnknown, LeftInGroups());
+std::uint64_t FreeMemory(const fs::path& root) {
+  const auto kibibytes = NumberIn(root / "proc/meminfo", "MemAvailable:");
+  return std::min(kibibytes ? *kibibytes * 1024 : kUnknown, LeftInGroups(root));
 }
 
 }  // namespace lumvik

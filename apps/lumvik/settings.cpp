@@ -63,6 +63,9 @@ const SettingRule* FindSettingRule(const std::string& key) {
 
 std::string CurveFault(const ToneCurve& curve) {
   if (curve.size() < 2) return "a curve needs at least two points";
+  if (curve.size() > kMaxCurvePoints) {
+    return "a curve has at most " + std::to_string(kMaxCurvePoints) + " points";
+  }
   const auto not_ascending = [](const auto& a, const auto& b) { return !(a[0] < b[0]); };
   if (std::adjacent_find(curve.begin(), curve.end(), not_ascending) != curve.end()) {
     return "the points of a curve need ascending x";

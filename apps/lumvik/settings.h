@@ -3,6 +3,7 @@
 #define LUMVIK_APPS_SETTINGS_H_
 
 #include <array>
+#include <cstddef>
 #include <map>
 #include <string>
 #include <variant>
@@ -27,6 +28,7 @@ struct SettingRule {
 };
 
 inline constexpr Range<float> kCurveLevels = {0, 1};
+inline constexpr std::size_t kMaxCurvePoints = 1024;  // with which a settings file stays within its limit
 inline constexpr const char* kCurveNames[] = {"master", "red", "green", "blue"};  // by the engine's channel
 
 // One rule for each setting, in the order of a settings file.

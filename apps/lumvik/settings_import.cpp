@@ -87,8 +87,7 @@ class Importer {
   explicit Importer(const CameraRawSettings& from) : from_(from) {}
 
   SettingsImport Run() {
-    crop_ = FindCrop();
-    if (crop_) KeepCrop(*crop_);
+    crop_fault_ = ConvertCrop();
     for (const auto& [name, parts] : from_.properties) {
       property_ = {name, Joined(parts), Outcome::kTaken, "", ""};
       Import(parts);
@@ -180,36 +179,44 @@ class Importer {
     Scale(key, "divided by 255");
   }
 
-  std::optional<TurnedCrop> FindCrop() {
+  // Sets crop and rotation. Returns why it cannot; "" when it can.
+  std::string ConvertCrop() {
     const auto left = ReadNumber(Text("CropLeft"));
     const auto top = ReadNumber(Text("CropTop"));
     const auto right = ReadNumber(Text("CropRight"));
     const auto bottom = ReadNumber(Text("CropBottom"));
-    if (Text("HasCrop") != kTrue || !left || !top || !right || !bottom) return std::nullopt;
-    const double angle = ReadNumber(Text("CropAngle")).value_or(0);
+    if (Text("HasCrop") != kTrue || !left || !top || !right || !bottom) return "there is no complete crop";
+    const std::string angle_text = Text("CropAngle");
+    const auto angle = angle_text.empty() ? 0.0 : ReadNumber(angle_text);
+    const Range<float> angles = FindSettingRule("rotation")->range;
+    if (!angle || !angles.Holds(static_cast<float>(*angle))) return angles.Fault("CropAngle");
     StoredFrame frame = from_.frame;
     if (frame.width <= 0 || frame.height <= 0) {
       frame = {kUsualFrame.width, kUsualFrame.height, frame.orientation};
-      frame_is_guessed_ = angle != 0;
+      frame_is_guessed_ = *angle != 0;
     }
-    const TurnedCrop crop = TurnCrop({*left, *top, *right, *bottom, angle}, frame);
+    const TurnedCrop crop = TurnCrop({*left, *top, *right, *bottom, *angle}, frame);
     is_same_crop_ = crop.rotation == 0 && frame.orientation == 1;
-    return crop;
+    return KeepCrop(crop) ? "" : "it lies outside the picture";
   }
 
-  void KeepCrop(const TurnedCrop& crop) {
-    // The turned picture has the size of the upright one, so a part of the crop may lie beyond it.
+  // Keeps what lies within the picture: it is not enlarged when it is turned. Returns whether anything does.
+  bool KeepCrop(const TurnedCrop& crop) {
     const double x = std::clamp(crop.x, 0.0, 1.0);
     const double y = std::clamp(crop.y, 0.0, 1.0);
+    const double w = std::clamp(crop.x + crop.w, 0.0, 1.0) - x;
+    const double h = std::clamp(crop.y + crop.h, 0.0, 1.0) - y;
+    if (!(w > 0 && h > 0)) return false;  // NaN too
     done_.settings["crop.x"] = static_cast<float>(x);
     done_.settings["crop.y"] = static_cast<float>(y);
-    done_.settings["crop.w"] = static_cast<float>(std::clamp(crop.x + crop.w, 0.0, 1.0) - x);
-    done_.settings["crop.h"] = static_cast<float>(std::clamp(crop.y + crop.h, 0.0, 1.0) - y);
+    done_.settings["crop.w"] = static_cast<float>(w);
+    done_.settings["crop.h"] = static_cast<float>(h);
     done_.settings["rotation"] = static_cast<float>(crop.rotation);
+    return true;
   }
 
   void ImportCrop() {
-    if (!crop_) return Ignore("there is no complete crop");
+    if (!crop_fault_.empty()) return Ignore(crop_fault_);
     if (property_.name == "CropAngle") return Take("rotation");
     Take("crop");
     if (!is_same_crop_) Scale("crop", "turned with the picture");
@@ -219,7 +226,7 @@ class Importer {
   const CameraRawSettings& from_;
   SettingsImport done_;
   ImportedProperty property_{};  // the one that is imported
-  std::optional<TurnedCrop> crop_;
+  std::string crop_fault_;
   bool is_same_crop_ = false;
   bool frame_is_guessed_ = false;
 };

@@ -85,6 +85,43 @@ TEST_F(CropImportTest, WhatLiesBeyondTheTurnedPictureIsLeftOut) {
   ExpectCrop(settings, {0.35858, 0.78284, 0.5, 1}, 1e-5);
 }
 
+// Each side of a crop that a turn moves beyond the picture.
+TEST_F(CropImportTest, WhatLiesBeyondAnyEdgeIsLeftOut) {
+  ExpectCrop(ImportedXmp(CropAttributes({-0.2, 0.1, 0.5, 0.6}, 0)), {0, 0.1, 0.5, 0.6}, 1e-6);
+  ExpectCrop(ImportedXmp(CropAttributes({0.1, -0.2, 0.5, 0.6}, 0)), {0.1, 0, 0.5, 0.6}, 1e-6);
+  ExpectCrop(ImportedXmp(CropAttributes({0.1, 0.2, 1.5, 0.6}, 0)), {0.1, 0.2, 1, 0.6}, 1e-6);
+  ExpectCrop(ImportedXmp(CropAttributes({0.1, 0.2, 0.5, 1.6}, 0)), {0.1, 0.2, 0.5, 1}, 1e-6);
+}
+
+TEST_F(CropImportTest, ACropOutsideThePictureIsIgnored) {
+  for (const Corners& corners : {Corners{1.1, 0.1, 1.9, 0.9}, Corners{0.1, -0.9, 0.9, -0.1},
+                                 Corners{3, 0.5, 3, 0.5}, Corners{1e308, 0, 1e308, 1}}) {
+    for (const double angle : {0.0, 30.0}) {
+      const Json settings = ImportedXmp(CropAttributes(corners, angle));
+      EXPECT_FALSE(settings.contains("crop")) << corners.left << ' ' << angle;
+      EXPECT_FALSE(settings.contains("rotation")) << corners.left << ' ' << angle;
+    }
+  }
+}
+
+TEST_F(CropImportTest, AnAngleThatIsNoneIsRefusedWithItsCrop) {
+  for (const char* angle : {"1000", "-180.001", "nan", "ten"}) {
+    std::string attributes = CropAttributes({0.1, 0.2, 0.9, 0.8}, 7);
+    attributes.replace(attributes.find("\"7\""), 3, std::string("\"") + angle + "\"");
+    const Json settings = ImportedXmp(attributes);
+    EXPECT_FALSE(settings.contains("crop")) << angle;
+    EXPECT_FALSE(settings.contains("rotation")) << angle;
+  }
+}
+
+TEST_F(CropImportTest, AnUnknownOrientationIsUpright) {
+  const std::string size = R"(tiff:ImageWidth="1500" tiff:ImageLength="1000" )";
+  const std::string crop = CropAttributes({0.3, 0.3, 0.7, 0.7}, 5);
+  const Json expected = ImportedXmp(size + crop);
+  EXPECT_EQ(ImportedXmp(size + R"(tiff:Orientation="9" )" + crop), expected);
+  EXPECT_EQ(ImportedXmp(size + R"(tiff:Orientation="-1" )" + crop), expected);
+}
+
 // By EXIF orientation.
 class StoredCropTest : public CropImportTest, public ::testing::WithParamInterface<int> {
  protected:

@@ -4,6 +4,7 @@
 
 #include "command_test.h"
 #include "exif_file.h"
+#include "lumvik/camera_raw_names.h"
 #include "xmp_file.h"
 
 namespace lumvik::test {
@@ -224,6 +225,50 @@ TEST_F(SettingsImportTest, TheFileDevelopsLikeTheOptions) {
                                      "0.1,0.2,0.8,0.6", "--tone-curve", "0,0 0.2,0.4 1,0.8"});
   EXPECT_EQ(ReadFile(Path("imported.png")), ReadFile(Path("options.png")));
   EXPECT_EQ(picture.size(), cv::Size(48, 24));
+}
+
+// Every name that is imported, with this value.
+std::string AllWith(const std::string& value) {
+  std::string attributes = "crs:HasCrop=\"True\"";
+  const auto add = [&](const std::string& name) { attributes += " crs:" + name + "=\"" + value + "\""; };
+  for (const CameraRawNumber& number : kCameraRawNumbers) add(number.name);
+  for (const CameraRawBandNumber& number : kCameraRawBandNumbers) {
+    for (const char* color : {"Red", "Orange", "Yellow", "Green", "Aqua", "Blue", "Purple", "Magenta"}) {
+      add(std::string(number.name) + color);
+    }
+  }
+  for (const char* name : {"CropLeft", "CropTop", "CropRight", "CropBottom", "CropAngle"}) add(name);
+  return attributes;
+}
+
+TEST_F(SettingsImportTest, WhateverTheValuesTheFileIsOneThatDevelopReads) {
+  const std::string in = Photograph("in.png");
+  std::vector<std::string> values = {"NaN", "-nan", "inf", "-inf", "1e999", "", "ten"};  // none is a number
+  for (const char* number : {"0", "1e-320", "0.009", "1.000001", "10.001", "20.001", "100.001", "150.001",
+                             "180.001", "255.001", "360.001", "1000", "1666.9", "25000.1", "1e30", "1e308"}) {
+    values.insert(values.end(), {number, std::string("-") + number});
+  }
+  for (const std::string& value : values) {
+    WriteFile(Path("in.xmp"),
+              Xmp(AllWith(value), CurveElement("ToneCurvePV2012", {"0, " + value, "255, 255"}) +
+                                      CurveElement("ToneCurvePV2012Red", {"0, 0", value + ", 9"})));
+    ASSERT_EQ(Import(Path("in.xmp"), {"-o", Path("settings.json")}).status, kSuccess) << value;
+    const ProcessResult result = Develop(
+        in, Path("out.png"), {"--settings", Path("settings.json"), "--save-settings", Path("saved.json")});
+    EXPECT_EQ(result.status, kSuccess) << value << ": " << result.err;
+    Json saved = Json::parse(ReadFile(Path("saved.json")));
+    const Json unread = saved;
+    saved.merge_patch(Json::parse(ReadFile(Path("settings.json"))));
+    EXPECT_EQ(saved, unread) << value;
+  }
+}
+
+TEST_F(SettingsImportTest, ACurveOfTooManyPointsIsIgnored) {
+  std::vector<std::string> points;
+  for (int i = 0; i < 20000; ++i)
+    points.push_back(std::to_string(0.0123456 * i) + ", " + std::to_string(0.0123456 * i));
+  EXPECT_FALSE(ImportedXmp("", CurveElement("ToneCurvePV2012", points)).contains("tone_curves"));
+  EXPECT_EQ(Note("ToneCurvePV2012"), "a curve has at most 1024 points");
 }
 
 TEST_F(SettingsImportTest, AnImportMayBecomeTheSidecar) {
