@@ -5,15 +5,12 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <sstream>
-#include <stdexcept>
 #include <string>
-#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -24,6 +21,7 @@
 #include "batch_report.h"
 #include "batch_run.h"
 #include "export_options.h"
+#include "file_paths.h"
 #include "free_memory.h"
 #include "jobs_option.h"
 #include "output_format.h"
@@ -58,12 +56,6 @@ void CheckUsage(const BatchOptions& options) {
   CheckBits(options.how, options.Format());
   const std::string fault = NamePatternFault(options.name_pattern, options.Format());
   if (!fault.empty()) throw CLI::ValidationError("--name", fault);
-}
-
-void MakeFolder(const std::string& folder) {
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  if (error) throw std::runtime_error("cannot make the folder '" + folder + "': " + error.message());
 }
 
 // The files that the settings of a photograph come from.

@@ -14,13 +14,6 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path CanonicalPath(const fs::path& path) {
-  std::error_code error;
-  fs::path place = fs::weakly_canonical(path, error);
-  if (error) place = fs::absolute(path).lexically_normal();
-  return place.has_filename() ? place : place.parent_path();
-}
-
 bool LiesIn(const fs::path& place, const fs::path& folder) {
   return std::mismatch(folder.begin(), folder.end(), place.begin(), place.end()).first == folder.end();
 }
@@ -30,11 +23,14 @@ class Search {
   explicit Search(const std::string& output_folder) : output_(CanonicalPath(output_folder)) {}
 
   void Add(const std::string& argument) {
-    std::error_code ignored;
-    if (fs::exists(argument, ignored)) return AddExisting(argument);
+    std::error_code error;
+    const fs::file_status status = fs::status(argument, error);
+    if (fs::exists(status)) return AddExisting(argument);
     const std::vector<std::string> matches = MatchingFiles(argument);
     if (matches.empty()) {
-      inputs_.failures.push_back("cannot read '" + argument + "': there is no such file");
+      const bool is_missing = status.type() == fs::file_type::not_found;
+      inputs_.failures.push_back("cannot read '" + argument +
+                                 "': " + (is_missing ? "there is no such file" : error.message()));
     }
     for (const std::string& match : matches) AddExisting(match);
   }
@@ -75,6 +71,13 @@ class Search {
 };
 
 }  // namespace
+
+fs::path CanonicalPath(const fs::path& path) {
+  std::error_code error;
+  fs::path canonical = fs::weakly_canonical(path, error);
+  if (error) canonical = fs::absolute(path).lexically_normal();
+  return canonical.has_filename() ? canonical : canonical.parent_path();
+}
 
 BatchInputs FindBatchInputs(const std::vector<std::string>& arguments, const std::string& output_folder) {
   Search search(output_folder);

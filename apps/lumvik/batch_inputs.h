@@ -2,6 +2,7 @@
 #ifndef LUMVIK_APPS_BATCH_INPUTS_H_
 #define LUMVIK_APPS_BATCH_INPUTS_H_
 
+#include <filesystem>
 #include <set>
 #include <string>
 #include <vector>
@@ -18,6 +19,9 @@ struct BatchInputs {
   std::set<std::string> places;         // theirs, absolute and without links
   std::vector<std::string> failures;    // a sentence for each argument or folder that could not be read
 };
+
+// Absolute and without symbolic links, as far as the path exists; without a slash at its end.
+std::filesystem::path CanonicalPath(const std::filesystem::path& path);
 
 // Goes through the arguments: files, folders and names with wildcards. A photograph that is found twice
 // counts once. What lies in the output folder is not looked for in a folder around it, being the work of an

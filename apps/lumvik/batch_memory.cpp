@@ -29,7 +29,8 @@ constexpr Kind kOrdinaryImage = {10, 4096};  // a progressive JPEG keeps all its
 constexpr Kind kRawFile = {24, 2000};
 constexpr std::uint64_t kDevelopingBytes = 64;
 
-constexpr double kPixelsInByte = 2;  // at most, of a RAW file whose header is not understood
+constexpr std::uint64_t kMaxSide = 65535;  // of what a decoder accepts
+constexpr double kPixelsInByte = 2;        // at most, of a RAW file whose header is not understood
 
 std::uint64_t MemoryWithoutHeader(const std::string& path) {
   std::error_code error;
@@ -55,7 +56,7 @@ void AddEstimates(const std::vector<std::string>& photographs, const std::string
 
 std::uint64_t MemoryToDevelop(std::uint64_t width, std::uint64_t height, bool is_ordinary_image) {
   const Kind& kind = is_ordinary_image ? kOrdinaryImage : kRawFile;
-  const std::uint64_t pixels = width * height;
+  const std::uint64_t pixels = std::min(width, kMaxSide) * std::min(height, kMaxSide);
   const double scale = std::min(1.0, static_cast<double>(kind.longest_side) /
                                          static_cast<double>(std::max({width, height, std::uint64_t{1}})));
   const double developed_pixels = static_cast<double>(pixels) * scale * scale;

@@ -39,7 +39,7 @@ std::vector<BatchTask> PlanBatch(const BatchInputs& inputs, const std::string& o
       throw std::runtime_error("'" + other->second + "' and '" + input + "' would both become '" +
                                output.string() + "'; {n} or {folder} in --name keeps them apart");
     }
-    if (inputs.places.count(fs::weakly_canonical(output).string()) != 0) {
+    if (inputs.places.count(CanonicalPath(output).string()) != 0) {
       throw std::runtime_error("cannot write '" + output.string() +
                                "': it is one of the photographs, which are never overwritten");
     }

@@ -107,15 +107,27 @@ class Run {
     const BatchTask& task = work_.tasks[i];
     try {
       RequireReadable(task.input);
-      fs::create_directories(fs::path(task.output).parent_path());
+      MakeFolder(fs::path(task.output).parent_path());
       auto staging = std::make_unique<StagingFolder>(ResolveOutput(task.output, task.input));
       std::vector<std::string> arguments = {"develop"};
       arguments.insert(arguments.end(), work_.develop_options.begin(), work_.develop_options.end());
       arguments.insert(arguments.end(), {"--output=" + staging->StagedPath(), "--", task.input});
       begun_[i] = {std::move(staging), Clock::now()};
-      workers_.Start(i, arguments);
+      StartWorker(i, arguments);
     } catch (const std::exception& error) {
       Fail(i, error.what());
+    }
+  }
+
+  // When the system refuses another process, waits for one of those running to end.
+  void StartWorker(std::size_t i, const std::vector<std::string>& arguments) {
+    for (;;) {
+      try {
+        return workers_.Start(i, arguments);
+      } catch (const std::system_error&) {
+        if (workers_.Running() == 0) throw;
+      }
+      Finish(workers_.Wait());
     }
   }
 

@@ -84,6 +84,14 @@ Targets ResolveTargets(const DevelopOptions& options) {
   return {resolve(options.output), resolve(options.preview), resolve(options.save_settings)};
 }
 
+void RequireTwoFiles(const DevelopOptions& options, const Targets& targets) {
+  if (!options.output || !options.preview) return;
+  if (std::filesystem::weakly_canonical(targets.output) ==
+      std::filesystem::weakly_canonical(targets.preview)) {
+    throw CLI::ValidationError("--preview", "'" + *options.preview + "' is also the file of --output");
+  }
+}
+
 void CheckUsage(const DevelopOptions& options) {
   if (!options.output && !options.preview) throw CLI::RequiredError("--output or --preview");
   if (options.background_blur > 0 && !options.preview) throw CLI::RequiresError("--bg-blur", "--preview");
@@ -94,6 +102,7 @@ void Develop(const DevelopOptions& options) {
   CheckUsage(options);
   RequireReadable(options.photograph.input);
   const Targets targets = ResolveTargets(options);
+  RequireTwoFiles(options, targets);
   const std::optional<std::string> sidecar = SidecarOf(options.photograph);
   Settings given = GivenSettings(options.photograph, sidecar);
 

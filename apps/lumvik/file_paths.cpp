@@ -10,7 +10,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kMostLinks = 40;  // as many as the kernel follows
+constexpr int kMaxLinks = 40;  // the kernel's own limit
 
 std::runtime_error Failure(const std::string& what, const fs::path& path, const std::string& why) {
   return std::runtime_error(what + " '" + path.string() + "': " + why);
@@ -30,11 +30,14 @@ fs::file_status StatusOf(const std::string& what, const fs::path& path) {
 
 fs::path FollowLinks(const fs::path& output) {
   fs::path target = fs::absolute(output);
-  for (int followed = 0; fs::is_symlink(fs::symlink_status(target)); ++followed) {
-    if (followed == kMostLinks) throw Failure("cannot write", output, "too many links lead on from it");
+  for (int followed = 0; followed <= kMaxLinks; ++followed) {
+    std::error_code error;
+    const fs::file_status status = fs::symlink_status(target, error);
+    if (status.type() == fs::file_type::none) throw Failure("cannot write", output, error.message());
+    if (!fs::is_symlink(status)) return target;
     target = target.parent_path() / fs::read_symlink(target);
   }
-  return target;
+  throw Failure("cannot write", output, "it leads through too many symbolic links");
 }
 
 }  // namespace
@@ -71,6 +74,12 @@ fs::path ResolveOutput(const std::string& utf8_output, const std::string& utf8_i
   // Opening to append changes nothing in a file; renaming over it would not ask for the permission.
   if (!std::ofstream(target, std::ios::app)) throw Failure("cannot write", output, LastSystemError());
   return target;
+}
+
+void MakeFolder(const fs::path& folder) {
+  std::error_code error;
+  fs::create_directories(folder, error);
+  if (error) throw Failure("cannot create the folder", folder, error.message());
 }
 
 }  // namespace lumvik

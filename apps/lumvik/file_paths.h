@@ -15,6 +15,9 @@ void RequireReadable(const std::string& input);
 // exist, and the file, when it exists, to be a regular, writable one other than the photograph `input`.
 std::filesystem::path ResolveOutput(const std::string& output, const std::string& input);
 
+// Creates a folder and those around it, unless they exist.
+void MakeFolder(const std::filesystem::path& folder);
+
 }  // namespace lumvik
 
 #endif  // LUMVIK_APPS_FILE_PATHS_H_

@@ -1,12 +1,14 @@
 #include "picture_sizes_command.h"
 
 #include <CLI/CLI.hpp>
-#include <exiv2/exiv2.hpp>
-#include <filesystem>
+#include <exception>
 #include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
+
+#include "file_paths.h"
+#include "metadata_file.h"
 
 namespace lumvik {
 namespace {
@@ -17,19 +19,17 @@ struct PictureSize {
 };
 
 PictureSize SizeOf(const std::string& file) {
-  if (!std::filesystem::is_regular_file(std::filesystem::u8path(file)))
-    return {};  // a pipe would keep the reader waiting
   try {
-    const auto image = Exiv2::ImageFactory::open(file, false);
-    image->readMetadata();
-    return {image->pixelWidth(), image->pixelHeight()};
-  } catch (const Exiv2::AnyError&) {
-    return {};
+    RequireReadable(file);
+    const MetadataFile image = ReadMetadata(file);
+    if (image) return {image->pixelWidth(), image->pixelHeight()};
+  } catch (const std::exception&) {
+    // The header says nothing, then.
   }
+  return {};
 }
 
 void PrintSizes(const std::vector<std::string>& files) {
-  Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
   for (const std::string& file : files) {
     const PictureSize size = SizeOf(file);
     std::cout << size.width << ' ' << size.height << std::endl;

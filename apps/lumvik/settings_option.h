@@ -15,7 +15,7 @@ namespace lumvik {
 inline CLI::Option* AddSettingsOption(CLI::App& command, const std::string& name,
                                       std::optional<std::string>& path, const std::string& help) {
   const auto check = [](const std::string& text) {
-    const bool known = std::filesystem::path(text).extension() == kSettingsEnding;
+    const bool known = std::filesystem::u8path(text).extension() == kSettingsEnding;
     return known ? "" : "'" + text + "' does not end in " + kSettingsEnding;
   };
   return command.add_option(name, path, help)->type_name("FILE")->check(CLI::Validator(check, ""));

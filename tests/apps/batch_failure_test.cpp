@@ -89,8 +89,49 @@ TEST_F(BatchFailureTest, AnOutputFolderThatIsAFile) {
   WriteFile(Out(), "a file");
   const ProcessResult result = Batch();
   EXPECT_EQ(result.status, kFailure);
-  EXPECT_EQ(result.err, "lumvik: cannot make the folder '" + Out() + "': Not a directory\n");
+  EXPECT_EQ(result.err, "lumvik: cannot create the folder '" + Out() + "': Not a directory\n");
   EXPECT_EQ(ReadFile(Out()), "a file");
+}
+
+TEST_F(BatchFailureTest, AFolderOfTheNamePatternThatIsAFile) {
+  Photograph("photos/a.png");
+  fs::create_directory(Out());
+  WriteFile(Out("photos"), "a file");
+  const ProcessResult result = Batch({"--name", "{folder}/{stem}.{ext}"});
+  EXPECT_EQ(result.status, kFailure);
+  EXPECT_NE(result.err.find("lumvik: cannot create the folder '" + Out("photos") + "': Not a directory\n"),
+            std::string::npos)
+      << result.err;
+}
+
+TEST_F(BatchFailureTest, AnOutputFolderThatIsALinkToItself) {
+  Photograph("photos/a.png");
+  fs::create_symlink("developed", Out());
+  const ProcessResult result = Batch();
+  EXPECT_EQ(result.status, kFailure);
+  EXPECT_NE(result.err.find("cannot create the folder '" + Out() + "': "), std::string::npos) << result.err;
+}
+
+TEST_F(BatchFailureTest, APhotographInAFolderThatMayNotBeSearched) {
+  Photograph("photos/a.png");
+  fs::permissions(In(), fs::perms::none);
+  std::vector<std::string> command = UnprivilegedCommand();
+  command.insert(command.end(), {"batch", In("a.png"), "-o", Out()});
+  const ProcessResult result = RunProcess(command);
+  fs::permissions(In(), fs::perms::owner_all);
+  EXPECT_EQ(result.status, kFailure);
+  EXPECT_NE(result.err.find("cannot read '" + In("a.png") + "': Permission denied\n"), std::string::npos)
+      << result.err;
+}
+
+// A limit on open files leaves room for the pipes of some of the workers.
+TEST_F(BatchFailureTest, WorkersThatCannotStartAreDoneWithout) {
+  for (char name = 'a'; name < 'q'; ++name) Photograph(std::string("photos/") + name + ".png");
+  const ProcessResult result = Batch({"--jobs", "16", "--grain-amount", "5"},
+                                     {"sh", "-c", "ulimit -n 20; exec \"$0\" \"$@\"", LUMVIK_COMMAND});
+  EXPECT_EQ(result.status, kSuccess) << result.err;
+  EXPECT_NE(result.err.find("16 at a time"), std::string::npos) << result.err;
+  EXPECT_EQ(Outputs().size(), 16U);
 }
 
 TEST_F(BatchFailureTest, PlacesThatMayNotBeWritten) {

@@ -36,6 +36,8 @@ TEST(MemoryToDevelop, GrowsWithThePixelsOfItsKind) {
   EXPECT_EQ(MemoryToDevelop(20000, 10000, true), empty + 2'000'000'000U);
   EXPECT_EQ(MemoryToDevelop(6000, 4000, false), empty + 576'000'000U);
   EXPECT_LT(MemoryToDevelop(6000, 1000, true), MemoryToDevelop(6000, 4000, true));
+  // A damaged header may claim a size whose bytes overflow.
+  EXPECT_GE(MemoryToDevelop(1 << 30, 715827883, false), MemoryToDevelop(60000, 60000, false));
 }
 
 class BatchMemoryTest : public CommandTest {};

@@ -46,7 +46,29 @@ TEST_F(OutputFailureTest, AFileThatIsNotRegular) {
 TEST_F(OutputFailureTest, LinksWithoutEnd) {
   fs::create_symlink("other.jpg", Path("out.jpg"));
   fs::create_symlink("out.jpg", Path("other.jpg"));
-  ExpectRefusedOutput(Path("out.jpg"), "too many links");
+  ExpectRefusedOutput(Path("out.jpg"), "too many symbolic links");
+}
+
+TEST_F(OutputFailureTest, ANameThatIsTooLong) {
+  const std::string name = Path(std::string(300, 'a') + ".jpg");
+  ExpectRefusedOutput(name, "cannot write '" + name + "': File name too long");
+}
+
+TEST_F(OutputFailureTest, AFolderThatMayNotBeSearched) {
+  const std::string in = Photograph("in.png");
+  fs::create_directory(Path("closed"));
+  fs::permissions(Path("closed"), fs::perms::none);
+  ExpectRefusal(Develop(in, Path("closed/out.jpg"), {}, UnprivilegedCommand()), kFailure,
+                "cannot write '" + Path("closed/out.jpg") + "': Permission denied");
+  fs::permissions(Path("closed"), fs::perms::owner_all);
+}
+
+TEST_F(OutputFailureTest, OneFileForPictureAndPreview) {
+  fs::create_directory(Path("folder"));
+  const std::string again = Path("folder/../out.png");
+  ExpectRefusal(Develop(Photograph("in.png"), Path("out.png"), {"--preview", again}), kUsage,
+                "--preview: '" + again + "' is also the file of --output");
+  EXPECT_FALSE(fs::exists(Path("out.png")));
 }
 
 TEST_F(OutputFailureTest, AFolderThatMayNotBeWritten) {
