@@ -14,8 +14,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-bool LiesIn(const fs::path& place, const fs::path& folder) {
-  return std::mismatch(folder.begin(), folder.end(), place.begin(), place.end()).first == folder.end();
+bool LiesIn(const fs::path& canonical, const fs::path& folder) {
+  return std::mismatch(folder.begin(), folder.end(), canonical.begin(), canonical.end()).first ==
+         folder.end();
 }
 
 class Search {
@@ -41,8 +42,8 @@ class Search {
   void AddExisting(const std::string& path) {
     std::error_code ignored;
     if (fs::is_directory(path, ignored)) return AddFolder(path);
-    const fs::path place = CanonicalPath(path);
-    AddPhotograph(path, place, CanonicalPath(fs::absolute(path).parent_path()).filename());
+    const fs::path canonical = CanonicalPath(path);
+    AddPhotograph(path, canonical, CanonicalPath(fs::absolute(path).parent_path()).filename());
   }
 
   void AddFolder(const std::string& folder) {
@@ -54,15 +55,15 @@ class Search {
     }
     const fs::path root = CanonicalPath(folder);
     for (const std::string& path : found.paths) {
-      const fs::path place = CanonicalPath(path);
-      if (LiesIn(place, output_) && !LiesIn(root, output_)) continue;
-      AddPhotograph(path, place, root.filename() / place.parent_path().lexically_relative(root));
+      const fs::path canonical = CanonicalPath(path);
+      if (LiesIn(canonical, output_) && !LiesIn(root, output_)) continue;
+      AddPhotograph(path, canonical, root.filename() / canonical.parent_path().lexically_relative(root));
     }
     inputs_.failures.insert(inputs_.failures.end(), found.failures.begin(), found.failures.end());
   }
 
-  void AddPhotograph(const std::string& path, const fs::path& place, const fs::path& folder) {
-    if (!inputs_.places.insert(place.string()).second) return;
+  void AddPhotograph(const std::string& path, const fs::path& canonical, const fs::path& folder) {
+    if (!inputs_.canonical_paths.insert(canonical.string()).second) return;
     inputs_.photographs.push_back({path, folder.lexically_normal().string()});
   }
 

@@ -1,4 +1,4 @@
-// How much memory there is to work in.
+// The memory available for work.
 #ifndef LUMVIK_APPS_FREE_MEMORY_H_
 #define LUMVIK_APPS_FREE_MEMORY_H_
 
@@ -7,9 +7,9 @@
 
 namespace lumvik {
 
-// The bytes that processes can take before the system swaps or kills: what it calls available, page cache
-// included, within the limits of our control groups. The greatest number when neither is known. `root` is
-// where /proc and /sys are found.
+// The bytes that processes can allocate before the system swaps or kills: its available memory, reclaimable
+// page cache included, within the limits of our control groups. UINT64_MAX when unknown. /proc and /sys are
+// looked up in `root`.
 std::uint64_t FreeMemory(const std::filesystem::path& root = "/");
 
 }  // namespace lumvik

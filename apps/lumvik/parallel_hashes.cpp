@@ -34,13 +34,13 @@ std::vector<HashResult> HashAll(const std::vector<std::string>& paths, unsigned 
       done();
     }
   };
-  std::vector<std::future<void>> others;  // besides the calling thread; each is joined when destroyed
+  std::vector<std::future<void>> others;  // besides the calling thread; joined on destruction
   try {
     while (others.size() + 1 < std::min<std::size_t>(threads, paths.size())) {
       others.push_back(std::async(std::launch::async, work));
     }
   } catch (const std::system_error&) {
-    // No more threads can be started: those that run share the work.
+    // No more threads are available; the running ones share the work.
   }
   work();
   for (std::future<void>& other : others) other.get();

@@ -1,4 +1,4 @@
-// Free memory as a made-up system describes it.
+// Free memory, read from a fake /proc and /sys.
 #include "lumvik/free_memory.h"
 
 #include <limits>
@@ -39,23 +39,23 @@ class FreeMemoryTest : public CommandTest {
   std::uint64_t Free() const { return FreeMemory(Path("")); }
 };
 
-TEST_F(FreeMemoryTest, IsWhatTheSystemCallsAvailable) {
+TEST_F(FreeMemoryTest, IsTheAvailableMemory) {
   WriteMeminfo(5000);
   EXPECT_EQ(Free(), 5000 * kMebibyte);
 }
 
-TEST_F(FreeMemoryTest, IsUnboundedWhenNothingIsKnown) {
+TEST_F(FreeMemoryTest, IsUnlimitedWhenUnknown) {
   EXPECT_EQ(Free(), std::numeric_limits<std::uint64_t>::max());
 }
 
-TEST_F(FreeMemoryTest, CountsTheInactivePageCacheOfAGroupAsFree) {
+TEST_F(FreeMemoryTest, CountsInactivePageCacheOfAGroupAsFree) {
   WriteMeminfo(5000);
   Write("proc/self/cgroup", "0::/batch\n");
   WriteGroup("/batch", std::to_string(1000 * kMebibyte));
   EXPECT_EQ(Free(), 500 * kMebibyte);
 }
 
-TEST_F(FreeMemoryTest, IsTheLeastOfSystemAndGroup) {
+TEST_F(FreeMemoryTest, IsTheMinimumOfSystemAndGroup) {
   WriteMeminfo(300);
   Write("proc/self/cgroup", "0::/batch\n");
   WriteGroup("/batch", std::to_string(1000 * kMebibyte));
@@ -72,7 +72,7 @@ TEST_F(FreeMemoryTest, HonorsTheLimitsOfEnclosingGroups) {
   EXPECT_EQ(Free(), 300 * kMebibyte);
 }
 
-TEST_F(FreeMemoryTest, IsNoneInAGroupBeyondItsLimit) {
+TEST_F(FreeMemoryTest, IsZeroAboveTheLimit) {
   WriteMeminfo(5000);
   Write("proc/self/cgroup", "0::/batch\n");
   WriteGroup("/batch", std::to_string(100 * kMebibyte));

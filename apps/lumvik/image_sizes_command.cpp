@@ -1,4 +1,4 @@
-#include "picture_sizes_command.h"
+#include "image_sizes_command.h"
 
 #include <CLI/CLI.hpp>
 #include <exception>
@@ -13,33 +13,33 @@
 namespace lumvik {
 namespace {
 
-struct PictureSize {
+struct ImageSize {
   int width = 0;
   int height = 0;
 };
 
-PictureSize SizeOf(const std::string& file) {
+ImageSize SizeOf(const std::string& file) {
   try {
     RequireReadable(file);
     const MetadataFile image = ReadMetadata(file);
     if (image) return {image->pixelWidth(), image->pixelHeight()};
   } catch (const std::exception&) {
-    // The header says nothing, then.
+    // The size stays unknown.
   }
   return {};
 }
 
 void PrintSizes(const std::vector<std::string>& files) {
   for (const std::string& file : files) {
-    const PictureSize size = SizeOf(file);
+    const ImageSize size = SizeOf(file);
     std::cout << size.width << ' ' << size.height << std::endl;
   }
 }
 
 }  // namespace
 
-void AddPictureSizesCommand(CLI::App& app) {
-  CLI::App* command = app.add_subcommand(kPictureSizesCommand, "Print the sizes of photographs");
+void AddImageSizesCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand(kImageSizesCommand, "Print the sizes of photographs");
   command->group("");  // hidden
   auto files = std::make_shared<std::vector<std::string>>();
   command->add_option("FILE", *files, "The photographs")->required();

@@ -1,5 +1,5 @@
-// By what a picture is known to be cut off.
-#include "lumvik/whole_picture.h"
+// Detection of truncated images.
+#include "lumvik/complete_image.h"
 
 #include <filesystem>
 
@@ -11,34 +11,34 @@ namespace {
 
 namespace fs = std::filesystem;
 
-class WholePictureTest : public CommandTest, public ::testing::WithParamInterface<const char*> {
+class CompleteImageTest : public CommandTest, public ::testing::WithParamInterface<const char*> {
  protected:
-  static void ExpectWholeUntilCutOff(const std::string& path, std::uintmax_t padding = 0);
+  static void ExpectCompleteUntilTruncated(const std::string& path, std::uintmax_t padding = 0);
 };
 
-void WholePictureTest::ExpectWholeUntilCutOff(const std::string& path, std::uintmax_t padding) {
+void CompleteImageTest::ExpectCompleteUntilTruncated(const std::string& path, std::uintmax_t padding) {
   const OutputFormat format = *OutputFormatOf(path);
-  EXPECT_TRUE(IsWholePicture(path, format));
+  EXPECT_TRUE(IsCompleteImage(path, format));
   for (std::uintmax_t size = fs::file_size(path) - 1 - padding; size > 0; size -= size > 2000 ? 1000 : 1) {
     fs::resize_file(path, size);
-    ASSERT_FALSE(IsWholePicture(path, format)) << size;
+    ASSERT_FALSE(IsCompleteImage(path, format)) << size;
   }
   fs::resize_file(path, 0);
-  EXPECT_FALSE(IsWholePicture(path, format));
+  EXPECT_FALSE(IsCompleteImage(path, format));
   fs::resize_file(path, 5000);  // zeros
-  EXPECT_FALSE(IsWholePicture(path, format));
+  EXPECT_FALSE(IsCompleteImage(path, format));
   fs::remove(path);
-  EXPECT_FALSE(IsWholePicture(path, format));
+  EXPECT_FALSE(IsCompleteImage(path, format));
 }
 
-TEST_P(WholePictureTest, OneThatIsCutOffAnywhereIsNotWhole) {
+TEST_P(CompleteImageTest, DetectsTruncationAnywhere) {
   const std::string path = Path(std::string("out.") + GetParam());
   ASSERT_EQ(Develop(Photograph("in.png"), path).status, kSuccess);
-  ExpectWholeUntilCutOff(path);
+  ExpectCompleteUntilTruncated(path);
 }
 
-// Values of every size, stored in their entry, after the directory or in directories of their own.
-TEST_P(WholePictureTest, MetadataChangesNothingAboutThat) {
+// Values of various sizes: inline, after the directory, and in EXIF and GPS directories.
+TEST_P(CompleteImageTest, DetectsTruncationWithMetadata) {
   const std::string in = Photograph("in.jpg");
   Exiv2::ExifData exif;
   exif["Exif.Image.Make"] = "DJI";
@@ -50,11 +50,11 @@ TEST_P(WholePictureTest, MetadataChangesNothingAboutThat) {
   WriteExif(in, exif);
   const std::string path = Path(std::string("out.") + GetParam());
   ASSERT_EQ(Develop(in, path).status, kSuccess);
-  const bool is_tiff = std::string(GetParam()) == "tif";  // which exiv2 pads to an even size
-  ExpectWholeUntilCutOff(path, is_tiff ? 1 : 0);
+  const bool is_tiff = std::string(GetParam()) == "tif";  // exiv2 pads TIFFs to an even size
+  ExpectCompleteUntilTruncated(path, is_tiff ? 1 : 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(Formats, WholePictureTest, ::testing::Values("jpg", "png", "tif"),
+INSTANTIATE_TEST_SUITE_P(Formats, CompleteImageTest, ::testing::Values("jpg", "png", "tif"),
                          [](const auto& test) { return std::string(test.param); });
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "whole_picture.h"
+#include "complete_image.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -21,7 +21,7 @@ bool EndsWith(std::ifstream& file, std::string_view end) {
   return file.read(last.data(), static_cast<std::streamsize>(last.size())) && last == end;
 }
 
-// A little-endian TIFF of one image, as the engine writes it and exiv2 rewrites it with metadata.
+// A little-endian TIFF with one image, as written by the engine or rewritten by exiv2 to add metadata.
 class Tiff {
  public:
   explicit Tiff(std::ifstream& file) : file_(file) {
@@ -29,7 +29,7 @@ class Tiff {
     size_ = file_.tellg();
   }
 
-  // Whether everything that the first directory refers to lies within the file.
+  // Whether everything the directories refer to lies within the file.
   bool IsWhole() {
     const std::streamoff directory = NumberAt(4, 4);
     if (NumberAt(0, 4) != kMagic || !HoldsValues(directory)) return false;
@@ -48,7 +48,7 @@ class Tiff {
   static constexpr std::streamoff kEntryBytes = 12;
 
   struct Values {
-    int bytes;  // of each
+    int bytes;  // per value
     std::uint32_t count;
     std::streamoff offset;
   };
@@ -58,7 +58,7 @@ class Tiff {
     return type < std::size(kBytes) ? kBytes[type] : 1;
   }
 
-  // A number of `bytes` bytes; 0 beyond the end of the file.
+  // A number of `bytes` bytes; 0 past the end of the file.
   std::uint32_t NumberAt(std::streamoff offset, int bytes) {
     unsigned char data[4] = {};
     file_.clear();
@@ -118,7 +118,7 @@ class Tiff {
 
 }  // namespace
 
-bool IsWholePicture(const std::string& path, OutputFormat format) {
+bool IsCompleteImage(const std::string& path, OutputFormat format) {
   std::ifstream file(path, std::ios::binary);
   switch (format) {
     case OutputFormat::kJpeg:
