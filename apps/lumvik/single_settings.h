@@ -43,7 +43,7 @@ inline constexpr SingleSetting kSingleSettings[] = {
     {kColor, "temperature", lumvik_set_temperature, 5500, {1667, 25000}, "KELVIN",
      "Color temperature; higher is warmer, 6500 with tint 0 keeps the colors (default 5500)"},
     {kColor, "tint", lumvik_set_tint, 0, {-150, 150}, "TINT",
-     "Shift towards green (below 0) or magenta (above 0)"},
+     "Shift toward green (below 0) or magenta (above 0)"},
     {kColor, "saturation", lumvik_set_saturation, 0, {-100, 100}, "PERCENT",
      "Decrease or increase saturation; -100 is grayscale"},
     {kColor, "vibrance", lumvik_set_vibrance, 0, {-100, 100}, "PERCENT",
