@@ -19,7 +19,7 @@ std::string OptionFor(std::string key) {
   return "--" + key;
 }
 
-// Points "0,0 0.5,0.6 1,1", or "none" for the straight line that no list of points gives exactly.
+// Points "0,0 0.5,0.6 1,1", or "none" for the identity, which no points give exactly.
 ToneCurve ReadCurve(const std::string& text) {
   if (text == "none") return {};
   ToneCurve curve;
@@ -33,7 +33,7 @@ ToneCurve ReadCurve(const std::string& text) {
   return curve;
 }
 
-// Runs what reads the value of `option` and turns its complaint into one about the option.
+// Runs `read`, naming `option` in its errors.
 template <typename Reader>
 void ReadOption(const std::string& option, const Reader& read) {
   try {
@@ -56,9 +56,9 @@ void ReadBand(const std::string& text, Settings& given) {
   const std::string band = text.substr(0, sign);
   const std::string key = "hsl." + band;
   if (sign == std::string::npos || FindSettingRule(key + ".hue") == nullptr) {
-    throw std::invalid_argument("'" + text + "' does not begin with a band and '='");
+    throw std::invalid_argument("'" + text + "' does not start with a band and '='");
   }
-  if (given.count(key + ".hue") != 0) throw std::invalid_argument("the band " + band + " is given twice");
+  if (given.count(key + ".hue") != 0) throw std::invalid_argument("band " + band + " is given twice");
   ReadList(text.substr(sign + 1), {key + ".hue", key + ".saturation", key + ".luminance"}, given);
 }
 
@@ -73,8 +73,9 @@ void AddSingle(CLI::App& command, const SingleSetting& single, Settings& given) 
 void AddCurve(CLI::App& command, const std::string& name, Settings& given) {
   const bool master = name == kCurveNames[LUMVIK_CURVE_MASTER];
   const std::string option = master ? "--tone-curve" : "--tone-curve-" + name;
-  const std::string help = master ? "Tone curve through points \"0,0 0.25,0.2 1,1\" of ascending X; or none"
-                                  : "The same for " + name + " alone";
+  const std::string help = master
+                               ? "Tone curve through the points \"0,0 0.25,0.2 1,1\", in order of X; or none"
+                               : "Tone curve of the " + name + " channel";
   const auto keep = [=, &given](const std::string& text) {
     ReadOption(option, [&] { given["tone_curves." + name] = ReadCurve(text); });
   };
@@ -88,14 +89,14 @@ void AddBands(CLI::App& command, Settings& given) {
   command
       .add_option_function<std::vector<std::string>>(
           "--hsl", keep,
-          "Shift the colors of one band: red, orange, yellow, green, aqua, blue, purple or magenta; "
-          "-180..180 degrees, -100..100 percent, -100..100 percent. May be given for each band")
+          "Adjust one color band: red, orange, yellow, green, aqua, blue, purple or magenta; "
+          "-180..180 degrees, -100..100 percent, -100..100 percent. Can be repeated for other bands")
       ->type_name("BAND=HUE,SATURATION,LUMINANCE")
       ->allow_extra_args(false)
       ->group(kColor);
 }
 
-// An option that sets some numbers at once.
+// An option that sets several numbers.
 struct ListOption {
   const char* group;
   const char* name;
@@ -129,30 +130,30 @@ void AddAdjustmentOptions(CLI::App& command, Settings& given) {
       {kColor,
        "--split-highlights",
        "HUE,SATURATION",
-       "Tint the bright tones: 0..360 degrees, 0..100 percent",
+       "Tint the highlights: 0..360 degrees, 0..100 percent",
        {"split_toning.highlight_hue", "split_toning.highlight_saturation"}},
       {kColor,
        "--split-shadows",
        "HUE,SATURATION",
-       "Tint the dark tones: 0..360 degrees, 0..100 percent",
+       "Tint the shadows: 0..360 degrees, 0..100 percent",
        {"split_toning.shadow_hue", "split_toning.shadow_saturation"}},
       {kColor,
        "--split-balance",
        "PERCENT:-100..100",
-       "Favor the tint of the dark (below 0) or of the bright tones (above 0)",
+       "Favor the tint of the shadows (below 0) or of the highlights (above 0)",
        {"split_toning.balance"}},
       {kGeometry,
        "--crop",
        "X,Y,W,H",
-       "Keep this part: the left top corner and the size, in fractions 0..1 of the picture",
+       "Crop to this rectangle: top left corner and size, as fractions 0..1 of the image",
        {"crop.x", "crop.y", "crop.w", "crop.h"}},
   };
   for (const SingleSetting& single : kSingleSettings) AddSingle(command, single, given);
   for (const char* name : kCurveNames) AddCurve(command, name, given);
   AddBands(command, given);
   for (const ListOption& list : lists) AddList(command, list, given);
-  AddFlip(command, "flip_h", "Mirror left and right, or not", given);
-  AddFlip(command, "flip_v", "Mirror top and bottom, or not", given);
+  AddFlip(command, "flip_h", "Flip horizontally, or not", given);
+  AddFlip(command, "flip_v", "Flip vertically, or not", given);
 }
 
 }  // namespace lumvik

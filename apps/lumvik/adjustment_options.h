@@ -1,4 +1,4 @@
-// The settings of a photograph as options of a command.
+// Command-line options for the develop settings.
 #ifndef LUMVIK_APPS_ADJUSTMENT_OPTIONS_H_
 #define LUMVIK_APPS_ADJUSTMENT_OPTIONS_H_
 
@@ -8,8 +8,7 @@
 
 namespace lumvik {
 
-// Adds the options for every setting; `command` puts those that are given into `given`, which must outlive
-// it.
+// Adds an option for every setting. Parsing stores the values in `given`, which must outlive `command`.
 void AddAdjustmentOptions(CLI::App& command, Settings& given);
 
 }  // namespace lumvik

@@ -5,15 +5,12 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <sstream>
-#include <stdexcept>
 #include <string>
-#include <system_error>
 #include <thread>
 #include <vector>
 
@@ -24,6 +21,7 @@
 #include "batch_report.h"
 #include "batch_run.h"
 #include "export_options.h"
+#include "file_paths.h"
 #include "free_memory.h"
 #include "jobs_option.h"
 #include "output_format.h"
@@ -37,17 +35,17 @@
 namespace lumvik {
 namespace {
 
-constexpr char kBatch[] = "Batch";  // the heading of its options in the help
+constexpr char kBatch[] = "Batch";  // heading of its options in the help
 
 struct BatchOptions {
   std::vector<std::string> inputs;
   std::string output_folder;
-  std::string name_pattern = kUsualNamePattern;
+  std::string name_pattern = kDefaultNamePattern;
   std::string format = "jpg";
-  unsigned jobs = UsualJobs();
+  unsigned jobs = DefaultJobs();
   bool resume = false;
   bool json = false;
-  Photograph photograph;  // any of them
+  Photograph photograph;  // applies to every input
   ExportOptions how;
   std::vector<const CLI::Option*> develop_options;
 
@@ -60,13 +58,7 @@ void CheckUsage(const BatchOptions& options) {
   if (!fault.empty()) throw CLI::ValidationError("--name", fault);
 }
 
-void MakeFolder(const std::string& folder) {
-  std::error_code error;
-  std::filesystem::create_directories(folder, error);
-  if (error) throw std::runtime_error("cannot make the folder '" + folder + "': " + error.message());
-}
-
-// The files that the settings of a photograph come from.
+// The files that provide settings for a photograph.
 std::vector<std::string> SettingsFiles(Photograph photograph, const std::string& input) {
   photograph.input = input;
   std::vector<std::string> files;
@@ -89,7 +81,7 @@ std::string Megabytes(std::uint64_t bytes) {
   return std::to_string(bytes >> 20U) + " MB";
 }
 
-// As many as the user wants and the memory allows. Says on standard error what that is.
+// The number of workers that the user wants and memory allows, which is reported on standard error.
 unsigned ChooseWorkers(const std::vector<std::string>& photographs, unsigned jobs) {
   const std::vector<std::uint64_t> estimates = EstimateMemory(photographs);
   const std::uint64_t free = FreeMemory();
@@ -98,13 +90,13 @@ unsigned ChooseWorkers(const std::vector<std::string>& photographs, unsigned job
   std::ostringstream text;
   text << photographs.size() << " to develop, " << workers << " at a time with "
        << std::max(processors / workers, 1U) << " of " << processors << " processors each; up to "
-       << Megabytes(*std::max_element(estimates.begin(), estimates.end())) << " of memory each, of "
-       << Megabytes(free) << " that are free";
+       << Megabytes(*std::max_element(estimates.begin(), estimates.end())) << " of memory each, "
+       << Megabytes(free) << " available";
   Report(text.str());
   return workers;
 }
 
-// Returns what ended it before its end, if anything did.
+// Returns the interruption that cut it short, if any.
 std::optional<Interruption> RunWithProgress(const BatchOptions& options, BatchWork& work,
                                             std::vector<BatchOutcome>& outcomes) {
   std::vector<std::string> pending;
@@ -132,7 +124,7 @@ std::optional<Interruption> RunWithProgress(const BatchOptions& options, BatchWo
 
 void DevelopBatch(const BatchOptions& options) {
   CheckUsage(options);
-  GivenSettings(options.photograph, std::nullopt);  // finds fault with the file before any work is done
+  GivenSettings(options.photograph, std::nullopt);  // reports a bad settings file before any work is done
   const BatchInputs inputs = FindBatchInputs(options.inputs, options.output_folder);
   BatchWork work;
   work.tasks = PlanBatch(inputs, options.output_folder, options.name_pattern, options.Format());
@@ -149,7 +141,7 @@ void DevelopBatch(const BatchOptions& options) {
   if (HasFailures(report)) throw ReportedFailure();
 }
 
-std::string KnownFormat(const std::string& text) {
+std::string CheckFormat(const std::string& text) {
   if (text == "jpg" || text == "png" || text == "tiff") return {};
   return "'" + text + "' is not jpg, png or tiff";
 }
@@ -157,34 +149,33 @@ std::string KnownFormat(const std::string& text) {
 void AddBatchOptions(CLI::App& command, BatchOptions& options) {
   command
       .add_option("IN", options.inputs,
-                  "The photographs, folders of photographs, and names with the wildcards *, ? and [...]")
+                  "Photographs, folders of photographs, and patterns with the wildcards *, ? and [...]")
       ->required()
       ->type_name("");
   command
-      .add_option("-o,--output", options.output_folder, "The folder to write to, which is made if need be")
+      .add_option("-o,--output", options.output_folder, "The folder to write to; it is created if necessary")
       ->required()
       ->type_name("DIR")
       ->group(kBatch);
   command
       .add_option("--name", options.name_pattern,
-                  "What to call the files, by {stem}, {n}, {ext} and {folder} (default {stem}.{ext})")
+                  "Output names, using {stem}, {n}, {ext} and {folder} (default {stem}.{ext})")
       ->type_name("PATTERN")
       ->group(kBatch);
-  command.add_option("--format", options.format, "jpg, png or tiff (default jpg)")
+  command.add_option("--format", options.format, "Output format: jpg, png or tiff (default jpg)")
       ->type_name("FORMAT")
-      ->check(CLI::Validator(KnownFormat, ""))
+      ->check(CLI::Validator(CheckFormat, ""))
       ->group(kBatch);
-  AddJobsOption(command, options.jobs,
-                "Photographs at a time, which share the processors (default: one for each processor)")
+  AddJobsOption(command, options.jobs, "Photographs to develop in parallel (default: one per processor)")
       ->group(kBatch);
-  command.add_flag("--resume", options.resume, "Leave out what is already done")->group(kBatch);
-  command.add_flag("--json", options.json, "Print a report in JSON")->group(kBatch);
+  command.add_flag("--resume", options.resume, "Skip photographs that are already developed")->group(kBatch);
+  command.add_flag("--json", options.json, "Print a JSON report")->group(kBatch);
 }
 
 }  // namespace
 
 void AddBatchCommand(CLI::App& app) {
-  CLI::App* command = app.add_subcommand("batch", "Develop many photographs alike");
+  CLI::App* command = app.add_subcommand("batch", "Develop many photographs with the same settings");
   auto options = std::make_shared<BatchOptions>();
   AddDecodingOption(*command, options->photograph);
   AddDevelopOptions(*command, options->photograph);

@@ -1,4 +1,4 @@
-// `lumvik batch IN... -o DIR`: develops many photographs alike.
+// `lumvik batch IN... -o DIR`: develops many photographs with the same settings.
 #ifndef LUMVIK_APPS_BATCH_COMMAND_H_
 #define LUMVIK_APPS_BATCH_COMMAND_H_
 
@@ -6,8 +6,8 @@
 
 namespace lumvik {
 
-// Adds the command to `app`, to run and to fail as AddDevelopCommand says. It throws ReportedFailure when
-// some of the photographs failed, and Interruption when the user ended it.
+// Adds the command to `app`; see AddDevelopCommand. Also throws ReportedFailure when some photographs failed,
+// and Interruption when the user stopped the batch.
 void AddBatchCommand(CLI::App& app);
 
 }  // namespace lumvik

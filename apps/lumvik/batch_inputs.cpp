@@ -14,15 +14,9 @@ namespace {
 
 namespace fs = std::filesystem;
 
-fs::path CanonicalPath(const fs::path& path) {
-  std::error_code error;
-  fs::path place = fs::weakly_canonical(path, error);
-  if (error) place = fs::absolute(path).lexically_normal();
-  return place.has_filename() ? place : place.parent_path();
-}
-
-bool LiesIn(const fs::path& place, const fs::path& folder) {
-  return std::mismatch(folder.begin(), folder.end(), place.begin(), place.end()).first == folder.end();
+bool LiesIn(const fs::path& canonical, const fs::path& folder) {
+  return std::mismatch(folder.begin(), folder.end(), canonical.begin(), canonical.end()).first ==
+         folder.end();
 }
 
 class Search {
@@ -30,11 +24,14 @@ class Search {
   explicit Search(const std::string& output_folder) : output_(CanonicalPath(output_folder)) {}
 
   void Add(const std::string& argument) {
-    std::error_code ignored;
-    if (fs::exists(argument, ignored)) return AddExisting(argument);
+    std::error_code error;
+    const fs::file_status status = fs::status(argument, error);
+    if (fs::exists(status)) return AddExisting(argument);
     const std::vector<std::string> matches = MatchingFiles(argument);
     if (matches.empty()) {
-      inputs_.failures.push_back("cannot read '" + argument + "': there is no such file");
+      const bool is_missing = status.type() == fs::file_type::not_found;
+      inputs_.failures.push_back("cannot read '" + argument +
+                                 "': " + (is_missing ? "there is no such file" : error.message()));
     }
     for (const std::string& match : matches) AddExisting(match);
   }
@@ -45,8 +42,8 @@ class Search {
   void AddExisting(const std::string& path) {
     std::error_code ignored;
     if (fs::is_directory(path, ignored)) return AddFolder(path);
-    const fs::path place = CanonicalPath(path);
-    AddPhotograph(path, place, CanonicalPath(fs::absolute(path).parent_path()).filename());
+    const fs::path canonical = CanonicalPath(path);
+    AddPhotograph(path, canonical, CanonicalPath(fs::absolute(path).parent_path()).filename());
   }
 
   void AddFolder(const std::string& folder) {
@@ -58,15 +55,15 @@ class Search {
     }
     const fs::path root = CanonicalPath(folder);
     for (const std::string& path : found.paths) {
-      const fs::path place = CanonicalPath(path);
-      if (LiesIn(place, output_) && !LiesIn(root, output_)) continue;
-      AddPhotograph(path, place, root.filename() / place.parent_path().lexically_relative(root));
+      const fs::path canonical = CanonicalPath(path);
+      if (LiesIn(canonical, output_) && !LiesIn(root, output_)) continue;
+      AddPhotograph(path, canonical, root.filename() / canonical.parent_path().lexically_relative(root));
     }
     inputs_.failures.insert(inputs_.failures.end(), found.failures.begin(), found.failures.end());
   }
 
-  void AddPhotograph(const std::string& path, const fs::path& place, const fs::path& folder) {
-    if (!inputs_.places.insert(place.string()).second) return;
+  void AddPhotograph(const std::string& path, const fs::path& canonical, const fs::path& folder) {
+    if (!inputs_.canonical_paths.insert(canonical.string()).second) return;
     inputs_.photographs.push_back({path, folder.lexically_normal().string()});
   }
 
@@ -75,6 +72,13 @@ class Search {
 };
 
 }  // namespace
+
+fs::path CanonicalPath(const fs::path& path) {
+  std::error_code error;
+  fs::path canonical = fs::weakly_canonical(path, error);
+  if (error) canonical = fs::absolute(path).lexically_normal();
+  return canonical.has_filename() ? canonical : canonical.parent_path();
+}
 
 BatchInputs FindBatchInputs(const std::vector<std::string>& arguments, const std::string& output_folder) {
   Search search(output_folder);

@@ -1,7 +1,8 @@
-// The photographs of a batch.
+// The input photographs of a batch.
 #ifndef LUMVIK_APPS_BATCH_INPUTS_H_
 #define LUMVIK_APPS_BATCH_INPUTS_H_
 
+#include <filesystem>
 #include <set>
 #include <string>
 #include <vector>
@@ -10,18 +11,20 @@ namespace lumvik {
 
 struct BatchInput {
   std::string path;
-  std::string folder;  // what {folder} stands for in the names of outputs
+  std::string folder;  // replaces {folder} in output names
 };
 
 struct BatchInputs {
-  std::vector<BatchInput> photographs;  // in the order of the arguments; those of a folder by their names
-  std::set<std::string> places;         // theirs, absolute and without links
-  std::vector<std::string> failures;    // a sentence for each argument or folder that could not be read
+  std::vector<BatchInput> photographs;    // in argument order; those of a folder sorted by path
+  std::set<std::string> canonical_paths;  // of the photographs
+  std::vector<std::string> failures;      // one message per argument or folder that could not be read
 };
 
-// Goes through the arguments: files, folders and names with wildcards. A photograph that is found twice
-// counts once. What lies in the output folder is not looked for in a folder around it, being the work of an
-// earlier batch.
+// The absolute path with symbolic links resolved as far as it exists, without a trailing slash.
+std::filesystem::path CanonicalPath(const std::filesystem::path& path);
+
+// Expands the arguments: files, folders and wildcard patterns. Each photograph is listed once. An output
+// folder inside an input folder is skipped, as it holds the results of earlier runs.
 BatchInputs FindBatchInputs(const std::vector<std::string>& arguments, const std::string& output_folder);
 
 }  // namespace lumvik

@@ -8,8 +8,8 @@
 #include <sstream>
 #include <system_error>
 
+#include "image_sizes_command.h"
 #include "photograph_walk.h"
-#include "picture_sizes_command.h"
 #include "worker_process.h"
 
 namespace lumvik {
@@ -17,29 +17,29 @@ namespace {
 
 constexpr std::size_t kFilesAtOnce = 64;
 
-// Measured: a process alone takes 55 MB; decoding takes up to 21 bytes a pixel of a RAW file and 6 of an
-// image; the stages, all together, take up to 62 bytes a pixel of what they work on, which is reduced to a
-// long side.
+// Measured: an idle process takes 55 MB; decoding takes up to 21 bytes per pixel of a RAW file and 6 of an
+// ordinary image; all stages together take up to 62 bytes per pixel of the image reduced to its longest side.
 constexpr std::uint64_t kProcessBytes = std::uint64_t{64} << 20;
 struct Kind {
   std::uint64_t decoding_bytes;
   std::uint64_t longest_side;
 };
-constexpr Kind kOrdinaryImage = {10, 4096};  // a progressive JPEG keeps all its coefficients as well
+constexpr Kind kOrdinaryImage = {10, 4096};  // includes the coefficients of a progressive JPEG
 constexpr Kind kRawFile = {24, 2000};
 constexpr std::uint64_t kDevelopingBytes = 64;
 
-constexpr double kPixelsInByte = 2;  // at most, of a RAW file whose header is not understood
+constexpr std::uint64_t kMaxSide = 65535;  // supported by any decoder
+constexpr double kMaxPixelsPerByte = 2;    // of a RAW file with an unknown header
 
 std::uint64_t MemoryWithoutHeader(const std::string& path) {
   std::error_code error;
   const std::uintmax_t bytes = std::filesystem::file_size(path, error);
   const auto side =
-      static_cast<std::uint64_t>(std::sqrt(error ? 0 : kPixelsInByte * static_cast<double>(bytes)));
+      static_cast<std::uint64_t>(std::sqrt(error ? 0 : kMaxPixelsPerByte * static_cast<double>(bytes)));
   return MemoryToDevelop(side, side, IsOrdinaryImageName(path));
 }
 
-// Adds estimates for the files that `sizes` tells of.
+// Appends estimates for the files listed in `sizes`.
 void AddEstimates(const std::vector<std::string>& photographs, const std::string& sizes,
                   std::vector<std::uint64_t>& estimates) {
   std::istringstream lines(sizes);
@@ -55,7 +55,7 @@ void AddEstimates(const std::vector<std::string>& photographs, const std::string
 
 std::uint64_t MemoryToDevelop(std::uint64_t width, std::uint64_t height, bool is_ordinary_image) {
   const Kind& kind = is_ordinary_image ? kOrdinaryImage : kRawFile;
-  const std::uint64_t pixels = width * height;
+  const std::uint64_t pixels = std::min(width, kMaxSide) * std::min(height, kMaxSide);
   const double scale = std::min(1.0, static_cast<double>(kind.longest_side) /
                                          static_cast<double>(std::max({width, height, std::uint64_t{1}})));
   const double developed_pixels = static_cast<double>(pixels) * scale * scale;
@@ -71,12 +71,12 @@ std::vector<std::uint64_t> EstimateMemory(const std::vector<std::string>& photog
     const auto last = photographs.end() - first > static_cast<std::ptrdiff_t>(kFilesAtOnce)
                           ? first + kFilesAtOnce
                           : photographs.end();
-    std::vector<std::string> arguments = {kPictureSizesCommand, "--"};
+    std::vector<std::string> arguments = {kImageSizesCommand, "--"};
     arguments.insert(arguments.end(), first, last);
     workers.Start(0, arguments);
     const std::size_t before = estimates.size();
     AddEstimates(photographs, workers.Wait().out, estimates);
-    // The file behind those told of ended the reader.
+    // The next file crashed the reader.
     if (estimates.size() < before + static_cast<std::size_t>(last - first)) {
       estimates.push_back(MemoryWithoutHeader(photographs[estimates.size()]));
     }

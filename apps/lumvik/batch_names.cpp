@@ -11,23 +11,23 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// What stands for a field, by its name; none for an unknown one.
+// The value of a field by name; none for an unknown field.
 using Values = std::function<std::optional<std::string>(const std::string& field)>;
 
-// The pattern with its fields replaced; none when a field is unknown or a brace has no partner.
+// The pattern with its fields replaced; none for an unknown field or an unmatched brace.
 std::optional<std::string> Replaced(const std::string& pattern, const Values& value_of) {
   std::string name;
-  std::size_t place = 0;
-  while (place < pattern.size()) {
-    const std::size_t open = std::min(pattern.find_first_of("{}", place), pattern.size());
-    name += pattern.substr(place, open - place);
+  std::size_t position = 0;
+  while (position < pattern.size()) {
+    const std::size_t open = std::min(pattern.find_first_of("{}", position), pattern.size());
+    name += pattern.substr(position, open - position);
     if (open == pattern.size()) break;
     const std::size_t close = pattern.find('}', open);
     if (pattern[open] == '}' || close == std::string::npos) return std::nullopt;
     const std::optional<std::string> value = value_of(pattern.substr(open + 1, close - open - 1));
     if (!value) return std::nullopt;
     name += *value;
-    place = close + 1;
+    position = close + 1;
   }
   return name;
 }
@@ -41,7 +41,7 @@ Values ValuesFor(const BatchInput& photograph, const std::string& number, Output
   return [=](const std::string& field) -> std::optional<std::string> {
     if (field == "stem") return fs::path(photograph.path).stem().string();
     if (field == "n") return number;
-    if (field == "ext") return std::string(EndingOf(format) + 1);  // without the dot
+    if (field == "ext") return std::string(ExtensionOf(format) + 1);  // without the dot
     if (field == "folder") return photograph.folder;
     return std::nullopt;
   };
@@ -56,9 +56,10 @@ bool LeavesFolder(const fs::path& name) {
 std::string NamePatternFault(const std::string& pattern, OutputFormat format) {
   const std::string shown = "'" + pattern + "'";
   const std::optional<std::string> example = Replaced(pattern, ValuesFor({"stem", "folder"}, "1", format));
-  if (!example) return shown + " holds a brace that is not part of {stem}, {n}, {ext} or {folder}";
+  if (!example) return shown + " has a brace that is not part of {stem}, {n}, {ext} or {folder}";
   if (LeavesFolder(*example)) return shown + " leads out of the output folder";
-  if (OutputFormatOf(*example) != format) return shown + " does not end as a file of the format does";
+  if (OutputFormatOf(*example) != format)
+    return shown + " does not end in an extension of the format, such as .{ext}";
   return {};
 }
 
@@ -70,7 +71,7 @@ std::vector<std::string> NamesByPattern(const std::string& pattern,
   for (const BatchInput& photograph : photographs) {
     const std::string number = Padded(names.size() + 1, width);
     const fs::path name = *Replaced(pattern, ValuesFor(photograph, number, format));
-    // The root of all folders has no name, which can leave a slash in front.
+    // {folder} is empty for the root folder, which leaves a leading slash.
     names.push_back(name.relative_path().lexically_normal().string());
   }
   return names;

@@ -1,4 +1,4 @@
-// What the outputs of a batch are called.
+// The output names of a batch.
 #ifndef LUMVIK_APPS_BATCH_NAMES_H_
 #define LUMVIK_APPS_BATCH_NAMES_H_
 
@@ -10,12 +10,12 @@
 
 namespace lumvik {
 
-inline constexpr char kUsualNamePattern[] = "{stem}.{ext}";
+inline constexpr char kDefaultNamePattern[] = "{stem}.{ext}";
 
-// What is wrong with a pattern, in a sentence for the user; empty when nothing is.
+// An error message for an invalid pattern; empty for a valid one.
 std::string NamePatternFault(const std::string& pattern, OutputFormat format);
 
-// The path within the output folder for each photograph, in their order, by a pattern without a fault.
+// The output path of each photograph relative to the output folder. The pattern must be valid.
 std::vector<std::string> NamesByPattern(const std::string& pattern,
                                         const std::vector<BatchInput>& photographs, OutputFormat format);
 

@@ -8,14 +8,14 @@
 #include <system_error>
 
 #include "batch_names.h"
-#include "whole_picture.h"
+#include "complete_image.h"
 
 namespace lumvik {
 namespace {
 
 namespace fs = std::filesystem;
 
-// A file whose time cannot be told counts as newer, so that the work is done once more.
+// False when a time is unknown, so that the photograph is developed again.
 bool IsNewer(const fs::path& file, const fs::path& than) {
   std::error_code error;
   const auto time = fs::last_write_time(file, error);
@@ -36,12 +36,11 @@ std::vector<BatchTask> PlanBatch(const BatchInputs& inputs, const std::string& o
     const fs::path output = fs::path(output_folder) / names[i];
     const auto [other, is_new] = input_of.emplace(output.string(), input);
     if (!is_new) {
-      throw std::runtime_error("'" + other->second + "' and '" + input + "' would both become '" +
-                               output.string() + "'; {n} or {folder} in --name keeps them apart");
+      throw std::runtime_error("'" + other->second + "' and '" + input + "' would both be written to '" +
+                               output.string() + "'; use {n} or {folder} in --name to keep them apart");
     }
-    if (inputs.places.count(fs::weakly_canonical(output).string()) != 0) {
-      throw std::runtime_error("cannot write '" + output.string() +
-                               "': it is one of the photographs, which are never overwritten");
+    if (inputs.canonical_paths.count(CanonicalPath(output).string()) != 0) {
+      throw std::runtime_error("cannot write '" + output.string() + "': it is one of the input photographs");
     }
     tasks.push_back({input, output.string()});
   }
@@ -52,7 +51,7 @@ bool IsDone(const BatchTask& task, const std::vector<std::string>& settings, Out
   return IsNewer(task.output, task.input) &&
          std::all_of(settings.begin(), settings.end(),
                      [&](const std::string& file) { return IsNewer(task.output, file); }) &&
-         IsWholePicture(task.output, format);
+         IsCompleteImage(task.output, format);
 }
 
 }  // namespace lumvik

@@ -1,4 +1,4 @@
-// What a batch is to do, settled before it does anything.
+// The tasks of a batch, planned before any of them starts.
 #ifndef LUMVIK_APPS_BATCH_PLAN_H_
 #define LUMVIK_APPS_BATCH_PLAN_H_
 
@@ -15,12 +15,12 @@ struct BatchTask {
   std::string output;
 };
 
-// A task for each photograph. Throws std::runtime_error with a sentence for the user when two outputs, or an
-// output and a photograph, would be the same file.
+// One task per photograph. Throws std::runtime_error with a message for the user when two outputs, or an
+// output and an input, would be the same file.
 std::vector<BatchTask> PlanBatch(const BatchInputs& inputs, const std::string& output_folder,
                                  const std::string& name_pattern, OutputFormat format);
 
-// Whether the output is there, whole, and newer than the photograph and the files of its settings.
+// Whether the output exists, is complete, and is newer than the photograph and its settings files.
 bool IsDone(const BatchTask& task, const std::vector<std::string>& settings, OutputFormat format);
 
 }  // namespace lumvik

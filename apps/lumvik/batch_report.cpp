@@ -61,7 +61,7 @@ void PrintBatchJson(const BatchReport& report) {
     json["photographs"].push_back(JsonOf(report.work.tasks[i], report.outcomes[i]));
   }
   json["unreadable"] = report.failures;
-  // A name need not be UTF-8, which JSON must be.
+  // File names need not be valid UTF-8, but JSON must.
   std::cout << json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
 }
 
@@ -73,10 +73,10 @@ void ReportBatch(const BatchReport& report) {
   std::ostringstream text;
   if (report.interrupted) text << "interrupted: ";
   text << Count(report, BatchState::kDeveloped) << " developed";
-  if (const auto skipped = Count(report, BatchState::kSkipped)) text << ", " << skipped << " done before";
+  if (const auto skipped = Count(report, BatchState::kSkipped)) text << ", " << skipped << " skipped";
   if (const auto failed = Count(report, BatchState::kFailed)) text << ", " << failed << " failed";
   if (const auto pending = Count(report, BatchState::kPending)) {
-    text << ", " << pending << " not done, which --resume does";
+    text << ", " << pending << " not started or not finished; continue with --resume";
   }
   text << " (" << std::fixed << std::setprecision(1) << report.seconds << " s)";
   Report(text.str());

@@ -1,4 +1,4 @@
-// What a batch came to.
+// The results of a batch.
 #ifndef LUMVIK_APPS_BATCH_REPORT_H_
 #define LUMVIK_APPS_BATCH_REPORT_H_
 
@@ -12,17 +12,17 @@ namespace lumvik {
 struct BatchReport {
   const BatchWork& work;
   const std::vector<BatchOutcome>& outcomes;
-  const std::vector<std::string>& failures;  // of what is not a photograph
+  const std::vector<std::string>& failures;  // of arguments and folders
   double seconds;
   bool interrupted;
 };
 
 bool HasFailures(const BatchReport& report);
 
-// On standard output, as one JSON object.
+// Prints one JSON object to standard output.
 void PrintBatchJson(const BatchReport& report);
 
-// The failures one by one and how many photographs came to what, on standard error.
+// Prints every failure and a summary to standard error.
 void ReportBatch(const BatchReport& report);
 
 }  // namespace lumvik

@@ -23,9 +23,8 @@ using Clock = std::chrono::steady_clock;
 
 constexpr char kMessageStart[] = "lumvik: ";
 
-// A folder beside the target for the files of a worker, and removed with all that is in it, however the
-// worker ended. Its name follows from that of the target: what an earlier one left behind is found and
-// removed.
+// A folder next to the target for the files of a worker, removed with its contents however the worker ended.
+// The name is derived from the target's, so that leftovers of a killed batch are found and removed.
 class StagingFolder {
  public:
   explicit StagingFolder(fs::path target) : target_(std::move(target)) {
@@ -50,7 +49,7 @@ class StagingFolder {
   std::string StagedPath() const { return (Folder() / target_.filename()).string(); }
   void Commit() const { MoveIntoPlace(StagedPath(), target_); }
 
-  // What a worker says of its file, said of the target.
+  // Replaces the staged path in a worker's message with the target's.
   std::string InTermsOfTarget(std::string text) const {
     const std::string step = name_ + '/';
     const std::string end = '/' + name_;
@@ -69,17 +68,17 @@ class StagingFolder {
   std::string name_;
 };
 
-// The sentence in which a worker told of its failure; libraries may have written other lines.
+// The worker's error message; libraries may have printed other lines.
 std::string FailureOf(const WorkerEnd& end, const std::string& input) {
   const std::string failure = "cannot develop '" + input + "': ";
-  if (!end.signal.empty()) return failure + "its process was ended by " + end.signal;
+  if (!end.signal.empty()) return failure + "its process was killed by " + end.signal;
   std::istringstream lines(end.err);
   std::string last;
   for (std::string line; std::getline(lines, line);) {
     if (line.rfind(kMessageStart, 0) == 0) return line.substr(sizeof kMessageStart - 1);
     if (!line.empty()) last = line;
   }
-  return failure + (last.empty() ? "its process ended with status " + std::to_string(end.status) : last);
+  return failure + (last.empty() ? "its process exited with status " + std::to_string(end.status) : last);
 }
 
 class Run {
@@ -107,15 +106,27 @@ class Run {
     const BatchTask& task = work_.tasks[i];
     try {
       RequireReadable(task.input);
-      fs::create_directories(fs::path(task.output).parent_path());
+      MakeFolder(fs::path(task.output).parent_path());
       auto staging = std::make_unique<StagingFolder>(ResolveOutput(task.output, task.input));
       std::vector<std::string> arguments = {"develop"};
       arguments.insert(arguments.end(), work_.develop_options.begin(), work_.develop_options.end());
       arguments.insert(arguments.end(), {"--output=" + staging->StagedPath(), "--", task.input});
       begun_[i] = {std::move(staging), Clock::now()};
-      workers_.Start(i, arguments);
+      StartWorker(i, arguments);
     } catch (const std::exception& error) {
       Fail(i, error.what());
+    }
+  }
+
+  // Waits for running workers to end while the system allows no more processes.
+  void StartWorker(std::size_t i, const std::vector<std::string>& arguments) {
+    for (;;) {
+      try {
+        return workers_.Start(i, arguments);
+      } catch (const std::system_error&) {
+        if (workers_.Running() == 0) throw;
+      }
+      Finish(workers_.Wait());
     }
   }
 
@@ -132,7 +143,7 @@ class Run {
     } catch (const std::exception& error) {
       return Fail(end.id, error.what());
     }
-    const std::size_t size = begun.staging->StagedPath().size();  // "name 2000x1333", other lines behind it
+    const std::size_t size = begun.staging->StagedPath().size();  // "name 2000x1333", followed by other lines
     if (size < end.out.size()) {
       std::sscanf(end.out.c_str() + size, "%dx%d", &outcome.width, &outcome.height);
     }
@@ -155,7 +166,7 @@ class Run {
   std::vector<BatchOutcome>& outcomes_;
   const std::function<void(std::size_t)>& done_;
   std::map<std::size_t, Begun> begun_;
-  Workers workers_;  // behind the folders, which are removed when no worker writes there any more
+  Workers workers_;  // declared last: workers end before their staging folders are removed
 };
 
 }  // namespace

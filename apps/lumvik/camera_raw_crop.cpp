@@ -11,7 +11,7 @@ struct Point {
   double y;
 };
 
-// Where a point of the stored picture, in fractions, lies in the upright one.
+// Maps a point of the stored image to the upright one, both in fractions.
 Point Upright(Point p, int orientation) {
   switch (orientation) {
     case 2:
@@ -37,8 +37,8 @@ bool IsMirrored(int orientation) {
   return orientation == 2 || orientation == 4 || orientation == 5 || orientation == 7;
 }
 
-// Turns a point counter-clockwise about the middle of a picture with these sides; y points down.
-Point Turn(Point p, double degrees, double width, double height) {
+// Rotates a point counterclockwise about the center of an image of this size; y points down.
+Point Rotated(Point p, double degrees, double width, double height) {
   const double radians = degrees * std::acos(-1.0) / 180;
   const double x = (p.x - 0.5) * width;
   const double y = (p.y - 0.5) * height;
@@ -52,14 +52,14 @@ TurnedCrop TurnCrop(const CameraRawCrop& crop, const StoredFrame& frame) {
   const int orientation = frame.orientation;
   Point a = Upright({crop.left, crop.top}, orientation);
   Point b = Upright({crop.right, crop.bottom}, orientation);
-  // The rectangle is turned clockwise; turning the picture the other way puts it upright.
+  // Rotating the image counterclockwise undoes the clockwise rotation of the rectangle.
   const double rotation = IsMirrored(orientation) ? 0 - crop.angle : crop.angle;
   if (rotation != 0) {
-    const bool lying = orientation >= 5;  // the sides change places
-    const double width = lying ? frame.height : frame.width;
-    const double height = lying ? frame.width : frame.height;
-    a = Turn(a, rotation, width, height);
-    b = Turn(b, rotation, width, height);
+    const bool is_transposed = orientation >= 5;
+    const double width = is_transposed ? frame.height : frame.width;
+    const double height = is_transposed ? frame.width : frame.height;
+    a = Rotated(a, rotation, width, height);
+    b = Rotated(b, rotation, width, height);
   }
   return {std::min(a.x, b.x), std::min(a.y, b.y), std::abs(a.x - b.x), std::abs(a.y - b.y), rotation};
 }

@@ -1,4 +1,4 @@
-// The crop of Camera Raw in terms of the engine's.
+// Converts a Camera Raw crop to the engine's crop and rotation.
 #ifndef LUMVIK_APPS_CAMERA_RAW_CROP_H_
 #define LUMVIK_APPS_CAMERA_RAW_CROP_H_
 
@@ -6,8 +6,8 @@
 
 namespace lumvik {
 
-// A rectangle on the stored picture, turned clockwise by the angle: left, top and right, bottom are where two
-// of its corners come to lie, in fractions of the picture's width and height.
+// A rectangle on the image as stored, rotated clockwise by `angle`. (left, top) and (right, bottom) are two
+// opposite corners after rotation, as fractions of the image's width and height.
 struct CameraRawCrop {
   double left;
   double top;
@@ -16,16 +16,16 @@ struct CameraRawCrop {
   double angle;  // degrees
 };
 
-// An upright rectangle on the upright picture after it has been turned about its center.
+// An axis-aligned rectangle on the upright image after it has been rotated about its center.
 struct TurnedCrop {
-  double x;  // fractions of the upright picture
+  double x;  // fractions of the upright image
   double y;
   double w;
   double h;
   double rotation;  // degrees, positive counter-clockwise
 };
 
-// The same part of the picture. The width and the height of the frame must be known unless the angle is 0.
+// The same part of the image. Unless the angle is 0, the frame's width and height must be known.
 TurnedCrop TurnCrop(const CameraRawCrop& crop, const StoredFrame& frame);
 
 }  // namespace lumvik

@@ -1,4 +1,4 @@
-// The settings of Camera Raw that are one number each and have a counterpart here.
+// The numeric Camera Raw settings that have a counterpart here.
 #ifndef LUMVIK_APPS_CAMERA_RAW_NAMES_H_
 #define LUMVIK_APPS_CAMERA_RAW_NAMES_H_
 
@@ -8,18 +8,18 @@ namespace lumvik {
 
 struct CameraRawNumber {
   const char* name = "";
-  const char* key = "";                                 // of the setting here
-  double factor = 1;                                    // between the two scales
-  float lowest = std::numeric_limits<float>::lowest();  // where less has no counterpart, though the key has
+  const char* key = "";                                 // of our setting
+  double factor = 1;                                    // from their scale to ours
+  float lowest = std::numeric_limits<float>::lowest();  // values below have no counterpart
 };
 
-// Where two have one key, the greater wins.
+// When two settings share a key, the greater value wins.
 inline constexpr CameraRawNumber kCameraRawNumbers[] = {
     {"Exposure2012", "exposure"},
     {"Contrast2012", "contrast"},
     {"Highlights2012", "highlights"},
     {"Shadows2012", "shadows"},
-    {"Whites2012", "whites", -1},  // above 0 darkens here
+    {"Whites2012", "whites", -1},  // ours darkens above 0
     {"Blacks2012", "blacks", -1},
     {"Temperature", "temperature"},
     {"Tint", "tint"},
@@ -36,8 +36,8 @@ inline constexpr CameraRawNumber kCameraRawNumbers[] = {
     {"VignetteAmount", "lens_vignette"},
     {"DefringePurpleAmount", "defringe", 5},  // from 0..20
     {"DefringeGreenAmount", "defringe", 5},
-    {"PerspectiveVertical", "perspective_h"},             // which narrows the top as well
-    {"PostCropVignetteAmount", "vignette_amount", 1, 0},  // below 0 it darkens, which nothing here does
+    {"PerspectiveVertical", "perspective_h"},             // both narrow the top above 0
+    {"PostCropVignetteAmount", "vignette_amount", 1, 0},  // darkening below 0 has no counterpart
     {"PostCropVignetteMidpoint", "vignette_midpoint"},
     {"PostCropVignetteRoundness", "vignette_roundness"},
     {"GrainAmount", "grain_amount"},
@@ -49,8 +49,8 @@ inline constexpr CameraRawNumber kCameraRawNumbers[] = {
     {"SplitToningBalance", "split_toning.balance"},
 };
 
-// Three for each color: "HueAdjustmentRed" is "hsl.red.hue". A hue at 100 reaches the neighboring color,
-// some 30 degrees away.
+// Each exists per color: "HueAdjustmentRed" becomes "hsl.red.hue". A hue of 100 shifts to the neighboring
+// color, about 30 degrees away.
 struct CameraRawBandNumber {
   const char* name;
   const char* key;

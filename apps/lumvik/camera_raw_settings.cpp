@@ -16,10 +16,12 @@ namespace lumvik {
 namespace {
 
 constexpr char kNamespace[] = "crs";
-constexpr const char* kXmpEndings[] = {".xmp", ".XMP"};
+constexpr int kUpright = 1;  // EXIF orientations
+constexpr int kLastOrientation = 8;
+constexpr const char* kXmpExtensions[] = {".xmp", ".XMP"};
 
-// Masks can make a sidecar long; nothing makes it as long as this.
-constexpr std::uintmax_t kMostCameraRawBytes = std::uintmax_t{64} << 20;
+// Far more than masks take in any sidecar.
+constexpr std::uintmax_t kMaxXmpBytes = std::uintmax_t{64} << 20;
 
 std::runtime_error Unreadable(const std::string& path, const std::string& why) {
   return std::runtime_error("cannot read '" + path + "': " + why);
@@ -27,13 +29,13 @@ std::runtime_error Unreadable(const std::string& path, const std::string& why) {
 
 Exiv2::XmpData Decode(const std::string& path) {
   RequireReadable(path);
-  if (std::filesystem::file_size(std::filesystem::u8path(path)) > kMostCameraRawBytes)
+  if (std::filesystem::file_size(std::filesystem::u8path(path)) > kMaxXmpBytes)
     throw Unreadable(path, "the file is too large");
   std::ifstream file(path, std::ios::binary);
   const std::string text{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
-  Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);  // of a fault it tells a number alone
+  Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);  // its messages are bare error numbers
   Exiv2::XmpData xmp;
-  if (Exiv2::XmpParser::decode(xmp, text) != 0) throw Unreadable(path, "it is no XMP, or damaged");
+  if (Exiv2::XmpParser::decode(xmp, text) != 0) throw Unreadable(path, "it is not XMP, or it is damaged");
   return xmp;
 }
 
@@ -43,15 +45,21 @@ int NumberOf(const Data& data, const Key& key, int otherwise) {
   return entry == data.end() ? otherwise : static_cast<int>(entry->toLong());
 }
 
+template <typename Data, typename Key>
+int OrientationOf(const Data& data, const Key& key) {
+  const int orientation = NumberOf(data, key, kUpright);
+  return orientation >= kUpright && orientation <= kLastOrientation ? orientation : kUpright;
+}
+
 StoredFrame FrameOf(const Exiv2::XmpData& xmp) {
   return {NumberOf(xmp, Exiv2::XmpKey("Xmp.tiff.ImageWidth"), 0),
           NumberOf(xmp, Exiv2::XmpKey("Xmp.tiff.ImageLength"), 0),
-          NumberOf(xmp, Exiv2::XmpKey("Xmp.tiff.Orientation"), 1)};
+          OrientationOf(xmp, Exiv2::XmpKey("Xmp.tiff.Orientation"))};
 }
 
 StoredFrame FrameOf(const Exiv2::Image& photograph) {
   return {static_cast<int>(photograph.pixelWidth()), static_cast<int>(photograph.pixelHeight()),
-          NumberOf(photograph.exifData(), Exiv2::ExifKey("Exif.Image.Orientation"), 1)};
+          OrientationOf(photograph.exifData(), Exiv2::ExifKey("Exif.Image.Orientation"))};
 }
 
 std::vector<std::string> PartsOf(const Exiv2::Xmpdatum& property) {
@@ -66,17 +74,17 @@ CameraRawSettings SettingsOf(const std::string& file, const Exiv2::XmpData& xmp,
   CameraRawSettings settings = {file, frame, {}};
   for (const Exiv2::Xmpdatum& property : xmp) {
     const std::string name = property.tagName();
-    const bool nested = name.find_first_of("/[") != std::string::npos;  // a member of a structure or its list
+    const bool nested = name.find_first_of("/[") != std::string::npos;  // member of a structure
     if (property.groupName() == kNamespace && !nested)
       settings.properties.emplace_back(name, PartsOf(property));
   }
-  if (settings.properties.empty()) throw Unreadable(file, "it holds no settings of Camera Raw or Lightroom");
+  if (settings.properties.empty()) throw Unreadable(file, "it has no Camera Raw or Lightroom settings");
   return settings;
 }
 
 std::optional<std::string> XmpSidecar(const std::string& photograph) {
-  for (const char* ending : kXmpEndings) {
-    if (auto sidecar = FindSidecar(photograph, ending)) return sidecar;
+  for (const char* extension : kXmpExtensions) {
+    if (auto sidecar = FindSidecar(photograph, extension)) return sidecar;
   }
   return std::nullopt;
 }
@@ -93,13 +101,15 @@ MetadataFile OpenPhotograph(const std::string& path) {
 }  // namespace
 
 CameraRawSettings ReadCameraRawSettings(const std::string& path) {
-  const std::string ending = std::filesystem::u8path(path).extension().string();
-  if (std::find(std::begin(kXmpEndings), std::end(kXmpEndings), ending) != std::end(kXmpEndings)) {
+  const std::string extension = std::filesystem::u8path(path).extension().string();
+  if (std::find(std::begin(kXmpExtensions), std::end(kXmpExtensions), extension) !=
+      std::end(kXmpExtensions)) {
     const Exiv2::XmpData xmp = Decode(path);
     return SettingsOf(path, xmp, FrameOf(xmp));
   }
   const MetadataFile photograph = OpenPhotograph(path);
-  if (photograph.get() == nullptr) throw Unreadable(path, "it is neither XMP nor a photograph with metadata");
+  if (photograph.get() == nullptr)
+    throw Unreadable(path, "it is neither an XMP file nor a photograph with metadata");
   const std::optional<std::string> sidecar = XmpSidecar(path);
   const Exiv2::XmpData xmp = sidecar ? Decode(*sidecar) : photograph->xmpData();
   return SettingsOf(sidecar.value_or(path), xmp, FrameOf(*photograph));

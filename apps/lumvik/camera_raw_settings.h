@@ -1,4 +1,4 @@
-// Settings of Adobe Camera Raw and Lightroom, as XMP keeps them.
+// Adobe Camera Raw and Lightroom settings, as stored in XMP.
 #ifndef LUMVIK_APPS_CAMERA_RAW_SETTINGS_H_
 #define LUMVIK_APPS_CAMERA_RAW_SETTINGS_H_
 
@@ -8,23 +8,22 @@
 
 namespace lumvik {
 
-// The picture as the camera stored it, which the numbers of a crop refer to.
+// The image as stored by the camera, to which crop coordinates refer.
 struct StoredFrame {
-  int width = 0;  // pixels; 0 when it is not known
+  int width = 0;  // pixels; 0 when unknown
   int height = 0;
-  int orientation = 1;  // EXIF code: how it is to be turned for looking at it
+  int orientation = 1;  // EXIF code, 1..8
 };
 
 struct CameraRawSettings {
-  std::string file;  // that held them
+  std::string file;  // where they were found
   StoredFrame frame;
-  // By name, without the prefix "crs:", in the order of the file. The value of most has one part; that of a
-  // list has its items.
+  // By name without the prefix "crs:", in file order. A value has one part, or the items of a list.
   std::vector<std::pair<std::string, std::vector<std::string>>> properties;
 };
 
-// Reads the settings in a file ending in .xmp, or those of a photograph: in its XMP sidecar, else in itself.
-// Throws std::runtime_error with a sentence for the user when there are none.
+// Reads the settings of an .xmp file, or of a photograph: from its XMP sidecar, else from its own metadata.
+// Throws std::runtime_error with a message for the user when there are none.
 CameraRawSettings ReadCameraRawSettings(const std::string& path);
 
 }  // namespace lumvik

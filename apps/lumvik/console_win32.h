@@ -1,11 +1,11 @@
-// What a console of Windows has to be told before it shows what the command writes.
+// Console setup on Windows.
 #ifndef LUMVIK_APPS_CONSOLE_WIN32_H_
 #define LUMVIK_APPS_CONSOLE_WIN32_H_
 
 namespace lumvik {
 
-// As long as it lives, the console takes UTF-8 and the control sequences of the progress bar. What is written
-// stays as it is, in a file as well: lines end in "\n".
+// For its lifetime, the console accepts UTF-8 and the escape sequences of the progress bar, and output is
+// written unmodified: lines end in "\n", in files as well.
 class Utf8Console {
  public:
   Utf8Console();
@@ -14,7 +14,7 @@ class Utf8Console {
   Utf8Console& operator=(const Utf8Console&) = delete;
 
  private:
-  unsigned previous_code_page_;  // of the console, which outlives the command; 0 without a console
+  unsigned previous_code_page_;  // 0 without a console
 };
 
 }  // namespace lumvik

@@ -25,16 +25,16 @@ struct CutoutOptions {
   std::string output;
 };
 
-// These move the picture under the mask, which is that of the picture as it was taken.
-constexpr const char* kMovingSettings[] = {"distortion", "rotation", "perspective_h", "perspective_v",
-                                           "crop.w",     "flip_h",   "flip_v"};
+// These move pixels away from the mask, which is made before any geometric correction.
+constexpr const char* kGeometrySettings[] = {"distortion", "rotation", "perspective_h", "perspective_v",
+                                             "crop.w",     "flip_h",   "flip_v"};
 
-void RequireInPlace(const Settings& settings) {
-  for (const char* key : kMovingSettings) {
+void RequireNoGeometry(const Settings& settings) {
+  for (const char* key : kGeometrySettings) {
     if (settings.at(key) == FindSettingRule(key)->initial) continue;
-    throw std::runtime_error("a cut-out cannot be developed with '" +
+    throw std::runtime_error("cutout does not support '" +
                              std::string(key).substr(0, std::string(key).find('.')) +
-                             "': the subject is found in the picture as it was taken");
+                             "': the mask is made before any geometric correction");
   }
 }
 
@@ -45,9 +45,9 @@ void CutOut(const CutoutOptions& options) {
   Settings given = GivenSettings(options.photograph, sidecar);
   Engine engine;
   Load(options.photograph, engine);
-  RequireInPlace(Adjust(options.photograph, std::move(given), engine));
+  RequireNoGeometry(Adjust(options.photograph, std::move(given), engine));
   FindSubject(options.photograph.input, options.point, engine);
-  StagedFile file(target, EndingOf(OutputFormat::kPng));
+  StagedFile file(target, ExtensionOf(OutputFormat::kPng));
   engine.Run("cannot write '" + options.output + "'", [&](EngineContext* context) {
     return lumvik_export_subject_png(context, file.TemporaryPath().c_str());
   });
@@ -59,12 +59,12 @@ void CutOut(const CutoutOptions& options) {
 }  // namespace
 
 void AddCutoutCommand(CLI::App& app) {
-  CLI::App* command =
-      app.add_subcommand("cutout", "Develop a camera RAW file and write its subject before nothing");
+  CLI::App* command = app.add_subcommand(
+      "cutout", "Develop a camera RAW file and write its subject on a transparent background");
   auto options = std::make_shared<CutoutOptions>();
   AddInputOptions(*command, options->photograph);
   AddDevelopOptions(*command, options->photograph);
-  AddPngOption(*command, "-o,--output", options->output, "The PNG to write: transparent but for the subject")
+  AddPngOption(*command, "-o,--output", options->output, "The PNG to write, transparent outside the subject")
       ->required();
   AddSubjectOption(*command, options->point);
   command->callback([options] { CutOut(*options); });

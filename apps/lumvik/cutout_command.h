@@ -1,4 +1,5 @@
-// `lumvik cutout IN -o subject.png`: develops a photograph and writes its subject alone.
+// `lumvik cutout IN -o subject.png`: develops a photograph and writes its subject on a transparent
+// background.
 #ifndef LUMVIK_APPS_CUTOUT_COMMAND_H_
 #define LUMVIK_APPS_CUTOUT_COMMAND_H_
 
@@ -6,7 +7,7 @@
 
 namespace lumvik {
 
-// As AddDevelopCommand.
+// Adds the command to `app`; see AddDevelopCommand.
 void AddCutoutCommand(CLI::App& app);
 
 }  // namespace lumvik

@@ -11,11 +11,11 @@
 #include "engine.h"
 #include "export_options.h"
 #include "file_paths.h"
+#include "image_metadata.h"
 #include "in_range.h"
 #include "lumvik.h"
 #include "output_format.h"
 #include "photograph.h"
-#include "picture_metadata.h"
 #include "png_file.h"
 #include "png_option.h"
 #include "range.h"
@@ -30,12 +30,12 @@ namespace lumvik {
 namespace {
 
 constexpr Range<float> kBlurs = {0, 100};
-constexpr char kPreview[] = "Preview";  // the heading of its options in the help
+constexpr char kPreview[] = "Preview";  // heading of its options in the help
 
 struct DevelopOptions {
   Photograph photograph;
   std::optional<std::string> output;
-  std::optional<std::string> save_settings;  // the file to write all settings to
+  std::optional<std::string> save_settings;  // file to write all settings to
   ExportOptions how;
   std::optional<std::string> preview;
   float background_blur = 0;
@@ -58,7 +58,7 @@ Pixels PreviewOf(const DevelopOptions& options, Engine& engine) {
 
 void WriteOutput(const DevelopOptions& options, const std::filesystem::path& target, OutputFormat format,
                  Engine& engine) {
-  StagedFile file(target, EndingOf(format));
+  StagedFile file(target, ExtensionOf(format));
   engine.Run("cannot write '" + *options.output + "'", [&](EngineContext* context) {
     const int status = Export(context, options.how, format, file.TemporaryPath().c_str());
     if (status == 0 && !options.how.no_exif) {
@@ -70,7 +70,7 @@ void WriteOutput(const DevelopOptions& options, const std::filesystem::path& tar
   PrintResult(*options.output, lumvik_get_width(engine.Context()), lumvik_get_height(engine.Context()));
 }
 
-// The places that the options name, resolved before any work is done.
+// The files to write, resolved before any work is done.
 struct Targets {
   std::filesystem::path output;
   std::filesystem::path preview;
@@ -84,6 +84,14 @@ Targets ResolveTargets(const DevelopOptions& options) {
   return {resolve(options.output), resolve(options.preview), resolve(options.save_settings)};
 }
 
+void RequireTwoFiles(const DevelopOptions& options, const Targets& targets) {
+  if (!options.output || !options.preview) return;
+  if (std::filesystem::weakly_canonical(targets.output) ==
+      std::filesystem::weakly_canonical(targets.preview)) {
+    throw CLI::ValidationError("--preview", "'" + *options.preview + "' is also the file of --output");
+  }
+}
+
 void CheckUsage(const DevelopOptions& options) {
   if (!options.output && !options.preview) throw CLI::RequiredError("--output or --preview");
   if (options.background_blur > 0 && !options.preview) throw CLI::RequiresError("--bg-blur", "--preview");
@@ -94,6 +102,7 @@ void Develop(const DevelopOptions& options) {
   CheckUsage(options);
   RequireReadable(options.photograph.input);
   const Targets targets = ResolveTargets(options);
+  RequireTwoFiles(options, targets);
   const std::optional<std::string> sidecar = SidecarOf(options.photograph);
   Settings given = GivenSettings(options.photograph, sidecar);
 
@@ -114,28 +123,28 @@ void Develop(const DevelopOptions& options) {
   if (settings_file) settings_file->Commit();
 }
 
-std::string KnownEnding(const std::string& path) {
+std::string CheckExtension(const std::string& path) {
   if (OutputFormatOf(path)) return {};
-  return "'" + path + "' does not end in .jpg, .jpeg, .png, .tif or .tiff, so its format is unknown";
+  return "'" + path + "' does not end in .jpg, .jpeg, .png, .tif or .tiff";
 }
 
 void AddOutputOptions(CLI::App& command, DevelopOptions& options) {
   command
       .add_option("-o,--output", options.output,
-                  "The file to write; its ending .jpg, .jpeg, .png, .tif or .tiff chooses the format")
+                  "The file to write; the extension .jpg, .jpeg, .png, .tif or .tiff selects the format")
       ->type_name("OUT")
-      ->check(CLI::Validator(KnownEnding, ""))
+      ->check(CLI::Validator(CheckExtension, ""))
       ->group(kOutputGroup);
   AddExportOptions(command, options.how);
 }
 
 void AddPreviewOptions(CLI::App& command, DevelopOptions& options) {
   AddPngOption(command, "--preview", options.preview,
-               "Write what a screen shows to this PNG, beside OUT or instead")
+               "Write the on-screen preview to this PNG, in addition to OUT or instead of it")
       ->group(kPreview);
   command
       .add_option("--bg-blur", options.background_blur,
-                  "Blur what lies outside the subject of a camera RAW file, in the preview alone (default 0)")
+                  "Blur the background of a camera RAW file, in the preview only (default 0)")
       ->type_name("PERCENT")
       ->check(InRange(kBlurs))
       ->group(kPreview);
@@ -145,13 +154,13 @@ void AddPreviewOptions(CLI::App& command, DevelopOptions& options) {
 }  // namespace
 
 void AddDevelopCommand(CLI::App& app) {
-  CLI::App* command = app.add_subcommand("develop", "Develop a photograph and write it to a file");
+  CLI::App* command = app.add_subcommand("develop", "Develop a photograph");
   auto options = std::make_shared<DevelopOptions>();
   AddInputOptions(*command, options->photograph);
   AddDevelopOptions(*command, options->photograph);
   AddOutputOptions(*command, *options);
   AddSettingsOption(*command, "--save-settings", options->save_settings,
-                    "Write all settings that were used to this file, which ends in .json")
+                    "Write all settings used to this .json file")
       ->group(kOutputGroup);
   AddPreviewOptions(*command, *options);
   command->callback([options] { Develop(*options); });

@@ -6,8 +6,8 @@
 
 namespace lumvik {
 
-// Adds the command to `app`; it runs while `app` parses the arguments. It throws CLI::ParseError for wrong
-// usage and another std::exception, whose text is a sentence for the user, for everything else.
+// Adds the command to `app`; it runs when `app` parses the arguments. Throws CLI::ParseError for wrong usage,
+// and any other std::exception, with a message for the user, when the command fails.
 void AddDevelopCommand(CLI::App& app);
 
 }  // namespace lumvik

@@ -8,7 +8,7 @@
 namespace lumvik {
 namespace {
 
-// The image library's texts run over several lines and end in an empty one.
+// The image library's messages span several lines and end with an empty one.
 std::string OneLine(std::string text) {
   text.erase(text.find_last_not_of(" \n") + 1);
   std::replace(text.begin(), text.end(), '\n', ' ');

@@ -1,4 +1,4 @@
-// The owner of one engine context.
+// Owns an engine context and turns its failures into exceptions.
 #ifndef LUMVIK_APPS_ENGINE_H_
 #define LUMVIK_APPS_ENGINE_H_
 
@@ -10,17 +10,15 @@
 
 namespace lumvik {
 
-// Makes one call of the engine and returns its status. When it throws, throws std::runtime_error with
-// `failure`
-// ("cannot read 'a.jpg'") and the reason behind it.
+// Makes one engine call and returns its status. If it throws, throws std::runtime_error with `failure`, such
+// as "cannot read 'a.jpg'", and the reason.
 int CallEngine(const std::string& failure, const std::function<int()>& call);
 
 class Engine {
  public:
   Engine();
 
-  // Calls the engine as above. When the status is another than 0, throws std::runtime_error with `failure`
-  // and the engine's reason as well.
+  // The same, and also throws when the status is not 0, with the engine's last error as the reason.
   void Run(const std::string& failure, const std::function<int(EngineContext*)>& call);
 
   EngineContext* Context() { return context_.get(); }

@@ -10,9 +10,9 @@ namespace lumvik {
 namespace {
 
 constexpr Range<int> kJpegQualities = {1, 100};
-constexpr int kNoExif = 0;  // of the engine's own, which knows neither RAW files nor other formats
+constexpr int kNoExif = 0;  // the engine copies EXIF from JPEG to JPEG only; see CopyMetadata
 
-std::string KnownBits(const std::string& text) {
+std::string CheckBitDepth(const std::string& text) {
   if (text == "8" || text == "16") return {};
   return "'" + text + "' is not 8 or 16";
 }
@@ -20,31 +20,27 @@ std::string KnownBits(const std::string& text) {
 }  // namespace
 
 void AddExportOptions(CLI::App& command, ExportOptions& options) {
-  command.add_option("--jpeg-quality", options.jpeg_quality, "Quality of a written JPEG (default 90)")
+  command.add_option("--jpeg-quality", options.jpeg_quality, "JPEG quality (default 90)")
       ->type_name("QUALITY")
       ->check(InRange(kJpegQualities))
       ->group(kOutputGroup);
   command
       .add_option("--bits", options.bits,
-                  "Bits a channel: 8 or 16 for PNG (default 8); a JPEG has 8, a TIFF 16")
+                  "Bits per channel: 8 or 16 for PNG (default 8); JPEG has 8, TIFF 16")
       ->type_name("BITS")
-      ->check(CLI::Validator(KnownBits, ""))
+      ->check(CLI::Validator(CheckBitDepth, ""))
       ->group(kOutputGroup);
-  command.add_flag("--no-exif", options.no_exif, "Leave the photograph's metadata out of the result")
+  command.add_flag("--no-exif", options.no_exif, "Do not copy the photograph's metadata")
       ->group(kOutputGroup);
-  command
-      .add_flag("--strip-gps", options.strip_gps,
-                "Leave the place where the photograph was taken out of the result")
-      ->group(kOutputGroup);
+  command.add_flag("--strip-gps", options.strip_gps, "Do not copy GPS data")->group(kOutputGroup);
 }
 
 void CheckBits(const ExportOptions& options, OutputFormat format) {
   if (format == OutputFormat::kJpeg && options.bits == 16) {
-    throw CLI::ValidationError("--bits", "a JPEG holds 8 bits a channel; write a PNG or TIFF for 16");
+    throw CLI::ValidationError("--bits", "JPEG has 8 bits per channel; write a PNG or TIFF for 16");
   }
   if (format == OutputFormat::kTiff && options.bits == 8) {
-    throw CLI::ValidationError("--bits",
-                               "a TIFF is always written with 16 bits a channel; write a PNG for 8");
+    throw CLI::ValidationError("--bits", "TIFF is written with 16 bits per channel; write a PNG for 8");
   }
 }
 

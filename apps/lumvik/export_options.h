@@ -1,4 +1,4 @@
-// How a developed photograph is written, whatever its name.
+// Options for writing a developed photograph.
 #ifndef LUMVIK_APPS_EXPORT_OPTIONS_H_
 #define LUMVIK_APPS_EXPORT_OPTIONS_H_
 
@@ -10,7 +10,7 @@
 
 namespace lumvik {
 
-// The heading of the options in the help.
+// Their heading in the help.
 inline constexpr char kOutputGroup[] = "Output";
 
 struct ExportOptions {
@@ -23,11 +23,10 @@ struct ExportOptions {
 // `options` must outlive the command.
 void AddExportOptions(CLI::App& command, ExportOptions& options);
 
-// Refuses a depth that the format cannot hold, rather than writing another one than was asked for: throws
-// CLI::ValidationError.
+// Throws CLI::ValidationError for a bit depth that the format does not support.
 void CheckBits(const ExportOptions& options, OutputFormat format);
 
-// Writes what was developed to `path`, without metadata, and returns the engine's status.
+// Writes the developed image to `path`, without metadata. Returns the engine's status.
 int Export(EngineContext* context, const ExportOptions& options, OutputFormat format, const char* path);
 
 }  // namespace lumvik

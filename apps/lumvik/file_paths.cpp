@@ -10,7 +10,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-constexpr int kMostLinks = 40;  // as many as the kernel follows
+constexpr int kMaxLinks = 40;  // the kernel's own limit
 
 std::runtime_error Failure(const std::string& what, const fs::path& path, const std::string& why) {
   return std::runtime_error(what + " '" + path.string() + "': " + why);
@@ -20,7 +20,7 @@ std::string LastSystemError() {
   return std::generic_category().message(errno);
 }
 
-// The status of what `path` leads to; a status that cannot be had is a failure, a missing file is not.
+// The status of `path`, links followed. Throws when it is unknown, not when the file is missing.
 fs::file_status StatusOf(const std::string& what, const fs::path& path) {
   std::error_code error;
   const fs::file_status status = fs::status(path, error);
@@ -30,11 +30,14 @@ fs::file_status StatusOf(const std::string& what, const fs::path& path) {
 
 fs::path FollowLinks(const fs::path& output) {
   fs::path target = fs::absolute(output);
-  for (int followed = 0; fs::is_symlink(fs::symlink_status(target)); ++followed) {
-    if (followed == kMostLinks) throw Failure("cannot write", output, "too many links lead on from it");
+  for (int followed = 0; followed <= kMaxLinks; ++followed) {
+    std::error_code error;
+    const fs::file_status status = fs::symlink_status(target, error);
+    if (status.type() == fs::file_type::none) throw Failure("cannot write", output, error.message());
+    if (!fs::is_symlink(status)) return target;
     target = target.parent_path() / fs::read_symlink(target);
   }
-  return target;
+  throw Failure("cannot write", output, "too many levels of symbolic links");
 }
 
 }  // namespace
@@ -44,7 +47,7 @@ void RequireReadable(const std::string& utf8_input) {
   const fs::file_status status = StatusOf("cannot read", input);
   if (!fs::exists(status)) throw Failure("cannot read", input, "there is no such file");
   if (fs::is_directory(status)) throw Failure("cannot read", input, "it is a folder");
-  // A pipe or a device could keep the decoder waiting for ever.
+  // A pipe or a device could block the decoder forever.
   if (!fs::is_regular_file(status)) throw Failure("cannot read", input, "it is not a regular file");
   if (!std::ifstream(input)) throw Failure("cannot read", input, LastSystemError());
 }
@@ -66,11 +69,17 @@ fs::path ResolveOutput(const std::string& utf8_output, const std::string& utf8_i
   if (fs::is_directory(status)) throw Failure("cannot write", output, "it is a folder");
   if (!fs::is_regular_file(status)) throw Failure("cannot write", output, "it is not a regular file");
   if (fs::equivalent(target, fs::u8path(utf8_input))) {
-    throw Failure("cannot write", output, "it is the photograph itself, which is never overwritten");
+    throw Failure("cannot write", output, "it is the input photograph");
   }
-  // Opening to append changes nothing in a file; renaming over it would not ask for the permission.
+  // Replacing the file by renaming needs no write permission on it, so check by opening it unchanged.
   if (!std::ofstream(target, std::ios::app)) throw Failure("cannot write", output, LastSystemError());
   return target;
+}
+
+void MakeFolder(const fs::path& folder) {
+  std::error_code error;
+  fs::create_directories(folder, error);
+  if (error) throw Failure("cannot create the folder", folder, error.message());
 }
 
 }  // namespace lumvik

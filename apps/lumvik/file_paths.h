@@ -1,5 +1,5 @@
-// What is asked of the paths of a command before any work is done. Each function throws
-// std::runtime_error with a sentence for the user.
+// Checks on the paths of a command, made before any work is done. Each function throws std::runtime_error
+// with a message for the user.
 #ifndef LUMVIK_APPS_FILE_PATHS_H_
 #define LUMVIK_APPS_FILE_PATHS_H_
 
@@ -8,12 +8,15 @@
 
 namespace lumvik {
 
-// Requires `input` to be a regular file that can be opened for reading.
+// Requires `input` to be a regular file that can be read.
 void RequireReadable(const std::string& input);
 
-// The file that writing to `output` means: `output` itself or what it links to. Requires its folder to
-// exist, and the file, when it exists, to be a regular, writable one other than the photograph `input`.
+// The file that `output` refers to, symbolic links followed. Its folder must exist; the file itself, if it
+// exists, must be regular, writable and not the photograph `input`.
 std::filesystem::path ResolveOutput(const std::string& output, const std::string& input);
+
+// Creates a folder and its parents, unless they exist.
+void MakeFolder(const std::filesystem::path& folder);
 
 }  // namespace lumvik
 

@@ -1,14 +1,16 @@
-// How much memory there is to work in.
+// The memory available for work.
 #ifndef LUMVIK_APPS_FREE_MEMORY_H_
 #define LUMVIK_APPS_FREE_MEMORY_H_
 
 #include <cstdint>
+#include <filesystem>
 
 namespace lumvik {
 
-// The bytes that processes can still take before others are pushed out of memory or the system ends one. All
-// there are in theory when the system does not tell.
-std::uint64_t FreeMemory();
+// The bytes that processes can allocate before the system swaps or kills: its available memory, reclaimable
+// page cache included, within the limits of our control groups. UINT64_MAX when unknown. /proc and /sys are
+// looked up in `root`.
+std::uint64_t FreeMemory(const std::filesystem::path& root = "/");
 
 }  // namespace lumvik
 

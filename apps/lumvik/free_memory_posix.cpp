@@ -13,9 +13,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::uint64_t kUnknown = std::numeric_limits<std::uint64_t>::max();
-constexpr char kControlGroups[] = "/sys/fs/cgroup";
 
-// The number behind `key` in a file of lines "key number ...".
+// The number after `key` in a file of lines "key number ...".
 std::optional<std::uint64_t> NumberIn(const fs::path& file, const std::string& key) {
   std::ifstream stream(file);
   std::string line;
@@ -25,44 +24,46 @@ std::optional<std::uint64_t> NumberIn(const fs::path& file, const std::string& k
   return std::nullopt;
 }
 
-// The number that a file holds alone; none also for "max".
+// The number in a file with nothing else; none for "max".
 std::optional<std::uint64_t> NumberOf(const fs::path& file) {
   std::uint64_t number = 0;
   if (std::ifstream(file) >> number) return number;
   return std::nullopt;
 }
 
-// What the limit of a control group, such as a container's, leaves. Pages that only keep files at hand count
-// as used there, but go as soon as memory is wanted.
+// What remains below the limit of a control group, such as a container's. It counts page cache as used, but
+// inactive pages are reclaimed on demand.
 std::uint64_t LeftIn(const fs::path& group) {
   const auto limit = NumberOf(group / "memory.max");
   const auto used = NumberOf(group / "memory.current");
   if (!limit || !used) return kUnknown;
-  const std::uint64_t kept = std::min(*used, NumberIn(group / "memory.stat", "inactive_file ").value_or(0));
-  return *limit - std::min(*limit, *used - kept);
+  const std::uint64_t reclaimable =
+      std::min(*used, NumberIn(group / "memory.stat", "inactive_file ").value_or(0));
+  return *limit - std::min(*limit, *used - reclaimable);
 }
 
-// The limits of all groups around a group hold as well.
-std::uint64_t LeftInGroups() {
-  std::ifstream stream("/proc/self/cgroup");
+// The limits of enclosing groups apply too.
+std::uint64_t LeftInGroups(const fs::path& root) {
+  const fs::path groups = root / "sys/fs/cgroup";
+  std::ifstream stream(root / "proc/self/cgroup");
   std::string line;
   std::uint64_t left = kUnknown;
   while (std::getline(stream, line)) {
     if (line.compare(0, 3, "0::") != 0) continue;
     fs::path group = line.substr(3);
     for (; group.has_relative_path(); group = group.parent_path()) {
-      left = std::min(left, LeftIn(kControlGroups / group.relative_path()));
+      left = std::min(left, LeftIn(groups / group.relative_path()));
     }
-    left = std::min(left, LeftIn(kControlGroups));
+    left = std::min(left, LeftIn(groups));
   }
   return left;
 }
 
 }  // namespace
 
-std::uint64_t FreeMemory() {
-  const auto kibibytes = NumberIn("/proc/meminfo", "MemAvailable:");
-  return std::min(kibibytes ? *kibibytes * 1024 : kUnknown, LeftInGroups());
+std::uint64_t FreeMemory(const fs::path& root) {
+  const auto kibibytes = NumberIn(root / "proc/meminfo", "MemAvailable:");
+  return std::min(kibibytes ? *kibibytes * 1024 : kUnknown, LeftInGroups(root));
 }
 
 }  // namespace lumvik

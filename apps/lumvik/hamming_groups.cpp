@@ -8,7 +8,7 @@
 namespace lumvik {
 namespace {
 
-// Disjoint sets of the numbers below a count. Each set goes by its smallest number.
+// Union-find over 0..count-1. The representative of a set is its smallest member.
 class DisjointSets {
  public:
   explicit DisjointSets(std::size_t count) : parents_(count) {
@@ -17,7 +17,7 @@ class DisjointSets {
 
   std::size_t Find(std::size_t i) {
     while (parents_[i] != i) {
-      parents_[i] = parents_[parents_[i]];  // halves the way for the next time
+      parents_[i] = parents_[parents_[i]];  // path halving
       i = parents_[i];
     }
     return i;
@@ -39,7 +39,7 @@ int HammingDistance(std::uint64_t a, std::uint64_t b) {
   return static_cast<int>(std::bitset<64>(a ^ b).count());
 }
 
-// Looks at every pair: ten thousand photographs take less time than decoding ten of them.
+// Quadratic, but comparing ten thousand hashes takes less time than decoding ten photographs.
 std::vector<std::vector<std::size_t>> GroupByDistance(const std::vector<std::uint64_t>& hashes,
                                                       int threshold) {
   DisjointSets sets(hashes.size());

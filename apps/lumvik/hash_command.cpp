@@ -30,7 +30,7 @@ void PrintHashes(const std::vector<std::string>& files) {
 
 void AddHashCommand(CLI::App& app) {
   CLI::App* command =
-      app.add_subcommand("hash", "Print a hash of how each photograph looks, alike for pictures that are");
+      app.add_subcommand("hash", "Print perceptual hashes, which are close for similar photographs");
   auto files = std::make_shared<std::vector<std::string>>();
   command->add_option("FILE", *files, "The photographs: camera RAW, JPEG, PNG, TIFF, BMP or WebP")
       ->required()

@@ -1,4 +1,4 @@
-// `lumvik hash FILE...`: prints a hash of how each photograph looks.
+// `lumvik hash FILE...`: prints the perceptual hash of each photograph.
 #ifndef LUMVIK_APPS_HASH_COMMAND_H_
 #define LUMVIK_APPS_HASH_COMMAND_H_
 
@@ -6,8 +6,8 @@
 
 namespace lumvik {
 
-// Adds the command to `app`, to run and to fail as AddDevelopCommand says. It throws ReportedFailure when
-// some of the files failed.
+// Adds the command to `app`; see AddDevelopCommand. Also throws ReportedFailure when some of the files
+// failed.
 void AddHashCommand(CLI::App& app);
 
 }  // namespace lumvik

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "file_paths.h"
-#include "histogram_picture.h"
+#include "histogram_image.h"
 #include "lumvik.h"
 #include "photograph.h"
 #include "png_file.h"
@@ -53,7 +53,7 @@ void ShowHistogram(const HistogramOptions& options) {
   Load(options.photograph, engine);
   Adjust(options.photograph, std::move(given), engine);
   const Histograms counts = Count(engine, options.photograph.input);
-  if (options.output) WritePng(HistogramPicture(counts), target);
+  if (options.output) WritePng(HistogramImage(counts), target);
   Print(counts, lumvik_get_width(engine.Context()), lumvik_get_height(engine.Context()));
 }
 
@@ -61,12 +61,11 @@ void ShowHistogram(const HistogramOptions& options) {
 
 void AddHistogramCommand(CLI::App& app) {
   CLI::App* command =
-      app.add_subcommand("histogram", "Develop a photograph and print its histograms as JSON");
+      app.add_subcommand("histogram", "Print the histograms of a developed photograph as JSON");
   auto options = std::make_shared<HistogramOptions>();
   AddInputOptions(*command, options->photograph);
   AddDevelopOptions(*command, options->photograph);
-  AddPngOption(*command, "-o,--output", options->output,
-               "Also draw the histograms and write them to this PNG");
+  AddPngOption(*command, "-o,--output", options->output, "Also draw the histograms to this PNG");
   command->callback([options] { ShowHistogram(*options); });
 }
 

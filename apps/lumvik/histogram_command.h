@@ -6,7 +6,7 @@
 
 namespace lumvik {
 
-// As AddDevelopCommand.
+// Adds the command to `app`; see AddDevelopCommand.
 void AddHistogramCommand(CLI::App& app);
 
 }  // namespace lumvik

@@ -1,4 +1,4 @@
-// The check of a numeric option.
+// Range validation of numeric options.
 #ifndef LUMVIK_APPS_IN_RANGE_H_
 #define LUMVIK_APPS_IN_RANGE_H_
 
@@ -9,7 +9,7 @@
 
 namespace lumvik {
 
-// Accepts a number of the range, which the help shows as "lowest..highest".
+// Accepts numbers within the range, which the help shows as "lowest..highest".
 template <typename Number>
 CLI::Validator InRange(Range<Number> range) {
   const auto check = [=](const std::string& text) -> std::string {

@@ -1,4 +1,4 @@
-// How much of the machine a command uses.
+// The --jobs option.
 #ifndef LUMVIK_APPS_JOBS_OPTION_H_
 #define LUMVIK_APPS_JOBS_OPTION_H_
 
@@ -14,8 +14,8 @@ namespace lumvik {
 
 inline constexpr Range<unsigned> kJobs = {1, 256};
 
-// One for each processor.
-inline unsigned UsualJobs() {
+// One per processor.
+inline unsigned DefaultJobs() {
   return std::clamp(std::thread::hardware_concurrency(), kJobs.lowest, kJobs.highest);
 }
 

@@ -1,5 +1,5 @@
-// The command `lumvik`: reads the arguments, runs the command they name and turns its outcome into an exit
-// status. Data goes to standard output, messages go to standard error.
+// The `lumvik` command: parses the arguments, runs the subcommand and maps its outcome to an exit status.
+// Data goes to standard output, messages to standard error.
 #include <CLI/CLI.hpp>
 #include <exception>
 #include <iostream>
@@ -10,9 +10,9 @@
 #include "develop_command.h"
 #include "hash_command.h"
 #include "histogram_command.h"
+#include "image_sizes_command.h"
 #include "lumvik.h"
 #include "mask_command.h"
-#include "picture_sizes_command.h"
 #include "reported_failure.h"
 #include "settings_command.h"
 #include "similar_command.h"
@@ -38,8 +38,8 @@ void RunCommand(int argc, char** argv) {
   CLI::App app("Develops photographs.", "lumvik");
   app.set_version_flag("--version", std::string("lumvik ") + lumvik_version(), "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
-  app.allow_windows_style_options(false);  // a path may begin with a slash
-  app.require_subcommand(0, 1);            // not 1, 1, which hides the name of an unknown command
+  app.allow_windows_style_options(false);  // paths may start with a slash
+  app.require_subcommand(0, 1);            // (1, 1) would hide the name of an unknown command
   lumvik::AddDevelopCommand(app);
 #if !defined(_WIN32)
   lumvik::AddBatchCommand(app);
@@ -52,14 +52,14 @@ void RunCommand(int argc, char** argv) {
   lumvik::AddThumbCommand(app);
   lumvik::AddHashCommand(app);
   lumvik::AddSimilarCommand(app);
-  lumvik::AddPictureSizesCommand(app);
+  lumvik::AddImageSizesCommand(app);
   try {
     app.parse(argc, argv);
     if (app.get_subcommands().empty()) throw CLI::RequiredError("A command (see lumvik --help)");
   } catch (const CLI::Success& help_or_version) {
     app.exit(help_or_version);
   }
-  if (!std::cout.flush()) throw std::runtime_error("cannot write to the standard output");
+  if (!std::cout.flush()) throw std::runtime_error("cannot write to standard output");
 }
 
 }  // namespace

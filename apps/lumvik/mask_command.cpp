@@ -21,7 +21,7 @@ struct MaskOptions {
   std::string output;
 };
 
-// Of the size that the photograph has before development.
+// At the size of the photograph before development.
 Pixels MaskOf(Engine& engine) {
   Pixels mask{lumvik_get_width(engine.Context()), lumvik_get_height(engine.Context()), 1, {}};
   mask.data.resize(static_cast<size_t>(mask.width) * static_cast<size_t>(mask.height));
@@ -45,11 +45,10 @@ void WriteMask(const MaskOptions& options) {
 }  // namespace
 
 void AddMaskCommand(CLI::App& app) {
-  CLI::App* command = app.add_subcommand("mask", "Write where the subject of a camera RAW file is");
+  CLI::App* command = app.add_subcommand("mask", "Write a mask of the subject of a camera RAW file");
   auto options = std::make_shared<MaskOptions>();
   AddInputOptions(*command, options->photograph);
-  AddPngOption(*command, "-o,--output", options->output,
-               "The PNG to write: white the subject, black the background")
+  AddPngOption(*command, "-o,--output", options->output, "The PNG to write: white subject, black background")
       ->required();
   AddSubjectOption(*command, options->point);
   command->callback([options] { WriteMask(*options); });

@@ -1,4 +1,4 @@
-// `lumvik mask IN -o mask.png`: writes where the subject is.
+// `lumvik mask IN -o mask.png`: writes the mask of the subject.
 #ifndef LUMVIK_APPS_MASK_COMMAND_H_
 #define LUMVIK_APPS_MASK_COMMAND_H_
 
@@ -6,7 +6,7 @@
 
 namespace lumvik {
 
-// As AddDevelopCommand.
+// Adds the command to `app`; see AddDevelopCommand.
 void AddMaskCommand(CLI::App& app);
 
 }  // namespace lumvik

@@ -1,4 +1,4 @@
-// Names with wildcards that no shell has replaced.
+// Wildcard patterns that no shell has expanded.
 #ifndef LUMVIK_APPS_MATCHING_FILES_H_
 #define LUMVIK_APPS_MATCHING_FILES_H_
 
@@ -7,8 +7,7 @@
 
 namespace lumvik {
 
-// The files and folders whose paths match `pattern` as a shell's would, sorted. None when nothing matches, or
-// when there is no wildcard in it and no such file.
+// The files and folders that match `pattern` by the shell's rules, sorted. Empty when nothing matches.
 std::vector<std::string> MatchingFiles(const std::string& pattern);
 
 }  // namespace lumvik

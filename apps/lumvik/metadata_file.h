@@ -1,4 +1,4 @@
-// Files as exiv2 reads them.
+// Reads files with exiv2.
 #ifndef LUMVIK_APPS_METADATA_FILE_H_
 #define LUMVIK_APPS_METADATA_FILE_H_
 
@@ -10,8 +10,8 @@ namespace lumvik {
 
 using MetadataFile = std::unique_ptr<Exiv2::Image>;
 
-// The file with its metadata; null for a kind of file that exiv2 does not know. Throws std::exception when
-// the metadata is broken.
+// The file with its metadata; null for a format unknown to exiv2. Throws std::exception when the metadata is
+// damaged.
 MetadataFile ReadMetadata(const std::string& path);
 
 }  // namespace lumvik

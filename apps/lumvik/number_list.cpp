@@ -7,7 +7,7 @@
 namespace lumvik {
 namespace {
 
-// Unlike CLI11's, keeps an empty part at the end.
+// Keeps a trailing empty part, which CLI11's function drops.
 std::vector<std::string> SplitAtCommas(const std::string& text) {
   std::vector<std::string> parts(1);
   for (const char c : text) {
@@ -26,7 +26,7 @@ std::vector<float> ReadNumbers(const std::string& text, const std::vector<Range<
   const std::vector<std::string> parts = SplitAtCommas(text);
   if (parts.size() != ranges.size()) {
     throw std::invalid_argument("'" + text + "' is not " + std::to_string(ranges.size()) +
-                                " numbers parted by commas");
+                                " numbers separated by commas");
   }
   std::vector<float> numbers(parts.size());
   for (std::size_t i = 0; i < parts.size(); ++i) {

@@ -1,4 +1,4 @@
-// Numbers of a list, as an option with several values takes them.
+// Comma-separated numbers of an option.
 #ifndef LUMVIK_APPS_NUMBER_LIST_H_
 #define LUMVIK_APPS_NUMBER_LIST_H_
 
@@ -9,8 +9,8 @@
 
 namespace lumvik {
 
-// Reads as many numbers as there are ranges, parted by commas, each in its own range. Throws
-// std::invalid_argument with a sentence for the user.
+// Reads one number per range, separated by commas, each within its range. Throws std::invalid_argument with a
+// message for the user.
 std::vector<float> ReadNumbers(const std::string& text, const std::vector<Range<float>>& ranges);
 
 }  // namespace lumvik

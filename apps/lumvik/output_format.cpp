@@ -2,18 +2,18 @@
 
 #include <filesystem>
 
-#include "lower_ending.h"
+#include "lower_extension.h"
 
 namespace lumvik {
 namespace {
 
-struct Ending {
+struct Extension {
   const char* text;
   OutputFormat format;
 };
 
-// The usual ending of a format stands before its others.
-constexpr Ending kEndings[] = {
+// The preferred extension of a format comes first.
+constexpr Extension kExtensions[] = {
     {".jpg", OutputFormat::kJpeg}, {".jpeg", OutputFormat::kJpeg}, {".png", OutputFormat::kPng},
     {".tif", OutputFormat::kTiff}, {".tiff", OutputFormat::kTiff},
 };
@@ -21,16 +21,16 @@ constexpr Ending kEndings[] = {
 }  // namespace
 
 std::optional<OutputFormat> OutputFormatOf(const std::string& path) {
-  const std::string ending = LowerEnding(std::filesystem::u8path(path));
-  for (const Ending& known : kEndings) {
-    if (ending == known.text) return known.format;
+  const std::string extension = LowerExtension(std::filesystem::u8path(path));
+  for (const Extension& known : kExtensions) {
+    if (extension == known.text) return known.format;
   }
   return std::nullopt;
 }
 
-const char* EndingOf(OutputFormat format) {
-  return std::find_if(std::begin(kEndings), std::end(kEndings),
-                      [=](const Ending& ending) { return ending.format == format; })
+const char* ExtensionOf(OutputFormat format) {
+  return std::find_if(std::begin(kExtensions), std::end(kExtensions),
+                      [=](const Extension& extension) { return extension.format == format; })
       ->text;
 }
 

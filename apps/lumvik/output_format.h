@@ -1,4 +1,4 @@
-// The formats a photograph can be written in, told by the ending of the file's name.
+// Output formats, chosen by the filename extension.
 #ifndef LUMVIK_APPS_OUTPUT_FORMAT_H_
 #define LUMVIK_APPS_OUTPUT_FORMAT_H_
 
@@ -9,11 +9,11 @@ namespace lumvik {
 
 enum class OutputFormat { kJpeg, kPng, kTiff };
 
-// The format that the ending of `path` names, in any case; none for another ending or a name without one.
+// The format for the extension of `path`, ignoring case; none for an unknown or missing extension.
 std::optional<OutputFormat> OutputFormatOf(const std::string& path);
 
-// The usual ending of a file in this format, dot included.
-const char* EndingOf(OutputFormat format);
+// The preferred extension of the format, with its dot.
+const char* ExtensionOf(OutputFormat format);
 
 }  // namespace lumvik
 

@@ -4,7 +4,8 @@
 #include <atomic>
 #include <cstddef>
 #include <exception>
-#include <thread>
+#include <future>
+#include <system_error>
 
 #include "path_tools.h"
 
@@ -33,11 +34,16 @@ std::vector<HashResult> HashAll(const std::vector<std::string>& paths, unsigned 
       done();
     }
   };
-  // The calling thread works as well.
-  std::vector<std::thread> others(std::min<std::size_t>(threads, paths.size()) - (paths.empty() ? 0 : 1));
-  for (std::thread& thread : others) thread = std::thread(work);
+  std::vector<std::future<void>> others;  // besides the calling thread; joined on destruction
+  try {
+    while (others.size() + 1 < std::min<std::size_t>(threads, paths.size())) {
+      others.push_back(std::async(std::launch::async, work));
+    }
+  } catch (const std::system_error&) {
+    // No more threads are available; the running ones share the work.
+  }
   work();
-  for (std::thread& thread : others) thread.join();
+  for (std::future<void>& other : others) other.get();
   return results;
 }
 

@@ -1,4 +1,4 @@
-// The hashes of many photographs, by as many threads as are wanted.
+// Hashes many photographs in parallel.
 #ifndef LUMVIK_APPS_PARALLEL_HASHES_H_
 #define LUMVIK_APPS_PARALLEL_HASHES_H_
 
@@ -12,10 +12,10 @@ namespace lumvik {
 
 struct HashResult {
   std::optional<std::uint64_t> hash;
-  std::string failure;  // without a hash: a sentence for the user
+  std::string failure;  // message for the user when there is no hash
 };
 
-// A result for each path, in their order. `done` is called after each file, by any of the threads.
+// One result per path, in order. Any of the threads calls `done` after each file.
 std::vector<HashResult> HashAll(const std::vector<std::string>& paths, unsigned threads,
                                 const std::function<void()>& done);
 

@@ -5,8 +5,8 @@
 namespace lumvik {
 namespace {
 
-// The parser keeps of a flag whether it was given by its name or by the one that denies it, which is the
-// last.
+// For a flag, the parser records only whether it was given by its first name or by the last, which negates
+// it.
 std::string Flag(const CLI::Option& option, const std::string& value) {
   const std::vector<std::string>& names = option.get_lnames();
   return "--" + (value == "false" ? names.back() : names.front());
@@ -19,7 +19,7 @@ std::vector<std::string> PassedOptions(const std::vector<const CLI::Option*>& op
   for (const CLI::Option* option : options) {
     const bool is_flag = option->get_items_expected_max() == 0;
     for (const std::string& value : option->results()) {
-      // A value that begins with a minus sign is one behind an equals sign.
+      // The equals sign allows values that start with a minus sign.
       arguments.push_back(is_flag ? Flag(*option, value) : "--" + option->get_lnames().front() + '=' + value);
     }
   }

@@ -1,4 +1,4 @@
-// Hands options on to another run of this command.
+// Passes options on to another run of this command.
 #ifndef LUMVIK_APPS_PASSED_OPTIONS_H_
 #define LUMVIK_APPS_PASSED_OPTIONS_H_
 
@@ -8,7 +8,7 @@
 
 namespace lumvik {
 
-// Those of the options that were given, as arguments that give them again.
+// The arguments that repeat those of the options that were given.
 std::vector<std::string> PassedOptions(const std::vector<const CLI::Option*>& options);
 
 }  // namespace lumvik

@@ -14,11 +14,11 @@ namespace {
 const char* ReasonOf(int status, const char* reason_of_minus_4) {
   switch (status) {
     case -1:
-      return "it is no photograph, or a damaged one";
+      return "it is not a photograph, or it is damaged";
     case -2:
-      return "the RAW file holds no preview";
+      return "the RAW file has no preview";
     case -3:
-      return "the preview in the RAW file is damaged or of an unknown kind";
+      return "the preview in the RAW file is damaged or in an unknown format";
     default:
       return reason_of_minus_4;
   }

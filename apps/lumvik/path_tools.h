@@ -1,5 +1,5 @@
-// What the engine tells of a photograph by its path alone. Each function throws std::runtime_error with a
-// sentence for the user.
+// Engine functions that take a path instead of a context. Each throws std::runtime_error with a message for
+// the user.
 #ifndef LUMVIK_APPS_PATH_TOOLS_H_
 #define LUMVIK_APPS_PATH_TOOLS_H_
 
@@ -19,7 +19,7 @@ struct ThumbnailFile {
 };
 ThumbnailFile ExtractThumbnail(const std::string& path);
 
-// The hash of how the photograph looks.
+// The perceptual hash of the photograph.
 std::uint64_t HashOf(const std::string& path);
 
 // 16 hexadecimal digits.

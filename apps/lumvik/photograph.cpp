@@ -16,7 +16,7 @@ namespace {
 
 constexpr Range<int> kDecodeQualities = {1, 4};
 
-// The headings of the options in the help.
+// Headings in the help.
 constexpr char kInput[] = "Input";
 constexpr char kSettingsFile[] = "Settings file";
 constexpr char kAutomatic[] = "Automatic";
@@ -33,7 +33,7 @@ void AddInputOptions(CLI::App& command, Photograph& photograph) {
 void AddDecodingOption(CLI::App& command, Photograph& photograph) {
   command
       .add_option("--quality", photograph.decode_quality,
-                  "Decoding of a camera RAW file: 1 full, 2 and 3 half size first, 4 quarter-size proxy "
+                  "Decoding of a camera RAW file: 1 full size, 2 and 3 half size, 4 quarter-size proxy "
                   "(default 1)")
       ->type_name("LEVEL")
       ->check(InRange(kDecodeQualities))
@@ -42,22 +42,20 @@ void AddDecodingOption(CLI::App& command, Photograph& photograph) {
 
 void AddDevelopOptions(CLI::App& command, Photograph& photograph) {
   AddAdjustmentOptions(command, photograph.given);
-  command
-      .add_option("--settings", photograph.settings,
-                  "Read settings from this file; those given as options override it")
+  command.add_option("--settings", photograph.settings, "Read settings from this file; options override it")
       ->type_name("FILE")
       ->group(kSettingsFile);
   command
       .add_flag("--no-sidecar", photograph.no_sidecar,
-                "Do not read the settings in IN.lumvik.json beside the photograph")
+                "Ignore the settings in IN.lumvik.json next to the photograph")
       ->group(kSettingsFile);
   command
       .add_flag("--auto", photograph.auto_enhance,
-                "Use the tone, color and detail that suit the photograph, where nothing is given")
+                "Choose tone, color and detail automatically where nothing is given")
       ->group(kAutomatic);
-  command.add_flag("--auto-crop", photograph.auto_crop, "Crop to the most interesting part, 3:2")
+  command.add_flag("--auto-crop", photograph.auto_crop, "Crop to the most interesting 3:2 part")
       ->group(kAutomatic);
-  command.add_flag("--auto-straighten", photograph.auto_straighten, "Level the lines near the horizontal")
+  command.add_flag("--auto-straighten", photograph.auto_straighten, "Level near-horizontal lines")
       ->group(kAutomatic);
 }
 

@@ -1,4 +1,4 @@
-// The photograph of a command, and how it is to be developed.
+// The photograph of a command and the settings to develop it with.
 #ifndef LUMVIK_APPS_PHOTOGRAPH_H_
 #define LUMVIK_APPS_PHOTOGRAPH_H_
 
@@ -11,35 +11,35 @@
 
 namespace lumvik {
 
-// What the command line says of it.
+// As given on the command line.
 struct Photograph {
   std::string input;
   int decode_quality = 1;
-  Settings given;                       // by options of their own
-  std::optional<std::string> settings;  // the file to read others from
+  Settings given;                       // by single options
+  std::optional<std::string> settings;  // settings file
   bool no_sidecar = false;
   bool auto_enhance = false;
   bool auto_crop = false;
   bool auto_straighten = false;
 };
 
-// Add the options; `photograph` must outlive the command. The first: the file and its decoding; the second:
-// the decoding alone.
+// Add options to `command`, which `photograph` must outlive: the input file and its decoding, the decoding
+// alone, and the settings.
 void AddInputOptions(CLI::App& command, Photograph& photograph);
 void AddDecodingOption(CLI::App& command, Photograph& photograph);
 void AddDevelopOptions(CLI::App& command, Photograph& photograph);
 
-// The settings file beside the photograph, when there is one and it is to be used.
+// The settings file next to the photograph, unless there is none or it is disabled.
 std::optional<std::string> SidecarOf(const Photograph& photograph);
 
-// What is given: an option goes before the settings file, and that before the sidecar. Throws
-// std::runtime_error, as all below.
+// The settings that were given. Options override the settings file, which overrides the sidecar. This and the
+// functions below throw std::runtime_error.
 Settings GivenSettings(const Photograph& photograph, const std::optional<std::string>& sidecar);
 
 void Load(const Photograph& photograph, Engine& engine);
 
-// Sets the adjustments of the photograph just loaded: what is given goes before what the engine suggests,
-// where it is asked to, and that before the defaults. Returns a value for every setting.
+// Applies settings to the photograph just loaded: those given override the suggestions of the engine, where
+// requested, and these override the defaults. Returns a value for every setting.
 Settings Adjust(const Photograph& photograph, Settings given, Engine& engine);
 
 }  // namespace lumvik

@@ -8,35 +8,36 @@
 #include <system_error>
 #include <utility>
 
-#include "lower_ending.h"
+#include "lower_extension.h"
 
 namespace lumvik {
 namespace {
 
 namespace fs = std::filesystem;
 
-// Sorted. First the ordinary images that the engine reads, then what LibRaw's cameras write.
-constexpr std::string_view kOrdinaryEndings[] = {".bmp", ".jpeg", ".jpg", ".png", ".tif", ".tiff", ".webp"};
-constexpr std::string_view kRawEndings[] = {
+// Sorted: ordinary images read by the engine, and the RAW formats of LibRaw.
+constexpr std::string_view kOrdinaryExtensions[] = {".bmp", ".jpeg", ".jpg", ".png",
+                                                    ".tif", ".tiff", ".webp"};
+constexpr std::string_view kRawExtensions[] = {
     ".3fr", ".ari", ".arw", ".bay", ".cap", ".cr2", ".cr3", ".crw", ".dcr", ".dcs", ".dng", ".drf", ".erf",
     ".fff", ".gpr", ".iiq", ".k25", ".kdc", ".mdc", ".mef", ".mos", ".mrw", ".nef", ".nrw", ".orf", ".pef",
     ".ptx", ".raf", ".raw", ".rw2", ".rwl", ".rwz", ".sr2", ".srf", ".srw", ".sti", ".x3f"};
 
 template <std::size_t kCount>
-bool IsIn(const std::string_view (&endings)[kCount], const std::string& ending) {
-  return std::binary_search(std::begin(endings), std::end(endings), ending);
+bool IsIn(const std::string_view (&extensions)[kCount], const std::string& extension) {
+  return std::binary_search(std::begin(extensions), std::end(extensions), extension);
 }
 
 bool IsPhotographName(const fs::path& path) {
-  const std::string ending = LowerEnding(path);
-  return IsIn(kOrdinaryEndings, ending) || IsIn(kRawEndings, ending);
+  const std::string extension = LowerExtension(path);
+  return IsIn(kOrdinaryExtensions, extension) || IsIn(kRawExtensions, extension);
 }
 
 std::string Failure(const fs::path& path, const std::error_code& error) {
   return "cannot read '" + path.string() + "': " + error.message();
 }
 
-// Adds what stands in `folder` itself: photographs to `found`, folders to `folders`.
+// Appends the entries of `folder`: photographs to `found`, subfolders to `folders`.
 std::error_code List(const fs::path& folder, FoundPhotographs& found, std::vector<fs::path>& folders) {
   std::error_code error;
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
@@ -56,7 +57,7 @@ std::error_code List(const fs::path& folder, FoundPhotographs& found, std::vecto
 }  // namespace
 
 bool IsOrdinaryImageName(const std::string& path) {
-  return IsIn(kOrdinaryEndings, LowerEnding(fs::u8path(path)));
+  return IsIn(kOrdinaryExtensions, LowerExtension(fs::u8path(path)));
 }
 
 FoundPhotographs FindPhotographs(const std::string& folder) {

@@ -1,4 +1,4 @@
-// The photographs in a folder and all folders within.
+// Finds the photographs in a folder and its subfolders.
 #ifndef LUMVIK_APPS_PHOTOGRAPH_WALK_H_
 #define LUMVIK_APPS_PHOTOGRAPH_WALK_H_
 
@@ -8,16 +8,16 @@
 namespace lumvik {
 
 struct FoundPhotographs {
-  std::vector<std::string> paths;     // sorted by their bytes; each begins with the folder as it was given
-  std::vector<std::string> failures;  // a sentence for each folder that could not be read, sorted too
+  std::vector<std::string> paths;     // sorted bytewise; each begins with the folder as given
+  std::vector<std::string> failures;  // one message per folder that could not be read, sorted
 };
 
-// Whether a file of this name is taken for an ordinary image; the others are taken for camera RAW files.
+// Whether the extension is that of an ordinary image rather than a camera RAW file.
 bool IsOrdinaryImageName(const std::string& path);
 
-// Finds the regular files whose names end as those of ordinary images or of camera RAW files do, in any case.
-// Symbolic links within the folder are not followed: none can lead round in a circle or to a photograph's
-// second name. Throws std::runtime_error with a sentence for the user when `folder` itself cannot be read.
+// Finds regular files with the extension of an ordinary image or a camera RAW file, ignoring case. Symbolic
+// links inside the folder are not followed, which rules out cycles and duplicates. Throws std::runtime_error
+// with a message for the user when `folder` itself cannot be read.
 FoundPhotographs FindPhotographs(const std::string& folder);
 
 }  // namespace lumvik

@@ -1,4 +1,4 @@
-// Pixels as a PNG file.
+// Writes PNG files.
 #ifndef LUMVIK_APPS_PNG_FILE_H_
 #define LUMVIK_APPS_PNG_FILE_H_
 
@@ -11,11 +11,11 @@ namespace lumvik {
 struct Pixels {
   int width = 0;
   int height = 0;
-  int channels = 0;           // 1: gray, 3: red, green, blue, 4: and alpha
-  std::vector<uint8_t> data;  // rows from top to bottom without padding
+  int channels = 0;           // 1: gray, 3: RGB, 4: RGBA
+  std::vector<uint8_t> data;  // row-major from the top, no padding
 };
 
-// Writes a PNG that appears whole or not at all. Throws std::runtime_error when that fails.
+// Writes an 8-bit PNG atomically. Throws std::runtime_error on failure.
 void WritePng(const Pixels& pixels, const std::filesystem::path& target);
 
 }  // namespace lumvik

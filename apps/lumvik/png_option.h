@@ -1,4 +1,4 @@
-// Options that name a PNG file to write.
+// Options for a PNG file to write.
 #ifndef LUMVIK_APPS_PNG_OPTION_H_
 #define LUMVIK_APPS_PNG_OPTION_H_
 
@@ -9,7 +9,7 @@
 
 namespace lumvik {
 
-// `path` is a std::string or an optional one, and must outlive the command.
+// `path` is a std::string or an optional one and must outlive the command.
 template <typename Path>
 CLI::Option* AddPngOption(CLI::App& command, const std::string& name, Path& path, const std::string& help) {
   const auto check = [](const std::string& text) {

@@ -1,4 +1,4 @@
-// How far a long piece of work has come, for someone who watches.
+// Progress display for long operations.
 #ifndef LUMVIK_APPS_PROGRESS_BAR_H_
 #define LUMVIK_APPS_PROGRESS_BAR_H_
 
@@ -8,8 +8,8 @@
 
 namespace lumvik {
 
-// A line on standard error that is drawn over itself, and wiped out in the end. When standard error is not a
-// terminal, nothing is drawn, or plain lines are written from time to time.
+// A status line on standard error that is redrawn in place and erased in the end. When standard error is not
+// a terminal, prints nothing, or a plain line from time to time.
 class ProgressBar {
  public:
   enum class Elsewhere { kNothing, kPlainLines };
@@ -19,16 +19,16 @@ class ProgressBar {
   ProgressBar(const ProgressBar&) = delete;
   ProgressBar& operator=(const ProgressBar&) = delete;
 
-  // One more is done. Any thread may say so.
+  // Counts one more item as done. Thread-safe.
   void Advance();
 
-  // Makes room for a line of another kind; the next Advance draws again.
+  // Erases the line, so that others can be printed; the next Advance redraws it.
   void Wipe();
 
  private:
   using Clock = std::chrono::steady_clock;
 
-  void Draw() const;  // "12/30, 1.5/s, 0:12 left", behind the bar on a terminal
+  void Draw() const;  // "12/30, 1.5/s, 0:12 left", after the bar on a terminal
 
   const std::size_t total_;
   const bool on_terminal_;

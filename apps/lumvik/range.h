@@ -1,4 +1,4 @@
-// The numbers that a setting or an option may have.
+// The range of a setting or option.
 #ifndef LUMVIK_APPS_RANGE_H_
 #define LUMVIK_APPS_RANGE_H_
 
@@ -13,7 +13,7 @@ struct Range {
   Number lowest;
   Number highest;
 
-  // Worded so that NaN, which is neither below nor above a bound, is outside.
+  // False for NaN.
   bool Holds(Number value) const { return value >= lowest && value <= highest; }
 
   std::string Text() const {
@@ -22,7 +22,7 @@ struct Range {
     return text.str();
   }
 
-  // Says of what the user wrote, `shown`, that it is not in the range.
+  // The error message for the user's input `shown`.
   std::string Fault(const std::string& shown) const {
     return shown + " is not " + (std::is_integral_v<Number> ? "a whole number" : "a number") + " in " +
            Text();

@@ -1,4 +1,4 @@
-// How a command ends that has told of its failures already and has done the rest of its work.
+// Failures of single files, reported while the command carries on.
 #ifndef LUMVIK_APPS_REPORTED_FAILURE_H_
 #define LUMVIK_APPS_REPORTED_FAILURE_H_
 
@@ -8,13 +8,13 @@
 
 namespace lumvik {
 
-// Asks for the exit status of a failure, without another message.
+// Ends the command with the exit status of a failure, without another message.
 class ReportedFailure : public std::exception {
  public:
   const char* what() const noexcept override { return "some files failed"; }
 };
 
-// Tells of a failure on standard error, in one line.
+// Prints one line to standard error.
 inline void Report(const std::string& sentence) {
   std::cerr << "lumvik: " << sentence << '\n';
 }

@@ -1,4 +1,4 @@
-// What a command says of a picture it has written, and of where its settings came from.
+// Lines on standard output about a written image.
 #ifndef LUMVIK_APPS_RESULT_LINE_H_
 #define LUMVIK_APPS_RESULT_LINE_H_
 
@@ -12,7 +12,7 @@ inline void PrintResult(const std::string& file, int width, int height) {
   std::cout << file << ' ' << width << 'x' << height << '\n';
 }
 
-// The user may not know that the file is there.
+// The user may be unaware of the file.
 inline void PrintSidecar(const std::optional<std::string>& file) {
   if (file) std::cout << "settings from " << *file << '\n';
 }

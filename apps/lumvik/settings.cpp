@@ -8,8 +8,8 @@
 namespace lumvik {
 namespace {
 
-constexpr const char* kBandNames[LUMVIK_BAND_COUNT] = {"red",  "orange", "yellow", "green", "aqua",
-                                                       "blue", "purple", "magenta"};  // by the engine's band
+constexpr const char* kBandNames[LUMVIK_BAND_COUNT] = {
+    "red", "orange", "yellow", "green", "aqua", "blue", "purple", "magenta"};  // indexed by the engine's band
 
 constexpr Range<float> kPercent = {-100, 100};
 constexpr Range<float> kPositivePercent = {0, 100};
@@ -63,9 +63,12 @@ const SettingRule* FindSettingRule(const std::string& key) {
 
 std::string CurveFault(const ToneCurve& curve) {
   if (curve.size() < 2) return "a curve needs at least two points";
+  if (curve.size() > kMaxCurvePoints) {
+    return "a curve has at most " + std::to_string(kMaxCurvePoints) + " points";
+  }
   const auto not_ascending = [](const auto& a, const auto& b) { return !(a[0] < b[0]); };
   if (std::adjacent_find(curve.begin(), curve.end(), not_ascending) != curve.end()) {
-    return "the points of a curve need ascending x";
+    return "the points of a curve must be in ascending order of x";
   }
   return {};
 }
@@ -83,7 +86,7 @@ void Apply(const Settings& complete, EngineContext* context) {
   for (const SingleSetting& single : kSingleSettings) single.set(context, number(single.key));
   for (int channel = 0; channel < static_cast<int>(std::size(kCurveNames)); ++channel) {
     const auto& curve = std::get<ToneCurve>(complete.at(CurveKey(kCurveNames[channel])));
-    if (curve.empty()) continue;  // as the loading has left it
+    if (curve.empty()) continue;  // linear, as after loading
     lumvik_set_tone_curve(context, channel, curve.front().data(), static_cast<int>(curve.size()));
   }
   for (int band = 0; band < LUMVIK_BAND_COUNT; ++band) {

@@ -36,7 +36,7 @@ const char* NameOf(Outcome outcome) {
   }
 }
 
-// "scaled   Whites2012 +20: whites (times -1)", each on one line, whatever is in the value.
+// Lines such as "scaled   Whites2012 +20: whites (times -1)". Control characters in values become spaces.
 void PrintList(const SettingsImport& import) {
   for (const ImportedProperty& property : import.properties) {
     std::string value = property.value;
@@ -59,7 +59,7 @@ void PrintJson(const std::string& file, const SettingsImport& import) {
                           {"setting", property.key},
                           {"note", property.note}});
   }
-  // The name of the file need not be UTF-8, which JSON must be.
+  // File names need not be valid UTF-8, but JSON must.
   std::cout << root.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
 }
 
@@ -78,20 +78,19 @@ void ImportFile(const ImportOptions& options) {
 }  // namespace
 
 void AddSettingsCommand(CLI::App& app) {
-  CLI::App* settings = app.add_subcommand("settings", "Bring settings over from another program");
+  CLI::App* settings = app.add_subcommand("settings", "Import settings from another program");
   settings->require_subcommand(1);
-  CLI::App* command = settings->add_subcommand(
-      "import", "Turn settings of Adobe Camera Raw or Lightroom into a settings file");
+  CLI::App* command =
+      settings->add_subcommand("import", "Convert Adobe Camera Raw or Lightroom settings to a settings file");
   auto options = std::make_shared<ImportOptions>();
   command
       ->add_option("FILE", options->input,
-                   "An XMP file, or a photograph with one beside it or with such settings in itself")
+                   "An XMP file, or a photograph with an XMP sidecar or embedded settings")
       ->required()
       ->type_name("");
   AddSettingsOption(*command, "-o,--output", options->output,
-                    "The settings file to write, which ends in .json (default: standard output)");
-  command->add_flag("--json", options->json,
-                    "Print the settings and what became of each as JSON to standard output");
+                    "The .json settings file to write (default: standard output)");
+  command->add_flag("--json", options->json, "Print the settings and a report on each property as JSON");
   command->callback([options] { ImportFile(*options); });
 }
 

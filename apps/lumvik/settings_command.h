@@ -1,4 +1,4 @@
-// `lumvik settings import FILE`: turns the settings of another program into a settings file.
+// `lumvik settings import FILE`: converts another program's settings to a settings file.
 #ifndef LUMVIK_APPS_SETTINGS_COMMAND_H_
 #define LUMVIK_APPS_SETTINGS_COMMAND_H_
 
@@ -6,7 +6,7 @@
 
 namespace lumvik {
 
-// Adds the command to `app`; see AddDevelopCommand().
+// Adds the command to `app`; see AddDevelopCommand.
 void AddSettingsCommand(CLI::App& app);
 
 }  // namespace lumvik

@@ -15,20 +15,20 @@
 namespace lumvik {
 namespace {
 
-// The key that says by its value which form a file has.
+// The key of the format version.
 constexpr char kVersionKey[] = "lumvik";
 constexpr int kVersion = 1;
 
-// Far above any settings, far below what would keep the user waiting for the parser.
-constexpr std::uintmax_t kMostSettingsBytes = 1 << 18;
+// Far more than any settings need, and still parsed instantly.
+constexpr std::uintmax_t kMaxSettingsBytes = 1 << 18;
 
-// Turns the values of the file into settings, and finds fault by throwing JsonFault.
+// Converts JSON to settings. Throws JsonFault.
 class Reader {
  public:
   explicit Reader(const std::string& text) : json_(ParseJson(text)) {}
 
   Settings Read() {
-    if (!json_.root.is_object()) throw JsonFault(1, "", "settings are an object: {...}");
+    if (!json_.root.is_object()) throw JsonFault(1, "", "a settings file must be an object: {...}");
     RequireVersion();
     ReadObject(json_.root, "");
     return std::move(settings_);
@@ -42,18 +42,18 @@ class Reader {
   void RequireVersion() {
     const std::string wanted = std::to_string(kVersion);
     const auto version = json_.root.find(kVersionKey);
-    if (version == json_.root.end()) throw JsonFault(1, kVersionKey, "missing; it has to be " + wanted);
+    if (version == json_.root.end()) throw JsonFault(1, kVersionKey, "missing; it must be " + wanted);
     if (!version->is_number_integer() || *version != kVersion) {
-      throw Fault(kVersionKey, Shown(*version) + " is not the version that is known here, " + wanted);
+      throw Fault(kVersionKey, Shown(*version) + " is not the supported version, " + wanted);
     }
     json_.root.erase(kVersionKey);
   }
 
-  // NOLINTNEXTLINE(misc-no-recursion): as deep as the keys of the settings, whatever the file
+  // NOLINTNEXTLINE(misc-no-recursion): no deeper than the keys of the settings, whatever the file
   void ReadObject(const Json& object, const std::string& parent) {
     for (const auto& [key, value] : object.items()) {
       const std::string joined = JoinKeys(parent, key);
-      // A dot of the key's own would pass for a level.
+      // A dot within a key does not separate levels.
       const bool plain = key.find('.') == std::string::npos;
       if (const SettingRule* rule = plain ? FindSettingRule(joined) : nullptr) {
         settings_[joined] = Value(value, *rule);
@@ -105,19 +105,19 @@ class Reader {
 };
 
 std::string ReadText(const std::string& path) {
-  if (std::filesystem::file_size(std::filesystem::u8path(path)) > kMostSettingsBytes)
+  if (std::filesystem::file_size(std::filesystem::u8path(path)) > kMaxSettingsBytes)
     throw std::runtime_error("the file is too large");
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-// The place of a setting in the file: "/hsl/red/hue" for "hsl.red.hue".
-Json::json_pointer PlaceOf(std::string key) {
+// The JSON pointer of a setting: "/hsl/red/hue" for "hsl.red.hue".
+Json::json_pointer PointerTo(std::string key) {
   std::replace(key.begin(), key.end(), '.', '/');
   return Json::json_pointer("/" + key);
 }
 
-// Puts each point of a curve, which Json gives four lines, on one.
+// Joins the points of a curve, which Json breaks into four lines each.
 std::string WithShortPoints(const std::string& text) {
   const std::regex point(R"(\[\s+([-+.\de]+),\s+([-+.\de]+)\s+\])");
   return std::regex_replace(text, point, "[$1, $2]");
@@ -138,13 +138,13 @@ std::string SettingsText(const Settings& settings) {
   for (const SettingRule& rule : SettingRules()) {
     const auto setting = settings.find(rule.key);
     if (setting == settings.end()) continue;
-    std::visit([&](const auto& value) { json[PlaceOf(rule.key)] = value; }, setting->second);
+    std::visit([&](const auto& value) { json[PointerTo(rule.key)] = value; }, setting->second);
   }
   return WithShortPoints(json.dump(2)) + '\n';
 }
 
 std::unique_ptr<StagedFile> StageSettings(const Settings& settings, const std::filesystem::path& target) {
-  auto staged = std::make_unique<StagedFile>(target, kSettingsEnding);
+  auto staged = std::make_unique<StagedFile>(target, kSettingsExtension);
   std::ofstream file(staged->TemporaryPath(), std::ios::binary);
   if (!(file << SettingsText(settings)).flush()) {
     throw std::runtime_error("cannot write '" + target.string() +

@@ -1,4 +1,4 @@
-// Settings in a file: JSON with the keys of SettingRules, an object within the other for each dot of a key.
+// Settings files: JSON with the keys of SettingRules; each dot in a key is a nested object.
 #ifndef LUMVIK_APPS_SETTINGS_FILE_H_
 #define LUMVIK_APPS_SETTINGS_FILE_H_
 
@@ -11,17 +11,16 @@
 
 namespace lumvik {
 
-inline constexpr char kSettingsEnding[] = ".json";
+inline constexpr char kSettingsExtension[] = ".json";
 
-// Reads the settings that the file gives. Throws std::runtime_error with a sentence for the user that names
-// the line and the key of what is wrong.
+// Reads the settings in the file. Throws std::runtime_error with a message for the user that names line and
+// key of the error.
 Settings ReadSettings(const std::string& path);
 
-// The text of a file that gives these settings, digit for digit as exact as ReadSettings needs to get the
-// same ones back.
+// The text of a file with these settings. ReadSettings returns exactly the same values.
 std::string SettingsText(const Settings& settings);
 
-// Writes that text beside `target`, where it waits for its Commit. Throws std::runtime_error when that fails.
+// Writes that text to a staged file for `target`. Throws std::runtime_error on failure.
 std::unique_ptr<StagedFile> StageSettings(const Settings& settings, const std::filesystem::path& target);
 
 }  // namespace lumvik

@@ -15,15 +15,15 @@
 namespace lumvik {
 namespace {
 
-constexpr float kNeutralTemperature = 6500;  // leaves the camera's white balance alone
-constexpr float kGray = -100;                // the saturation
+constexpr float kNeutralTemperature = 6500;  // keeps the camera's white balance
+constexpr float kGray = -100;                // saturation
 constexpr double kCurveTop = 255;
-constexpr StoredFrame kUsualFrame = {3, 2, 1};
+constexpr StoredFrame kDefaultFrame = {3, 2, 1};
 
 constexpr char kAsShot[] = "As Shot";
 constexpr char kTrue[] = "True";
-constexpr char kNoCounterpart[] = "there is no counterpart";
-constexpr char kCurveName[] = "ToneCurvePV2012";  // of the one for all colors; others have the color behind
+constexpr char kNoCounterpart[] = "no counterpart";
+constexpr char kCurveName[] = "ToneCurvePV2012";  // the master curve; others append the color
 constexpr const char* kCropNames[] = {"CropLeft",   "CropTop",   "CropRight",
                                       "CropBottom", "CropAngle", "HasCrop"};
 
@@ -36,7 +36,7 @@ std::optional<double> ReadNumber(const std::string& text) {
   return number;
 }
 
-// Two numbers parted by a comma and, as a rule, a blank.
+// Two numbers separated by a comma and usually a space.
 std::optional<std::array<float, 2>> ReadPoint(const std::string& text) {
   const std::size_t comma = text.find(',');
   if (comma == std::string::npos) return std::nullopt;
@@ -64,7 +64,7 @@ std::string Joined(const std::vector<std::string>& parts) {
 struct NumberRule {
   std::string key;
   double factor;
-  Range<float> range;  // of the setting, as far as it is a counterpart
+  Range<float> range;  // of values that have a counterpart
 };
 
 std::optional<NumberRule> NumberRuleOf(const std::string& name) {
@@ -87,8 +87,7 @@ class Importer {
   explicit Importer(const CameraRawSettings& from) : from_(from) {}
 
   SettingsImport Run() {
-    crop_ = FindCrop();
-    if (crop_) KeepCrop(*crop_);
+    crop_fault_ = ConvertCrop();
     for (const auto& [name, parts] : from_.properties) {
       property_ = {name, Joined(parts), Outcome::kTaken, "", ""};
       Import(parts);
@@ -123,7 +122,7 @@ class Importer {
     if (name == "WhiteBalance") {
       ImportWhiteBalance();
     } else if ((name == "Temperature" || name == "Tint") && Text("WhiteBalance") == kAsShot) {
-      Ignore("the white balance is as shot");
+      Ignore("the white balance is As Shot");
     } else if (name.rfind(kCurveName, 0) == 0) {
       ImportCurve(parts);
     } else if (std::find(std::begin(kCropNames), std::end(kCropNames), name) != std::end(kCropNames)) {
@@ -131,7 +130,7 @@ class Importer {
     } else if (name == "ConvertToGrayscale" && property_.value == kTrue) {
       Scale("saturation", "gray");
     } else if (name == "AlreadyApplied" && property_.value == kTrue) {
-      Ignore("the picture in the file has these settings in its pixels");
+      Ignore("the settings are already applied to the pixels");
     } else if (const auto rule = NumberRuleOf(name)) {
       ImportNumber(*rule);
     } else {
@@ -140,7 +139,7 @@ class Importer {
   }
 
   void ImportWhiteBalance() {
-    if (property_.value != kAsShot) return Ignore("Temperature and Tint tell it");
+    if (property_.value != kAsShot) return Ignore("given by Temperature and Tint");
     done_.settings["temperature"] = kNeutralTemperature;
     done_.settings["tint"] = 0.0F;
     Scale("temperature", "neutral");
@@ -149,7 +148,7 @@ class Importer {
   void ImportNumber(const NumberRule& rule) {
     const auto number = ReadNumber(property_.value);
     if (!number) return Ignore("it is not a number");
-    const double scaled = *number * rule.factor + 0.0;  // not -0
+    const double scaled = *number * rule.factor + 0.0;  // never -0
     const auto held = static_cast<float>(std::clamp<double>(scaled, rule.range.lowest, rule.range.highest));
     Take(rule.key);
     if (rule.factor != 1 && *number != 0) {
@@ -157,7 +156,7 @@ class Importer {
       factor << "times " << rule.factor;
       Scale(rule.key, factor.str());
     }
-    if (held != static_cast<float>(scaled)) Scale(rule.key, "held in " + rule.range.Text());
+    if (held != static_cast<float>(scaled)) Scale(rule.key, "clamped to " + rule.range.Text());
     const auto [setting, is_new] = done_.settings.emplace(rule.key, held);
     if (!is_new) setting->second = std::max(std::get<float>(setting->second), held);
   }
@@ -169,57 +168,67 @@ class Importer {
     ToneCurve curve;
     for (const std::string& part : parts) {
       const auto point = ReadPoint(part);
-      if (!point) return Ignore("'" + part + "' is no point of a curve");
+      if (!point) return Ignore("'" + part + "' is not a point of a curve");
       curve.push_back(*point);
     }
     const std::string fault = CurveFault(curve);
     if (!fault.empty()) return Ignore(fault);
-    // The engine makes a straight line of no points exactly straight, but not one of two.
+    // An empty curve is exactly linear in the engine, two points are not.
     if (curve == ToneCurve{{0, 0}, {1, 1}}) curve.clear();
     done_.settings[key] = curve;
     Scale(key, "divided by 255");
   }
 
-  std::optional<TurnedCrop> FindCrop() {
+  // Sets crop and rotation. Returns the reason if it cannot, else "".
+  std::string ConvertCrop() {
     const auto left = ReadNumber(Text("CropLeft"));
     const auto top = ReadNumber(Text("CropTop"));
     const auto right = ReadNumber(Text("CropRight"));
     const auto bottom = ReadNumber(Text("CropBottom"));
-    if (Text("HasCrop") != kTrue || !left || !top || !right || !bottom) return std::nullopt;
-    const double angle = ReadNumber(Text("CropAngle")).value_or(0);
+    if (Text("HasCrop") != kTrue || !left || !top || !right || !bottom)
+      return "the crop is incomplete or disabled";
+    const std::string angle_text = Text("CropAngle");
+    const auto angle = angle_text.empty() ? 0.0 : ReadNumber(angle_text);
+    const Range<float> angles = FindSettingRule("rotation")->range;
+    if (!angle || !angles.Holds(static_cast<float>(*angle))) return angles.Fault("CropAngle");
     StoredFrame frame = from_.frame;
     if (frame.width <= 0 || frame.height <= 0) {
-      frame = {kUsualFrame.width, kUsualFrame.height, frame.orientation};
-      frame_is_guessed_ = angle != 0;
+      frame = {kDefaultFrame.width, kDefaultFrame.height, frame.orientation};
+      frame_is_guessed_ = *angle != 0;
     }
-    const TurnedCrop crop = TurnCrop({*left, *top, *right, *bottom, angle}, frame);
+    const TurnedCrop crop = TurnCrop({*left, *top, *right, *bottom, *angle}, frame);
     is_same_crop_ = crop.rotation == 0 && frame.orientation == 1;
-    return crop;
+    return KeepCrop(crop) ? "" : "the crop lies outside the image";
   }
 
-  void KeepCrop(const TurnedCrop& crop) {
-    // The turned picture has the size of the upright one, so a part of the crop may lie beyond it.
+  // Sets the part of the crop within the image, which keeps its size when it is rotated. Returns whether
+  // there is any.
+  bool KeepCrop(const TurnedCrop& crop) {
     const double x = std::clamp(crop.x, 0.0, 1.0);
     const double y = std::clamp(crop.y, 0.0, 1.0);
+    const double w = std::clamp(crop.x + crop.w, 0.0, 1.0) - x;
+    const double h = std::clamp(crop.y + crop.h, 0.0, 1.0) - y;
+    if (!(w > 0 && h > 0)) return false;  // or NaN
     done_.settings["crop.x"] = static_cast<float>(x);
     done_.settings["crop.y"] = static_cast<float>(y);
-    done_.settings["crop.w"] = static_cast<float>(std::clamp(crop.x + crop.w, 0.0, 1.0) - x);
-    done_.settings["crop.h"] = static_cast<float>(std::clamp(crop.y + crop.h, 0.0, 1.0) - y);
+    done_.settings["crop.w"] = static_cast<float>(w);
+    done_.settings["crop.h"] = static_cast<float>(h);
     done_.settings["rotation"] = static_cast<float>(crop.rotation);
+    return true;
   }
 
   void ImportCrop() {
-    if (!crop_) return Ignore("there is no complete crop");
+    if (!crop_fault_.empty()) return Ignore(crop_fault_);
     if (property_.name == "CropAngle") return Take("rotation");
     Take("crop");
-    if (!is_same_crop_) Scale("crop", "turned with the picture");
-    if (frame_is_guessed_) Scale("crop", "of a picture taken to be 3:2");
+    if (!is_same_crop_) Scale("crop", "rotated with the image");
+    if (frame_is_guessed_) Scale("crop", "assuming a 3:2 image");
   }
 
   const CameraRawSettings& from_;
   SettingsImport done_;
-  ImportedProperty property_{};  // the one that is imported
-  std::optional<TurnedCrop> crop_;
+  ImportedProperty property_{};  // being imported
+  std::string crop_fault_;
   bool is_same_crop_ = false;
   bool frame_is_guessed_ = false;
 };

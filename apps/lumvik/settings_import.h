@@ -1,4 +1,4 @@
-// Settings of Camera Raw turned into those of the engine.
+// Converts Camera Raw settings to our own.
 #ifndef LUMVIK_APPS_SETTINGS_IMPORT_H_
 #define LUMVIK_APPS_SETTINGS_IMPORT_H_
 
@@ -11,24 +11,25 @@
 namespace lumvik {
 
 enum class Outcome {
-  kTaken,   // with the same value
-  kScaled,  // with another, as the note says
+  kTaken,   // same value
+  kScaled,  // different value, as explained in the note
   kIgnored  // for the reason in the note
 };
 
 struct ImportedProperty {
-  std::string name;   // of Camera Raw
-  std::string value;  // as it stands there
+  std::string name;   // in Camera Raw
+  std::string value;  // as found in the file
   Outcome outcome;
-  std::string key;  // what it became; "" when it is ignored
+  std::string key;  // of our setting; "" when ignored
   std::string note;
 };
 
 struct SettingsImport {
   Settings settings;
-  std::vector<ImportedProperty> properties;  // one for each of the file, in its order
+  std::vector<ImportedProperty> properties;  // one per property of the file, in order
 };
 
+// The imported settings are within the ranges of SettingRules.
 SettingsImport ImportSettings(const CameraRawSettings& from);
 
 }  // namespace lumvik

@@ -10,7 +10,7 @@
 namespace lumvik {
 namespace {
 
-// Parses a text once, with an eye on where its keys stand.
+// Parses JSON and records the line of each key.
 class Parser {
  public:
   explicit Parser(const std::string& text) : text_(text), stream_(text), counted_(text.begin()) {}
@@ -25,7 +25,7 @@ class Parser {
     try {
       json_.root = Json::parse(stream_, note);
     } catch (const Json::parse_error& error) {
-      // "[number of the error] parse error at line 3, column 5: what it is"
+      // "[json.exception.parse_error.101] parse error at line 3, column 5: details"
       const std::string text = error.what();
       throw JsonFault(Line(), key_.empty() ? "" : "after " + key_, text.substr(text.find(": ") + 2));
     } catch (const Json::out_of_range&) {
@@ -35,7 +35,7 @@ class Parser {
   }
 
  private:
-  // Of the character read last, which may be the one behind what is being told of.
+  // The line of the last character read, which may be one past the current token.
   int Line() {
     const std::streamoff read = stream_.rdbuf()->pubseekoff(0, std::ios::cur, std::ios::in);
     const auto last = std::max(counted_, text_.begin() + std::max<std::streamoff>(read - 1, 0));
@@ -45,7 +45,7 @@ class Parser {
   }
 
   void EnterObject(std::size_t level) {
-    parents_.resize(level);  // a list on the way counts as a level and has no key
+    parents_.resize(level);  // arrays count as levels but have no key
     parents_.push_back(key_);
     keys_.resize(level);
     keys_.emplace_back();
@@ -54,16 +54,16 @@ class Parser {
   void NoteKey(std::size_t level, const std::string& key) {
     key_ = JoinKeys(parents_[level], key);
     json_.lines.emplace(key_, Line());
-    if (!keys_[level].insert(key).second) throw JsonFault(Line(), key_, "the key stands here a second time");
+    if (!keys_[level].insert(key).second) throw JsonFault(Line(), key_, "duplicate key");
   }
 
   const std::string& text_;
   std::istringstream stream_;
-  std::string::const_iterator counted_;  // up to where the lines of the text have been counted
+  std::string::const_iterator counted_;  // lines are counted up to here
   int line_ = 1;
-  std::string key_;                          // the latest
-  std::vector<std::string> parents_;         // the key of each object that is open
-  std::vector<std::set<std::string>> keys_;  // and the keys in it so far
+  std::string key_;                          // the most recent one
+  std::vector<std::string> parents_;         // the keys of the enclosing objects
+  std::vector<std::set<std::string>> keys_;  // the keys seen in each of them
   LocatedJson json_;
 };
 
@@ -78,7 +78,7 @@ LocatedJson ParseJson(const std::string& text) {
 }
 
 std::runtime_error JsonFault(int line, const std::string& key, const std::string& why) {
-  const std::string quoted = Json(key).dump();  // for its escapes, as a message has one line
+  const std::string quoted = Json(key).dump();  // escaped, to keep the message on one line
   const std::string named = key.empty() ? "" : quoted.substr(1, quoted.size() - 2) + ": ";
   return std::runtime_error("line " + std::to_string(line) + ": " + named + why);
 }

@@ -1,4 +1,4 @@
-// Options that name a settings file to write.
+// Options for a settings file to write.
 #ifndef LUMVIK_APPS_SETTINGS_OPTION_H_
 #define LUMVIK_APPS_SETTINGS_OPTION_H_
 
@@ -11,12 +11,12 @@
 
 namespace lumvik {
 
-// `path` must outlive the command. The ending spares the user a photograph lost to a slip of the hand.
+// `path` must outlive the command. Requiring the extension keeps a slip from overwriting a photograph.
 inline CLI::Option* AddSettingsOption(CLI::App& command, const std::string& name,
                                       std::optional<std::string>& path, const std::string& help) {
   const auto check = [](const std::string& text) {
-    const bool known = std::filesystem::path(text).extension() == kSettingsEnding;
-    return known ? "" : "'" + text + "' does not end in " + kSettingsEnding;
+    const bool known = std::filesystem::u8path(text).extension() == kSettingsExtension;
+    return known ? "" : "'" + text + "' does not end in " + kSettingsExtension;
   };
   return command.add_option(name, path, help)->type_name("FILE")->check(CLI::Validator(check, ""));
 }

@@ -1,4 +1,4 @@
-// Files that stand beside a photograph and belong to it by their name.
+// Files next to a photograph that belong to it by name.
 #ifndef LUMVIK_APPS_SIDECAR_H_
 #define LUMVIK_APPS_SIDECAR_H_
 
@@ -7,12 +7,12 @@
 
 namespace lumvik {
 
-// The ending of a photograph's own settings file.
+// The extension of a settings sidecar.
 inline constexpr char kSettingsSidecar[] = ".lumvik.json";
 
-// For "a/IMG.ARW" and the ending ".xmp": "a/IMG.ARW.xmp", else "a/IMG.xmp", which may serve several
-// photographs taken at once; none where neither is there.
-std::optional<std::string> FindSidecar(const std::string& photograph, const std::string& ending);
+// For "a/IMG.ARW" and ".xmp": "a/IMG.ARW.xmp", else "a/IMG.xmp", which a RAW file and its JPEG can share;
+// none when neither exists.
+std::optional<std::string> FindSidecar(const std::string& photograph, const std::string& extension);
 
 }  // namespace lumvik
 

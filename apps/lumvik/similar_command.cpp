@@ -25,15 +25,15 @@ namespace {
 
 constexpr Range<int> kThresholds = {0, 64};
 
-// RAW files are 2 to 4 bits away from their exports, and copies at half the size or of low quality as far
-// from each other. Different photographs are 32 bits apart on the average; of a hundred million pairs one in
-// ten comes as near as 8, and four as near as 10.
-constexpr int kUsualThreshold = 8;
+// RAW files are 2 to 4 bits from their exports, as are half-size or low-quality copies from each other.
+// Unrelated photographs are 32 bits apart on average: in a billion pairs, about one is within 8 bits and 40
+// are within 10.
+constexpr int kDefaultThreshold = 8;
 
 struct SimilarOptions {
   std::string folder;
-  int threshold = kUsualThreshold;
-  unsigned jobs = UsualJobs();
+  int threshold = kDefaultThreshold;
+  unsigned jobs = DefaultJobs();
   bool json = false;
 };
 
@@ -43,10 +43,9 @@ struct HashedPhotograph {
 };
 using Group = std::vector<HashedPhotograph>;
 
-// What looking through a folder came to.
 struct Findings {
   std::vector<Group> groups;
-  std::vector<std::string> failures;  // a sentence for the user each
+  std::vector<std::string> failures;  // messages for the user
 };
 
 std::vector<HashResult> HashWithProgress(const std::vector<std::string>& paths, unsigned threads) {
@@ -66,7 +65,7 @@ std::vector<Group> GroupsOf(const std::vector<HashedPhotograph>& photographs, in
   return groups;
 }
 
-Findings LookThrough(const SimilarOptions& options) {
+Findings FindSimilar(const SimilarOptions& options) {
   FoundPhotographs found = FindPhotographs(options.folder);
   const std::vector<HashResult> results = HashWithProgress(found.paths, options.jobs);
   std::vector<HashedPhotograph> photographs;
@@ -80,7 +79,7 @@ Findings LookThrough(const SimilarOptions& options) {
   return {GroupsOf(photographs, options.threshold), std::move(found.failures)};
 }
 
-// A paragraph for each group, its lines as `lumvik hash` prints them.
+// A paragraph per group, with lines as printed by `lumvik hash`.
 void PrintText(const std::vector<Group>& groups) {
   const char* separator = "";
   for (const Group& group : groups) {
@@ -100,12 +99,12 @@ void PrintJson(const std::vector<Group>& groups, int threshold) {
       members.push_back({{"hash", HexOf(photograph.hash)}, {"path", photograph.path}});
     }
   }
-  // A name need not be UTF-8, which JSON must be.
+  // File names need not be valid UTF-8, but JSON must.
   std::cout << json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
 }
 
 void PrintSimilar(const SimilarOptions& options) {
-  const Findings findings = LookThrough(options);
+  const Findings findings = FindSimilar(options);
   if (options.json) {
     PrintJson(findings.groups, options.threshold);
   } else {
@@ -118,17 +117,16 @@ void PrintSimilar(const SimilarOptions& options) {
 }  // namespace
 
 void AddSimilarCommand(CLI::App& app) {
-  CLI::App* command = app.add_subcommand(
-      "similar", "Find the photographs in a folder, and the folders within, that look alike");
+  CLI::App* command =
+      app.add_subcommand("similar", "Find groups of similar photographs in a folder and its subfolders");
   auto options = std::make_shared<SimilarOptions>();
-  command->add_option("DIR", options->folder, "The folder to look through")->required()->type_name("");
+  command->add_option("DIR", options->folder, "The folder to search")->required()->type_name("");
   command
       ->add_option("--threshold", options->threshold,
-                   "In how many of the 64 bits of their hashes two photographs that look alike may differ "
-                   "(default 8)")
+                   "Maximum difference between the hashes of similar photographs, of 64 bits (default 8)")
       ->type_name("BITS")
       ->check(InRange(kThresholds));
-  AddJobsOption(*command, options->jobs, "Threads to work with (default: one for each processor)");
+  AddJobsOption(*command, options->jobs, "Number of threads (default: one per processor)");
   command->add_flag("--json", options->json, "Print JSON");
   command->callback([options] { PrintSimilar(*options); });
 }

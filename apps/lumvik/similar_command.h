@@ -6,8 +6,8 @@
 
 namespace lumvik {
 
-// Adds the command to `app`, to run and to fail as AddDevelopCommand says. It throws ReportedFailure when
-// some of the files or folders could not be read.
+// Adds the command to `app`; see AddDevelopCommand. Also throws ReportedFailure when some files or folders
+// could not be read.
 void AddSimilarCommand(CLI::App& app);
 
 }  // namespace lumvik

@@ -14,11 +14,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Creates a file under a name that nothing in the folder had before, and returns its path.
-std::string ReserveFile(const fs::path& folder, const std::string& ending) {
+// Creates a file with a new name in the folder and returns its path.
+std::string ReserveFile(const fs::path& folder, const std::string& extension) {
   std::random_device random;
   for (;;) {
-    std::string path = (folder / (".lumvik-" + std::to_string(random()) + ending)).string();
+    std::string path = (folder / (".lumvik-" + std::to_string(random()) + extension)).string();
     constexpr int kNewFileMode = 0666;
     const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL, kNewFileMode);
     if (file >= 0) {
@@ -41,11 +41,11 @@ void MoveIntoPlace(const fs::path& complete, const fs::path& target) {
   if (error) throw std::runtime_error("cannot write '" + target.string() + "': " + error.message());
 }
 
-StagedFile::StagedFile(fs::path target, const std::string& ending)
-    : target_(std::move(target)), temporary_path_(ReserveFile(target_.parent_path(), ending)) {}
+StagedFile::StagedFile(fs::path target, const std::string& extension)
+    : target_(std::move(target)), temporary_path_(ReserveFile(target_.parent_path(), extension)) {}
 
 StagedFile::~StagedFile() {
-  std::error_code ignored;  // after a Commit there is nothing to remove
+  std::error_code ignored;  // gone after a Commit
   fs::remove(fs::u8path(temporary_path_), ignored);
 }
 

@@ -1,4 +1,4 @@
-// A file that appears complete or not at all.
+// Atomic replacement of files.
 #ifndef LUMVIK_APPS_STAGED_FILE_H_
 #define LUMVIK_APPS_STAGED_FILE_H_
 
@@ -7,24 +7,23 @@
 
 namespace lumvik {
 
-// Moves a complete file to its place, over one that may be there, whose permissions are kept. Both are in one
-// file system. Throws std::runtime_error when that fails.
+// Renames a complete file to `target`. An existing target is replaced and its permissions are kept. Both must
+// be on the same file system. Throws std::runtime_error on failure.
 void MoveIntoPlace(const std::filesystem::path& complete, const std::filesystem::path& target);
 
-// Reserves a temporary file beside the target; Commit moves it to the target in one step. Without a Commit
-// the temporary is removed and the target stays as it was.
+// A temporary file next to its target; Commit renames it to the target. Without a Commit it is removed and
+// the target stays untouched.
 class StagedFile {
  public:
-  // `ending` is that of the temporary's name, as writers go by it. Throws std::runtime_error when the folder
-  // of `target` takes no file.
-  StagedFile(std::filesystem::path target, const std::string& ending);
+  // The temporary file gets this extension, by which writers choose the format. Throws std::runtime_error
+  // when no file can be created in the target's folder.
+  StagedFile(std::filesystem::path target, const std::string& extension);
   ~StagedFile();
   StagedFile(const StagedFile&) = delete;
   StagedFile& operator=(const StagedFile&) = delete;
 
   const std::string& TemporaryPath() const { return temporary_path_; }
 
-  // Replaces the target, as MoveIntoPlace does.
   void Commit();
 
  private:

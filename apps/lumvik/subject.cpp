@@ -10,15 +10,15 @@
 namespace lumvik {
 namespace {
 
-constexpr Range<float> kWithinPicture = {0, 1};
-constexpr int kNoRawImage = -1;  // of lumvik_segment_subject(), with a photograph loaded
+constexpr Range<float> kWithinImage = {0, 1};
+constexpr int kNoRawImage = -1;  // from lumvik_segment_subject(), when a photograph is loaded
 
 }  // namespace
 
 CLI::Option* AddSubjectOption(CLI::App& command, SubjectPoint& point) {
   const auto keep = [&point](const std::string& text) {
     try {
-      const std::vector<float> numbers = ReadNumbers(text, {kWithinPicture, kWithinPicture});
+      const std::vector<float> numbers = ReadNumbers(text, {kWithinImage, kWithinImage});
       point = {numbers[0], numbers[1]};
     } catch (const std::invalid_argument& fault) {
       throw CLI::ValidationError("--at", fault.what());
@@ -26,8 +26,8 @@ CLI::Option* AddSubjectOption(CLI::App& command, SubjectPoint& point) {
   };
   return command
       .add_option_function<std::string>("--at", keep,
-                                        "Look for the subject here, in fractions 0..1 of width and height "
-                                        "from the left top corner (default: in the middle)")
+                                        "Where to look for the subject, as fractions 0..1 of width and "
+                                        "height from the top left corner (default: the center)")
       ->type_name("X,Y");
 }
 
@@ -35,7 +35,7 @@ void FindSubject(const std::string& input, SubjectPoint point, Engine& engine) {
   const std::string failure = "cannot find the subject of '" + input + "'";
   engine.Run(failure, [&](EngineContext* context) {
     const int status = lumvik_segment_subject(context, point.x, point.y);
-    if (status == kNoRawImage) throw std::runtime_error("only that of a camera RAW file can be found");
+    if (status == kNoRawImage) throw std::runtime_error("it is not a camera RAW file");
     return status;
   });
 }

@@ -1,4 +1,4 @@
-// The subject of a photograph, as commands look for it.
+// Finding the subject of a photograph.
 #ifndef LUMVIK_APPS_SUBJECT_H_
 #define LUMVIK_APPS_SUBJECT_H_
 
@@ -9,7 +9,7 @@
 
 namespace lumvik {
 
-// Where to look, in fractions of width and height. Below 0: in the middle.
+// Where to look, in fractions of width and height; negative for the center.
 struct SubjectPoint {
   float x = -1;
   float y = -1;
@@ -18,8 +18,8 @@ struct SubjectPoint {
 // Adds --at X,Y; `point` must outlive the command.
 CLI::Option* AddSubjectOption(CLI::App& command, SubjectPoint& point);
 
-// Finds the subject of the loaded photograph `input`. Throws std::runtime_error when that fails, also for a
-// photograph that is not a camera RAW file.
+// Finds the subject of the loaded photograph `input`, which must be a camera RAW file. Throws
+// std::runtime_error on failure.
 void FindSubject(const std::string& input, SubjectPoint point, Engine& engine);
 
 }  // namespace lumvik

@@ -22,7 +22,7 @@ struct SuggestOptions {
   bool json = false;
 };
 
-// The tools by name, in the order of the output.
+// By tool, in output order.
 using Suggestions = std::vector<std::pair<std::string, Settings>>;
 
 Suggestions Collect(Engine& engine) {
@@ -33,7 +33,7 @@ Suggestions Collect(Engine& engine) {
           {"straighten", SuggestedRotation(engine)}};
 }
 
-// Calls `print(tool, key, value)` for each value, in the order of a settings file.
+// Calls `print(tool, key, value)` for each value. Keys are in the order of a settings file.
 template <typename Print>
 void ForEachValue(const Suggestions& suggestions, const Print& print) {
   for (const auto& [tool, settings] : suggestions) {
@@ -75,7 +75,7 @@ void Suggest(const SuggestOptions& options) {
 }  // namespace
 
 void AddSuggestCommand(CLI::App& app) {
-  CLI::App* command = app.add_subcommand("suggest", "Print settings that the automatic tools suggest");
+  CLI::App* command = app.add_subcommand("suggest", "Print the settings suggested by the automatic tools");
   auto options = std::make_shared<SuggestOptions>();
   AddInputOptions(*command, options->photograph);
   command->add_flag("--json", options->json, "Print JSON instead of a table");

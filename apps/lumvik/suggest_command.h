@@ -1,4 +1,4 @@
-// `lumvik suggest IN`: prints what the automatic tools suggest for a photograph.
+// `lumvik suggest IN`: prints the settings suggested by the automatic tools.
 #ifndef LUMVIK_APPS_SUGGEST_COMMAND_H_
 #define LUMVIK_APPS_SUGGEST_COMMAND_H_
 
@@ -6,7 +6,7 @@
 
 namespace lumvik {
 
-// As AddDevelopCommand.
+// Adds the command to `app`; see AddDevelopCommand.
 void AddSuggestCommand(CLI::App& app);
 
 }  // namespace lumvik

@@ -9,7 +9,7 @@ namespace {
 
 constexpr char kFailure[] = "cannot analyze the photograph";
 
-// The slots of lumvik_auto_enhance() from the first on, by the settings they are for.
+// The settings in the slots of lumvik_auto_enhance().
 constexpr const char* kEnhanceSlots[] = {"exposure",
                                          "brightness",
                                          "contrast",
@@ -22,7 +22,7 @@ constexpr const char* kEnhanceSlots[] = {"exposure",
                                          "saturation",
                                          "vibrance",
                                          "sharpening_amount",
-                                         nullptr,  // the radius
+                                         nullptr,  // radius
                                          "sharpening_threshold",
                                          "nr_luminance",
                                          "nr_color"};
@@ -65,7 +65,7 @@ Settings SuggestedCrop(Engine& engine) {
 Settings SuggestedRotation(Engine& engine) {
   float lean = 0;
   engine.Run(kFailure, [&](EngineContext* context) { return lumvik_auto_straighten(context, &lean); });
-  // The engine tells how far lines rise to the right, and turns counter-clockwise.
+  // The engine returns how far lines rise to the right, while positive rotation is counterclockwise.
   return {{"rotation", 0.0F - lean}};
 }
 

@@ -1,4 +1,4 @@
-// What the engine's automatic tools suggest for a loaded photograph, as settings.
+// Settings suggested by the engine's automatic tools for a loaded photograph.
 #ifndef LUMVIK_APPS_SUGGESTIONS_H_
 #define LUMVIK_APPS_SUGGESTIONS_H_
 
@@ -7,18 +7,17 @@
 
 namespace lumvik {
 
-// Each throws std::runtime_error when the engine fails.
+// Each function throws std::runtime_error when the engine fails.
 
 Settings SuggestedExposure(Engine& engine);
 Settings SuggestedWhiteBalance(Engine& engine);
 
-// Tone, color and detail. The sharpening radius is not among them: the engine fills its slot with 0, by
-// which nothing can be sharpened.
+// Tone, color and detail, except for the sharpening radius: the engine suggests 0, which it cannot apply.
 Settings SuggestedEnhancement(Engine& engine);
 
 Settings SuggestedCrop(Engine& engine);
 
-// The rotation that levels the lines near the horizontal.
+// The rotation that levels near-horizontal lines.
 Settings SuggestedRotation(Engine& engine);
 
 }  // namespace lumvik

@@ -1,4 +1,4 @@
-// The signals by which a user ends the command.
+// The signals that end the command: SIGINT, SIGTERM and SIGHUP.
 #ifndef LUMVIK_APPS_TERMINATION_SIGNALS_POSIX_H_
 #define LUMVIK_APPS_TERMINATION_SIGNALS_POSIX_H_
 
@@ -6,9 +6,8 @@
 
 namespace lumvik {
 
-// Holds them back, so that the command is asked to end rather than ended, and ignores SIGPIPE: a reader of
-// standard output that leaves early must not end the command before it has tidied up. A signal that was
-// ignored before stays so.
+// Blocks them for its lifetime, so that the command can clean up before it ends, and ignores SIGPIPE: a
+// closed standard output must not end it before that either. Signals that were ignored stay ignored.
 class TerminationSignals {
  public:
   TerminationSignals();
@@ -16,14 +15,14 @@ class TerminationSignals {
   TerminationSignals(const TerminationSignals&) = delete;
   TerminationSignals& operator=(const TerminationSignals&) = delete;
 
-  // For poll: can be read when a signal has come.
+  // For poll: readable when a signal is pending.
   int Descriptor() const { return descriptor_; }
 
-  // The number of the signal that has come, or 0.
+  // The number of the pending signal, or 0.
   int Take() const;
 
-  // For a new process: everything is as it was, but Ctrl-C in a terminal, which goes to all processes there,
-  // is left to the one that started it.
+  // For a child process: restores the previous state, but ignores SIGINT. Ctrl-C reaches every process of the
+  // terminal, and it is up to the parent to end its children.
   void ResetForWorker() const;
 
  private:

@@ -32,7 +32,7 @@ void Write(const ThumbnailFile& thumbnail, const std::string& path, const std::s
   }
 }
 
-// "160x120", as the picture is stored. A preview may be anything that its camera or a bad disk put there.
+// "160x120", as stored. Throws for a damaged preview.
 std::string SizeOf(const ThumbnailFile& thumbnail, const std::string& input) {
   try {
     Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);
@@ -49,30 +49,30 @@ void WriteThumbnail(const ThumbOptions& options) {
   const std::filesystem::path target = ResolveOutput(options.output, options.input);
   const ThumbnailFile thumbnail = ExtractThumbnail(options.input);
   const std::string size = SizeOf(thumbnail, options.input);
-  StagedFile file(target, EndingOf(OutputFormat::kJpeg));
+  StagedFile file(target, ExtensionOf(OutputFormat::kJpeg));
   Write(thumbnail, file.TemporaryPath(), options.output);
   file.Commit();
   std::cout << options.output << ' ' << size << '\n';
 }
 
-std::string JpegEnding(const std::string& path) {
+std::string CheckJpegExtension(const std::string& path) {
   if (OutputFormatOf(path) == OutputFormat::kJpeg) return {};
-  return "'" + path + "' does not end in .jpg or .jpeg, and a thumbnail is always a JPEG";
+  return "'" + path + "' does not end in .jpg or .jpeg; thumbnails are always JPEG";
 }
 
 }  // namespace
 
 void AddThumbCommand(CLI::App& app) {
   CLI::App* command =
-      app.add_subcommand("thumb", "Write a small JPEG of a photograph, or the preview within a RAW file");
+      app.add_subcommand("thumb", "Write a thumbnail of a photograph, or the preview embedded in a RAW file");
   auto options = std::make_shared<ThumbOptions>();
   command->add_option("IN", options->input, "The photograph: camera RAW, JPEG, PNG, TIFF, BMP or WebP")
       ->required()
       ->type_name("");
-  command->add_option("-o,--output", options->output, "The file to write, which ends in .jpg or .jpeg")
+  command->add_option("-o,--output", options->output, "The .jpg or .jpeg file to write")
       ->required()
       ->type_name("OUT")
-      ->check(CLI::Validator(JpegEnding, ""));
+      ->check(CLI::Validator(CheckJpegExtension, ""));
   command->callback([options] { WriteThumbnail(*options); });
 }
 

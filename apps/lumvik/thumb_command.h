@@ -1,4 +1,4 @@
-// `lumvik thumb IN -o OUT`: writes a small JPEG of a photograph, or the preview within a RAW file.
+// `lumvik thumb IN -o OUT`: writes a thumbnail of a photograph, or the preview embedded in a RAW file.
 #ifndef LUMVIK_APPS_THUMB_COMMAND_H_
 #define LUMVIK_APPS_THUMB_COMMAND_H_
 
@@ -6,7 +6,7 @@
 
 namespace lumvik {
 
-// Adds the command to `app`, to run and to fail as AddDevelopCommand says.
+// Adds the command to `app`; see AddDevelopCommand.
 void AddThumbCommand(CLI::App& app);
 
 }  // namespace lumvik

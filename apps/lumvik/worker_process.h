@@ -1,4 +1,4 @@
-// Runs this command again in processes of their own, so that what goes wrong there stays there.
+// Runs this command in child processes, which contains their crashes.
 #ifndef LUMVIK_APPS_WORKER_PROCESS_H_
 #define LUMVIK_APPS_WORKER_PROCESS_H_
 
@@ -10,44 +10,44 @@
 
 namespace lumvik {
 
-// How a worker came to its end.
+// How a worker ended.
 struct WorkerEnd {
-  std::size_t id = 0;  // the one it was started with
-  int status = 0;      // its exit status
-  std::string signal;  // "signal 11, Segmentation fault" when that ended it; no exit status then
-  std::string out;     // the beginnings of what it wrote on standard output and standard error
-  std::string err;
+  std::size_t id = 0;  // as passed to Start
+  int status = 0;      // exit status
+  std::string signal;  // "signal 11, Segmentation fault" if that ended it; there is no exit status then
+  std::string out;     // the first 64 KiB of standard output
+  std::string err;     // and of standard error
 };
 
-// The user wants the command to end.
+// The user asked the command to end.
 class Interruption : public std::exception {
  public:
   explicit Interruption(int status) : status_(status) {}
   const char* what() const noexcept override { return "interrupted"; }
-  int Status() const { return status_; }  // for the command to exit with
+  int Status() const { return status_; }  // the exit status of the command
 
  private:
   int status_;
 };
 
-// While there is an object of this class, a request to end the command (by Ctrl-C and the like) is kept for
-// the next Wait, and the command has no threads.
+// While an object of this class exists, a request to end the command, such as Ctrl-C, is held until the next
+// Wait. The command must not have other threads, as it forks.
 class Workers {
  public:
-  // Each of the workers gets an equal share of the processors to itself, and cannot use more threads at once
-  // than these: whatever its libraries start is bound to them.
-  explicit Workers(unsigned most);
-  ~Workers();  // ends those that still run, and waits until they are gone
+  // Divides the processors evenly among `max` workers. Each is pinned to its share, which also limits the
+  // threads of its libraries.
+  explicit Workers(unsigned max);
+  ~Workers();  // kills running workers and waits for them
   Workers(const Workers&) = delete;
   Workers& operator=(const Workers&) = delete;
 
   std::size_t Running() const;
 
-  // Starts one more, fewer than `most` running, with these arguments behind the command's name. Throws
-  // std::system_error when there can be no more processes.
+  // Starts a worker with these arguments; fewer than `max` may be running. Throws std::system_error when the
+  // system allows no more processes.
   void Start(std::size_t id, const std::vector<std::string>& arguments);
 
-  // Waits until one of those running has ended. Throws Interruption.
+  // Waits for a running worker to end. Throws Interruption.
   WorkerEnd Wait();
 
  private:

@@ -20,11 +20,11 @@ namespace lumvik {
 namespace {
 
 constexpr char kThisCommand[] = "/proc/self/exe";
-constexpr std::size_t kMostKept = 1 << 16;  // bytes of an output
-constexpr int kCannotStart = 127;           // as a shell says it
-constexpr int kSignalStatus = 128;          // added to a signal's number, as a shell says it
+constexpr std::size_t kMaxOutput = 1 << 16;  // bytes
+constexpr int kCannotStart = 127;            // the shell's convention
+constexpr int kSignalStatus = 128;           // plus the signal's number, by the shell's convention
 
-// What a worker writes, from the end of a pipe that this process reads.
+// An output of a worker, read through a pipe.
 class Output {
  public:
   Output() {
@@ -40,16 +40,16 @@ class Output {
   Output(const Output&) = delete;
   Output& operator=(const Output&) = delete;
 
-  int ReadEnd() const { return read_end_; }  // -1 when all is read
+  int ReadEnd() const { return read_end_; }  // -1 at end of file
   int WriteEnd() const { return write_end_; }
-  void LeaveWritingToWorker() { Close(write_end_); }
+  void CloseWriteEnd() { Close(write_end_); }
 
   void Read() {
     std::array<char, 4096> buffer{};
     const ssize_t count = read(read_end_, buffer.data(), buffer.size());
     if (count < 0 && errno == EINTR) return;
     if (count <= 0) return Close(read_end_);
-    text_.append(buffer.data(), std::min(static_cast<std::size_t>(count), kMostKept - text_.size()));
+    text_.append(buffer.data(), std::min(static_cast<std::size_t>(count), kMaxOutput - text_.size()));
   }
 
   std::string Take() { return std::move(text_); }
@@ -66,17 +66,17 @@ class Output {
 };
 
 struct Process {
-  Process(std::size_t id_given, unsigned place_given) : id(id_given), place(place_given) {}
+  Process(std::size_t id_given, unsigned slot_given) : id(id_given), slot(slot_given) {}
 
   const std::size_t id;
-  const unsigned place;  // which share of the processors it has
+  const unsigned slot;  // selects its share of the processors
   pid_t pid = -1;
   Output out;
   Output err;
 };
 
-// The share of the place among `places`, all processors that this process may use counted.
-cpu_set_t ShareOf(unsigned place, unsigned places) {
+// The share of a slot among `slots` of the processors available to this process.
+cpu_set_t ShareOf(unsigned slot, unsigned slots) {
   cpu_set_t allowed;
   CPU_ZERO(&allowed);
   sched_getaffinity(0, sizeof allowed, &allowed);
@@ -85,8 +85,8 @@ cpu_set_t ShareOf(unsigned place, unsigned places) {
     if (CPU_ISSET(cpu, &allowed)) processors.push_back(cpu);
   }
   const std::size_t count = processors.size();
-  const std::size_t first = place * count / places;
-  const std::size_t last = std::max((place + 1) * count / places, first + 1);
+  const std::size_t first = slot * count / slots;
+  const std::size_t last = std::max((slot + 1) * count / slots, first + 1);
   cpu_set_t share;
   CPU_ZERO(&share);
   for (std::size_t i = first; i < last && i < count; ++i) CPU_SET(processors[i], &share);
@@ -102,7 +102,7 @@ std::string NameOf(int signal) {
 
 class Workers::Processes {
  public:
-  explicit Processes(unsigned most) : most_(most) {}
+  explicit Processes(unsigned max) : max_(max) {}
   ~Processes() {
     for (const auto& process : running_) kill(process->pid, SIGKILL);
     for (const auto& process : running_) WaitFor(process->pid);
@@ -113,19 +113,19 @@ class Workers::Processes {
   std::size_t Running() const { return running_.size(); }
 
   void Start(std::size_t id, std::vector<std::string> arguments) {
-    auto process = std::make_unique<Process>(id, FreePlace());
+    auto process = std::make_unique<Process>(id, FreeSlot());
     arguments.insert(arguments.begin(), "lumvik");
     std::vector<char*> argv;
     argv.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) argv.push_back(argument.data());
     argv.push_back(nullptr);
-    const cpu_set_t share = ShareOf(process->place, most_);
+    const cpu_set_t share = ShareOf(process->slot, max_);
     const pid_t parent = getpid();
     process->pid = fork();
     if (process->pid < 0) throw std::system_error(errno, std::generic_category(), "cannot start a worker");
     if (process->pid == 0) BecomeWorker(*process, share, parent, argv);
-    process->out.LeaveWritingToWorker();
-    process->err.LeaveWritingToWorker();
+    process->out.CloseWriteEnd();
+    process->err.CloseWriteEnd();
     running_.push_back(std::move(process));
   }
 
@@ -139,7 +139,7 @@ class Workers::Processes {
         running_.erase(ended);
         return EndOf(*process);
       }
-      ReadWhatComes();
+      ReadOutputs();
     }
   }
 
@@ -164,23 +164,23 @@ class Workers::Processes {
     return end;
   }
 
-  unsigned FreePlace() const {
-    unsigned place = 0;
-    const auto taken = [&](const auto& process) { return process->place == place; };
-    while (std::any_of(running_.begin(), running_.end(), taken)) ++place;
-    return place;
+  unsigned FreeSlot() const {
+    unsigned slot = 0;
+    const auto taken = [&](const auto& process) { return process->slot == slot; };
+    while (std::any_of(running_.begin(), running_.end(), taken)) ++slot;
+    return slot;
   }
 
-  // In the new process.
+  // In the child process.
   [[noreturn]] void BecomeWorker(const Process& process, const cpu_set_t& share, pid_t parent,
                                  const std::vector<char*>& argv) const {
     signals_.ResetForWorker();
     sched_setaffinity(0, sizeof share, &share);
-    // A worker does not outlive the command, even when that is killed.
+    // End with the parent even if that is killed.
     prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (getppid() != parent) _exit(kCannotStart);
-    const int nothing = open("/dev/null", O_RDONLY | O_CLOEXEC);
-    dup2(nothing, STDIN_FILENO);
+    const int null = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    dup2(null, STDIN_FILENO);
     dup2(process.out.WriteEnd(), STDOUT_FILENO);
     dup2(process.err.WriteEnd(), STDERR_FILENO);
     execv(kThisCommand, argv.data());
@@ -189,13 +189,13 @@ class Workers::Processes {
     _exit(ignored < 0 ? kCannotStart + 1 : kCannotStart);
   }
 
-  // Waits until a worker has written something or closed an output.
-  void ReadWhatComes() {
+  // Waits until a worker writes something or closes an output.
+  void ReadOutputs() {
     std::vector<pollfd> polled = {{signals_.Descriptor(), POLLIN, 0}};
     std::vector<Output*> outputs;
     for (const auto& process : running_) {
       for (Output* output : {&process->out, &process->err}) {
-        polled.push_back({output->ReadEnd(), POLLIN, 0});  // one below 0 is passed over
+        polled.push_back({output->ReadEnd(), POLLIN, 0});  // poll skips negative descriptors
         outputs.push_back(output);
       }
     }
@@ -206,12 +206,12 @@ class Workers::Processes {
     }
   }
 
-  const unsigned most_;
+  const unsigned max_;
   const TerminationSignals signals_;
   std::vector<std::unique_ptr<Process>> running_;
 };
 
-Workers::Workers(unsigned most) : processes_(std::make_unique<Processes>(most)) {}
+Workers::Workers(unsigned max) : processes_(std::make_unique<Processes>(max)) {}
 
 Workers::~Workers() = default;
 

@@ -1,4 +1,4 @@
-// A settings file: refused with a sentence, or read; what was read is the same after it was written.
+// Settings files are refused with a one-line message, or read and written back unchanged.
 #include <stdexcept>
 
 #include "fuzz_input.h"

@@ -1,20 +1,20 @@
-// The adjustments reach the engine, each in its own direction, and only when they are given.
+// Adjustments reach the engine with the right sign, and only when given.
 #include "command_test.h"
 
 namespace lumvik::test {
 namespace {
 
-// 6500 K with tint 0 is the setting that leaves the colors of a photograph alone.
+// 6500 K with tint 0 leaves colors unchanged.
 const std::vector<std::string> kNeutral = {"--temperature", "6500"};
 
 using AdjustmentsTest = CommandTest;
 
-TEST_F(AdjustmentsTest, NeutralSettingsGiveTheSamePicture) {
+TEST_F(AdjustmentsTest, NeutralSettingsPreserveTheImage) {
   EXPECT_EQ(GreatestDifference(Developed(Photograph("in.png"), Path("out.png"), kNeutral), SmallPicture()),
             0);
 }
 
-TEST_F(AdjustmentsTest, WhatIsNotGivenKeepsTheDefault) {
+TEST_F(AdjustmentsTest, OmittedOptionsKeepTheirDefaults) {
   const std::string in = Photograph("in.png");
   const cv::Mat plain = Developed(in, Path("plain.png"));
   const cv::Mat spelled = Developed(

@@ -1,4 +1,4 @@
-// `lumvik batch` when workers die, disks are full and places cannot be written.
+// `lumvik batch` with crashing workers, full disks and unwritable outputs.
 #include <sys/mount.h>
 #include <unistd.h>
 
@@ -15,7 +15,7 @@ namespace fs = std::filesystem;
 
 class BatchFailureTest : public BatchTest {
  protected:
-  // Four photographs whose outputs take some 200 KB each.
+  // Four photographs with outputs of about 200 KB each.
   void WriteNoise() const {
     cv::Mat noise(400, 600, CV_8UC3);
     for (const char* name : {"a.jpg", "b.jpg", "c.jpg", "d.jpg"}) {
@@ -25,7 +25,7 @@ class BatchFailureTest : public BatchTest {
   }
 };
 
-TEST_F(BatchFailureTest, AWorkerEndedByASignalCostsItsPhotographAlone) {
+TEST_F(BatchFailureTest, AKilledWorkerFailsOnlyItsPhotograph) {
   struct {
     int signal;
     const char* name;
@@ -40,7 +40,7 @@ TEST_F(BatchFailureTest, AWorkerEndedByASignalCostsItsPhotographAlone) {
     const ProcessResult result = batch.Wait();
     EXPECT_EQ(result.status, kFailure);
     EXPECT_NE(
-        result.err.find("\nlumvik: cannot develop '" + slow + "': its process was ended by " + name + "\n"),
+        result.err.find("\nlumvik: cannot develop '" + slow + "': its process was killed by " + name + "\n"),
         std::string::npos)
         << result.err;
     EXPECT_EQ(Outputs(), std::set<std::string>({"a.jpg", "c.jpg"}));
@@ -50,7 +50,7 @@ TEST_F(BatchFailureTest, AWorkerEndedByASignalCostsItsPhotographAlone) {
   }
 }
 
-TEST_F(BatchFailureTest, AFullDiskLeavesNothingHalf) {
+TEST_F(BatchFailureTest, AFullDiskLeavesNoPartialFiles) {
   if (geteuid() != 0) GTEST_SKIP() << "only the superuser can mount a small disk";
   WriteNoise();
   fs::create_directory(Out());
@@ -59,7 +59,7 @@ TEST_F(BatchFailureTest, AFullDiskLeavesNothingHalf) {
   const ProcessResult result = Batch({"--jobs", "1"});
   const std::set<std::string> outputs = Outputs();
   ExpectWholeOutputs();
-  TearDown();  // looks for temporary files while they can be seen
+  TearDown();  // checks for temporary files before unmounting
   EXPECT_EQ(umount(Out().c_str()), 0);
   EXPECT_EQ(result.status, kFailure);
   EXPECT_EQ(outputs, std::set<std::string>({"a.jpg", "b.jpg"}));
@@ -70,7 +70,7 @@ TEST_F(BatchFailureTest, AFullDiskLeavesNothingHalf) {
   EXPECT_NE(result.err.find("lumvik: 2 developed, 2 failed ("), std::string::npos) << result.err;
 }
 
-TEST_F(BatchFailureTest, AWriteCutShortKeepsWhatWasThere) {
+TEST_F(BatchFailureTest, AShortWriteKeepsTheExistingFile) {
   WriteNoise();
   fs::create_directory(Out());
   WriteFile(Out("a.jpg"), "last year's work");
@@ -84,16 +84,57 @@ TEST_F(BatchFailureTest, AWriteCutShortKeepsWhatWasThere) {
       << result.err;
 }
 
-TEST_F(BatchFailureTest, AnOutputFolderThatIsAFile) {
+TEST_F(BatchFailureTest, TheOutputFolderIsAFile) {
   Photograph("photos/a.png");
   WriteFile(Out(), "a file");
   const ProcessResult result = Batch();
   EXPECT_EQ(result.status, kFailure);
-  EXPECT_EQ(result.err, "lumvik: cannot make the folder '" + Out() + "': Not a directory\n");
+  EXPECT_EQ(result.err, "lumvik: cannot create the folder '" + Out() + "': Not a directory\n");
   EXPECT_EQ(ReadFile(Out()), "a file");
 }
 
-TEST_F(BatchFailureTest, PlacesThatMayNotBeWritten) {
+TEST_F(BatchFailureTest, AFolderInTheNamePatternIsAFile) {
+  Photograph("photos/a.png");
+  fs::create_directory(Out());
+  WriteFile(Out("photos"), "a file");
+  const ProcessResult result = Batch({"--name", "{folder}/{stem}.{ext}"});
+  EXPECT_EQ(result.status, kFailure);
+  EXPECT_NE(result.err.find("lumvik: cannot create the folder '" + Out("photos") + "': Not a directory\n"),
+            std::string::npos)
+      << result.err;
+}
+
+TEST_F(BatchFailureTest, TheOutputFolderIsALinkToItself) {
+  Photograph("photos/a.png");
+  fs::create_symlink("developed", Out());
+  const ProcessResult result = Batch();
+  EXPECT_EQ(result.status, kFailure);
+  EXPECT_NE(result.err.find("cannot create the folder '" + Out() + "': "), std::string::npos) << result.err;
+}
+
+TEST_F(BatchFailureTest, AnInputInAnInaccessibleFolder) {
+  Photograph("photos/a.png");
+  fs::permissions(In(), fs::perms::none);
+  std::vector<std::string> command = UnprivilegedCommand();
+  command.insert(command.end(), {"batch", In("a.png"), "-o", Out()});
+  const ProcessResult result = RunProcess(command);
+  fs::permissions(In(), fs::perms::owner_all);
+  EXPECT_EQ(result.status, kFailure);
+  EXPECT_NE(result.err.find("cannot read '" + In("a.png") + "': Permission denied\n"), std::string::npos)
+      << result.err;
+}
+
+// A limit on open files allows pipes for only some of the workers.
+TEST_F(BatchFailureTest, ContinuesWithFewerWorkers) {
+  for (char name = 'a'; name < 'q'; ++name) Photograph(std::string("photos/") + name + ".png");
+  const ProcessResult result = Batch({"--jobs", "16", "--grain-amount", "5"},
+                                     {"sh", "-c", "ulimit -n 20; exec \"$0\" \"$@\"", LUMVIK_COMMAND});
+  EXPECT_EQ(result.status, kSuccess) << result.err;
+  EXPECT_NE(result.err.find("16 at a time"), std::string::npos) << result.err;
+  EXPECT_EQ(Outputs().size(), 16U);
+}
+
+TEST_F(BatchFailureTest, UnwritableOutputs) {
   Photograph("photos/a.png");
   Photograph("photos/b.png");
   fs::create_directory(Out());
@@ -117,14 +158,13 @@ TEST_F(BatchFailureTest, PlacesThatMayNotBeWritten) {
   EXPECT_NE(folder.err.find("lumvik: 0 developed, 2 failed ("), std::string::npos) << folder.err;
 }
 
-TEST_F(BatchFailureTest, AReaderThatLeavesEarlyStopsNothing) {
+TEST_F(BatchFailureTest, AClosedStandardOutputDoesNotStopTheBatch) {
   Photograph("photos/a.png");
   Photograph("photos/b.png");
   const ProcessResult result = RunProcess(
       {"sh", "-c", "{ \"$0\" \"$@\"; echo $? >&2; } | true", LUMVIK_COMMAND, "batch", In(), "-o", Out()});
   EXPECT_EQ(Outputs().size(), 2U);
-  EXPECT_NE(result.err.find("lumvik: cannot write to the standard output\n1\n"), std::string::npos)
-      << result.err;
+  EXPECT_NE(result.err.find("lumvik: cannot write to standard output\n1\n"), std::string::npos) << result.err;
 }
 
 }  // namespace

@@ -18,7 +18,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// As long as a loaded machine may need.
+// Enough for a loaded machine.
 constexpr std::chrono::seconds kPatience(60);
 
 bool Await(const std::function<bool()>& condition) {
@@ -30,15 +30,14 @@ bool Await(const std::function<bool()>& condition) {
   return true;
 }
 
-// Nothing of a process that has ended by now: reading what the system says of it fails, and an iterator over
-// the file would throw.
+// Empty for a process that has ended: reading its file in /proc fails, and a stream iterator would throw.
 std::string Contents(const fs::path& path) {
   std::ostringstream contents;
   contents << std::ifstream(path).rdbuf();
   return contents.str();
 }
 
-// The running processes whose arguments, each ended by a zero byte, contain `part`.
+// The running processes whose null-separated arguments contain `part`.
 std::vector<pid_t> ProcessesWith(const std::string& part) {
   std::vector<pid_t> found;
   for (const fs::directory_entry& entry : fs::directory_iterator("/proc")) {
@@ -94,7 +93,7 @@ void BatchTest::WritePhotographs() const {
       ASSERT_TRUE(cv::imwrite(In(stem + (i % 3 == 1 ? ".jpg" : ".png")), SmallPicture()));
     }
   }
-  // In place of whole ones, at the beginning, in the middle and at the end.
+  // Replace the first, a middle and the last one.
   WriteFile(In("plain0.ARW"), "not a photograph at all");
   WriteFile(In("-o16.jpg"), "");
   WriteFile(In("f\xC3\xBCnf \xE2\x9C\x93/{stem}29.png"), "\x89PNG\r\n\x1A\n");

@@ -1,4 +1,4 @@
-// What the tests of `lumvik batch` share: a folder of photographs, and the command over it.
+// Fixture for `lumvik batch`: a folder of photographs and the command on it.
 #ifndef LUMVIK_TESTS_APPS_BATCH_FIXTURE_H_
 #define LUMVIK_TESTS_APPS_BATCH_FIXTURE_H_
 
@@ -31,22 +31,22 @@ class BatchTest : public CommandTest {
   ProcessResult Batch(const std::vector<std::string>& options = {},
                       const std::vector<std::string>& prefix = Command()) const;
 
-  // As many as kPhotographs say, RAW files and others with all kinds of names; kBroken of them are none.
+  // Writes kPhotographs RAW files and ordinary images with unusual names; kBroken of them are invalid.
   void WritePhotographs() const;
 
-  // One that takes a second or more.
+  // A photograph that takes a second or more to develop.
   std::string SlowPhotograph(const std::string& name) const;
 
-  // The files in Out() by their paths there, without what is hidden.
+  // The paths of the files in Out(), relative to it, without hidden ones.
   std::set<std::string> Outputs() const;
 
-  // Waits for the process that `parent` has started to develop `photograph`.
+  // Waits for the child of `parent` that develops `photograph`.
   static pid_t AwaitWorker(pid_t parent, const std::string& photograph);
 
-  // Waits until no process has to do with the photographs any more.
+  // Waits until no process with the photographs in its arguments is left.
   void ExpectNoProcessLeft() const;
 
-  // Expects that each of the outputs is complete.
+  // Expects every output to be complete.
   void ExpectWholeOutputs() const;
 };
 

@@ -1,4 +1,4 @@
-// `lumvik batch` ended in the middle, and taken up again.
+// `lumvik batch` interrupted and resumed.
 #include <csignal>
 #include <filesystem>
 #include <map>
@@ -17,11 +17,10 @@ class BatchInterruptionTest : public BatchTest {
   static constexpr std::size_t kAll = kPhotographs + 1;
   static constexpr std::size_t kGood = kAll - kBroken;
 
-  // The slow one comes behind two thirds of the others.
+  // The slow one sorts after two thirds of the others.
   BatchInterruptionTest() : slow_(SlowPhotograph("slow.png")) { WritePhotographs(); }
 
-  // Ends a batch by this signal when some of the photographs are done and one is in the making, by a worker
-  // that does not come to an end by itself.
+  // Sends the signal when some photographs are done and a stopped worker holds another one.
   ProcessResult Interrupt(int signal, const std::vector<std::string>& options = {}) const {
     RunningProcess batch(BatchCommand(options));
     EXPECT_EQ(kill(AwaitWorker(batch.id(), slow_), SIGSTOP), 0);
@@ -33,7 +32,7 @@ class BatchInterruptionTest : public BatchTest {
 
   void ExpectNothingTemporary() { TearDown(); }
 
-  // Expects that what is there is kept, and that the rest comes to it.
+  // Expects that existing outputs are kept and the others are added.
   void ExpectResumed() const {
     ExpectWholeOutputs();
     std::map<std::string, fs::file_time_type> before;
@@ -64,7 +63,8 @@ TEST_F(BatchInterruptionTest, InterruptedAndResumed) {
   const ProcessResult result = Interrupt(SIGINT);
   EXPECT_EQ(result.status, 130);
   EXPECT_NE(result.err.find("\nlumvik: interrupted: "), std::string::npos) << result.err;
-  EXPECT_NE(result.err.find(" not done, which --resume does ("), std::string::npos) << result.err;
+  EXPECT_NE(result.err.find(" not started or not finished; continue with --resume ("), std::string::npos)
+      << result.err;
   ExpectNothingTemporary();
   ExpectResumed();
 }
@@ -81,12 +81,12 @@ TEST_F(BatchInterruptionTest, TerminatedWithAReport) {
   ExpectResumed();
 }
 
-// Ctrl-C goes to all processes of a terminal at once; it is the batch that ends its workers.
-TEST_F(BatchInterruptionTest, CtrlCIsNothingToAWorker) {
+// Ctrl-C reaches every process of a terminal, but it is the batch that ends its workers.
+TEST_F(BatchInterruptionTest, WorkersIgnoreSigint) {
   RunningProcess batch(BatchCommand());
   EXPECT_EQ(kill(AwaitWorker(batch.id(), slow_), SIGINT), 0);
   const ProcessResult result = batch.Wait();
-  EXPECT_EQ(result.err.find("was ended by signal"), std::string::npos) << result.err;
+  EXPECT_EQ(result.err.find("was killed by signal"), std::string::npos) << result.err;
   EXPECT_EQ(Outputs().size(), kGood);
 }
 

@@ -1,4 +1,4 @@
-// How much memory a batch reckons with, and how many workers that allows.
+// Memory estimates of a batch and the number of workers they allow.
 #include "lumvik/batch_memory.h"
 
 #include <sys/resource.h>
@@ -10,38 +10,40 @@
 namespace lumvik::test {
 namespace {
 
-TEST(WorkersThatFit, AsManyAsAreWantedWhileTheirPhotographsFit) {
+TEST(WorkersThatFit, AreLimitedByJobsAndMemory) {
   EXPECT_EQ(WorkersThatFit({10, 10, 10, 10}, 4, 40), 4U);
   EXPECT_EQ(WorkersThatFit({10, 10, 10, 10}, 4, 39), 3U);
   EXPECT_EQ(WorkersThatFit({10, 10, 10, 10}, 2, 1000), 2U);
 }
 
-TEST(WorkersThatFit, TheLargestMayComeTogether) {
+TEST(WorkersThatFit, AssumesTheLargestPhotographsRunTogether) {
   EXPECT_EQ(WorkersThatFit({10, 30, 10, 20}, 4, 50), 2U);
   EXPECT_EQ(WorkersThatFit({10, 30, 10, 20}, 4, 49), 1U);
   EXPECT_EQ(WorkersThatFit({10, 30, 10, 20}, 4, 60), 3U);
 }
 
-TEST(WorkersThatFit, NoMoreThanPhotographsButAlwaysOne) {
+TEST(WorkersThatFit, AreAtMostOnePerPhotographAndAtLeastOne) {
   EXPECT_EQ(WorkersThatFit({10, 10}, 8, 1000), 2U);
   EXPECT_EQ(WorkersThatFit({10, 10}, 8, 9), 1U);
   EXPECT_EQ(WorkersThatFit({10, 10}, 8, 0), 1U);
 }
 
-TEST(MemoryToDevelop, GrowsWithThePixelsOfItsKind) {
+TEST(MemoryToDevelop, GrowsWithTheImageSize) {
   const std::uint64_t empty = MemoryToDevelop(0, 0, true);
   EXPECT_GT(empty, 0U);
   EXPECT_EQ(MemoryToDevelop(1000, 1000, true), empty + 64'000'000U);
-  // What is decoded counts at its size, what is developed at the size to which it is reduced.
+  // Decoding depends on the full size, developing on the reduced size.
   EXPECT_EQ(MemoryToDevelop(20000, 10000, true), empty + 2'000'000'000U);
   EXPECT_EQ(MemoryToDevelop(6000, 4000, false), empty + 576'000'000U);
   EXPECT_LT(MemoryToDevelop(6000, 1000, true), MemoryToDevelop(6000, 4000, true));
+  // A damaged header may claim a size whose bytes overflow.
+  EXPECT_GE(MemoryToDevelop(1 << 30, 715827883, false), MemoryToDevelop(60000, 60000, false));
 }
 
 class BatchMemoryTest : public CommandTest {};
 
-// The greatest part of memory that any of the processes so far had, which were one.
-TEST_F(BatchMemoryTest, DevelopingTakesNoMoreThanIsReckonedWith) {
+// Compares with the peak memory of the only child process so far.
+TEST_F(BatchMemoryTest, DevelopingStaysWithinTheEstimate) {
 #if defined(LUMVIK_SANITIZE_ADDRESS) || defined(LUMVIK_SANITIZE_THREAD)
   GTEST_SKIP() << "the sanitizer needs memory of its own";
 #endif

@@ -1,4 +1,4 @@
-// What the outputs of `lumvik batch` are called, and which names are refused before anything is done.
+// Output names of `lumvik batch`, and names that are refused up front.
 #include <filesystem>
 
 #include "batch_fixture.h"
@@ -23,7 +23,7 @@ class BatchNamesTest : public BatchTest {
   }
 };
 
-TEST_F(BatchNamesTest, FieldsStandForThePhotograph) {
+TEST_F(BatchNamesTest, FieldsAreReplaced) {
   fs::create_directories(In("b c/d"));
   for (const char* name : {"a.x.png", "b c/e.png", "b c/d/\xC3\xA9.png"}) {
     Photograph(std::string("photos/") + name);
@@ -33,13 +33,13 @@ TEST_F(BatchNamesTest, FieldsStandForThePhotograph) {
   ExpectNames("{folder}/{n}.JPG", {"photos/1.JPG", "photos/b c/d/2.JPG", "photos/b c/3.JPG"});
 }
 
-TEST_F(BatchNamesTest, NumbersAreOfOneLength) {
+TEST_F(BatchNamesTest, NumbersAreZeroPadded) {
   for (int i = 10; i < 20; ++i) Photograph("photos/" + std::to_string(i) + ".png");
   ExpectNames("x{n}.{ext}", {"x01.jpg", "x02.jpg", "x03.jpg", "x04.jpg", "x05.jpg", "x06.jpg", "x07.jpg",
                              "x08.jpg", "x09.jpg", "x10.jpg"});
 }
 
-TEST_F(BatchNamesTest, TheFolderOfANamedFileIsTheOneItIsIn) {
+TEST_F(BatchNamesTest, TheFolderOfAFileArgumentIsItsParent) {
   Photograph("photos/a.png");
   std::vector<std::string> arguments = Command();
   arguments.insert(arguments.end(), {"batch", In("a.png"), "-o", Out(), "--name", "{folder}_{stem}.{ext}"});
@@ -47,33 +47,33 @@ TEST_F(BatchNamesTest, TheFolderOfANamedFileIsTheOneItIsIn) {
   EXPECT_EQ(Outputs(), Names({"photos_a.jpg"}));
 }
 
-TEST_F(BatchNamesTest, FaultyPatternsAreWrongUsage) {
+TEST_F(BatchNamesTest, InvalidPatternsAreUsageErrors) {
   Photograph("photos/a.png");
-  const std::string brace = "holds a brace that is not part of {stem}, {n}, {ext} or {folder}";
+  const std::string brace = "has a brace that is not part of {stem}, {n}, {ext} or {folder}";
   ExpectRefusedPattern("{name}.{ext}", brace);
   ExpectRefusedPattern("{stem.{ext}", brace);
   ExpectRefusedPattern("stem}.{ext}", brace);
   ExpectRefusedPattern("{stem", brace);
   ExpectRefusedPattern("../{stem}.{ext}", "leads out of the output folder");
   ExpectRefusedPattern("/tmp/{stem}.{ext}", "leads out of the output folder");
-  ExpectRefusedPattern("{stem}.png", "does not end as a file of the format does");
-  ExpectRefusedPattern("{stem}", "does not end as a file of the format does");
-  ExpectRefusedPattern("", "does not end as a file of the format does");
+  ExpectRefusedPattern("{stem}.png", "does not end in an extension of the format");
+  ExpectRefusedPattern("{stem}", "does not end in an extension of the format");
+  ExpectRefusedPattern("", "does not end in an extension of the format");
   EXPECT_FALSE(fs::exists(Out()));
 }
 
-TEST_F(BatchNamesTest, TwoPhotographsOfOneNameAreRefusedBeforeAnything) {
+TEST_F(BatchNamesTest, CollidingNamesAreRefusedUpFront) {
   fs::create_directory(In("more"));
   for (const char* name : {"a.png", "b.png", "more/b.jpg"}) Photograph(std::string("photos/") + name);
   ExpectRefusal(
       Batch(), kFailure,
-      "'" + In("b.png") + "' and '" + In("more/b.jpg") + "' would both become '" + Out("b.jpg") + "'");
+      "'" + In("b.png") + "' and '" + In("more/b.jpg") + "' would both be written to '" + Out("b.jpg") + "'");
   EXPECT_FALSE(fs::exists(Out()));
   EXPECT_EQ(Batch({"--name", "{folder}/{stem}.{ext}"}).status, kSuccess);
   EXPECT_EQ(Outputs(), Names({"photos/a.jpg", "photos/b.jpg", "photos/more/b.jpg"}));
 }
 
-TEST_F(BatchNamesTest, NoPhotographIsOverwritten) {
+TEST_F(BatchNamesTest, InputsAreNeverOverwritten) {
   const std::string before = ReadFile(Photograph("photos/1.jpg"));
   Photograph("photos/a.png");
   fs::create_directory_symlink(In(), Path("link"));
@@ -81,14 +81,14 @@ TEST_F(BatchNamesTest, NoPhotographIsOverwritten) {
     for (const char* pattern : {"{stem}.{ext}", "{n}.{ext}"}) {
       const ProcessResult result =
           RunProcess({LUMVIK_COMMAND, "batch", In(), "-o", folder, "--name", pattern});
-      ExpectRefusal(result, kFailure, "it is one of the photographs, which are never overwritten");
+      ExpectRefusal(result, kFailure, "it is one of the input photographs");
     }
   }
   EXPECT_EQ(ReadFile(In("1.jpg")), before);
   EXPECT_FALSE(fs::exists(In("a.jpg")));
 }
 
-TEST_F(BatchNamesTest, EarlierWorkInTheOutputFolderIsNoInput) {
+TEST_F(BatchNamesTest, TheOutputFolderIsNotSearched) {
   Photograph("photos/a.png");
   for (int i = 0; i < 2; ++i) {
     const ProcessResult result =

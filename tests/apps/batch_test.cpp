@@ -1,4 +1,4 @@
-// `lumvik batch`: what it develops, how, and what it says of it.
+// `lumvik batch`: inputs, outputs, resuming and reports.
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "batch_fixture.h"
+#include "exif_file.h"
 
 namespace lumvik::test {
 namespace {
@@ -14,7 +15,7 @@ namespace {
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
 
-TEST_F(BatchTest, BrokenPhotographsCostThemselvesAlone) {
+TEST_F(BatchTest, BrokenPhotographsFailAlone) {
   WritePhotographs();
   const ProcessResult result = Batch();
   EXPECT_EQ(result.status, kFailure);
@@ -28,7 +29,7 @@ TEST_F(BatchTest, BrokenPhotographsCostThemselvesAlone) {
   EXPECT_NE(result.err.find("\nlumvik: 27 developed, 3 failed ("), std::string::npos) << result.err;
 }
 
-TEST_F(BatchTest, APhotographComesOutAsDevelopWritesIt) {
+TEST_F(BatchTest, OutputEqualsThatOfDevelop) {
   const std::string in = Photograph("photos/in.jpg");
   fs::copy_file(LUMVIK_SAMPLES "/sample_small.ARW", In("raw.ARW"));
   WriteFile(Path("look.json"), R"({"lumvik": 1, "contrast": 20, "flip_v": true, "tint": 5})");
@@ -47,17 +48,17 @@ TEST_F(BatchTest, APhotographComesOutAsDevelopWritesIt) {
   }
 }
 
-TEST_F(BatchTest, FormatsAreChosenForAll) {
+TEST_F(BatchTest, TheFormatAppliesToAllOutputs) {
   Photograph("photos/in.jpg");
   ASSERT_EQ(Batch({"--format", "png", "--bits", "16"}).status, kSuccess);
   ASSERT_EQ(Batch({"--format", "tiff"}).status, kSuccess);
   EXPECT_EQ(Outputs(), std::set<std::string>({"in.png", "in.tif"}));
   EXPECT_EQ(cv::imread(Out("in.png"), cv::IMREAD_UNCHANGED).depth(), CV_16U);
-  ExpectRefusal(Batch({"--bits", "16"}), kUsage, "--bits: a JPEG holds 8 bits");
+  ExpectRefusal(Batch({"--bits", "16"}), kUsage, "--bits: JPEG has 8 bits");
   ExpectRefusal(Batch({"--format", "gif"}), kUsage, "--format: 'gif' is not jpg, png or tiff");
 }
 
-TEST_F(BatchTest, FilesFoldersAndWildcardsAreTakenOnce) {
+TEST_F(BatchTest, OverlappingArgumentsAreDeduplicated) {
   fs::create_directories(In("deep/er"));
   for (const char* name : {"a1.jpg", "a2.jpg", "b.png", "deep/c.jpg", "deep/er/d.png"}) {
     Photograph(std::string("photos/") + name);
@@ -79,7 +80,7 @@ TEST_F(BatchTest, FilesFoldersAndWildcardsAreTakenOnce) {
   EXPECT_EQ(outputs_of({In()}), FileNames({"a1.jpg", "a2.jpg", "b.jpg", "c.jpg", "d.jpg"}));
 }
 
-TEST_F(BatchTest, AFileWithWildcardsInItsNameIsItself) {
+TEST_F(BatchTest, AnExistingFileIsNotAPattern) {
   Photograph("photos/[a]*.jpg");
   Photograph("photos/a.jpg");
   std::vector<std::string> arguments = Command();
@@ -88,7 +89,7 @@ TEST_F(BatchTest, AFileWithWildcardsInItsNameIsItself) {
   EXPECT_EQ(Outputs(), std::set<std::string>({"[a]*.jpg"}));
 }
 
-TEST_F(BatchTest, WhatIsMissingIsToldAndTheRestDone) {
+TEST_F(BatchTest, MissingArgumentsAreReportedAndTheRestIsDeveloped) {
   Photograph("photos/in.jpg");
   const ProcessResult result = Batch({Path("missing.jpg"), Path("none/*.jpg"), "--json"});
   EXPECT_EQ(result.status, kFailure);
@@ -100,7 +101,7 @@ TEST_F(BatchTest, WhatIsMissingIsToldAndTheRestDone) {
   EXPECT_EQ(Json::parse(result.out).at("unreadable"), Json({first, second}));
 }
 
-TEST_F(BatchTest, AFolderWithoutPhotographsIsDoneAtOnce) {
+TEST_F(BatchTest, AnEmptyFolderSucceeds) {
   const ProcessResult result = Batch();
   EXPECT_EQ(result.status, kSuccess);
   EXPECT_EQ(result.out, "");
@@ -108,7 +109,7 @@ TEST_F(BatchTest, AFolderWithoutPhotographsIsDoneAtOnce) {
   EXPECT_FALSE(fs::exists(Out()));
 }
 
-TEST_F(BatchTest, JsonTellsOfEachPhotograph) {
+TEST_F(BatchTest, JsonListsEveryPhotograph) {
   Photograph("photos/a.png");
   WriteFile(In("b \xE9.jpg"), "no photograph");
   Photograph("photos/c.png");
@@ -143,7 +144,7 @@ TEST_F(BatchTest, JsonTellsOfEachPhotograph) {
   EXPECT_EQ(json, expected) << json.dump(2);
 }
 
-TEST_F(BatchTest, ResumingDoesWhatIsMissingOlderOrCutOff) {
+TEST_F(BatchTest, ResumeRedoesMissingStaleAndTruncatedOutputs) {
   for (const char* name : {"done", "missing", "older", "cut"})
     Photograph(std::string("photos/") + name + ".png");
   WriteFile(Path("look.json"), R"({"lumvik": 1})");
@@ -167,7 +168,26 @@ TEST_F(BatchTest, ResumingDoesWhatIsMissingOlderOrCutOff) {
   EXPECT_EQ(states(), std::vector<int>({4, 0}));
 }
 
-TEST_F(BatchTest, ASidecarHoldsForItsPhotograph) {
+// The photograph may have changed after it was read, within the same clock tick.
+TEST_F(BatchTest, ResumeRedoesAnOutputAsOldAsItsInput) {
+  Photograph("photos/a.png");
+  ASSERT_EQ(Batch().status, kSuccess);
+  fs::last_write_time(Out("a.jpg"), fs::last_write_time(In("a.png")));
+  ASSERT_EQ(fs::last_write_time(Out("a.jpg")), fs::last_write_time(In("a.png")));
+  EXPECT_EQ(Json::parse(Batch({"--resume", "--json"}).out).at("developed"), 1);
+  EXPECT_EQ(Json::parse(Batch({"--resume", "--json"}).out).at("skipped"), 1);
+}
+
+TEST_F(BatchTest, ResumeSkipsATiffWithInlineMetadata) {
+  Exiv2::ExifData exif;
+  exif["Exif.Image.Make"] = "DJI";
+  WriteExif(Photograph("photos/a.jpg"), exif);
+  ASSERT_EQ(Batch({"--format", "tiff"}).status, kSuccess);
+  const Json report = Json::parse(Batch({"--format", "tiff", "--resume", "--json"}).out);
+  EXPECT_EQ(report.at("skipped"), 1);
+}
+
+TEST_F(BatchTest, ASidecarAppliesToItsPhotograph) {
   Photograph("photos/a.png");
   Photograph("photos/b 1.png");
   WriteFile(In("b 1.png.lumvik.json"), R"({"lumvik": 1, "crop": {"x": 0, "y": 0, "w": 0.5, "h": 0.5}})");
@@ -185,7 +205,7 @@ TEST_F(BatchTest, ASidecarHoldsForItsPhotograph) {
   EXPECT_EQ(report("--no-sidecar").at(1).at("width"), 60);
 }
 
-TEST_F(BatchTest, FaultySettingsStopItBeforeAnything) {
+TEST_F(BatchTest, InvalidSettingsAreRefusedUpFront) {
   Photograph("photos/in.jpg");
   WriteFile(Path("look.json"), R"({"lumvik": 1, "contrast": 200})");
   ExpectRefusal(Batch({"--settings", Path("look.json")}), kFailure,
@@ -195,8 +215,8 @@ TEST_F(BatchTest, FaultySettingsStopItBeforeAnything) {
   EXPECT_FALSE(fs::exists(Out()));
 }
 
-// script, from the basic system, gives the command a terminal.
-TEST_F(BatchTest, ProgressHasRateAndRemainingTime) {
+// script(1) provides a terminal.
+TEST_F(BatchTest, ProgressShowsRateAndRemainingTime) {
   Photograph("photos/a.png");
   Photograph("photos/b.png");
   const ProcessResult plain = Batch();
@@ -210,7 +230,7 @@ TEST_F(BatchTest, ProgressHasRateAndRemainingTime) {
   EXPECT_NE(terminal.out.find("\r\x1B[K" + Out("b.jpg") + " 60x40\r\n"), std::string::npos) << terminal.out;
 }
 
-// The processors a process may use, as the system lists them.
+// The processors a process may run on, as listed in /proc.
 std::string ProcessorsOf(pid_t process) {
   std::ifstream status("/proc/" + std::to_string(process) + "/status");
   const std::string key = "Cpus_allowed_list:\t";
@@ -239,7 +259,7 @@ TEST_F(BatchTest, WorkersShareTheProcessors) {
   EXPECT_NE(of_b, ProcessorsOf(getpid()));
 }
 
-TEST_F(BatchTest, JobsAreCounted) {
+TEST_F(BatchTest, JobsLimitTheWorkers) {
   for (const char* name : {"a", "b", "c"}) Photograph(std::string("photos/") + name + ".png");
   EXPECT_NE(Batch({"--jobs", "1"}).err.find("3 to develop, 1 at a time"), std::string::npos);
   EXPECT_NE(Batch({"--jobs", "200"}).err.find("3 to develop, 3 at a time"), std::string::npos);

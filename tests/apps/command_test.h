@@ -1,4 +1,4 @@
-// What the tests of the command line share: an empty folder, small photographs, and the command itself.
+// Fixture for the command line: an empty folder, small photographs and the command.
 #ifndef LUMVIK_TESTS_APPS_COMMAND_TEST_H_
 #define LUMVIK_TESTS_APPS_COMMAND_TEST_H_
 
@@ -20,26 +20,27 @@ inline constexpr int kFailure = 1;
 inline constexpr int kUsage = 2;
 
 inline const std::string kRawSample = LUMVIK_SAMPLES "/sample_small.ARW";
-inline const std::string kTower = LUMVIK_TEST_DATA "/tower_orientation8.jpg";  // its EXIF says orientation 8
+inline const std::string kTower = LUMVIK_TEST_DATA "/tower_orientation8.jpg";  // EXIF orientation 8
 
-// The command, and the same for a caller whom file permissions bind even when he is the superuser.
+// The command, and the same without the superuser's override of file permissions.
 std::vector<std::string> Command();
 std::vector<std::string> UnprivilegedCommand();
 
 std::string ReadFile(const std::filesystem::path& path);
 void WriteFile(const std::filesystem::path& path, const std::string& bytes);
 
-// A picture of 60x40 that no turning or mirroring leaves as it is, free of values near 0 and 255.
+// A 60x40 image without symmetry or values near 0 and 255.
 cv::Mat SmallPicture();
 
-// The greatest and the mean difference of two pictures of one size and type.
+// The maximum and mean difference of two images of the same size and type.
 double GreatestDifference(const cv::Mat& a, const cv::Mat& b);
 double MeanDifference(const cv::Mat& a, const cv::Mat& b);
 
-// The option without its dashes, as the name of a test may have none.
+// The option without dashes, for use in test names.
 std::string TestNameOf(const std::string& option);
 
-// Expects the status, nothing on standard output, and one line "lumvik: ..." with `part` on standard error.
+// Expects the status, an empty standard output, and one line "lumvik: ..." containing `part` on standard
+// error.
 void ExpectRefusal(const ProcessResult& result, int status, const std::string& part);
 
 class CommandTest : public ::testing::Test {
@@ -48,7 +49,7 @@ class CommandTest : public ::testing::Test {
 
   std::string Path(const std::string& name) const { return folder_.File(name); }
 
-  // Writes SmallPicture() under this name and returns its path.
+  // Writes SmallPicture() to this name and returns its path.
   std::string Photograph(const std::string& name) const;
 
   // Runs `prefix develop input -o output options...`.
@@ -56,7 +57,7 @@ class CommandTest : public ::testing::Test {
                                const std::vector<std::string>& options = {},
                                const std::vector<std::string>& prefix = Command());
 
-  // Develops as above, expects success and returns the picture in `output` as it is stored there.
+  // Develops as above, expects success and returns the image in `output` as stored.
   static cv::Mat Developed(const std::string& input, const std::string& output,
                            const std::vector<std::string>& options = {});
 

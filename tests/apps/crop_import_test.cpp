@@ -1,4 +1,4 @@
-// The crop of Camera Raw: a part of the picture as the camera stored it, brought into the engine's terms.
+// Conversion of Camera Raw crops, which refer to the image as stored.
 #include <cmath>
 #include <cstdint>
 #include <iomanip>
@@ -56,21 +56,21 @@ class CropImportTest : public CommandTest {
   }
 };
 
-TEST_F(CropImportTest, AStraightCropKeepsItsPlace) {
+TEST_F(CropImportTest, AnUnrotatedCropIsUnchanged) {
   const Json settings = ImportedXmp(CropAttributes({0.1, 0.2, 0.9, 0.8}, 0));
   ExpectCrop(settings, {0.1, 0.2, 0.9, 0.8}, 1e-6);
   EXPECT_EQ(settings.at("rotation"), 0);
 }
 
-TEST_F(CropImportTest, WithoutACropThereIsNone) {
+TEST_F(CropImportTest, DisabledAndIncompleteCropsAreIgnored) {
   EXPECT_FALSE(ImportedXmp(CropAttributes({0.1, 0.2, 0.9, 0.8}, 5, "False")).contains("crop"));
   const Json half = ImportedXmp(R"(crs:HasCrop="True" crs:CropLeft="0.1" crs:CropTop="0.1")");
   EXPECT_FALSE(half.contains("crop"));
   EXPECT_FALSE(half.contains("rotation"));
 }
 
-// Numbers of a program that turned the crop 0.4, 0.3, 0.9, 0.8 of a picture of about 3:2 about its middle.
-TEST_F(CropImportTest, ATurnedCropKeepsItsSize) {
+// Values from a program that rotated the crop 0.4, 0.3, 0.9, 0.8 of a 3:2 image about its center.
+TEST_F(CropImportTest, ARotatedCropKeepsItsSize) {
   const std::string size = R"(tiff:ImageWidth="1506" tiff:ImageLength="1000" )";
   const Json settings = ImportedXmp(size + CropAttributes({0.374965, 0.36916, 0.925035, 0.73084}, -10));
   EXPECT_EQ(settings.at("rotation"), -10);
@@ -78,22 +78,58 @@ TEST_F(CropImportTest, ATurnedCropKeepsItsSize) {
   EXPECT_NEAR(settings.at("crop").at("h").get<double>(), 0.5, 0.001);
 }
 
-TEST_F(CropImportTest, WhatLiesBeyondTheTurnedPictureIsLeftOut) {
+TEST_F(CropImportTest, ARotatedCropIsClippedToTheImage) {
   const std::string size = R"(tiff:ImageWidth="1000" tiff:ImageLength="1000" )";
-  // Its lower right corner comes to lie 0.136 below the picture.
+  // Its lower right corner is 0.136 below the image.
   const Json settings = ImportedXmp(size + CropAttributes({0.2, 0.6, 0.05, 0.95}, 45));
   ExpectCrop(settings, {0.35858, 0.78284, 0.5, 1}, 1e-5);
+}
+
+TEST_F(CropImportTest, ACropIsClippedAtEveryEdge) {
+  ExpectCrop(ImportedXmp(CropAttributes({-0.2, 0.1, 0.5, 0.6}, 0)), {0, 0.1, 0.5, 0.6}, 1e-6);
+  ExpectCrop(ImportedXmp(CropAttributes({0.1, -0.2, 0.5, 0.6}, 0)), {0.1, 0, 0.5, 0.6}, 1e-6);
+  ExpectCrop(ImportedXmp(CropAttributes({0.1, 0.2, 1.5, 0.6}, 0)), {0.1, 0.2, 1, 0.6}, 1e-6);
+  ExpectCrop(ImportedXmp(CropAttributes({0.1, 0.2, 0.5, 1.6}, 0)), {0.1, 0.2, 0.5, 1}, 1e-6);
+}
+
+TEST_F(CropImportTest, ACropOutsideTheImageIsIgnored) {
+  for (const Corners& corners : {Corners{1.1, 0.1, 1.9, 0.9}, Corners{0.1, -0.9, 0.9, -0.1},
+                                 Corners{3, 0.5, 3, 0.5}, Corners{1e308, 0, 1e308, 1}}) {
+    for (const double angle : {0.0, 30.0}) {
+      const Json settings = ImportedXmp(CropAttributes(corners, angle));
+      EXPECT_FALSE(settings.contains("crop")) << corners.left << ' ' << angle;
+      EXPECT_FALSE(settings.contains("rotation")) << corners.left << ' ' << angle;
+    }
+  }
+}
+
+TEST_F(CropImportTest, AnInvalidAngleDiscardsTheCrop) {
+  for (const char* angle : {"1000", "-180.001", "nan", "ten"}) {
+    std::string attributes = CropAttributes({0.1, 0.2, 0.9, 0.8}, 7);
+    attributes.replace(attributes.find("\"7\""), 3, std::string("\"") + angle + "\"");
+    const Json settings = ImportedXmp(attributes);
+    EXPECT_FALSE(settings.contains("crop")) << angle;
+    EXPECT_FALSE(settings.contains("rotation")) << angle;
+  }
+}
+
+TEST_F(CropImportTest, AnUnknownOrientationIsUpright) {
+  const std::string size = R"(tiff:ImageWidth="1500" tiff:ImageLength="1000" )";
+  const std::string crop = CropAttributes({0.3, 0.3, 0.7, 0.7}, 5);
+  const Json expected = ImportedXmp(size + crop);
+  EXPECT_EQ(ImportedXmp(size + R"(tiff:Orientation="9" )" + crop), expected);
+  EXPECT_EQ(ImportedXmp(size + R"(tiff:Orientation="-1" )" + crop), expected);
 }
 
 // By EXIF orientation.
 class StoredCropTest : public CropImportTest, public ::testing::WithParamInterface<int> {
  protected:
-  // Writes a black photograph with a white rectangle, which lies as the sensor saw it, and beside it a crop
-  // to that rectangle.
+  // Writes a black photograph with a white rectangle, in sensor orientation, and a sidecar with a crop to
+  // that rectangle.
   std::string PhotographWithCrop(double angle) const {
-    // Clockwise, as both OpenCV and y that points down have it.
+    // Clockwise, as in OpenCV, since y points down.
     const cv::RotatedRect rectangle({330, 190}, {240, 150}, static_cast<float>(angle));
-    cv::Point2f corners[4];  // the left bottom one first, on clockwise
+    cv::Point2f corners[4];  // clockwise from the bottom left
     rectangle.points(corners);
     cv::Point polygon[4];
     for (int i = 0; i < 4; ++i) polygon[i] = corners[i];
@@ -110,7 +146,7 @@ class StoredCropTest : public CropImportTest, public ::testing::WithParamInterfa
     return path;
   }
 
-  // Develops the photograph as imported and expects nothing but the rectangle, all of it.
+  // Develops the photograph with the imported settings and expects exactly the rectangle.
   void ExpectTheRectangle(const std::string& photograph) const {
     WriteFile(Path("settings.json"), Imported(photograph).dump());
     const cv::Mat picture = Developed(photograph, Path("out.png"),
@@ -118,7 +154,7 @@ class StoredCropTest : public CropImportTest, public ::testing::WithParamInterfa
     const cv::Size expected = GetParam() < 5 ? cv::Size(240, 150) : cv::Size(150, 240);
     EXPECT_NEAR(picture.cols, expected.width, 2);
     EXPECT_NEAR(picture.rows, expected.height, 2);
-    const cv::Rect inside(3, 3, picture.cols - 6, picture.rows - 6);  // the edge is blurred by turning
+    const cv::Rect inside(3, 3, picture.cols - 6, picture.rows - 6);  // rotation blurs the edges
     double darkest = 0;
     cv::minMaxLoc(picture(inside).clone().reshape(1), &darkest);
     EXPECT_GT(darkest, 200);
@@ -126,16 +162,16 @@ class StoredCropTest : public CropImportTest, public ::testing::WithParamInterfa
 };
 INSTANTIATE_TEST_SUITE_P(All, StoredCropTest, ::testing::Range(1, 9));
 
-TEST_P(StoredCropTest, AStraightCropShowsWhatItHeld) {
+TEST_P(StoredCropTest, AnUnrotatedCropShowsTheSameContent) {
   ExpectTheRectangle(PhotographWithCrop(0));
 }
 
-TEST_P(StoredCropTest, ATurnedCropShowsWhatItHeld) {
+TEST_P(StoredCropTest, ARotatedCropShowsTheSameContent) {
   ExpectTheRectangle(PhotographWithCrop(12));
   ExpectTheRectangle(PhotographWithCrop(-7));
 }
 
-TEST_P(StoredCropTest, TheOrientationMayStandInTheXmp) {
+TEST_P(StoredCropTest, TheOrientationCanComeFromXmp) {
   PhotographWithCrop(12);
   const std::string crop = ReadFile(Path("in.jpg.xmp"));
   const std::string frame = "tiff:ImageWidth=\"600\" tiff:ImageLength=\"400\" tiff:Orientation=\"" +

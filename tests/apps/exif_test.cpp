@@ -1,5 +1,4 @@
-// The EXIF of a JPEG developed from another: carried over, but for the orientation, which tells a viewer that
-// the picture is upright already.
+// EXIF of a JPEG developed from another: copied, except that the orientation becomes upright.
 #include <cstdint>
 #include <opencv2/imgcodecs.hpp>
 
@@ -13,17 +12,17 @@ const std::string kMake = "Exif.Image.Make";
 const std::string kComment = "Exif.Photo.UserComment";
 const std::string kOrientation = "Exif.Image.Orientation";
 
-// Settings that leave the pixels alone, and the least loss in writing them.
+// Neutral settings and the highest quality.
 const std::vector<std::string> kFaithful = {"--temperature", "6500", "--jpeg-quality", "100"};
 
 using ExifTest = CommandTest;
 
-TEST_F(ExifTest, ATurnedPhotographIsSeenAsBefore) {
+TEST_F(ExifTest, ARotatedPhotographLooksTheSame) {
   ASSERT_EQ(TagValue(ReadExif(kTower), kOrientation), "8");
   const cv::Mat stored = Developed(kTower, Path("out.jpg"), kFaithful);
   EXPECT_EQ(TagValue(ReadExif(Path("out.jpg")), kOrientation), "1");
 
-  // imread turns a picture as its EXIF says, like any viewer.
+  // imread applies the EXIF orientation, like any viewer.
   const cv::Mat before = cv::imread(kTower);
   const cv::Mat after = cv::imread(Path("out.jpg"));
   ASSERT_EQ(after.size(), cv::Size(2272, 1704));
@@ -32,7 +31,7 @@ TEST_F(ExifTest, ATurnedPhotographIsSeenAsBefore) {
   EXPECT_EQ(GreatestDifference(after, stored), 0);
 }
 
-TEST_F(ExifTest, TheTagsAreCarriedOver) {
+TEST_F(ExifTest, TagsAreCopied) {
   ASSERT_EQ(Develop(kTower, Path("out.jpg")).status, kSuccess);
   const Exiv2::ExifData before = ReadExif(kTower);
   const Exiv2::ExifData after = ReadExif(Path("out.jpg"));
@@ -44,18 +43,18 @@ TEST_F(ExifTest, TheTagsAreCarriedOver) {
   }
 }
 
-// The eight ways a camera can be held.
+// The eight EXIF orientations.
 class OrientationTest : public CommandTest, public ::testing::WithParamInterface<int> {};
 INSTANTIATE_TEST_SUITE_P(All, OrientationTest, ::testing::Range(1, 9));
 
-TEST_P(OrientationTest, TheSmallPictureIsSeenAsBefore) {
+TEST_P(OrientationTest, TheThumbnailLooksTheSame) {
   Exiv2::ExifData exif;
   exif[kMake] = "Camera";
   exif[kOrientation] = static_cast<std::uint16_t>(GetParam());
   const std::string in = Photograph("in.jpg");
   WriteExif(in, exif);
   const cv::Mat before = cv::imread(in);
-  ASSERT_EQ(before.cols > before.rows, GetParam() < 5);  // from 5 on, the sides change places
+  ASSERT_EQ(before.cols > before.rows, GetParam() < 5);  // width and height swap from 5 on
 
   Developed(in, Path("out.jpg"), kFaithful);
   const cv::Mat after = cv::imread(Path("out.jpg"));
@@ -65,7 +64,7 @@ TEST_P(OrientationTest, TheSmallPictureIsSeenAsBefore) {
   EXPECT_EQ(TagValue(ReadExif(Path("out.jpg")), kMake), "Camera");
 }
 
-TEST_F(ExifTest, TheOrientationIsToldWhereThePhotographTellsNone) {
+TEST_F(ExifTest, TheOrientationIsAddedWhenMissing) {
   Exiv2::ExifData exif;
   exif[kMake] = "Camera";
   const std::string in = Photograph("in.jpg");
@@ -76,19 +75,19 @@ TEST_F(ExifTest, TheOrientationIsToldWhereThePhotographTellsNone) {
   EXPECT_EQ(TagValue(ReadExif(Path("out.jpg")), kOrientation), "1");
 }
 
-TEST_F(ExifTest, APhotographWithoutExifGivesNone) {
+TEST_F(ExifTest, NoExifIsAddedToAPhotographWithout) {
   Developed(Photograph("in.png"), Path("out.jpg"));
   EXPECT_TRUE(ReadExif(Path("out.jpg")).empty());
 }
 
-TEST_F(ExifTest, NoExifLeavesItOut) {
+TEST_F(ExifTest, NoExifDropsIt) {
   const cv::Mat picture = Developed(kTower, Path("out.jpg"), {"--no-exif"});
   EXPECT_TRUE(ReadExif(Path("out.jpg")).empty());
   EXPECT_EQ(picture.size(), cv::Size(2272, 1704));
 }
 
-// A comment that fills its segment of a JPEG to the last bytes leaves none for the size and the orientation.
-TEST_F(ExifTest, ACommentTooLongForAJpegStaysBehind) {
+// A comment that fills its JPEG segment leaves no room for size and orientation.
+TEST_F(ExifTest, ACommentTooLongForJpegIsDropped) {
   Exiv2::ExifData exif;
   exif[kMake] = "Camera";
   exif[kComment] = std::string(65440, 'c');

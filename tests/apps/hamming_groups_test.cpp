@@ -9,36 +9,36 @@ namespace {
 
 using IndexGroups = std::vector<std::vector<std::size_t>>;
 
-TEST(HammingDistance, CountsTheBitsThatDiffer) {
+TEST(HammingDistance, CountsDifferingBits) {
   EXPECT_EQ(HammingDistance(0, 0), 0);
   EXPECT_EQ(HammingDistance(0, ~std::uint64_t{0}), 64);
   EXPECT_EQ(HammingDistance(0xF0, 0x0F), 8);
   EXPECT_EQ(HammingDistance(std::uint64_t{1} << 63, 1), 2);
 }
 
-TEST(GroupByDistance, TheThresholdItselfIsNear) {
+TEST(GroupByDistance, IncludesTheThreshold) {
   EXPECT_EQ(GroupByDistance({0x0, 0x7}, 3), IndexGroups({{0, 1}}));
   EXPECT_EQ(GroupByDistance({0x0, 0x7}, 2), IndexGroups());
   EXPECT_EQ(GroupByDistance({5, 5}, 0), IndexGroups({{0, 1}}));
 }
 
-TEST(GroupByDistance, NeighborsOfNeighborsAreInTheGroup) {
+TEST(GroupByDistance, IsTransitive) {
   EXPECT_EQ(GroupByDistance({0x00, 0xFF00, 0x0F, 0xFF}, 4), IndexGroups({{0, 2, 3}}));
 }
 
-TEST(GroupByDistance, GroupsGoByTheirFirst) {
+TEST(GroupByDistance, SortsGroupsByFirstMember) {
   const std::uint64_t far = 0xFFFFFFFF;
   EXPECT_EQ(GroupByDistance({far, 0, far, 0, 1}, 1), IndexGroups({{0, 2}, {1, 3, 4}}));
 }
 
-TEST(GroupByDistance, NothingAndOneAreNoGroups) {
+TEST(GroupByDistance, OmitsSingletons) {
   EXPECT_EQ(GroupByDistance({}, 64), IndexGroups());
   EXPECT_EQ(GroupByDistance({7}, 64), IndexGroups());
   EXPECT_EQ(GroupByDistance({0, ~std::uint64_t{0}}, 64), IndexGroups({{0, 1}}));
 }
 
-// Whoever can be reached over steps within the threshold, and nobody else.
-TEST(GroupByDistance, AreTheConnectedParts) {
+// Compares with a breadth-first search.
+TEST(GroupByDistance, FindsConnectedComponents) {
   std::mt19937_64 random(5);
   std::vector<std::uint64_t> hashes(200);
   for (std::uint64_t& hash : hashes) hash = random() & random() & 0xFFFF;

@@ -1,4 +1,4 @@
-// `lumvik hash`: a line for each file, whatever becomes of the others.
+// `lumvik hash`: one line per file, also when others fail.
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
@@ -21,7 +21,7 @@ class HashTest : public CommandTest {
     return RunProcess(arguments);
   }
 
-  // The line that belongs to a file.
+  // The expected line for a file.
   static std::string Line(const std::string& file) {
     std::uint64_t hash = 0;
     EXPECT_EQ(lumvik_phash(file.c_str(), &hash), 0) << file;
@@ -31,7 +31,7 @@ class HashTest : public CommandTest {
   }
 };
 
-TEST_F(HashTest, EveryFileHasItsLine) {
+TEST_F(HashTest, PrintsOneLinePerFile) {
   const std::vector<std::string> files = {LUMVIK_SAMPLES "/sample_small.ARW", LUMVIK_TEST_DATA "/cat.jpg",
                                           Photograph("\xC3\xA9t\xC3\xA9.png")};
   const ProcessResult result = Hash(files);
@@ -40,7 +40,7 @@ TEST_F(HashTest, EveryFileHasItsLine) {
   EXPECT_EQ(result.err, "");
 }
 
-TEST_F(HashTest, LeadingZerosAreKept) {
+TEST_F(HashTest, KeepsLeadingZeros) {
   const std::string black = Path("black.png");
   ASSERT_TRUE(cv::imwrite(black, cv::Mat(32, 32, CV_8UC1, cv::Scalar(0))));
   EXPECT_EQ(Hash({black}).out, "0000000000000000  " + black + "\n");
@@ -64,10 +64,9 @@ TEST_F(HashTest, AFailureDoesNotStopTheRest) {
     return "lumvik: cannot read '" + file + "': " + reason + "\n";
   };
   EXPECT_EQ(result.err, line(files[0], "there is no such file") +
-                            line(files[2], "it is no photograph, or a damaged one") +
+                            line(files[2], "it is not a photograph, or it is damaged") +
                             line(files[3], "it is not a regular file") +
-                            line(files[4], "the RAW file holds no preview") +
-                            line(files[5], "it is a folder"));
+                            line(files[4], "the RAW file has no preview") + line(files[5], "it is a folder"));
 }
 
 TEST_F(HashTest, AFileIsRequired) {

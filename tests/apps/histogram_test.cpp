@@ -1,4 +1,4 @@
-// Histograms as numbers and as a picture.
+// Histograms as numbers and as an image.
 #include <nlohmann/json.hpp>
 #include <numeric>
 #include <opencv2/imgcodecs.hpp>
@@ -27,7 +27,7 @@ class HistogramTest : public CommandTest {
   }
 };
 
-TEST_F(HistogramTest, TheNumbersCountEveryPixelOfTheDevelopedPicture) {
+TEST_F(HistogramTest, CountsEveryPixelOfTheDevelopedImage) {
   const std::string in = Photograph("in.png");
   const Json numbers = Numbers({in, "--temperature", "6500"});
   EXPECT_EQ(numbers.at("width"), 60);
@@ -45,7 +45,7 @@ TEST_F(HistogramTest, TheNumbersCountEveryPixelOfTheDevelopedPicture) {
   EXPECT_EQ(numbers.at("red").get<std::vector<int>>(), red);
 }
 
-TEST_F(HistogramTest, SettingsAct) {
+TEST_F(HistogramTest, SettingsAreApplied) {
   const std::string in = Photograph("in.png");
   const Json neutral = Numbers({in});
   EXPECT_NE(Numbers({in, "--exposure", "1"}), neutral);
@@ -54,7 +54,7 @@ TEST_F(HistogramTest, SettingsAct) {
   EXPECT_EQ(Numbers({in, "--crop", "0,0,0.5,0.5"}).at("width"), 30);
 }
 
-TEST_F(HistogramTest, ThePictureShowsTheCurves) {
+TEST_F(HistogramTest, TheImageShowsTheCurves) {
   const std::string in = Path("one_level.png");
   cv::Mat two_levels(10, 10, CV_8UC3, cv::Scalar(100, 100, 100));
   two_levels.rowRange(0, 5) = cv::Scalar(100, 100, 200);
@@ -75,7 +75,7 @@ TEST_F(HistogramTest, ThePictureShowsTheCurves) {
   EXPECT_EQ(green_and_blue[2], background[2]) << "half as many reds are at this level";
 }
 
-TEST_F(HistogramTest, WhatIsWrongIsRefused) {
+TEST_F(HistogramTest, ErrorsAreReported) {
   const std::string in = Photograph("in.png");
   ExpectRefusal(Histogram({in, "-o", Path("curves.jpg")}), kUsage, "does not end in .png");
   ExpectRefusal(Histogram({Path("missing.png")}), kFailure, "missing.png");

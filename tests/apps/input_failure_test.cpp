@@ -1,4 +1,4 @@
-// Photographs that cannot be developed: status 1, one sentence, no file.
+// Photographs that cannot be developed: status 1, one message, no file.
 #include <array>
 #include <cstdint>
 #include <filesystem>
@@ -42,12 +42,12 @@ void AppendPngChunk(std::string& file, const std::string& type, const std::strin
   AppendBigEndian(file, Crc32(type + data));
 }
 
-// A PNG file that promises a picture of this size and holds none of it.
+// A PNG with a header for this size but no pixels.
 std::string EmptyPng(std::uint32_t width, std::uint32_t height) {
   std::string header;
   AppendBigEndian(header, width);
   AppendBigEndian(header, height);
-  header += std::string("\x08\x02\x00\x00\x00", 5);  // 8 bits, RGB, the only methods there are
+  header += std::string("\x08\x02\x00\x00\x00", 5);  // 8-bit RGB, standard methods
   std::string file = "\x89PNG\r\n\x1A\n";
   AppendPngChunk(file, "IHDR", header);
   AppendPngChunk(file, "IDAT", "");
@@ -65,11 +65,11 @@ TEST_F(InputFailureTest, AFolder) {
   ExpectRefusedInput(Path("folder.jpg"), "it is a folder");
 }
 
-TEST_F(InputFailureTest, APipeIsNotWaitedFor) {
+TEST_F(InputFailureTest, APipeDoesNotBlock) {
   ExpectRefusedInput(MakePipe(Path("pipe.jpg")), "it is not a regular file");
 }
 
-TEST_F(InputFailureTest, AFileThatMayNotBeRead) {
+TEST_F(InputFailureTest, AnUnreadableFile) {
   const std::string in = Photograph("secret.jpg");
   ASSERT_EQ(Develop(in, Path("readable.jpg"), {}, UnprivilegedCommand()).status, kSuccess);
   fs::permissions(in, fs::perms::none);
@@ -77,7 +77,7 @@ TEST_F(InputFailureTest, AFileThatMayNotBeRead) {
                 "cannot read '" + in + "': Permission denied");
 }
 
-TEST_F(InputFailureTest, AFolderThatMayNotBeSearched) {
+TEST_F(InputFailureTest, AnInaccessibleFolder) {
   fs::create_directory(Path("closed"));
   const std::string in = Photograph("closed/in.jpg");
   fs::permissions(Path("closed"), fs::perms::none);
@@ -86,7 +86,7 @@ TEST_F(InputFailureTest, AFolderThatMayNotBeSearched) {
   fs::permissions(Path("closed"), fs::perms::owner_all);
 }
 
-TEST_F(InputFailureTest, FilesThatAreNoPhotographs) {
+TEST_F(InputFailureTest, FilesThatAreNotPhotographs) {
   WriteFile(Path("text.jpg"), "not a photograph at all\n");
   WriteFile(Path("empty.png"), "");
   WriteFile(Path("text.ARW"), "not a photograph either\n");
@@ -102,7 +102,7 @@ TEST_F(InputFailureTest, ASizeBeyondTheDecodersLimits) {
   ExpectRefusedInput(Path("giant.png"), "OpenCV could not read: " + Path("giant.png"));
 }
 
-// The engine lets the image library's exception for exhausted memory pass; 3 GB of picture meet a limit of 2.
+// The engine passes on the image library's out-of-memory exception: 3 GB of pixels with a limit of 2 GB.
 TEST_F(InputFailureTest, AnExceptionFromTheEngine) {
 #if defined(LUMVIK_SANITIZE_ADDRESS) || defined(LUMVIK_SANITIZE_THREAD)
   GTEST_SKIP() << "the sanitizer itself needs more memory than the limit leaves";

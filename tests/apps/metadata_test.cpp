@@ -1,5 +1,4 @@
-// The metadata of a developed picture: what the photograph tells of its taking and its author, in each
-// format.
+// Metadata of developed images in each format.
 #include <algorithm>
 #include <cstdint>
 #include <filesystem>
@@ -44,7 +43,7 @@ std::string XmpValue(const Exiv2::XmpData& xmp, const std::string& key) {
   return entry == xmp.end() ? "(none)" : entry->toString();
 }
 
-// A JPEG by an author who tells his name in all three kinds of metadata, taken at a place.
+// A JPEG with the author in EXIF, IPTC and XMP, and with GPS data.
 std::string SignedPhotograph(const std::string& path) {
   const auto image = Exiv2::ImageFactory::open(path);
   image->exifData()["Exif.Image.Artist"] = "Ada";
@@ -63,7 +62,7 @@ std::string SignedPhotograph(const std::string& path) {
   return path;
 }
 
-// The endings of the formats.
+// By file extension.
 class MetadataTest : public CommandTest, public ::testing::WithParamInterface<const char*> {
  protected:
   // Develops a photograph to the format and returns the file with its metadata.
@@ -80,7 +79,7 @@ class MetadataTest : public CommandTest, public ::testing::WithParamInterface<co
 INSTANTIATE_TEST_SUITE_P(Formats, MetadataTest, ::testing::Values(".jpg", ".png", ".tif"),
                          [](const auto& format) { return std::string(format.param + 1); });
 
-TEST_P(MetadataTest, ARawFileHandsItsOn) {
+TEST_P(MetadataTest, ARawFilePassesItOn) {
   const auto file = DevelopedFile(kRawSample, {"--quality", "4"});
   const Exiv2::ExifData source = ReadExif(kRawSample);
   ExpectSameTags(file->exifData(), source, kCameraTags);
@@ -89,7 +88,7 @@ TEST_P(MetadataTest, ARawFileHandsItsOn) {
   EXPECT_EQ(TagValue(file->exifData(), "Exif.Photo.LensModel"), "FE 24-105mm F4 G OSS");
 }
 
-TEST_P(MetadataTest, TheSizeAndTheOrientationAreThoseOfThePicture) {
+TEST_P(MetadataTest, SizeAndOrientationAreThoseOfTheOutput) {
   const auto file = DevelopedFile(kTower, {"--crop", "0.25,0.25,0.5,0.5"});
   ASSERT_EQ(picture.size(), cv::Size(1136, 852));
   EXPECT_EQ(TagValue(file->exifData(), "Exif.Image.Orientation"), "1");
@@ -97,7 +96,7 @@ TEST_P(MetadataTest, TheSizeAndTheOrientationAreThoseOfThePicture) {
   EXPECT_EQ(TagValue(file->exifData(), "Exif.Photo.PixelYDimension"), "852");
 }
 
-TEST_P(MetadataTest, WhatTellsOfThePhotographsFileStaysBehind) {
+TEST_P(MetadataTest, DataAboutTheOriginalFileIsDropped) {
   for (const std::string& photograph : {kRawSample, kDng, kTower}) {
     ASSERT_FALSE(ReadExif(photograph).empty());
     const auto file = DevelopedFile(photograph, {"--quality", "4"});
@@ -111,8 +110,8 @@ TEST_P(MetadataTest, WhatTellsOfThePhotographsFileStaysBehind) {
   }
 }
 
-// Writing the metadata must not cost a pixel, though a TIFF's are moved to make room.
-TEST_P(MetadataTest, ThePixelsAreThoseWithout) {
+// Adding metadata must preserve all pixels, although it moves those of a TIFF.
+TEST_P(MetadataTest, PixelsAreUnaffected) {
   DevelopedFile(kRawSample, {"--quality", "4"});
   const cv::Mat with = picture;
   EXPECT_TRUE(DevelopedFile(kRawSample, {"--quality", "4", "--no-exif"})->xmpData().empty());
@@ -121,7 +120,7 @@ TEST_P(MetadataTest, ThePixelsAreThoseWithout) {
   EXPECT_GT(cv::norm(with), 0);
 }
 
-TEST_P(MetadataTest, TheAuthorIsKeptInAllThreeKinds) {
+TEST_P(MetadataTest, TheAuthorIsKeptInExifIptcAndXmp) {
   const auto file = DevelopedFile(SignedPhotograph(Photograph("in.jpg")));
   EXPECT_EQ(TagValue(file->exifData(), "Exif.Image.Artist"), "Ada");
   EXPECT_EQ(TagValue(file->exifData(), "Exif.Image.Copyright"), "(c) Ada");
@@ -137,7 +136,7 @@ TEST_P(MetadataTest, TheAuthorIsKeptInAllThreeKinds) {
   }
 }
 
-TEST_P(MetadataTest, StripGpsLeavesThePlaceOut) {
+TEST_P(MetadataTest, StripGpsDropsTheLocation) {
   for (const std::string& photograph : {kRawSample, SignedPhotograph(Photograph("in.jpg"))}) {
     ASSERT_GT(CountOfGroup(ReadExif(photograph), "GPSInfo"), 0);
     const auto file = DevelopedFile(photograph, {"--quality", "4", "--strip-gps"});
@@ -149,7 +148,7 @@ TEST_P(MetadataTest, StripGpsLeavesThePlaceOut) {
   }
 }
 
-TEST_P(MetadataTest, NoExifLeavesAllOut) {
+TEST_P(MetadataTest, NoExifDropsEverything) {
   const auto file = DevelopedFile(SignedPhotograph(Photograph("in.jpg")), {"--no-exif"});
   EXPECT_EQ(TagValue(file->exifData(), "Exif.Image.Artist"), "(none)");
   EXPECT_EQ(CountOfGroup(file->exifData(), "Photo") + CountOfGroup(file->exifData(), "GPSInfo"), 0);
@@ -157,8 +156,8 @@ TEST_P(MetadataTest, NoExifLeavesAllOut) {
   EXPECT_TRUE(file->xmpData().empty());
 }
 
-// What exiv2 cannot read has no metadata; that is no failure.
-TEST_P(MetadataTest, AKindOfFileWithoutMetadataIsWrittenAsItIs) {
+// Formats unknown to exiv2 have no metadata, which is not an error.
+TEST_P(MetadataTest, FormatsWithoutMetadataAreFine) {
   const std::string in = Photograph("in.bmp");
   DevelopedFile(in);
   const std::string with = ReadFile(output);
@@ -166,8 +165,8 @@ TEST_P(MetadataTest, AKindOfFileWithoutMetadataIsWrittenAsItIs) {
   EXPECT_EQ(ReadFile(output), with);
 }
 
-// The lens of an old camera, which is a number in its maker note.
-TEST_P(MetadataTest, ALensOfTheMakerNoteIsNamed) {
+// The lens of an old camera, stored as a number in the maker note.
+TEST_P(MetadataTest, ALensFromTheMakerNoteIsNamed) {
   const std::string in = Photograph("in.jpg");
   Exiv2::ExifData exif;
   exif["Exif.Image.Make"] = "Canon";
@@ -180,7 +179,7 @@ TEST_P(MetadataTest, ALensOfTheMakerNoteIsNamed) {
 
 using MetadataFailureTest = CommandTest;
 
-// The engine decodes a photograph whose metadata nobody can read.
+// The engine can decode a photograph with unreadable metadata.
 TEST_F(MetadataFailureTest, BrokenMetadataIsReported) {
   Exiv2::ExifData exif;
   exif["Exif.Image.Make"] = "Camera";
@@ -189,10 +188,10 @@ TEST_F(MetadataFailureTest, BrokenMetadataIsReported) {
   std::string bytes = ReadFile(in);
   const std::size_t profile = bytes.find("Raw profile type exif");
   ASSERT_NE(profile, std::string::npos);
-  bytes[profile + 30] ^= 0x55;  // within what is compressed
+  bytes[profile + 30] ^= 0x55;  // within the compressed data
   WriteFile(in, bytes);
 
-  const ProcessResult result = Develop(in, Path("out.jpg"));  // the PNG library adds a line of its own
+  const ProcessResult result = Develop(in, Path("out.jpg"));  // libpng prints another line
   EXPECT_EQ(result.status, kFailure);
   const std::string failure = "lumvik: cannot write '" + Path("out.jpg") + "': the photograph's metadata";
   EXPECT_NE(result.err.find(failure + " cannot be read: "), std::string::npos) << result.err;
@@ -200,8 +199,8 @@ TEST_F(MetadataFailureTest, BrokenMetadataIsReported) {
   EXPECT_EQ(Develop(in, Path("out.jpg"), {"--no-exif"}).status, kSuccess);
 }
 
-// A PNG holds a description of any length, a segment of a JPEG does not.
-TEST_F(MetadataFailureTest, ATextTooLongForAJpegIsReported) {
+// PNG allows a description of any length, a JPEG segment does not.
+TEST_F(MetadataFailureTest, TextTooLongForJpegIsReported) {
   const std::string in = Photograph("in.png");
   const auto image = Exiv2::ImageFactory::open(in);
   image->xmpData()["Xmp.dc.title"] = std::string(70000, 't');

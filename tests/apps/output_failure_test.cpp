@@ -1,4 +1,4 @@
-// Places that cannot be written: status 1, one sentence, and nothing lost that was there before.
+// Outputs that cannot be written: status 1, one message, and existing files are kept.
 #include <cstdint>
 #include <filesystem>
 #include <opencv2/imgcodecs.hpp>
@@ -33,8 +33,8 @@ TEST_F(OutputFailureTest, AFolder) {
   ExpectRefusedOutput(Path("out.jpg"), "it is a folder");
 }
 
-// A pipe stands for the devices, which a test should not put at risk.
-TEST_F(OutputFailureTest, AFileThatIsNotRegular) {
+// A pipe stands in for devices.
+TEST_F(OutputFailureTest, SpecialFiles) {
   MakePipe(Path("pipe.jpg"));
   fs::create_symlink("pipe.jpg", Path("out.jpg"));
   ExpectRefusedOutput(Path("pipe.jpg"), "it is not a regular file");
@@ -43,13 +43,35 @@ TEST_F(OutputFailureTest, AFileThatIsNotRegular) {
   EXPECT_TRUE(fs::is_fifo(Path("pipe.jpg")));
 }
 
-TEST_F(OutputFailureTest, LinksWithoutEnd) {
+TEST_F(OutputFailureTest, CircularLinks) {
   fs::create_symlink("other.jpg", Path("out.jpg"));
   fs::create_symlink("out.jpg", Path("other.jpg"));
-  ExpectRefusedOutput(Path("out.jpg"), "too many links");
+  ExpectRefusedOutput(Path("out.jpg"), "too many levels of symbolic links");
 }
 
-TEST_F(OutputFailureTest, AFolderThatMayNotBeWritten) {
+TEST_F(OutputFailureTest, ANameTooLong) {
+  const std::string name = Path(std::string(300, 'a') + ".jpg");
+  ExpectRefusedOutput(name, "cannot write '" + name + "': File name too long");
+}
+
+TEST_F(OutputFailureTest, AnInaccessibleFolder) {
+  const std::string in = Photograph("in.png");
+  fs::create_directory(Path("closed"));
+  fs::permissions(Path("closed"), fs::perms::none);
+  ExpectRefusal(Develop(in, Path("closed/out.jpg"), {}, UnprivilegedCommand()), kFailure,
+                "cannot write '" + Path("closed/out.jpg") + "': Permission denied");
+  fs::permissions(Path("closed"), fs::perms::owner_all);
+}
+
+TEST_F(OutputFailureTest, OutputAndPreviewAreTheSameFile) {
+  fs::create_directory(Path("folder"));
+  const std::string again = Path("folder/../out.png");
+  ExpectRefusal(Develop(Photograph("in.png"), Path("out.png"), {"--preview", again}), kUsage,
+                "--preview: '" + again + "' is also the file of --output");
+  EXPECT_FALSE(fs::exists(Path("out.png")));
+}
+
+TEST_F(OutputFailureTest, AnUnwritableFolder) {
   const std::string in = Photograph("in.png");
   fs::create_directory(Path("closed"));
   WriteFile(Path("closed/old.jpg"), "last year's work");
@@ -63,7 +85,7 @@ TEST_F(OutputFailureTest, AFolderThatMayNotBeWritten) {
   EXPECT_FALSE(fs::exists(Path("closed/new.jpg")));
 }
 
-TEST_F(OutputFailureTest, AFileThatMayNotBeWritten) {
+TEST_F(OutputFailureTest, AnUnwritableFile) {
   const std::string in = Photograph("in.png");
   WriteFile(Path("old.jpg"), "last year's work");
   fs::permissions(Path("old.jpg"), fs::perms::owner_read);
@@ -72,7 +94,7 @@ TEST_F(OutputFailureTest, AFileThatMayNotBeWritten) {
   EXPECT_EQ(ReadFile(Path("old.jpg")), "last year's work");
 }
 
-// The photograph under its own name, by a detour, by a symbolic and by a hard link.
+// By its own name, a different path, a symbolic link and a hard link.
 TEST_F(OutputFailureTest, ThePhotographItselfIsNeverOverwritten) {
   const std::string in = Photograph("in.png");
   const std::string before = ReadFile(in);
@@ -80,13 +102,13 @@ TEST_F(OutputFailureTest, ThePhotographItselfIsNeverOverwritten) {
   fs::create_symlink("in.png", Path("symbolic.png"));
   fs::create_hard_link(in, Path("hard.jpg"));
   for (const char* name : {"in.png", "folder/../in.png", "symbolic.png", "hard.jpg"}) {
-    ExpectRefusal(Develop(in, Path(name)), kFailure, "it is the photograph itself");
+    ExpectRefusal(Develop(in, Path(name)), kFailure, "it is the input photograph");
   }
-  ExpectRefusal(Develop(Path("symbolic.png"), in), kFailure, "it is the photograph itself");
+  ExpectRefusal(Develop(Path("symbolic.png"), in), kFailure, "it is the input photograph");
   EXPECT_EQ(ReadFile(in), before);
 }
 
-// A limit on the size of files stands for a full disk: the write that crosses it comes out short.
+// A file size limit simulates a full disk: the write that exceeds it falls short.
 class FullDiskTest : public CommandTest {
  protected:
   static constexpr std::uintmax_t kBlock = 512;
@@ -97,7 +119,7 @@ class FullDiskTest : public CommandTest {
     EXPECT_TRUE(cv::imwrite(photograph_, noise));
   }
 
-  // Expects the failure with and without a file under the name `output`.
+  // Expects the failure with and without an existing `output`.
   void ExpectNothingLost(const std::string& output, std::uintmax_t blocks, const std::string& reason) const {
     const std::vector<std::string> prefix = {
         "sh", "-c", "trap '' XFSZ; ulimit -f " + std::to_string(blocks) + "; exec \"$0\" \"$@\"",
@@ -113,14 +135,14 @@ class FullDiskTest : public CommandTest {
   const std::string photograph_;
 };
 
-TEST_F(FullDiskTest, ThePictureDoesNotFit) {
+TEST_F(FullDiskTest, TheImageDoesNotFit) {
   const std::uintmax_t half = fs::file_size(photograph_) / 2 / kBlock;
   ExpectNothingLost(Path("out.jpg"), half, "JPEG write failed");
   ExpectNothingLost(Path("out.png"), half, "PNG write failed");
   ExpectNothingLost(Path("out.tif"), half, "TIFF write failed");
 }
 
-TEST_F(FullDiskTest, ThePictureFitsButNotWithItsExif) {
+TEST_F(FullDiskTest, TheImageFitsWithoutItsMetadata) {
   const std::vector<std::string> names = {"out.jpg", "out.png", "out.tif"};
   std::vector<std::uintmax_t> bare;
   for (const std::string& name : names) {
@@ -131,7 +153,7 @@ TEST_F(FullDiskTest, ThePictureFitsButNotWithItsExif) {
   Exiv2::ExifData exif;
   std::string comment(50000, 'c');
   cv::RNG random(1);
-  for (char& c : comment) c = static_cast<char>(random.uniform(1, 256));  // a PNG holds it compressed
+  for (char& c : comment) c = static_cast<char>(random.uniform(1, 256));  // incompressible, for PNG
   exif["Exif.Photo.UserComment"] = comment;
   WriteExif(photograph_, exif);
   for (std::size_t i = 0; i < names.size(); ++i) {
@@ -142,7 +164,7 @@ TEST_F(FullDiskTest, ThePictureFitsButNotWithItsExif) {
 
 TEST_F(OutputFailureTest, AFullStandardOutputIsReported) {
   const ProcessResult result = RunProcess({"sh", "-c", "\"$0\" --version > /dev/full", LUMVIK_COMMAND});
-  ExpectRefusal(result, kFailure, "cannot write to the standard output");
+  ExpectRefusal(result, kFailure, "cannot write to standard output");
 }
 
 }  // namespace

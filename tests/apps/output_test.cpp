@@ -1,4 +1,4 @@
-// What a successful run writes: the format by the ending, the size, the depth, the place.
+// Successful runs: format, size, bit depth and location of the output.
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -11,14 +11,14 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// The bytes that every file of the format begins with.
+// The signature of the format.
 const std::string kJpegStart = "\xFF\xD8\xFF";
 const std::string kPngStart = "\x89PNG";
 const std::string kTiffStart = "II*";
 
 using OutputTest = CommandTest;
 
-TEST_F(OutputTest, TheEndingChoosesTheFormat) {
+TEST_F(OutputTest, TheExtensionSelectsTheFormat) {
   const std::string in = Photograph("in.png");
   const struct {
     const char* name;
@@ -38,7 +38,7 @@ TEST_F(OutputTest, TheEndingChoosesTheFormat) {
   }
 }
 
-TEST_F(OutputTest, BitsChooseTheDepthOfPng) {
+TEST_F(OutputTest, BitsSelectThePngDepth) {
   const std::string in = Photograph("in.png");
   EXPECT_EQ(Developed(in, Path("8.png"), {"--bits", "8"}).depth(), CV_8U);
   EXPECT_EQ(Developed(in, Path("16.png"), {"--bits", "16"}).depth(), CV_16U);
@@ -46,7 +46,7 @@ TEST_F(OutputTest, BitsChooseTheDepthOfPng) {
   EXPECT_EQ(Developed(in, Path("16.tif"), {"--bits", "16"}).depth(), CV_16U);
 }
 
-TEST_F(OutputTest, SixteenBitsAreMoreThanEightBitsWidened) {
+TEST_F(OutputTest, SixteenBitsAreNotJustScaledEightBits) {
   const cv::Mat picture = Developed(Photograph("in.png"), Path("out.png"), {"--bits", "16"});
   int between = 0;
   for (auto value = picture.begin<cv::Vec3w>(); value != picture.end<cv::Vec3w>(); ++value) {
@@ -62,7 +62,7 @@ TEST_F(OutputTest, TheFileAndItsSizeArePrinted) {
   EXPECT_EQ(result.err, "");
 }
 
-TEST_F(OutputTest, JpegQualityDecidesTheFileSize) {
+TEST_F(OutputTest, JpegQualityAffectsTheFileSize) {
   const std::string in = Photograph("in.png");
   for (const char* quality : {"5", "90", "100"})
     Develop(in, Path(std::string(quality) + ".jpg"), {"--jpeg-quality", quality});
@@ -72,19 +72,19 @@ TEST_F(OutputTest, JpegQualityDecidesTheFileSize) {
   EXPECT_EQ(ReadFile(Path("default.jpg")), ReadFile(Path("90.jpg")));
 }
 
-TEST_F(OutputTest, DecodeQualityDecidesTheSizeOfARawPhotograph) {
+TEST_F(OutputTest, DecodeQualityAffectsTheSizeOfRawPhotographs) {
   EXPECT_EQ(Developed(kRawSample, Path("full.jpg")).size(), cv::Size(1600, 1066));
   EXPECT_EQ(Developed(kRawSample, Path("half.jpg"), {"--quality", "2"}).size(), cv::Size(800, 533));
   EXPECT_EQ(Developed(kRawSample, Path("quarter.jpg"), {"--quality", "4"}).size(), cv::Size(400, 266));
 }
 
-TEST_F(OutputTest, DecodeQualityLeavesAnOrdinaryPhotographAlone) {
+TEST_F(OutputTest, DecodeQualityDoesNotAffectOrdinaryImages) {
   const std::string in = Photograph("in.png");
   EXPECT_EQ(
       GreatestDifference(Developed(in, Path("1.png")), Developed(in, Path("4.png"), {"--quality", "4"})), 0);
 }
 
-TEST_F(OutputTest, NamesMayHoldSpacesAndAnyLetters) {
+TEST_F(OutputTest, NamesCanContainSpacesAndNonAscii) {
   const std::string in = Photograph("été à la mer.jpg");
   fs::create_directory(fs::u8path(Path("фото 写真")));
   const std::string out = Path("фото 写真/schöner Tag.jpg");
@@ -92,7 +92,7 @@ TEST_F(OutputTest, NamesMayHoldSpacesAndAnyLetters) {
   EXPECT_TRUE(fs::exists(fs::u8path(out)));
 }
 
-TEST_F(OutputTest, NamesRelativeToTheWorkingFolderWork) {
+TEST_F(OutputTest, RelativePathsWork) {
   Photograph("in.png");
   const std::vector<std::string> in_folder = {"env", "-C", Path(""), LUMVIK_COMMAND};
   const ProcessResult result = Develop("in.png", "out.jpg", {}, in_folder);
@@ -101,7 +101,7 @@ TEST_F(OutputTest, NamesRelativeToTheWorkingFolderWork) {
   EXPECT_TRUE(fs::exists(Path("out.jpg")));
 }
 
-TEST_F(OutputTest, ANameThatLooksLikeAnOptionStandsBehindTwoDashes) {
+TEST_F(OutputTest, ANameLikeAnOptionCanFollowTwoDashes) {
   Photograph("-in.png");
   const ProcessResult result =
       RunProcess({"env", "-C", Path(""), LUMVIK_COMMAND, "develop", "-o", "-out.jpg", "--", "-in.png"});
@@ -110,12 +110,12 @@ TEST_F(OutputTest, ANameThatLooksLikeAnOptionStandsBehindTwoDashes) {
   EXPECT_TRUE(fs::exists(Path("-out.jpg")));
 }
 
-TEST_F(OutputTest, ANameMayBeAsLongAsTheFileSystemAllows) {
+TEST_F(OutputTest, TheLongestNameWorks) {
   const std::string in = Photograph("in.png");
   EXPECT_EQ(Developed(in, Path(std::string(251, 'n') + ".jpg")).size(), cv::Size(60, 40));
 }
 
-TEST_F(OutputTest, AnExistingFileIsReplacedWholeAndKeepsItsPermissions) {
+TEST_F(OutputTest, AReplacedFileKeepsItsPermissions) {
   const std::string in = Photograph("in.png");
   const std::string out = Path("out.jpg");
   Develop(in, Path("fresh.jpg"));
@@ -126,14 +126,14 @@ TEST_F(OutputTest, AnExistingFileIsReplacedWholeAndKeepsItsPermissions) {
   EXPECT_EQ(fs::status(out).permissions(), fs::perms(0640));
 }
 
-TEST_F(OutputTest, ANewFileHasTheUsualPermissions) {
+TEST_F(OutputTest, ANewFileHasDefaultPermissions) {
   Develop(Photograph("in.png"), Path("out.jpg"));
   const auto mask = umask(0);
   umask(mask);
   EXPECT_EQ(fs::status(Path("out.jpg")).permissions(), fs::perms(0666 & ~mask));
 }
 
-TEST_F(OutputTest, ALinkIsWrittenThrough) {
+TEST_F(OutputTest, LinksAreFollowed) {
   const std::string in = Photograph("in.png");
   fs::create_directory(Path("elsewhere"));
   WriteFile(Path("elsewhere/target"), "old");
@@ -146,7 +146,7 @@ TEST_F(OutputTest, ALinkIsWrittenThrough) {
   EXPECT_EQ(ReadFile(Path("elsewhere/target")).substr(0, kJpegStart.size()), kJpegStart);
 }
 
-TEST_F(OutputTest, ALinkToNothingYetCreatesItsTarget) {
+TEST_F(OutputTest, ADanglingLinkCreatesItsTarget) {
   fs::create_symlink("target.jpg", Path("out.jpg"));
   EXPECT_EQ(Developed(Photograph("in.png"), Path("out.jpg")).size(), cv::Size(60, 40));
   EXPECT_TRUE(fs::is_symlink(Path("out.jpg")));

@@ -1,4 +1,4 @@
-// Runs programs and collects what they say. One implementation per platform.
+// Runs programs and captures their output. One implementation per platform.
 #ifndef LUMVIK_TESTS_APPS_RUN_PROCESS_H_
 #define LUMVIK_TESTS_APPS_RUN_PROCESS_H_
 
@@ -11,17 +11,15 @@
 namespace lumvik::test {
 
 struct ProcessResult {
-  int status = 0;  // the exit status; 128 + the signal's number when a signal ended the program;
-                   // on Windows a crash is a status far above 255
+  int status = 0;  // exit status, or 128 + signal; on Windows, a crash is far above 255
   std::string out;
   std::string err;
 };
 
-// A program while it runs. On POSIX systems alone.
+// A running program. POSIX only.
 class RunningProcess {
  public:
-  // Starts the program `arguments[0]`, looked up as a shell does. Throws std::system_error when it cannot be
-  // started.
+  // Starts the program `arguments[0]`, searched in PATH. Throws std::system_error on failure.
   explicit RunningProcess(const std::vector<std::string>& arguments);
   ~RunningProcess();
   RunningProcess(const RunningProcess&) = delete;
@@ -30,7 +28,7 @@ class RunningProcess {
   pid_t id() const { return id_; }
   std::string OutSoFar() const;
 
-  // Waits for its end. To be called once.
+  // Waits for it to end. Call once.
   ProcessResult Wait();
 
  private:
@@ -40,10 +38,10 @@ class RunningProcess {
   pid_t id_ = 0;
 };
 
-// Starts a program as above and waits for its end.
+// Runs a program to its end.
 ProcessResult RunProcess(const std::vector<std::string>& arguments);
 
-// The arguments that run the same program bound by file permissions, even for the superuser.
+// Arguments that run the program without the superuser's override of file permissions.
 std::vector<std::string> Unprivileged(const std::vector<std::string>& arguments);
 
 }  // namespace lumvik::test

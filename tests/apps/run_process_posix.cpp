@@ -27,7 +27,7 @@ pid_t Spawn(const std::vector<std::string>& arguments, int out, int err) {
   Require(posix_spawn_file_actions_init(&actions), "posix_spawn_file_actions_init");
   posix_spawn_file_actions_adddup2(&actions, out, STDOUT_FILENO);
   posix_spawn_file_actions_adddup2(&actions, err, STDERR_FILENO);
-  // A shell lets what it runs in the background ignore Ctrl-C; here it is to have its effect.
+  // Shells make background processes ignore SIGINT; restore the default.
   posix_spawnattr_t attributes;
   Require(posix_spawnattr_init(&attributes), "posix_spawnattr_init");
   sigset_t interrupt;
@@ -45,7 +45,7 @@ pid_t Spawn(const std::vector<std::string>& arguments, int out, int err) {
 
 }  // namespace
 
-// Catches one output of the program in a nameless file, which unlike a pipe never fills up.
+// Captures an output in an unnamed file, which unlike a pipe never fills up.
 class RunningProcess::Capture {
  public:
   Capture() : file_(std::tmpfile(), std::fclose) {
@@ -55,7 +55,7 @@ class RunningProcess::Capture {
   int descriptor() const { return fileno(file_.get()); }
 
   std::string Text() const {
-    // Without moving the place in the file, at which the program still writes.
+    // pread leaves the file position alone, at which the program still writes.
     std::string text;
     std::array<char, 4096> part{};
     const auto read_part = [&] {

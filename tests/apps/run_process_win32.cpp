@@ -16,7 +16,7 @@ void Require(bool succeeded, const char* what) {
   if (!succeeded) throw std::system_error(static_cast<int>(GetLastError()), std::system_category(), what);
 }
 
-// As the C runtime takes a command line apart again: backslashes count double before a quote alone.
+// Quoted for the parser of the C runtime, where backslashes are special only before a quote.
 std::string Quoted(const std::string& argument) {
   std::string quoted = "\"";
   std::size_t backslashes = 0;

@@ -1,4 +1,4 @@
-// Every option of a setting acts as its own call of the engine, and changes the picture.
+// Every setting option equals its engine call and changes the image.
 #include <functional>
 #include <memory>
 #include <opencv2/imgcodecs.hpp>
@@ -18,7 +18,7 @@ struct SingleCase {
   const char* option;
   Setter set;
   const char* value;
-  const char* other_option = nullptr;  // without which the option has no effect
+  const char* other_option = nullptr;  // required for the option to have an effect
   Setter set_other = nullptr;
   const char* other_value = nullptr;
 };
@@ -63,7 +63,7 @@ constexpr SingleCase kSingles[] = {
      lumvik_set_vignette_amount, "58"},
 };
 
-// Patches of every color, each a little uneven; large enough for the corrections that move whole pixels.
+// Slightly uneven patches of every color, large enough for corrections that move whole pixels.
 cv::Mat Patches() {
   cv::RNG random(1);
   cv::Mat patches(8, 12, CV_8UC3);
@@ -94,7 +94,7 @@ class SettingOptionsTest : public CommandTest {
     return ReadFile(Path("engine.png"));
   }
 
-  // Expects the options to act as the calls, and not as no options at all.
+  // Expects the same image as from the engine calls, and another than without options.
   void ExpectSame(const Options& options, const std::function<void(EngineContext*)>& set) const {
     SCOPED_TRACE(options.front());
     const std::string picture = ByCommand(options);
@@ -108,7 +108,7 @@ class SettingOptionsTest : public CommandTest {
   void SetUp() override { plain_ = ByCommand({}); }
 };
 
-TEST_F(SettingOptionsTest, NoOptionsLeaveTheEngineAsItIs) {
+TEST_F(SettingOptionsTest, WithoutOptionsNothingIsSet) {
   EXPECT_EQ(plain_, ByEngine([](EngineContext*) {}));
 }
 
@@ -116,7 +116,7 @@ class SingleOptionTest : public SettingOptionsTest, public ::testing::WithParamI
 INSTANTIATE_TEST_SUITE_P(All, SingleOptionTest, ::testing::ValuesIn(kSingles),
                          [](const auto& single) { return TestNameOf(single.param.option); });
 
-TEST_P(SingleOptionTest, ActsAsItsSetter) {
+TEST_P(SingleOptionTest, EqualsItsSetter) {
   const SingleCase& single = GetParam();
   Options others;
   if (single.other_option != nullptr) others = {single.other_option, single.other_value};
@@ -129,7 +129,7 @@ TEST_P(SingleOptionTest, ActsAsItsSetter) {
   EXPECT_TRUE(others.empty() || ByCommand(options) != ByCommand(others)) << "nothing has changed";
 }
 
-TEST_F(SettingOptionsTest, TheCurvesActOnTheirChannels) {
+TEST_F(SettingOptionsTest, CurvesAffectTheirChannels) {
   constexpr float kPoints[] = {0, 0.1F, 0.4F, 0.6F, 1, 0.9F};
   constexpr const char* kOptions[] = {"--tone-curve", "--tone-curve-red", "--tone-curve-green",
                                       "--tone-curve-blue"};
@@ -140,7 +140,7 @@ TEST_F(SettingOptionsTest, TheCurvesActOnTheirChannels) {
   EXPECT_EQ(ByCommand({"--tone-curve", "none"}), plain_);
 }
 
-TEST_F(SettingOptionsTest, TheBandsAreCalledByName) {
+TEST_F(SettingOptionsTest, BandsAreSelectedByName) {
   constexpr const char* kBands[LUMVIK_BAND_COUNT] = {"red",  "orange", "yellow", "green",
                                                      "aqua", "blue",   "purple", "magenta"};
   for (int band = 0; band < LUMVIK_BAND_COUNT; ++band) {
@@ -153,14 +153,14 @@ TEST_F(SettingOptionsTest, TheBandsAreCalledByName) {
   });
 }
 
-// An option behind which IN follows takes no more than its own value.
-TEST_F(SettingOptionsTest, ABandLeavesTheNextArgumentAlone) {
+// An option before IN takes only its own value.
+TEST_F(SettingOptionsTest, ABandTakesASingleArgument) {
   Options arguments = Command();
   arguments.insert(arguments.end(), {"develop", "--hsl", "red=40,0,0", in_, "-o", Path("out.png")});
   EXPECT_EQ(RunProcess(arguments).out, Path("out.png") + " 480x320\n");
 }
 
-TEST_F(SettingOptionsTest, SplitToningActsOnItsZones) {
+TEST_F(SettingOptionsTest, SplitToningAffectsItsZones) {
   ExpectSame({"--split-highlights", "40,60"}, [](EngineContext* context) {
     lumvik_set_split_toning(context, LUMVIK_ZONE_HIGHLIGHTS, 40, 60, 0);
   });
@@ -187,7 +187,7 @@ TEST_F(SettingOptionsTest, FlipsMirror) {
   EXPECT_EQ(ByCommand({"--no-flip-h", "--no-flip-v"}), plain_);
 }
 
-TEST_F(SettingOptionsTest, CropCutsOutItsRectangle) {
+TEST_F(SettingOptionsTest, CropKeepsItsRectangle) {
   const cv::Mat plain = Developed(in_, Path("plain.png"));
   const cv::Mat cropped = Developed(in_, Path("out.png"), {"--crop", "0.25,0.5,0.5,0.25"});
   ASSERT_EQ(cropped.size(), cv::Size(240, 80));
@@ -195,8 +195,8 @@ TEST_F(SettingOptionsTest, CropCutsOutItsRectangle) {
   EXPECT_EQ(Develop(in_, Path("out.png"), {"--crop", "0,0,0.5,1"}).out, Path("out.png") + " 240x320\n");
 }
 
-// Grain differs from run to run, so that only its strength and its coarseness can be told.
-TEST_F(SettingOptionsTest, GrainIsAddedInItsStrengthAndSize) {
+// Grain is random, so that only its amount and coarseness can be compared.
+TEST_F(SettingOptionsTest, GrainHasItsAmountAndSize) {
   ASSERT_TRUE(cv::imwrite(in_, cv::Mat(100, 100, CV_8UC3, cv::Scalar::all(128))));
   const auto grain = [&](const Options& options) {
     cv::Mat picture = Developed(in_, Path("out.png"), options);
@@ -208,7 +208,7 @@ TEST_F(SettingOptionsTest, GrainIsAddedInItsStrengthAndSize) {
     cv::meanStdDev(picture, mean, deviation);
     return deviation[0];
   };
-  // Neighbors in coarse grain are alike.
+  // Coarse grain is correlated between neighbors.
   const auto fineness = [&](const cv::Mat& picture) {
     return MeanDifference(picture.colRange(1, 100), picture.colRange(0, 99)) / strength(picture);
   };

@@ -1,5 +1,5 @@
-// Settings files: what is written is complete and exact, what is read acts like the options, and whatever is
-// wrong in a file is told by its line and its key.
+// Settings files: saved completely and exactly, equivalent to options when read, and with errors that name
+// line and key.
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
@@ -11,7 +11,7 @@ namespace {
 namespace fs = std::filesystem;
 using Json = nlohmann::json;
 
-// Every option but grain, which is random; numbers that no float holds exactly among them.
+// Every option except grain, which is random; some values have no exact float.
 const std::vector<std::string> kEverything = {"--exposure=0.1",
                                               "--brightness=3.3",
                                               "--contrast=7.7",
@@ -77,7 +77,7 @@ class SettingsFileTest : public CommandTest {
   const std::string in_ = Photograph("in.png");
 };
 
-TEST_F(SettingsFileTest, TheDefaultsAreSavedComplete) {
+TEST_F(SettingsFileTest, AllDefaultsAreSaved) {
   const Json band = {{"hue", 0}, {"saturation", 0}, {"luminance", 0}};
   Json expected = {
       {"lumvik", 1},
@@ -159,7 +159,7 @@ TEST_F(SettingsFileTest, TheOptionsAreSavedUnderTheirKeys) {
   EXPECT_EQ(saved["tone_curves"]["blue"], Json::array());
 }
 
-TEST_F(SettingsFileTest, SavedSettingsGiveTheSamePictureAndTheSameFile) {
+TEST_F(SettingsFileTest, SavedSettingsReproduceImageAndFile) {
   std::vector<std::string> options = kEverything;
   options.insert(options.end(), {"--save-settings", Path("first.json")});
   const std::string picture = Picture(options);
@@ -168,7 +168,7 @@ TEST_F(SettingsFileTest, SavedSettingsGiveTheSamePictureAndTheSameFile) {
   EXPECT_EQ(ReadFile(Path("second.json")), ReadFile(Path("first.json")));
 }
 
-TEST_F(SettingsFileTest, WhatTheFileLeavesOutKeepsTheDefault) {
+TEST_F(SettingsFileTest, MissingKeysKeepTheirDefaults) {
   EXPECT_EQ(Picture({"--settings", Settings(R"({"lumvik": 1})")}), Picture({}));
   EXPECT_EQ(Picture({"--settings", Settings(R"({"lumvik": 1, "hsl": {"red": {"hue": 40}}, "crop": {}})")}),
             Picture({"--hsl", "red=40,0,0"}));
@@ -184,8 +184,8 @@ TEST_F(SettingsFileTest, OptionsOverrideSingleValuesOfTheFile) {
                      "--tone-curve-red=0,0.2 1,1", "--split-highlights=40,30", "--split-balance=5"}));
 }
 
-// An empty curve is exactly straight, one of two points is not beside another curve.
-TEST_F(SettingsFileTest, AnEmptyCurveAndAStraightOneAreKeptApart) {
+// An empty curve is exactly linear, while two points are not next to another curve.
+TEST_F(SettingsFileTest, AnEmptyCurveDiffersFromTwoPoints) {
   const char* const form = R"({"lumvik": 1, "tone_curves": {"master": [[0, 0], [0.5, 0.6], [1, 1]], "red": )";
   const std::string empty = Picture({"--settings", Settings(std::string(form) + "[]}}")});
   const std::string straight = Picture({"--settings", Settings(std::string(form) + "[[0, 0], [1, 1]]}}")});
@@ -194,7 +194,7 @@ TEST_F(SettingsFileTest, AnEmptyCurveAndAStraightOneAreKeptApart) {
   EXPECT_NE(empty, straight);
 }
 
-TEST_F(SettingsFileTest, AFileMayBeReadAndReplacedAtOnce) {
+TEST_F(SettingsFileTest, TheSameFileCanBeReadAndWritten) {
   const std::string file = Settings(R"({"lumvik": 1, "exposure": 1, "tint": 20})");
   Picture({"--settings", file, "--tint=30", "--save-settings", file});
   const Json saved = Json::parse(ReadFile(file));
@@ -210,9 +210,9 @@ struct Fault {
 constexpr Fault kFaults[] = {
     {"", "line 1: syntax error while parsing value - unexpected end of input"},
     {"[]", "line 1: settings are an object"},
-    {"{}", "line 1: lumvik: missing; it has to be 1"},
-    {"{\n\"lumvik\": 2, \"sepia\": 1}", "line 2: lumvik: 2 is not the version"},
-    {"{\"lumvik\": true}", "line 1: lumvik: true is not the version"},
+    {"{}", "line 1: lumvik: missing; it must be 1"},
+    {"{\n\"lumvik\": 2, \"sepia\": 1}", "line 2: lumvik: 2 is not the supported version"},
+    {"{\"lumvik\": true}", "line 1: lumvik: true is not the supported version"},
     {"{\"lumvik\": 1,\n\"sepia\": 1\n}", "line 2: sepia: there is no such setting"},
     {"{\"lumvik\": 1, \"a\\nb\": 1}", "line 1: a\\nb: there is no such setting"},
     {"{\"lumvik\": 1,\n\"hsl\": {\n\"rod\": {}}}", "line 3: hsl.rod: there is no such setting"},
@@ -230,9 +230,8 @@ constexpr Fault kFaults[] = {
     {"{\"lumvik\": 1,\n\"exposure\": 1e999\n}", "line 2: exposure: the number is too large"},
     {"{\"lumvik\": 1,\n\"exposure\": NaN\n}", "line 2: after exposure: syntax error"},
     {"{\"lumvik\": 1,\n\"flip_h\": 1}", "line 2: flip_h: 1 is not true or false"},
-    {"{\"lumvik\": 1,\n\"tint\": 1,\n\"tint\": 1}", "line 3: tint: the key stands here a second time"},
-    {"{\"lumvik\": 1,\n\"crop\": {\"x\": 0,\n\"x\": 0}}",
-     "line 3: crop.x: the key stands here a second time"},
+    {"{\"lumvik\": 1,\n\"tint\": 1,\n\"tint\": 1}", "line 3: tint: duplicate key"},
+    {"{\"lumvik\": 1,\n\"crop\": {\"x\": 0,\n\"x\": 0}}", "line 3: crop.x: duplicate key"},
     {"{\"lumvik\": 1,\n\"tint\": 1\n\"exposure\": 1}",
      "line 3: after tint: syntax error while parsing object"},
     {"{\"lumvik\": 1,\n\"tint\": 1\n", "line 2: after tint: syntax error while parsing object"},
@@ -247,10 +246,10 @@ constexpr Fault kFaults[] = {
     {"{\"lumvik\": 1,\n\"tone_curves\": {\"red\": [[0, 0]]}}",
      "line 2: tone_curves.red: a curve needs at least two points"},
     {"{\"lumvik\": 1,\n\"tone_curves\": {\"red\": [[0, 0], [0, 1]]}}",
-     "line 2: tone_curves.red: the points of a curve need ascending x"},
+     "line 2: tone_curves.red: the points of a curve must be in ascending order of x"},
 };
 
-TEST_F(SettingsFileTest, FaultsAreToldByLineAndKey) {
+TEST_F(SettingsFileTest, ErrorsNameLineAndKey) {
   for (const Fault& fault : kFaults) {
     const std::string file = Settings(fault.text);
     ExpectRefusal(Develop(in_, Path("out.png"), {"--settings", file, "--save-settings", Path("saved.json")}),
@@ -260,7 +259,7 @@ TEST_F(SettingsFileTest, FaultsAreToldByLineAndKey) {
   EXPECT_FALSE(fs::exists(Path("saved.json")));
 }
 
-TEST_F(SettingsFileTest, FilesThatAreNoSettingsAreRefused) {
+TEST_F(SettingsFileTest, FilesWithoutJsonAreRefused) {
   fs::create_directory(Path("folder"));
   const auto refused = [&](const std::string& file, const std::string& why) {
     ExpectRefusal(Develop(in_, Path("out.png"), {"--settings", file}), kFailure, "'" + file + "': " + why);
@@ -272,7 +271,7 @@ TEST_F(SettingsFileTest, FilesThatAreNoSettingsAreRefused) {
   refused(Settings(std::string(300000, ' ')), "the file is too large");
 }
 
-TEST_F(SettingsFileTest, PlacesThatCannotTakeTheSettingsAreRefused) {
+TEST_F(SettingsFileTest, UnwritableFilesAreRefused) {
   fs::create_directory(Path("folder.json"));
   fs::create_symlink("in.png", Path("link.json"));
   const std::string before = ReadFile(in_);
@@ -283,13 +282,13 @@ TEST_F(SettingsFileTest, PlacesThatCannotTakeTheSettingsAreRefused) {
   refused("", kUsage, "--save-settings: '' does not end in .json");
   refused(Path("no folder/s.json"), kFailure, "there is no folder '" + Path("no folder") + "'");
   refused(Path("folder.json"), kFailure, "it is a folder");
-  refused(Path("link.json"), kFailure, "it is the photograph itself");
+  refused(Path("link.json"), kFailure, "it is the input photograph");
   EXPECT_FALSE(fs::exists(Path("out.png")));
   EXPECT_EQ(ReadFile(in_), before);
 }
 
-// A limit on the size of files stands for a full disk.
-TEST_F(SettingsFileTest, SettingsThatDoNotFitLeaveEverythingAsItWas) {
+// A file size limit simulates a full disk.
+TEST_F(SettingsFileTest, AFullDiskKeepsTheExistingFile) {
   WriteFile(Path("saved.json"), "last year's work");
   const std::vector<std::string> prefix = {"sh", "-c", "trap '' XFSZ; ulimit -f 1; exec \"$0\" \"$@\"",
                                            LUMVIK_COMMAND};

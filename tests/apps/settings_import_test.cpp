@@ -1,9 +1,10 @@
-// Settings of Camera Raw, in XMP files as it writes them, turned into settings files.
+// Import of Camera Raw settings from XMP.
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "command_test.h"
 #include "exif_file.h"
+#include "lumvik/camera_raw_names.h"
 #include "xmp_file.h"
 
 namespace lumvik::test {
@@ -20,7 +21,7 @@ class SettingsImportTest : public CommandTest {
     return RunProcess(arguments);
   }
 
-  // Imports a file and returns its settings and, by the name of Camera Raw, what became of each.
+  // Imports a file and returns its settings. Sets outcomes_, by Camera Raw name, and file_.
   Json Imported(const std::string& input) {
     const ProcessResult result = Import(input, {"--json"});
     EXPECT_EQ(result.status, kSuccess) << result.err;
@@ -109,8 +110,8 @@ constexpr NumberCase kNumbers[] = {
 class ImportedNumberTest : public SettingsImportTest, public ::testing::WithParamInterface<NumberCase> {};
 INSTANTIATE_TEST_SUITE_P(All, ImportedNumberTest, ::testing::ValuesIn(kNumbers));
 
-// As an attribute and as an element; nothing else comes with it.
-TEST_P(ImportedNumberTest, BecomesItsCounterpart) {
+// As an attribute and as an element, without side effects.
+TEST_P(ImportedNumberTest, IsConverted) {
   const std::string name = GetParam().name;
   const std::string value = GetParam().value;
   const Json by_attribute = ImportedXmp("crs:" + name + "=\"" + value + "\"");
@@ -122,25 +123,25 @@ TEST_P(ImportedNumberTest, BecomesItsCounterpart) {
   EXPECT_EQ(flat.at(GetParam().place).get<float>(), GetParam().expected);
 }
 
-TEST_F(SettingsImportTest, WhatWasChangedIsTold) {
+TEST_F(SettingsImportTest, ChangesAreExplained) {
   ImportedXmp(R"(crs:Whites2012="+20" crs:Dehaze="-10" crs:DefringeGreenAmount="20" crs:Texture="ten")"
               R"( crs:SharpenDetail="25")");
   EXPECT_EQ(Note("Whites2012"), "times -1");
-  EXPECT_EQ(Note("Dehaze"), "held in 0..100");
+  EXPECT_EQ(Note("Dehaze"), "clamped to 0..100");
   EXPECT_EQ(Outcome("Texture"), "ignored");
   EXPECT_EQ(Note("Texture"), "it is not a number");
   EXPECT_EQ(Outcome("SharpenDetail"), "ignored");
-  EXPECT_EQ(Note("SharpenDetail"), "there is no counterpart");
+  EXPECT_EQ(Note("SharpenDetail"), "no counterpart");
 }
 
-TEST_F(SettingsImportTest, OfTwoForOneSettingTheGreaterWins) {
+TEST_F(SettingsImportTest, TheGreaterOfTwoSourcesWins) {
   const char* const green_first = R"(crs:DefringeGreenAmount="3" crs:DefringePurpleAmount="2")";
   const char* const green_last = R"(crs:DefringePurpleAmount="2" crs:DefringeGreenAmount="3")";
   EXPECT_EQ(ImportedXmp(green_first).at("defringe"), 15);
   EXPECT_EQ(ImportedXmp(green_last).at("defringe"), 15);
 }
 
-// The engine leaves the camera's white balance alone at 6500, whatever the camera took the light for.
+// At 6500 the engine keeps the camera's white balance.
 TEST_F(SettingsImportTest, AWhiteBalanceAsShotIsNeutral) {
   const Json settings = ImportedXmp(R"(crs:WhiteBalance="As Shot" crs:Temperature="4900" crs:Tint="+9")");
   EXPECT_EQ(settings.at("temperature"), 6500);
@@ -151,7 +152,7 @@ TEST_F(SettingsImportTest, AWhiteBalanceAsShotIsNeutral) {
   EXPECT_EQ(custom.at("tint"), 9);
 }
 
-TEST_F(SettingsImportTest, GrayIsTheLeastSaturation) {
+TEST_F(SettingsImportTest, GrayscaleIsMinimumSaturation) {
   EXPECT_EQ(ImportedXmp(R"(crs:ConvertToGrayscale="True" crs:Saturation="10")").at("saturation"), -100);
   EXPECT_EQ(ImportedXmp(R"(crs:Saturation="10" crs:ConvertToGrayscale="False")").at("saturation"), 10);
 }
@@ -162,7 +163,7 @@ std::string CurveElement(const std::string& name, const std::vector<std::string>
   return "<crs:" + name + "><rdf:Seq>" + items + "</rdf:Seq></crs:" + name + ">";
 }
 
-TEST_F(SettingsImportTest, CurvesAreLevelsOfOne) {
+TEST_F(SettingsImportTest, CurvesAreNormalized) {
   const Json curves = ImportedXmp("", CurveElement("ToneCurvePV2012", {"0, 0", "51, 102", "255, 204"}) +
                                           CurveElement("ToneCurvePV2012Red", {"0, 51", "255, 255"}) +
                                           CurveElement("ToneCurvePV2012Green", {"0,0", "102,51", "255,255"}) +
@@ -171,10 +172,10 @@ TEST_F(SettingsImportTest, CurvesAreLevelsOfOne) {
   EXPECT_EQ(curves.at("master").dump(), "[[0.0,0.0],[0.2,0.4],[1.0,0.8]]");
   EXPECT_EQ(curves.at("red").dump(), "[[0.0,0.2],[1.0,1.0]]");
   EXPECT_EQ(curves.at("green").dump(), "[[0.0,0.0],[0.4,0.2],[1.0,1.0]]");
-  EXPECT_EQ(curves.at("blue").dump(), "[]");  // exactly straight, as the two points are not
+  EXPECT_EQ(curves.at("blue").dump(), "[]");  // exactly linear, unlike two points
 }
 
-TEST_F(SettingsImportTest, ACurveThatIsNoneIsIgnored) {
+TEST_F(SettingsImportTest, InvalidCurvesAreIgnored) {
   const std::vector<std::vector<std::string>> faulty = {
       {"0, 0"}, {"0, 0", "0, 9"}, {"0, 0", "300, 9"}, {"0, 0", "x, 9"}, {"0, 0", "9"}, {"0, 0", "9, "}};
   for (const auto& points : faulty) {
@@ -182,11 +183,11 @@ TEST_F(SettingsImportTest, ACurveThatIsNoneIsIgnored) {
     EXPECT_EQ(Outcome("ToneCurvePV2012"), "ignored");
   }
   ImportedXmp("", CurveElement("ToneCurvePV2012Name", {"0, 0", "255, 255"}));
-  EXPECT_EQ(Note("ToneCurvePV2012Name"), "there is no counterpart");
+  EXPECT_EQ(Note("ToneCurvePV2012Name"), "no counterpart");
 }
 
-// What is in a structure belongs to that, as here to a look that is added to the settings.
-TEST_F(SettingsImportTest, AStructureIsOneThingWithoutCounterpart) {
+// Members of a structure, such as a look, are not settings of the photograph.
+TEST_F(SettingsImportTest, StructuresAreIgnored) {
   const Json settings = ImportedXmp(R"(crs:Exposure2012="+1")",
                                     R"(<crs:Look><rdf:Description crs:Name="Vivid"><crs:Parameters>)"
                                     R"(<rdf:Description crs:Exposure2012="+4" crs:Contrast2012="+50"/>)"
@@ -197,7 +198,7 @@ TEST_F(SettingsImportTest, AStructureIsOneThingWithoutCounterpart) {
   EXPECT_EQ(Outcome("Look"), "ignored");
 }
 
-TEST_F(SettingsImportTest, TheListGoesToStandardErrorAndTheSettingsToStandardOutput) {
+TEST_F(SettingsImportTest, SettingsGoToStandardOutputAndTheReportToStandardError) {
   WriteFile(Path("in.xmp"), Xmp("crs:Exposure2012=\"+0.50\" crs:Whites2012=\"+20\" crs:Sharpen=\"a&#xA;b\""));
   const ProcessResult result = Import(Path("in.xmp"));
   EXPECT_EQ(result.status, kSuccess);
@@ -205,10 +206,10 @@ TEST_F(SettingsImportTest, TheListGoesToStandardErrorAndTheSettingsToStandardOut
   EXPECT_EQ(result.err,
             "taken    Exposure2012 +0.50: exposure\n"
             "scaled   Whites2012 +20: whites (times -1)\n"
-            "ignored  Sharpen a b (there is no counterpart)\n");
+            "ignored  Sharpen a b (no counterpart)\n");
 }
 
-TEST_F(SettingsImportTest, TheFileDevelopsLikeTheOptions) {
+TEST_F(SettingsImportTest, TheFileEqualsTheOptions) {
   WriteFile(Path("in.xmp"),
             Xmp(R"(crs:Exposure2012="+0.50" crs:Blacks2012="-7" crs:HueAdjustmentRed="+50")"
                 R"( crs:HasCrop="True" crs:CropLeft="0.1" crs:CropTop="0.2" crs:CropRight="0.9")"
@@ -226,7 +227,51 @@ TEST_F(SettingsImportTest, TheFileDevelopsLikeTheOptions) {
   EXPECT_EQ(picture.size(), cv::Size(48, 24));
 }
 
-TEST_F(SettingsImportTest, AnImportMayBecomeTheSidecar) {
+// Sets every imported property to this value.
+std::string AllWith(const std::string& value) {
+  std::string attributes = "crs:HasCrop=\"True\"";
+  const auto add = [&](const std::string& name) { attributes += " crs:" + name + "=\"" + value + "\""; };
+  for (const CameraRawNumber& number : kCameraRawNumbers) add(number.name);
+  for (const CameraRawBandNumber& number : kCameraRawBandNumbers) {
+    for (const char* color : {"Red", "Orange", "Yellow", "Green", "Aqua", "Blue", "Purple", "Magenta"}) {
+      add(std::string(number.name) + color);
+    }
+  }
+  for (const char* name : {"CropLeft", "CropTop", "CropRight", "CropBottom", "CropAngle"}) add(name);
+  return attributes;
+}
+
+TEST_F(SettingsImportTest, AnyValueGivesAFileThatDevelopReads) {
+  const std::string in = Photograph("in.png");
+  std::vector<std::string> values = {"NaN", "-nan", "inf", "-inf", "1e999", "", "ten"};  // not numbers
+  for (const char* number : {"0", "1e-320", "0.009", "1.000001", "10.001", "20.001", "100.001", "150.001",
+                             "180.001", "255.001", "360.001", "1000", "1666.9", "25000.1", "1e30", "1e308"}) {
+    values.insert(values.end(), {number, std::string("-") + number});
+  }
+  for (const std::string& value : values) {
+    WriteFile(Path("in.xmp"),
+              Xmp(AllWith(value), CurveElement("ToneCurvePV2012", {"0, " + value, "255, 255"}) +
+                                      CurveElement("ToneCurvePV2012Red", {"0, 0", value + ", 9"})));
+    ASSERT_EQ(Import(Path("in.xmp"), {"-o", Path("settings.json")}).status, kSuccess) << value;
+    const ProcessResult result = Develop(
+        in, Path("out.png"), {"--settings", Path("settings.json"), "--save-settings", Path("saved.json")});
+    EXPECT_EQ(result.status, kSuccess) << value << ": " << result.err;
+    Json saved = Json::parse(ReadFile(Path("saved.json")));
+    const Json unread = saved;
+    saved.merge_patch(Json::parse(ReadFile(Path("settings.json"))));
+    EXPECT_EQ(saved, unread) << value;
+  }
+}
+
+TEST_F(SettingsImportTest, ACurveWithTooManyPointsIsIgnored) {
+  std::vector<std::string> points;
+  for (int i = 0; i < 20000; ++i)
+    points.push_back(std::to_string(0.0123456 * i) + ", " + std::to_string(0.0123456 * i));
+  EXPECT_FALSE(ImportedXmp("", CurveElement("ToneCurvePV2012", points)).contains("tone_curves"));
+  EXPECT_EQ(Note("ToneCurvePV2012"), "a curve has at most 1024 points");
+}
+
+TEST_F(SettingsImportTest, TheOutputCanBeTheSidecar) {
   const std::string in = Photograph("in.jpg");
   WriteFile(Path("in.xmp"), Xmp(R"(crs:Exposure2012="+0.50")"));
   ASSERT_EQ(Import(in, {"-o", Path("in.jpg.lumvik.json")}).status, kSuccess);
@@ -234,7 +279,7 @@ TEST_F(SettingsImportTest, AnImportMayBecomeTheSidecar) {
   EXPECT_EQ(Json::parse(ReadFile(Path("saved.json"))).at("exposure"), 0.5);
 }
 
-TEST_F(SettingsImportTest, OfAPhotographTheMoreExactNameGoesFirst) {
+TEST_F(SettingsImportTest, TheMostSpecificSidecarWins) {
   const std::string in = Photograph("in.jpg");
   const auto image = Exiv2::ImageFactory::open(in);
   image->xmpData()["Xmp.crs.Exposure2012"] = "+1.00";
@@ -253,11 +298,11 @@ TEST_F(SettingsImportTest, OfAPhotographTheMoreExactNameGoesFirst) {
 TEST_F(SettingsImportTest, FilesWithoutSettingsAreRefused) {
   ExpectRefusal(Import(Path("none.xmp")), kFailure, "there is no such file");
   ExpectRefusal(Import(Path("none.jpg")), kFailure, "there is no such file");
-  ExpectRefusal(Import(Photograph("in.jpg")), kFailure, "it holds no settings of Camera Raw or Lightroom");
+  ExpectRefusal(Import(Photograph("in.jpg")), kFailure, "it has no Camera Raw or Lightroom settings");
   WriteFile(Path("in.txt"), "a text that is long enough to be looked at");
-  ExpectRefusal(Import(Path("in.txt")), kFailure, "it is neither XMP nor a photograph with metadata");
+  ExpectRefusal(Import(Path("in.txt")), kFailure, "it is neither an XMP file nor a photograph with metadata");
   WriteFile(Path("in.xmp"), Xmp(R"(tiff:ImageWidth="60")"));
-  ExpectRefusal(Import(Path("in.xmp")), kFailure, "it holds no settings of Camera Raw or Lightroom");
+  ExpectRefusal(Import(Path("in.xmp")), kFailure, "it has no Camera Raw or Lightroom settings");
 }
 
 TEST_F(SettingsImportTest, DamagedXmpIsRefused) {
@@ -272,7 +317,7 @@ TEST_F(SettingsImportTest, DamagedXmpIsRefused) {
   EXPECT_EQ(ReadFile(Path("old.json")), "last year's work");
 }
 
-TEST_F(SettingsImportTest, OnlyASettingsFileIsWritten) {
+TEST_F(SettingsImportTest, TheOutputMustBeJson) {
   const std::string in = Photograph("in.jpg");
   ExpectRefusal(Import(in, {"-o", in}), kUsage, "does not end in .json");
   ExpectRefusal(RunProcess({LUMVIK_COMMAND, "settings"}), kUsage, "required");

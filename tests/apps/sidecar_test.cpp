@@ -1,4 +1,4 @@
-// The settings file that stands beside a photograph: which one is read, and what goes before it.
+// Settings sidecars: which one is read, and what overrides it.
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
@@ -12,7 +12,7 @@ using Json = nlohmann::json;
 
 class SidecarTest : public CommandTest {
  protected:
-  // Develops in.png and returns the setting that was used in the end.
+  // Develops in.png and returns the setting that was used.
   double Used(const std::string& key, std::vector<std::string> options = {}) {
     options.insert(options.end(), {"--save-settings", Path("saved.json")});
     result_ = Develop(in_, Path("out.png"), options);
@@ -27,7 +27,7 @@ class SidecarTest : public CommandTest {
   ProcessResult result_;
 };
 
-TEST_F(SidecarTest, IsReadAndTold) {
+TEST_F(SidecarTest, IsReadAndReported) {
   EXPECT_EQ(Used("contrast"), 0);
   EXPECT_EQ(result_.out, PictureLine());
   WriteFile(Path("in.lumvik.json"), R"({"lumvik": 1, "contrast": 20})");
@@ -35,7 +35,7 @@ TEST_F(SidecarTest, IsReadAndTold) {
   EXPECT_EQ(result_.out, PictureLine() + SettingsLine("in.lumvik.json"));
 }
 
-TEST_F(SidecarTest, ActsLikeItsOption) {
+TEST_F(SidecarTest, EqualsTheOption) {
   ASSERT_EQ(Develop(in_, Path("option.png"), {"--contrast", "20"}).status, kSuccess);
   ASSERT_EQ(Develop(in_, Path("none.png")).status, kSuccess);
   WriteFile(Path("in.lumvik.json"), R"({"lumvik": 1, "contrast": 20})");
@@ -44,7 +44,7 @@ TEST_F(SidecarTest, ActsLikeItsOption) {
   EXPECT_NE(ReadFile(Path("sidecar.png")), ReadFile(Path("none.png")));
 }
 
-TEST_F(SidecarTest, TheMoreExactNameGoesAloneAndFirst) {
+TEST_F(SidecarTest, OnlyTheMostSpecificIsRead) {
   WriteFile(Path("in.lumvik.json"), R"({"lumvik": 1, "contrast": 20, "tint": 30})");
   WriteFile(Path("in.png.lumvik.json"), R"({"lumvik": 1, "contrast": 40})");
   EXPECT_EQ(Used("contrast"), 40);
@@ -52,7 +52,7 @@ TEST_F(SidecarTest, TheMoreExactNameGoesAloneAndFirst) {
   EXPECT_EQ(result_.out, PictureLine() + SettingsLine("in.png.lumvik.json"));
 }
 
-TEST_F(SidecarTest, SettingsAndOptionsGoBeforeIt) {
+TEST_F(SidecarTest, IsOverriddenBySettingsAndOptions) {
   WriteFile(Path("in.lumvik.json"), R"({"lumvik": 1, "contrast": 20, "tint": 21, "shadows": 22})");
   WriteFile(Path("other.json"), R"({"lumvik": 1, "tint": 31, "shadows": 32})");
   const std::vector<std::string> options = {"--settings", Path("other.json"), "--shadows", "42"};
@@ -61,19 +61,19 @@ TEST_F(SidecarTest, SettingsAndOptionsGoBeforeIt) {
   EXPECT_EQ(Used("shadows", options), 42);
 }
 
-TEST_F(SidecarTest, GoesBeforeWhatIsSuggested) {
+TEST_F(SidecarTest, OverridesSuggestions) {
   WriteFile(Path("in.lumvik.json"), R"({"lumvik": 1, "vibrance": 3})");
   EXPECT_EQ(Used("vibrance", {"--auto"}), 3);
   EXPECT_EQ(Used("saturation", {"--auto"}), 5);
 }
 
-TEST_F(SidecarTest, NoSidecarLeavesItAlone) {
+TEST_F(SidecarTest, NoSidecarIgnoresIt) {
   WriteFile(Path("in.lumvik.json"), "not even JSON");
   EXPECT_EQ(Used("contrast", {"--no-sidecar"}), 0);
   EXPECT_EQ(result_.out, PictureLine());
 }
 
-TEST_F(SidecarTest, IsTheOneBesideThePhotographWhereverTheUserStands) {
+TEST_F(SidecarTest, DoesNotDependOnTheWorkingFolder) {
   fs::create_directory(Path("folder"));
   fs::copy_file(in_, Path("folder/other.png"));
   WriteFile(Path("folder/in.lumvik.json"), R"({"lumvik": 1, "contrast": 20})");
@@ -89,19 +89,19 @@ TEST_F(SidecarTest, IsTheOneBesideThePhotographWhereverTheUserStands) {
   EXPECT_EQ(beside.out, "out.png 60x40\nsettings from in.lumvik.json\n");
 }
 
-TEST_F(SidecarTest, AFaultInItIsReported) {
+TEST_F(SidecarTest, ErrorsInItAreReported) {
   WriteFile(Path("in.lumvik.json"), R"({"lumvik": 1, "contrast": 200})");
   ExpectRefusal(Develop(in_, Path("out.png")), kFailure,
                 "cannot use the settings '" + Path("in.lumvik.json") + "': line 1: contrast: 200 is not");
   EXPECT_FALSE(fs::exists(Path("out.png")));
 }
 
-TEST_F(SidecarTest, ALinkThatLeadsNowhereIsReported) {
+TEST_F(SidecarTest, ADanglingLinkIsReported) {
   fs::create_symlink("nowhere", Path("in.lumvik.json"));
   ExpectRefusal(Develop(in_, Path("out.png")), kFailure, "cannot read '" + Path("in.lumvik.json") + "'");
 }
 
-TEST_F(SidecarTest, MayBeWhereTheSettingsAreSaved) {
+TEST_F(SidecarTest, CanBeTheFileOfSaveSettings) {
   const std::string sidecar = Path("in.png.lumvik.json");
   ASSERT_EQ(Develop(in_, Path("a.png"), {"--contrast", "20", "--save-settings", sidecar}).status, kSuccess);
   ASSERT_EQ(Develop(in_, Path("b.png"), {"--save-settings", sidecar}).status, kSuccess);
@@ -109,7 +109,7 @@ TEST_F(SidecarTest, MayBeWhereTheSettingsAreSaved) {
   EXPECT_EQ(Json::parse(ReadFile(sidecar)).at("contrast"), 20);
 }
 
-TEST_F(SidecarTest, HoldsForTheHistogramToo) {
+TEST_F(SidecarTest, AppliesToHistogram) {
   const auto histogram = [&] { return RunProcess({LUMVIK_COMMAND, "histogram", in_}).out; };
   const Json before = Json::parse(histogram());
   WriteFile(Path("in.lumvik.json"), R"({"lumvik": 1, "exposure": -2})");

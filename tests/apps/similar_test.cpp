@@ -1,4 +1,4 @@
-// `lumvik similar`: which photographs it puts together, and how it goes through a folder.
+// `lumvik similar`: grouping of photographs and traversal of folders.
 #include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
@@ -32,14 +32,14 @@ class SimilarTest : public CommandTest {
 
   void Copy(const std::string& from, const std::string& name) const { fs::copy_file(from, In(name)); }
 
-  // The picture at a share of its size, compressed anew.
+  // Scales and recompresses an image.
   void Recompress(const std::string& from, const std::string& name, double scale, int quality) const {
     cv::Mat picture;
     cv::resize(cv::imread(from), picture, cv::Size(), scale, scale, cv::INTER_AREA);
     ASSERT_TRUE(cv::imwrite(In(name), picture, {cv::IMWRITE_JPEG_QUALITY, quality}));
   }
 
-  // The groups by the names within the folder.
+  // The groups, with paths relative to the folder.
   PathGroups GroupsOf(const ProcessResult& result) const {
     PathGroups groups;
     const Json json = Json::parse(result.out);
@@ -54,7 +54,7 @@ class SimilarTest : public CommandTest {
   }
 };
 
-TEST_F(SimilarTest, ARawFileIsFoundWithItsExportsAndNothingElse) {
+TEST_F(SimilarTest, RawFilesAreGroupedWithTheirExports) {
   Copy(LUMVIK_SAMPLES "/sample_small.ARW", "a.ARW");
   Copy(kData + "uncompressed.ARW", "b.arw");
   Copy(kData + "jpeg_thumb.dng", "c.DNG");
@@ -79,7 +79,7 @@ TEST_F(SimilarTest, ARawFileIsFoundWithItsExportsAndNothingElse) {
   EXPECT_EQ(Json::parse(result.out).at("threshold"), 8);
 }
 
-TEST_F(SimilarTest, LinesAreThoseOfHash) {
+TEST_F(SimilarTest, LinesEqualThoseOfHash) {
   Copy(kData + "cat.jpg", "a.jpg");
   Copy(kData + "cat.jpg", "b.jpg");
   Copy(kData + "eiffel_gps_north_east.jpg", "x.jpg");
@@ -93,7 +93,7 @@ TEST_F(SimilarTest, LinesAreThoseOfHash) {
   EXPECT_EQ(Similar().out, lines({In("a.jpg"), In("b.jpg")}) + "\n" + lines({In("x.jpg"), In("y.jpg")}));
 }
 
-TEST_F(SimilarTest, TheThresholdDecides) {
+TEST_F(SimilarTest, TheThresholdIsApplied) {
   Copy(kData + "cat.jpg", "cat.jpg");
   Copy(kData + "eiffel_gps_north_east.jpg", "eiffel.jpg");
   EXPECT_EQ(Similar().out, "");
@@ -103,7 +103,7 @@ TEST_F(SimilarTest, TheThresholdDecides) {
   EXPECT_EQ(GroupsOf(Similar({"--json", "--threshold", "0"})), PathGroups());
 }
 
-TEST_F(SimilarTest, OneFileThatFailsStopsNothing) {
+TEST_F(SimilarTest, AFailingFileDoesNotStopTheRest) {
   Copy(kData + "cat.jpg", "a.jpg");
   Copy(kData + "cat.jpg", "z.jpg");
   WriteFile(In("text.jpg"), "not a photograph at all\n");
@@ -112,11 +112,11 @@ TEST_F(SimilarTest, OneFileThatFailsStopsNothing) {
   EXPECT_EQ(result.status, kFailure);
   EXPECT_EQ(GroupsOf(result), PathGroups({{"a.jpg", "z.jpg"}}));
   EXPECT_EQ(result.err, "lumvik: cannot read '" + In("export/no.dng") +
-                            "': the RAW file holds no preview\nlumvik: cannot read '" + In("text.jpg") +
-                            "': it is no photograph, or a damaged one\n");
+                            "': the RAW file has no preview\nlumvik: cannot read '" + In("text.jpg") +
+                            "': it is not a photograph, or it is damaged\n");
 }
 
-TEST_F(SimilarTest, AFolderThatMayNotBeReadStopsNothing) {
+TEST_F(SimilarTest, AnUnreadableFolderDoesNotStopTheRest) {
   Copy(kData + "cat.jpg", "a.jpg");
   Copy(kData + "cat.jpg", "z.jpg");
   fs::permissions(In("export"), fs::perms::none);
@@ -127,7 +127,7 @@ TEST_F(SimilarTest, AFolderThatMayNotBeReadStopsNothing) {
   EXPECT_EQ(result.err, "lumvik: cannot read '" + In("export") + "': Permission denied\n");
 }
 
-TEST_F(SimilarTest, LinksAndPipesAreLeftAlone) {
+TEST_F(SimilarTest, LinksAndPipesAreSkipped) {
   Copy(kData + "cat.jpg", "a.jpg");
   fs::create_symlink("a.jpg", In("link.jpg"));
   fs::create_symlink("nowhere", In("dangling.jpg"));
@@ -141,7 +141,7 @@ TEST_F(SimilarTest, LinksAndPipesAreLeftAlone) {
   EXPECT_EQ(result.err, "");
 }
 
-TEST_F(SimilarTest, TheFolderItselfMayBeALink) {
+TEST_F(SimilarTest, TheFolderItselfCanBeALink) {
   Copy(kData + "cat.jpg", "a.jpg");
   Copy(kData + "cat.jpg", "b.jpg");
   fs::rename(Folder(), Path("elsewhere"));
@@ -149,7 +149,7 @@ TEST_F(SimilarTest, TheFolderItselfMayBeALink) {
   EXPECT_EQ(GroupsOf(Similar({"--json"})), PathGroups({{"a.jpg", "b.jpg"}}));
 }
 
-TEST_F(SimilarTest, OnlyPhotographsAreLookedAt) {
+TEST_F(SimilarTest, OnlyPhotographsAreRead) {
   Copy(kData + "cat.jpg", "a.jpg");
   for (const char* name : {"notes.txt", "a.jpg.xmp", "jpg", ".jpg", "a"}) WriteFile(In(name), "text");
   const ProcessResult result = Similar();
@@ -157,7 +157,7 @@ TEST_F(SimilarTest, OnlyPhotographsAreLookedAt) {
   EXPECT_EQ(result.out, "");
 }
 
-TEST_F(SimilarTest, NamesOfAnyBytes) {
+TEST_F(SimilarTest, NamesCanBeAnyBytes) {
   Copy(kData + "cat.jpg", "\xC3\xA9t\xC3\xA9.jpg");
   Copy(kData + "cat.jpg", "\xE9t\xE9.jpg");  // not UTF-8
   const std::string text = Similar().out;
@@ -167,7 +167,7 @@ TEST_F(SimilarTest, NamesOfAnyBytes) {
             PathGroups({{"\xC3\xA9t\xC3\xA9.jpg", "\xEF\xBF\xBDt\xEF\xBF\xBD.jpg"}}));
 }
 
-TEST_F(SimilarTest, ManyFilesGiveTheSameWithAnyNumberOfThreads) {
+TEST_F(SimilarTest, TheResultDoesNotDependOnTheThreads) {
   const std::string picture = Photograph("picture.png");
   for (int i = 0; i < 3000; ++i) {
     const std::string folder = In("export/" + std::to_string(i % 7));
@@ -187,8 +187,26 @@ TEST_F(SimilarTest, ManyFilesGiveTheSameWithAnyNumberOfThreads) {
   }
 }
 
-// script, from the basic system, gives the command a terminal.
-TEST_F(SimilarTest, ATerminalShowsTheProgress) {
+// A limit on address space allows stacks for only some of the threads, or for none.
+TEST_F(SimilarTest, ContinuesWithFewerThreads) {
+#if defined(LUMVIK_SANITIZE_ADDRESS) || defined(LUMVIK_SANITIZE_THREAD)
+  GTEST_SKIP() << "the sanitizer itself needs more address space than the limit leaves";
+#endif
+  for (int i = 0; i < 20; ++i) Copy(kData + "cat.jpg", std::to_string(10 + i) + ".jpg");
+  const std::string expected = Similar().out;
+  for (const char* stack_kilobytes : {"400000", "8000000"}) {
+    const std::string limits =
+        std::string("ulimit -s ") + stack_kilobytes + " && ulimit -v 2000000 || exit 99";
+    const ProcessResult result =
+        Similar({"--jobs", "8"}, {"sh", "-c", limits + "; exec \"$0\" \"$@\"", LUMVIK_COMMAND});
+    if (result.status == 99) GTEST_SKIP() << "limits cannot be set here";
+    EXPECT_EQ(result.status, kSuccess) << result.err;
+    EXPECT_EQ(result.out, expected) << stack_kilobytes;
+  }
+}
+
+// script(1) provides a terminal.
+TEST_F(SimilarTest, ATerminalShowsProgress) {
   Copy(kData + "cat.jpg", "a.jpg");
   Copy(kData + "cat.jpg", "b.jpg");
   const std::string command = std::string("'") + LUMVIK_COMMAND + "' similar '" + Folder() + "' > /dev/null";
@@ -203,7 +221,7 @@ TEST_F(SimilarTest, AnEmptyFolderHasNoGroups) {
   EXPECT_EQ(GroupsOf(Similar({"--json"})), PathGroups());
 }
 
-TEST_F(SimilarTest, WhatIsNoFolderIsRefused) {
+TEST_F(SimilarTest, AnArgumentThatIsNotAFolderIsRefused) {
   fs::remove_all(Folder());
   ExpectRefusal(Similar(), kFailure, "cannot read '" + Folder() + "': No such file or directory");
   WriteFile(Folder(), "a file");

@@ -1,4 +1,4 @@
-// The subject: its mask, the subject alone, and previews with a blurred background.
+// Subject masks, cutouts and previews with a blurred background.
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 
@@ -17,7 +17,7 @@ class SubjectTest : public CommandTest {
     return RunProcess(command);
   }
 
-  // Runs a command on the sample, expects success and returns the picture in `output` as it is stored there.
+  // Runs a command on the sample, expects success and returns the image in `output` as stored.
   static cv::Mat Written(const std::string& command, const std::string& output,
                          const std::vector<std::string>& options = {}) {
     std::vector<std::string> arguments = {command, kRawSample, "-o", output, "--quality", "4"};
@@ -38,7 +38,7 @@ class SubjectTest : public CommandTest {
   }
 };
 
-TEST_F(SubjectTest, TheMaskIsGrayAndOfThePicturesSize) {
+TEST_F(SubjectTest, TheMaskIsGrayAndOfTheImageSize) {
   const cv::Mat mask = Written("mask", Path("mask.png"));
   ASSERT_EQ(mask.type(), CV_8UC1);
   EXPECT_EQ(mask.size(), kProxySize);
@@ -49,7 +49,7 @@ TEST_F(SubjectTest, TheMaskIsGrayAndOfThePicturesSize) {
   EXPECT_EQ(brightest, 255);
 }
 
-TEST_F(SubjectTest, ThePointDecidesWhereTheSubjectIs) {
+TEST_F(SubjectTest, ThePointLocatesTheSubject) {
   const cv::Mat middle = Written("mask", Path("middle.png"));
   const cv::Mat corner = Written("mask", Path("corner.png"), {"--at", "0,0"});
   EXPECT_GT(GreatestDifference(middle, corner), 200);
@@ -57,7 +57,7 @@ TEST_F(SubjectTest, ThePointDecidesWhereTheSubjectIs) {
   EXPECT_EQ(cv::countNonZero(corner(beyond)), 0) << "the subject is sought within 60 % of each side";
 }
 
-TEST_F(SubjectTest, TheCutOutIsTheDevelopedPictureWithTheMaskAsAlpha) {
+TEST_F(SubjectTest, TheCutoutIsTheDevelopedImageWithTheMaskAsAlpha) {
   const cv::Mat mask = Written("mask", Path("mask.png"));
   const cv::Mat cutout = Written("cutout", Path("cutout.png"), {"--exposure", "0.5"});
   ASSERT_EQ(cutout.type(), CV_8UC4);
@@ -71,7 +71,7 @@ TEST_F(SubjectTest, TheCutOutIsTheDevelopedPictureWithTheMaskAsAlpha) {
   EXPECT_EQ(GreatestDifference(color, developed), 0);
 }
 
-TEST_F(SubjectTest, ACutOutRefusesWhatMovesThePicture) {
+TEST_F(SubjectTest, CutoutRefusesGeometricSettings) {
   const std::string out = Path("cutout.png");
   const std::vector<std::vector<std::string>> moving = {
       {"--rotation", "1"},      {"--crop", "0.1,0.1,0.5,0.5"}, {"--flip-h"},          {"--flip-v"},
@@ -79,7 +79,7 @@ TEST_F(SubjectTest, ACutOutRefusesWhatMovesThePicture) {
   for (const auto& options : moving) {
     std::vector<std::string> arguments = {"cutout", kRawSample, "-o", out, "--quality", "4"};
     arguments.insert(arguments.end(), options.begin(), options.end());
-    ExpectRefusal(Run(arguments), kFailure, "a cut-out cannot be developed with '");
+    ExpectRefusal(Run(arguments), kFailure, "cutout does not support '");
     EXPECT_FALSE(std::filesystem::exists(out));
   }
   WriteFile(Path("turn.json"), R"({"lumvik": 1, "rotation": 2})");
@@ -110,18 +110,18 @@ TEST_F(SubjectTest, UsageIsChecked) {
   ExpectRefusal(Run({"develop", kRawSample, "--preview", out, "--bg-blur", "101"}), kUsage, "--bg-blur");
 }
 
-TEST_F(SubjectTest, FilesThatCannotBeWritten) {
+TEST_F(SubjectTest, UnwritableFiles) {
   for (const char* command : {"mask", "cutout"}) {
     ExpectRefusal(Run({command, kRawSample, "-o", Path("no folder/out.png")}), kFailure,
                   "there is no folder");
-    const std::string raw = Path("in.png");  // RAW data under a picture's name
+    const std::string raw = Path("in.png");  // RAW data with the extension of an ordinary image
     WriteFile(raw, "not a picture");
     ExpectRefusal(Run({command, raw, "-o", raw}), kFailure, "in.png");
     EXPECT_EQ(ReadFile(raw), "not a picture");
   }
 }
 
-TEST_F(SubjectTest, APreviewIsThePictureInEightBits) {
+TEST_F(SubjectTest, ThePreviewIsTheImageInEightBits) {
   const cv::Mat preview = Preview("preview.png", {"--contrast", "20"});
   ASSERT_EQ(preview.type(), CV_8UC4);
   cv::Mat color;
@@ -132,7 +132,7 @@ TEST_F(SubjectTest, APreviewIsThePictureInEightBits) {
   EXPECT_EQ(ReadFile(Path("both.png")), ReadFile(Path("preview.png")));
 }
 
-TEST_F(SubjectTest, TheBlurChangesThePreviewOutsideTheSubjectAlone) {
+TEST_F(SubjectTest, TheBlurAffectsOnlyTheBackgroundOfThePreview) {
   const cv::Mat mask = Written("mask", Path("mask.png"));
   const cv::Mat sharp = Preview("sharp.png");
   const cv::Mat blurred = Preview("blurred.png", {"--bg-blur", "60"});

@@ -1,4 +1,4 @@
-// Suggestions printed, and suggestions applied.
+// Printing and applying suggestions.
 #include <cmath>
 #include <nlohmann/json.hpp>
 #include <opencv2/imgcodecs.hpp>
@@ -26,7 +26,7 @@ class SuggestTest : public CommandTest {
     return Json::parse(result.out);
   }
 
-  // Dark sky over light water: the horizon rises to the right by `degrees`.
+  // Dark sky over bright water; the horizon rises to the right by `degrees`.
   std::string Horizon(const std::string& name, double degrees) const {
     cv::Mat picture(600, 900, CV_8UC3, cv::Scalar(90, 60, 50));
     const double rise = std::tan(degrees * CV_PI / 180) * picture.cols / 2;
@@ -41,7 +41,7 @@ class SuggestTest : public CommandTest {
   }
 };
 
-TEST_F(SuggestTest, JsonHoldsEveryTool) {
+TEST_F(SuggestTest, JsonContainsEveryTool) {
   for (const std::string& photograph :
        {std::string(LUMVIK_SAMPLES "/sample_small.ARW"), Photograph("in.png")}) {
     const Json all = Suggestions(photograph);
@@ -60,7 +60,7 @@ TEST_F(SuggestTest, JsonHoldsEveryTool) {
   }
 }
 
-TEST_F(SuggestTest, TheTableHoldsALineAValue) {
+TEST_F(SuggestTest, TheTableHasOneLinePerValue) {
   const std::string in = Photograph("in.png");
   const ProcessResult result = Suggest({in});
   EXPECT_EQ(result.status, kSuccess);
@@ -71,12 +71,12 @@ TEST_F(SuggestTest, TheTableHoldsALineAValue) {
   EXPECT_NE(result.out.find("white_balance  temperature            6500.0000\n"), std::string::npos);
 }
 
-TEST_F(SuggestTest, AFileThatCannotBeRead) {
+TEST_F(SuggestTest, AnUnreadableFile) {
   ExpectRefusal(Suggest({Path("missing.jpg")}), kFailure, Path("missing.jpg"));
   ExpectRefusal(Suggest({}), kUsage, "IN");
 }
 
-TEST_F(SuggestTest, TheRotationSuggestedLevelsAHorizon) {
+TEST_F(SuggestTest, TheSuggestedRotationLevelsAHorizon) {
   for (const double degrees : {5.0, -3.0}) {
     const std::string tilted = Horizon("tilted.png", degrees);
     const float rotation = Suggestions(tilted).at("straighten").at("rotation");
@@ -87,7 +87,7 @@ TEST_F(SuggestTest, TheRotationSuggestedLevelsAHorizon) {
   }
 }
 
-TEST_F(SuggestTest, AutoAppliesWhatIsSuggestedAndLeavesTheSharpeningRadius) {
+TEST_F(SuggestTest, AutoAppliesSuggestionsExceptTheSharpeningRadius) {
   const std::string in = Photograph("in.png");
   Developed(in, Path("auto.png"), {"--auto", "--save-settings", Path("used.json")});
   const Json used = Json::parse(ReadFile(Path("used.json")));
@@ -98,7 +98,7 @@ TEST_F(SuggestTest, AutoAppliesWhatIsSuggestedAndLeavesTheSharpeningRadius) {
   EXPECT_EQ(ReadFile(Path("auto.png")), ReadFile(Path("settings.png")));
 }
 
-TEST_F(SuggestTest, WhatIsGivenGoesBeforeWhatIsSuggested) {
+TEST_F(SuggestTest, GivenSettingsOverrideSuggestions) {
   const std::string in = Photograph("in.png");
   WriteFile(Path("file.json"), R"({"lumvik": 1, "vibrance": 3, "contrast": 7})");
   Developed(
@@ -110,7 +110,7 @@ TEST_F(SuggestTest, WhatIsGivenGoesBeforeWhatIsSuggested) {
   EXPECT_EQ(used.at("blacks"), 5.0);
 }
 
-TEST_F(SuggestTest, AutoCropKeepsThePartThatIsSuggested) {
+TEST_F(SuggestTest, AutoCropKeepsTheSuggestedPart) {
   const std::string in = Horizon("in.png", 0);
   const Json crop = Suggestions(in).at("crop");
   const cv::Mat cropped = Developed(in, Path("cropped.png"), {"--auto-crop"});

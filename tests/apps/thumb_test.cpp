@@ -1,4 +1,4 @@
-// `lumvik thumb`: what it writes, what it says, and what it leaves alone.
+// `lumvik thumb`: output, messages and failures.
 #include <sys/stat.h>
 
 #include <filesystem>
@@ -20,7 +20,7 @@ class ThumbTest : public CommandTest {
   }
 };
 
-TEST_F(ThumbTest, ASmallJpegOfAPhotograph) {
+TEST_F(ThumbTest, AThumbnailOfAPhotograph) {
   const std::string out = Path("t.jpg");
   const ProcessResult result = Thumb(LUMVIK_TEST_DATA "/eiffel_gps_north_east.jpg", out);
   EXPECT_EQ(result.status, kSuccess);
@@ -30,7 +30,7 @@ TEST_F(ThumbTest, ASmallJpegOfAPhotograph) {
   ASSERT_EQ(thumbnail.size(), cv::Size(160, 107));
 }
 
-TEST_F(ThumbTest, ThePreviewOfARawFile) {
+TEST_F(ThumbTest, TheEmbeddedPreviewOfARawFile) {
   const std::string out = Path("t.JPEG");
   const ProcessResult result = Thumb(LUMVIK_SAMPLES "/sample_small.ARW", out);
   EXPECT_EQ(result.status, kSuccess) << result.err;
@@ -38,7 +38,7 @@ TEST_F(ThumbTest, ThePreviewOfARawFile) {
   EXPECT_EQ(cv::imread(out, cv::IMREAD_IGNORE_ORIENTATION | cv::IMREAD_COLOR).size(), cv::Size(1616, 1080));
 }
 
-TEST_F(ThumbTest, NamesBeyondAscii) {
+TEST_F(ThumbTest, NonAsciiNames) {
   const std::string out = Path("\xC3\xBC.jpg");
   EXPECT_EQ(Thumb(Photograph("\xC3\xA9t\xC3\xA9.png"), out).out, out + " 60x40\n");
   EXPECT_EQ(cv::imread(out).size(), cv::Size(60, 40));
@@ -49,25 +49,25 @@ TEST_F(ThumbTest, ThePhotographIsNeverOverwritten) {
   const std::string before = ReadFile(in);
   fs::create_symlink("in.jpg", Path("link.jpg"));
   for (const char* name : {"in.jpg", "link.jpg"}) {
-    ExpectRefusal(Thumb(in, Path(name)), kFailure, "it is the photograph itself");
+    ExpectRefusal(Thumb(in, Path(name)), kFailure, "it is the input photograph");
   }
   EXPECT_EQ(ReadFile(in), before);
 }
 
-TEST_F(ThumbTest, AFailureLeavesWhatWasThere) {
+TEST_F(ThumbTest, AFailureKeepsTheExistingFile) {
   WriteFile(Path("old.jpg"), "last year's work");
   WriteFile(Path("text.jpg"), "not a photograph at all\n");
   ExpectRefusal(Thumb(Path("text.jpg"), Path("old.jpg")), kFailure,
                 "cannot read '" + Path("text.jpg") + "': it is no photograph");
   ExpectRefusal(Thumb(Path("missing.ARW"), Path("old.jpg")), kFailure, "there is no such file");
   ExpectRefusal(Thumb(LUMVIK_TEST_DATA "/no_thumb.dng", Path("old.jpg")), kFailure,
-                "the RAW file holds no preview");
+                "the RAW file has no preview");
   EXPECT_EQ(ReadFile(Path("old.jpg")), "last year's work");
   ExpectRefusal(Thumb(LUMVIK_TEST_DATA "/no_thumb.dng", Path("new.jpg")), kFailure, "holds no preview");
   EXPECT_FALSE(fs::exists(Path("new.jpg")));
 }
 
-TEST_F(ThumbTest, AFullDiskLeavesWhatWasThere) {
+TEST_F(ThumbTest, AFullDiskKeepsTheExistingFile) {
   WriteFile(Path("old.jpg"), "last year's work");
   const std::vector<std::string> little_room = {"sh", "-c", "trap '' XFSZ; ulimit -f 8; exec \"$0\" \"$@\"",
                                                 LUMVIK_COMMAND};

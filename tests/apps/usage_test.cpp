@@ -1,4 +1,4 @@
-// Arguments: what the command explains, what it accepts and what it refuses with status 2.
+// Arguments: help, accepted values and usage errors with status 2.
 #include <filesystem>
 #include <ostream>
 
@@ -69,7 +69,7 @@ TEST_F(UsageTest, VersionIsPrinted) {
   EXPECT_EQ(result.err, "");
 }
 
-TEST_F(UsageTest, HelpNamesTheCommands) {
+TEST_F(UsageTest, HelpListsTheCommands) {
   const ProcessResult result = Lumvik({"--help"});
   EXPECT_EQ(result.status, kSuccess);
   for (const char* command : {"develop", "thumb", "hash", "similar"}) {
@@ -78,7 +78,7 @@ TEST_F(UsageTest, HelpNamesTheCommands) {
   EXPECT_EQ(result.err, "");
 }
 
-TEST_F(UsageTest, HelpOfDevelopNamesEveryOptionWithItsUnitAndRange) {
+TEST_F(UsageTest, DevelopHelpListsEveryOptionWithUnitAndRange) {
   const ProcessResult result = Lumvik({"develop", "--help"});
   EXPECT_EQ(result.status, kSuccess);
   EXPECT_EQ(result.err, "");
@@ -98,7 +98,7 @@ TEST_F(UsageTest, HelpOfDevelopNamesEveryOptionWithItsUnitAndRange) {
   }
 }
 
-TEST_F(UsageTest, HelpOfDevelopGroupsTheOptions) {
+TEST_F(UsageTest, DevelopHelpGroupsTheOptions) {
   const std::string help = Lumvik({"develop", "--help"}).out;
   std::size_t at = 0;
   for (const char* part : {"\nTone:",          "--tone-curve-blue",
@@ -116,31 +116,31 @@ TEST_F(UsageTest, HelpOfDevelopGroupsTheOptions) {
   }
 }
 
-TEST_F(UsageTest, ValuesOfSeveralPartsAreChecked) {
+TEST_F(UsageTest, ListValuesAreChecked) {
   const std::string in = Photograph("in.png");
   const struct {
     std::vector<std::string> options;
     const char* told;
   } cases[] = {
-      {{"--crop", "0,0,1"}, "--crop: '0,0,1' is not 4 numbers parted by commas"},
+      {{"--crop", "0,0,1"}, "--crop: '0,0,1' is not 4 numbers separated by commas"},
       {{"--crop", "0,0,1,"}, "--crop: '' is not a number in 0..1"},
       {{"--crop", "0,0,1,nan"}, "--crop: 'nan' is not a number in 0..1"},
       {{"--crop", "-0.1,0,1,1"}, "--crop: '-0.1' is not a number in 0..1"},
       {{"--split-highlights", "361,5"}, "--split-highlights: '361' is not a number in 0..360"},
       {{"--split-shadows", "5,-1"}, "--split-shadows: '-1' is not a number in 0..100"},
       {{"--split-balance", "101"}, "--split-balance: '101' is not a number in -100..100"},
-      {{"--hsl", "red=1,2"}, "--hsl: '1,2' is not 3 numbers parted by commas"},
+      {{"--hsl", "red=1,2"}, "--hsl: '1,2' is not 3 numbers separated by commas"},
       {{"--hsl", "red=181,0,0"}, "--hsl: '181' is not a number in -180..180"},
       {{"--hsl", "red=0,0,101"}, "--hsl: '101' is not a number in -100..100"},
-      {{"--hsl", "pink=1,2,3"}, "--hsl: 'pink=1,2,3' does not begin with a band"},
-      {{"--hsl", "red"}, "--hsl: 'red' does not begin with a band"},
-      {{"--hsl", "red=1,2,3", "--hsl", "red=1,2,3"}, "--hsl: the band red is given twice"},
+      {{"--hsl", "pink=1,2,3"}, "--hsl: 'pink=1,2,3' does not start with a band"},
+      {{"--hsl", "red"}, "--hsl: 'red' does not start with a band"},
+      {{"--hsl", "red=1,2,3", "--hsl", "red=1,2,3"}, "--hsl: band red is given twice"},
       {{"--tone-curve", ""}, "--tone-curve: '': a curve needs at least two points"},
       {{"--tone-curve", "0.5,0.5"}, "--tone-curve: '0.5,0.5': a curve needs at least two points"},
-      {{"--tone-curve-red", "0,0 1"}, "--tone-curve-red: '1' is not 2 numbers parted by commas"},
+      {{"--tone-curve-red", "0,0 1"}, "--tone-curve-red: '1' is not 2 numbers separated by commas"},
       {{"--tone-curve-red", "0,0 1,1.1"}, "--tone-curve-red: '1.1' is not a number in 0..1"},
       {{"--tone-curve-red", "0,0 inf,1"}, "--tone-curve-red: 'inf' is not a number in 0..1"},
-      {{"--tone-curve-blue", "0,0 0.5,1 0.5,1"}, "the points of a curve need ascending x"},
+      {{"--tone-curve-blue", "0,0 0.5,1 0.5,1"}, "the points of a curve must be in ascending order of x"},
       {{"--flip-h", "--flip-h"}, "--flip-h"},
       {{"--flip-h=false"}, "flip-h"},
   };
@@ -148,7 +148,7 @@ TEST_F(UsageTest, ValuesOfSeveralPartsAreChecked) {
   EXPECT_FALSE(std::filesystem::exists(Path("out.png")));
 }
 
-TEST_F(UsageTest, IncompleteOrUnknownArgumentsAreRefused) {
+TEST_F(UsageTest, MissingAndUnknownArgumentsAreRefused) {
   const std::string in = Photograph("in.png");
   const std::string out = Path("out.png");
   ExpectRefusal(Lumvik({}), kUsage, "A command (see lumvik --help) is required");
@@ -187,7 +187,7 @@ TEST_P(RangeTest, ValuesOutsideAreRefused) {
   EXPECT_FALSE(std::filesystem::exists(Path("out.png")));
 }
 
-TEST_F(UsageTest, ValuesThatAreNotNumbersAreRefused) {
+TEST_F(UsageTest, NonNumericValuesAreRefused) {
   const std::string in = Photograph("in.png");
   for (const char* value : {"-nan", "inf", "-inf", "1e999", "much", "1,5", "5x"}) {
     ExpectRefusal(Develop(in, Path("out.png"), {std::string("--tint=") + value}), kUsage,
@@ -212,16 +212,15 @@ TEST_F(UsageTest, QualitiesAndBitsAreWholeNumbersInTheirRanges) {
   }
 }
 
-TEST_F(UsageTest, BitsThatTheFormatCannotHoldAreRefused) {
+TEST_F(UsageTest, UnsupportedBitDepthsAreRefused) {
   const std::string in = Photograph("in.png");
-  ExpectRefusal(Develop(in, Path("out.jpg"), {"--bits", "16"}), kUsage, "a JPEG holds 8 bits");
-  ExpectRefusal(Develop(in, Path("out.tif"), {"--bits", "8"}), kUsage,
-                "a TIFF is always written with 16 bits");
+  ExpectRefusal(Develop(in, Path("out.jpg"), {"--bits", "16"}), kUsage, "JPEG has 8 bits");
+  ExpectRefusal(Develop(in, Path("out.tif"), {"--bits", "8"}), kUsage, "TIFF is written with 16 bits");
   EXPECT_FALSE(std::filesystem::exists(Path("out.jpg")));
   EXPECT_FALSE(std::filesystem::exists(Path("out.tif")));
 }
 
-TEST_F(UsageTest, UnknownEndingsAreRefusedBeforeAnyFileIsRead) {
+TEST_F(UsageTest, UnknownExtensionsAreRefusedBeforeAnyFileIsRead) {
   std::filesystem::create_directory(Path("folder.jpg"));
   for (const char* name : {"out.webp", "out.jpgx", "out.", "out", "jpg", ".jpg", "out.jpg.bak",
                            "folder.jpg/out", "folder.jpg/"}) {

@@ -1,4 +1,4 @@
-// XMP files written by hand, for the tests of the import.
+// XMP files for import tests.
 #ifndef LUMVIK_TESTS_APPS_XMP_FILE_H_
 #define LUMVIK_TESTS_APPS_XMP_FILE_H_
 
@@ -6,7 +6,7 @@
 
 namespace lumvik::test {
 
-// An XMP file with these attributes and these elements in its one description: the two forms of a property.
+// An XMP file with properties as attributes and as elements.
 inline std::string Xmp(const std::string& attributes, const std::string& elements = "") {
   return "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>\n"
          "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">\n"

@@ -1,7 +1,7 @@
-# The completion for bash.
+# Generates the completion for bash.
 
 BEGIN {
-  print "# Completion of lumvik for bash; made of what lumvik --help says."
+  print "# bash completion for lumvik, generated from lumvik --help."
   print "_lumvik() {"
   print "  local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}"
   print "  local page= commands= options= numbers= texts= i"
@@ -14,7 +14,7 @@ BEGIN {
   for (p = 1; p <= page_count; ++p) write_page(pages[p])
   print "  esac"
   print "  COMPREPLY=()"
-  print "  # A number is the user's own; for anything else, the name of a file is offered where no word is."
+  print "  # No suggestions for numbers; file names wherever no word fits."
   print "  [[ \" $numbers \" != *\" $previous \"* ]] || { compopt +o bashdefault +o default; return 0; }"
   print "  [[ \" $texts \" != *\" $previous \"* ]] || return 0"
   print "  [[ $current != -* ]] || commands=$options"

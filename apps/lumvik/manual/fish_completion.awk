@@ -1,7 +1,7 @@
-# The completion for fish.
+# Generates the completion for fish.
 
 BEGIN {
-  print "# Completion of lumvik for fish; made of what lumvik --help says."
+  print "# fish completion for lumvik, generated from lumvik --help."
   for (p = 1; p <= page_count; ++p) {
     for (i = 1; i <= entry_count[pages[p]]; ++i) write_entry(pages[p], i)
   }
@@ -28,7 +28,7 @@ function flags(all, one, i, count, line) {
   return line
 }
 
-# That the line names the words of the page, and none of its subcommands.
+# True on a command line with the words of the page but none of its subcommands.
 function condition(page, i, count, word, line) {
   count = split(page, word, " ")
   for (i = 1; i <= count; ++i) line = line "__fish_seen_subcommand_from " word[i] "; and "

@@ -1,14 +1,14 @@
-# Reads what `lumvik --help` and the help of each command say, before the program of another -f prints from it:
+# Parses the help of `lumvik` and of each of its commands for the program given by another -f:
 #
 #   awk -v command=PATH -f help_pages.awk -f manual.awk
 #
-# A page goes by the words behind `lumvik`: "" for the first, then "develop" and so on, subcommands included.
-#   pages[1..page_count]               these words, a command ahead of its subcommands
-#   about[page], usage[page]           its description, and its usage behind "Usage: "
-#   entry_count[page]                  and for each of 1..entry_count:
-#   section[page, i], names[page, i]   the heading it stands under; its names, separated by ", "
-#   value[page, i], required[page, i]  what an option takes, "" for nothing; whether it must be given
-#   text[page, i]                      what it does
+# A page is identified by the words after `lumvik`: "", "develop", "settings import" and so on.
+#   pages[1..page_count]               all pages, commands before their subcommands
+#   about[page], usage[page]           description; usage without "Usage: "
+#   entry_count[page]                  number of entries; for each of them, i = 1..entry_count:
+#   section[page, i], names[page, i]   its heading; its names, separated by ", "
+#   value[page, i], required[page, i]  placeholder of its value, "" for none; whether it is required
+#   text[page, i]                      description
 
 BEGIN { read_page("") }
 
@@ -27,7 +27,7 @@ function read_page(page, call, lines, count, line, heading, i, subcommands) {
     } else if (lines[i] ~ /^[^ ].*:$/) {
       heading = substr(lines[i], 1, length(lines[i]) - 1)
     } else if (lines[i] ~ /^  [^ ]/) {
-      # A text that has no room beside the names is on the next line.
+      # Descriptions without room next to the names start on the next line.
       if (lines[i + 1] ~ /^                              [^ ]/) {
         add_entry(page, heading, substr(lines[i], 3), trimmed(lines[i + 1]))
         ++i

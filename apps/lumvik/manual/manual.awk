@@ -1,4 +1,4 @@
-# The manual page lumvik.1. A section of options that commands share is written out at the first of them.
+# Generates the manual page lumvik.1. Sections shared by several commands are listed with the first of them.
 
 BEGIN {
   summary = about[""]
@@ -8,7 +8,7 @@ BEGIN {
   print ".SH SYNOPSIS\n.nf"
   for (p = 1; p <= page_count; ++p) print roff(usage[pages[p]])
   print ".fi\n.SH DESCRIPTION"
-  print roff(about[""] " A value that is written NAME:A..B lies between A and B.")
+  print roff(about[""] " Values written as NAME:A..B must be in the range from A to B.")
   print ".SH OPTIONS"
   write_entries("")
   print ".SH COMMANDS"
@@ -19,8 +19,8 @@ BEGIN {
   }
   print ".SH EXIT STATUS"
   print ".TP\n0\nsuccess"
-  print ".TP\n1\na file, or one of several, could not be read, developed or written"
-  print ".TP\n2\nwrong usage; no file was touched"
+  print ".TP\n1\na file could not be read, developed or written"
+  print ".TP\n2\nusage error; no file was touched"
 }
 
 function write_entries(page, i, heading, before, elsewhere) {
@@ -28,22 +28,22 @@ function write_entries(page, i, heading, before, elsewhere) {
   for (i = 1; i <= entry_count[page]; ++i) {
     if (section[page, i] == "Subcommands" || (page != "" && names[page, i] ~ /--help/)) continue
     heading = section[page, i]
-    if (heading != before && is_told(page, heading)) {
+    if (heading != before && is_listed(page, heading)) {
       elsewhere = elsewhere (elsewhere == "" ? "" : ", ") heading
-    } else if (told[heading, options(page, heading)] == page) {
+    } else if (listed[heading, options(page, heading)] == page) {
       if (heading != before && heading !~ /^(Options|Positionals)$/) print ".PP\n.B " roff(heading)
       print ".TP\n" label(page, i) "\n" roff(text[page, i])
     }
     before = heading
   }
-  if (elsewhere != "") print ".PP\nIt also has the options of these sections, told above: " roff(elsewhere) "."
+  if (elsewhere != "") print ".PP\nAlso takes the options described above under: " roff(elsewhere) "."
 }
 
-# Whether an earlier page has told a section of this heading and these options; if none has, this one will.
-function is_told(page, heading, key) {
+# Whether an earlier page lists a section with this heading and these options. If not, records this page.
+function is_listed(page, heading, key) {
   key = options(page, heading)
-  if ((heading, key) in told) return told[heading, key] != page
-  told[heading, key] = page
+  if ((heading, key) in listed) return listed[heading, key] != page
+  listed[heading, key] = page
   return 0
 }
 

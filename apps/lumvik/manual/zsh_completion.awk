@@ -1,8 +1,8 @@
-# The completion for zsh: one function a page.
+# Generates the completion for zsh, with one function per page.
 
 BEGIN {
   print "#compdef lumvik"
-  print "# Completion of lumvik for zsh; made of what lumvik --help says."
+  print "# zsh completion for lumvik, generated from lumvik --help."
   for (p = page_count; p >= 1; --p) write_page(pages[p])
   print "_lumvik \"$@\""
 }
@@ -50,7 +50,7 @@ function function_of(page) {
   return "_lumvik" (page == "" ? "" : "_" page)
 }
 
-# What has a meaning within the words of _arguments.
+# Escapes the characters that are special to _arguments.
 function escaped(words) {
   gsub(/\\/, "\\\\", words)
   gsub(/:/, "\\:", words)

@@ -1,4 +1,4 @@
-#include "histogram_picture.h"
+#include "histogram_image.h"
 
 #include <algorithm>
 #include <cmath>
@@ -16,7 +16,7 @@ constexpr uint8_t kArea = 200;
 constexpr uint8_t kLine = 245;
 constexpr int kLineWidth = 2;
 
-// The pixel rows of each column that are filled, counted from the bottom.
+// The filled height of each column, in pixels from the bottom.
 using Heights = std::array<int, kWidth>;
 
 uint32_t HighestInside(const Histogram& counts) {
@@ -37,39 +37,39 @@ Heights HeightsOf(const Histogram& counts, uint32_t scale) {
   return heights;
 }
 
-uint8_t& Sample(Pixels& picture, std::size_t x, int height, int channel) {
+uint8_t& Sample(Pixels& image, std::size_t x, int height, int channel) {
   const auto row = static_cast<std::size_t>(kHeight - 1 - height);
-  return picture.data[(row * kWidth + x) * kChannels + static_cast<std::size_t>(channel)];
+  return image.data[(row * kWidth + x) * kChannels + static_cast<std::size_t>(channel)];
 }
 
-void Fill(Pixels& picture, const Heights& heights, int channel) {
+void Fill(Pixels& image, const Heights& heights, int channel) {
   for (std::size_t x = 0; x < heights.size(); ++x) {
-    for (int height = 0; height < heights[x]; ++height) Sample(picture, x, height, channel) = kArea;
+    for (int height = 0; height < heights[x]; ++height) Sample(image, x, height, channel) = kArea;
   }
 }
 
-// Joins each column's height with the one before.
-void Draw(Pixels& picture, const Heights& heights) {
+// Connects each column's height to that of the previous one.
+void Draw(Pixels& image, const Heights& heights) {
   for (std::size_t x = 0; x < heights.size(); ++x) {
     const int before = heights[x == 0 ? 0 : x - 1];
     const auto [low, high] = std::minmax(before, heights[x]);
     for (int height = std::max(low - kLineWidth + 1, 0); height <= high; ++height) {
-      for (int channel = 0; channel < kChannels; ++channel) Sample(picture, x, height, channel) = kLine;
+      for (int channel = 0; channel < kChannels; ++channel) Sample(image, x, height, channel) = kLine;
     }
   }
 }
 
 }  // namespace
 
-Pixels HistogramPicture(const Histograms& counts) {
-  Pixels picture{kWidth, kHeight, kChannels, {}};
-  picture.data.assign(static_cast<std::size_t>(kWidth) * kHeight * kChannels, kBackground);
+Pixels HistogramImage(const Histograms& counts) {
+  Pixels image{kWidth, kHeight, kChannels, {}};
+  image.data.assign(static_cast<std::size_t>(kWidth) * kHeight * kChannels, kBackground);
   const uint32_t scale = Scale(counts);
-  Fill(picture, HeightsOf(counts.red, scale), 0);
-  Fill(picture, HeightsOf(counts.green, scale), 1);
-  Fill(picture, HeightsOf(counts.blue, scale), 2);
-  Draw(picture, HeightsOf(counts.luminance, scale));
-  return picture;
+  Fill(image, HeightsOf(counts.red, scale), 0);
+  Fill(image, HeightsOf(counts.green, scale), 1);
+  Fill(image, HeightsOf(counts.blue, scale), 2);
+  Draw(image, HeightsOf(counts.luminance, scale));
+  return image;
 }
 
 }  // namespace lumvik

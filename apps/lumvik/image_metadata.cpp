@@ -1,4 +1,4 @@
-#include "picture_metadata.h"
+#include "image_metadata.h"
 
 #include <algorithm>
 #include <cctype>
@@ -20,15 +20,15 @@ constexpr std::uint16_t kUpright = 1;
 constexpr std::uint16_t kSrgb = 1;
 constexpr char kLensModel[] = "Exif.Photo.LensModel";
 
-// Of the first directory, which also says how the pixels of the photograph's file are stored.
+// Kept from the main directory, whose other tags describe how pixels are stored.
 constexpr const char* kImageTags[] = {"ImageDescription", "Make",           "Model",         "XResolution",
                                       "YResolution",      "ResolutionUnit", "Software",      "DateTime",
                                       "Artist",           "Copyright",      "Rating",        "RatingPercent",
                                       "XPTitle",          "XPComment",      "XPAuthor",      "XPKeywords",
                                       "XPSubject",        "HostComputer",   "TimeZoneOffset"};
 
-// Of the directory with the exposure, which for the rest tells of the photograph. Those here hold for its
-// file or its pixels, and a maker note points to places in the file.
+// Dropped from the EXIF directory: they describe the original file or its pixels, and maker notes hold file
+// offsets.
 constexpr const char* kStalePhotoTags[] = {"MakerNote",
                                            "InteroperabilityTag",
                                            "PixelXDimension",
@@ -42,8 +42,7 @@ constexpr const char* kStalePhotoTags[] = {"MakerNote",
                                            "SubjectLocation",
                                            "RelatedSoundFile"};
 
-// Beginnings of the XMP names that tell of the photograph; the others tell of its file, of its editing, or
-// the same as its EXIF.
+// Prefixes of the XMP names to keep. Others describe the original file or its editing, or repeat EXIF.
 constexpr const char* kXmpNames[] = {"Xmp.dc.",
                                      "Xmp.xmpRights.",
                                      "Xmp.Iptc4xmpCore.",
@@ -100,12 +99,12 @@ Data KeptOf(const Data& data, bool strip_gps) {
   return kept;
 }
 
-// Older cameras name the lens in their maker note alone, most by a number that exiv2 looks up.
+// Older cameras record the lens only in the maker note, usually as a number that exiv2 looks up.
 void NameLens(const Exiv2::ExifData& from, Exiv2::ExifData& to) {
   const auto lens = Exiv2::lensName(from);
   if (lens == from.end() || to.findKey(Exiv2::ExifKey(kLensModel)) != to.end()) return;
   const std::string name = lens->print(&from);
-  // A number that it does not find stays one.
+  // Unknown numbers remain numbers.
   const bool named =
       std::any_of(name.begin(), name.end(), [](unsigned char c) { return std::isalpha(c) != 0; });
   if (named && name != "n/a") to[kLensModel] = name;
@@ -125,7 +124,7 @@ Metadata ReadKept(const std::string& photograph, bool strip_gps) {
   if (kept.exif.empty()) return kept;
   NameLens(file->exifData(), kept.exif);
   kept.exif["Exif.Image.Orientation"] = kUpright;
-  // A camera RAW file comes out in this space, whatever the camera was set to.
+  // RAW files are developed to sRGB, whatever the camera setting.
   if (!OutputFormatOf(photograph)) kept.exif["Exif.Photo.ColorSpace"] = kSrgb;
   return kept;
 }
@@ -135,13 +134,13 @@ std::string ReadBytes(const std::string& path) {
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-// Exiv2 works in memory: of its own writing to a disk that is full it does not tell.
-void Write(const Metadata& metadata, const std::string& picture) {
-  const std::string bytes = ReadBytes(picture);
+// Exiv2 works in memory, since it does not report write errors such as a full disk.
+void Write(const Metadata& metadata, const std::string& path) {
+  const std::string bytes = ReadBytes(path);
   const auto image = Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(bytes.data()),
                                                static_cast<long>(bytes.size()));
   image->readMetadata();
-  Exiv2::ExifData& exif = image->exifData();  // of a TIFF it holds how the pixels are stored
+  Exiv2::ExifData& exif = image->exifData();  // in a TIFF, includes the layout of the pixels
   for (const Exiv2::Exifdatum& tag : metadata.exif) exif[tag.key()].setValue(&tag.value());
   if (!metadata.exif.empty()) {
     exif["Exif.Photo.PixelXDimension"] = static_cast<std::uint32_t>(image->pixelWidth());
@@ -153,29 +152,29 @@ void Write(const Metadata& metadata, const std::string& picture) {
 
   Exiv2::BasicIo& written = image->io();
   const auto* data = reinterpret_cast<const char*>(written.mmap());
-  std::ofstream file(picture, std::ios::binary);
+  std::ofstream file(path, std::ios::binary);
   if (!file.write(data, static_cast<std::streamsize>(written.size())).flush()) {
     throw std::system_error(errno, std::generic_category());
   }
 }
 
-// Runs a step of the copying and turns its complaint into a sentence that knows a way out.
+// Runs a step and adds a hint to its errors.
 template <typename Step>
 auto Try(const std::string& failure, const Step& step) {
   try {
     return step();
   } catch (const std::exception& error) {
-    throw std::runtime_error(failure + ": " + error.what() + "; --no-exif leaves it out");
+    throw std::runtime_error(failure + ": " + error.what() + "; use --no-exif to leave it out");
   }
 }
 
 }  // namespace
 
-void CopyMetadata(const std::string& photograph, const std::string& picture, bool strip_gps) {
+void CopyMetadata(const std::string& photograph, const std::string& path, bool strip_gps) {
   const Metadata metadata =
       Try("the photograph's metadata cannot be read", [&] { return ReadKept(photograph, strip_gps); });
   if (metadata.exif.empty() && metadata.iptc.empty() && metadata.xmp.empty()) return;
-  Try("the photograph's metadata cannot be written", [&] { Write(metadata, picture); });
+  Try("the photograph's metadata cannot be written", [&] { Write(metadata, path); });
 }
 
 }  // namespace lumvik
