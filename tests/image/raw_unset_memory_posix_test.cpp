@@ -90,8 +90,8 @@ TEST_P(RawUnsetMemoryTest, IsNotInAWholeFile) {
 
 TEST_P(RawUnsetMemoryTest, IsNotInACutFile) {
   constexpr size_t kTags = 1200;  // every file's directories
-  constexpr size_t kTagStep = 23;
-  constexpr size_t kDataSteps = 40;
+  constexpr size_t kTagStep = 37;
+  constexpr size_t kDataSteps = 20;
   const size_t size = GetParam().file.size();
   for (size_t cut = 0; cut < kTags; cut += kTagStep) ExpectReproducibleAt(cut);
   for (size_t cut = kTags; cut < size; cut += size / kDataSteps) ExpectReproducibleAt(cut);

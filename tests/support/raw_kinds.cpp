@@ -4,6 +4,7 @@
 #include <opencv2/imgcodecs.hpp>
 
 #include "support/lossless_jpeg.h"
+#include "support/raw_previews.h"
 #include "support/raw_writer.h"
 #include "support/tiff_tags.h"
 
@@ -121,6 +122,7 @@ std::vector<RawKind> RawKinds() {
       {"arw_lossless_no_preview", "sony_arw_load_raw()", Arw(Arw1Samples())},
       {"dng_jpeg_preview", "packed_dng_load_raw()", made(RawFormat::kDng, RawPreview::kJpeg)},
       {"dng_bitmap_preview", "packed_dng_load_raw()", made(RawFormat::kDng, RawPreview::kBitmap)},
+      {"dng_preview_missing_a_strip", "packed_dng_load_raw()", MakeMissingStripRaw(Noise(CV_8UC3, 256))},
       {"dng_planar_preview", "packed_dng_load_raw()", PlanarPreviewDng()},
       {"dng_packed_no_preview", "packed_dng_load_raw()", Dng(12, 1, BytesOf(deep)).Serialize()},
       {"dng_lossless_no_preview", "lossless_dng_load_raw()",
