@@ -26,8 +26,8 @@ struct EmbeddedPreview {
 // Does not read the sensor's data.
 EmbeddedPreview ReadEmbeddedPreview(const std::string& path);
 
-// The bitmap as CV_8UC3 in R, G, B order, sharing the preview's memory. LibRaw describes every bitmap as three
-// 8-bit colors, whatever the file holds: empty when it has too few bytes for that.
+// The bitmap as CV_8UC3 in R, G, B order, sharing the preview's memory. LibRaw describes every bitmap as
+// three 8-bit colors, whatever the file holds: empty when it has too few bytes for that.
 cv::Mat PreviewBitmap(libraw_processed_image_t& preview);
 
 }  // namespace lumvik

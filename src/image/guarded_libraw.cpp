@@ -96,9 +96,10 @@ int GuardedLibRaw::UnpackSensor() {
   libraw_decoder_info_t decoder{};
   get_decoder_info(&decoder);
   awaits_sensor_buffer_ = (decoder.decoder_flags & LIBRAW_DECODER_OWNALLOC) == 0;
-  // A group of samples whose extremes share a place has a delta too many: LibRaw reads it from beyond the row.
-  clears_byte_after_row_ =
-      kIsOldLibRaw && decoder.decoder_name != nullptr && decoder.decoder_name == std::string_view("sony_arw2_load_raw()");
+  // A group of samples whose extremes share a place has a delta too many: LibRaw reads it from beyond the
+  // row.
+  clears_byte_after_row_ = kIsOldLibRaw && decoder.decoder_name != nullptr &&
+                           decoder.decoder_name == std::string_view("sony_arw2_load_raw()");
   const int status = unpack();
   awaits_sensor_buffer_ = false;
   clears_byte_after_row_ = false;
@@ -115,8 +116,8 @@ int GuardedLibRaw::UnpackPreview() {
   return status;
 }
 
-// LibRaw seeks the samples after allocating the sensor's buffer, and a preview's strips after allocating the preview's.
-// A decoder that gives up without an error, or a missing strip, leaves part of the buffer unset.
+// LibRaw seeks the samples after allocating the sensor's buffer, and a preview's strips after allocating the
+// preview's. A decoder that gives up without an error, or a missing strip, leaves part of the buffer unset.
 void GuardedLibRaw::BeforeSeek() {
   if (awaits_sensor_buffer_ && imgdata.rawdata.raw_alloc != nullptr) {
     std::memset(imgdata.rawdata.raw_alloc, 0, SensorBufferSize());

@@ -16,8 +16,8 @@ struct RawFileHooks {
   std::function<void(uint8_t* end)> after_read;  // `end` of the bytes LibRaw asked for
 };
 
-// LibRaw's own stream, except that memory is set where the file ends too early. Null for a path that cannot be
-// opened or is not a regular file: LibRaw would wait forever for the other end of a pipe.
+// LibRaw's own stream, except that memory is set where the file ends too early. Null for a path that cannot
+// be opened or is not a regular file: LibRaw would wait forever for the other end of a pipe.
 std::unique_ptr<LibRaw_abstract_datastream> OpenRawFile(const std::string& path, RawFileHooks hooks);
 
 }  // namespace lumvik

@@ -1,8 +1,7 @@
-#include "image/raw_file.h"
-
 #include <sys/stat.h>
 
 #include "image/completed_stream.h"
+#include "image/raw_file.h"
 
 namespace lumvik {
 

@@ -1,5 +1,5 @@
-// What comes of a RAW file depends on its bytes alone, wherever the file was cut off: none of it is memory that was
-// never written.
+// What comes of a RAW file depends on its bytes alone, wherever the file was cut off: none of it is memory
+// that was never written.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -78,7 +78,8 @@ class RawUnsetMemoryTest : public ::testing::TestWithParam<RawKind> {
   void ExpectReproducibleAt(size_t size) const {
     SCOPED_TRACE(size);
     const Bytes& file = GetParam().file;
-    ExpectReproducible(WriteBytes(folder_.File("a"), {file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size)}));
+    ExpectReproducible(
+        WriteBytes(folder_.File("a"), {file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size)}));
   }
 
   const TempDir folder_;

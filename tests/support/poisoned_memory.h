@@ -6,8 +6,8 @@
 
 namespace lumvik::test {
 
-// While it exists, newly allocated memory of any size, and the stack below the caller, holds `byte`. Has no effect on
-// the allocator of a sanitizer.
+// While it exists, newly allocated memory of any size, and the stack below the caller, holds `byte`. Has no
+// effect on the allocator of a sanitizer.
 class PoisonedMemory {
  public:
   explicit PoisonedMemory(uint8_t byte);

@@ -18,7 +18,7 @@ constexpr int kDefaultMmapMax = 65536;
 }  // namespace
 
 PoisonedMemory::PoisonedMemory(uint8_t byte) {
-  mallopt(M_MMAP_MAX, 0);  // pages of a fresh mapping would be zero
+  mallopt(M_MMAP_MAX, 0);                           // pages of a fresh mapping would be zero
   mallopt(M_PERTURB, static_cast<uint8_t>(~byte));  // what freed memory is filled with
   PoisonStack(byte);
 }

@@ -64,7 +64,8 @@ Bytes WithTwoValues(Bytes file, uint16_t tag, const std::array<uint32_t, 2>& val
   constexpr uint8_t kLong = 4;
   constexpr size_t kCount = 4;  // positions in an entry
   constexpr size_t kValue = 8;
-  const auto entry = Find(file, {static_cast<uint8_t>(tag & 0xFF), static_cast<uint8_t>(tag >> 8), kLong, 0, 1, 0, 0, 0});
+  const auto entry =
+      Find(file, {static_cast<uint8_t>(tag & 0xFF), static_cast<uint8_t>(tag >> 8), kLong, 0, 1, 0, 0, 0});
   const uint32_t count = 2;
   const auto position = static_cast<uint32_t>(file.size());
   std::memcpy(&*entry + kCount, &count, sizeof(count));
@@ -78,7 +79,8 @@ Bytes MakeMissingStripRaw(const cv::Mat& bitmap) {
   const Bytes file = MakeBitmapPreviewRaw(bitmap);
   const auto end = static_cast<uint32_t>(file.size());
   const auto half = static_cast<uint32_t>(bitmap.total() * bitmap.elemSize() / 2);
-  return WithTwoValues(WithTwoValues(file, tag::kStripByteCounts, {half, half}), tag::kStripOffsets, {end - half, 2 * end});
+  return WithTwoValues(WithTwoValues(file, tag::kStripByteCounts, {half, half}), tag::kStripOffsets,
+                       {end - half, 2 * end});
 }
 
 Bytes MakeUndecodablePreviewRaw() {

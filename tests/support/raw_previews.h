@@ -20,7 +20,8 @@ std::vector<uint8_t> MakeShortBitmapPreviewRaw(const cv::Mat& bitmap);
 std::vector<uint8_t> MakeMissingStripRaw(const cv::Mat& bitmap);
 
 // The file with two values in place of the one of its first LONG entry of that tag.
-std::vector<uint8_t> WithTwoValues(std::vector<uint8_t> file, uint16_t tag, const std::array<uint32_t, 2>& values);
+std::vector<uint8_t> WithTwoValues(std::vector<uint8_t> file, uint16_t tag,
+                                   const std::array<uint32_t, 2>& values);
 
 // A DNG with a JPEG preview that LibRaw delivers and no decoder can decode: it has no quantization tables.
 std::vector<uint8_t> MakeUndecodablePreviewRaw();
