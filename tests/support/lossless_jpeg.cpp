@@ -55,42 +55,11 @@ void PutDifference(BitWriter& writer, int difference) {
 std::vector<uint8_t> Header(int rows, int columns) {
   const auto high = [](int value) { return static_cast<uint8_t>(value >> 8); };
   const auto low = [](int value) { return static_cast<uint8_t>(value & 0xFF); };
-  std::vector<uint8_t> header = {0xFF,
-                                 0xD8,  //
-                                 0xFF,
-                                 0xC3,
-                                 0,
-                                 11,
-                                 kBits,
-                                 high(rows),
-                                 low(rows),
-                                 high(columns),
-                                 low(columns),
-                                 1,
-                                 0,
-                                 0x11,
-                                 0,  //
-                                 0xFF,
-                                 0xC4,
-                                 0,
-                                 19 + kCategories,
-                                 0,
-                                 0,
-                                 0,
-                                 0,
-                                 0,
-                                 kCategories,
-                                 0,
-                                 0,
-                                 0,
-                                 0,
-                                 0,
-                                 0,
-                                 0,
-                                 0,
-                                 0,
-                                 0,
-                                 0};
+  std::vector<uint8_t> header = {0xFF, 0xD8};
+  header.insert(header.end(), {0xFF, 0xC3, 0, 11, kBits, high(rows), low(rows), high(columns), low(columns)});
+  header.insert(header.end(), {1, 0, 0x11, 0});
+  header.insert(header.end(), {0xFF, 0xC4, 0, 19 + kCategories, 0, 0, 0, 0, 0, kCategories});
+  header.insert(header.end(), 11, 0);
   for (uint8_t category = 0; category < kCategories; ++category) header.push_back(category);
   header.insert(header.end(), {0xFF, 0xDA, 0, 8, 1, 0, 0, 1, 0, 0});
   return header;
