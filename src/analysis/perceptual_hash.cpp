@@ -50,20 +50,20 @@ cv::Mat GrayPreview(libraw_processed_image_t& preview) {
   return gray;
 }
 
-FileStatus ReadGray(const std::string& path, cv::Mat& gray) {
+HashStatus ReadGray(const std::string& path, cv::Mat& gray) {
   if (!IsStandardImagePath(path)) {
     const EmbeddedPreview preview = ReadEmbeddedPreview(path);
-    if (!preview.image) return preview.status;
+    if (!preview.image) return static_cast<HashStatus>(preview.status);
     gray = GrayPreview(*preview.image);
-    return gray.empty() ? FileStatus::kPreviewUndecodable : FileStatus::kRead;
+    return gray.empty() ? HashStatus::kPreviewUndecodable : HashStatus::kHashed;
   }
   gray = ReadImageFileUtf8(path, cv::IMREAD_GRAYSCALE);
-  if (gray.empty()) return FileStatus::kUnreadable;
+  if (gray.empty()) return HashStatus::kUnreadable;
   const int long_side = std::max(gray.cols, gray.rows);
   if (long_side > kReducedLongSide) {
     ShrinkImage(gray, static_cast<float>(kReducedLongSide) / static_cast<float>(long_side));
   }
-  return FileStatus::kRead;
+  return HashStatus::kHashed;
 }
 
 }  // namespace
@@ -76,10 +76,10 @@ uint64_t PerceptualHash(const cv::Mat& gray) {
   return hash;
 }
 
-FileStatus PerceptualHashOfFile(const std::string& path, uint64_t& hash) {
+HashStatus PerceptualHashOfFile(const std::string& path, uint64_t& hash) {
   cv::Mat gray;
-  const FileStatus status = ReadGray(path, gray);
-  if (status == FileStatus::kRead) hash = PerceptualHash(gray);
+  const HashStatus status = ReadGray(path, gray);
+  if (status == HashStatus::kHashed) hash = PerceptualHash(gray);
   return status;
 }
 

@@ -10,7 +10,7 @@ int lumvik_extract_thumbnail(const char* path, uint8_t** data, int* size) {
   *data = nullptr;
   *size = 0;
   lumvik::Thumbnail thumbnail;
-  const lumvik::FileStatus status = lumvik::MakeThumbnail(path, thumbnail);
+  const lumvik::ThumbnailStatus status = lumvik::MakeThumbnail(path, thumbnail);
   *size = static_cast<int>(thumbnail.size);
   *data = thumbnail.data.release();
   return static_cast<int>(status);

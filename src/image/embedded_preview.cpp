@@ -13,10 +13,10 @@ EmbeddedPreview ReadEmbeddedPreview(const std::string& path) {
   EmbeddedPreview preview;
   const auto raw = std::make_unique<GuardedLibRaw>();
   if (raw->OpenFile(path) != LIBRAW_SUCCESS) return preview;
-  preview.status = FileStatus::kNoPreview;
+  preview.status = PreviewStatus::kNone;
   if (raw->UnpackPreview() != LIBRAW_SUCCESS) return preview;
   preview.image.reset(raw->dcraw_make_mem_thumb(&preview.delivery_error));
-  preview.status = preview.image ? FileStatus::kRead : FileStatus::kPreviewNotDelivered;
+  preview.status = preview.image ? PreviewStatus::kRead : PreviewStatus::kNotDelivered;
   return preview;
 }
 

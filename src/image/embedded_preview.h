@@ -1,4 +1,4 @@
-// The preview picture that a camera puts into its RAW files.
+// The preview image that a camera embeds in its RAW files.
 #ifndef LUMVIK_IMAGE_EMBEDDED_PREVIEW_H_
 #define LUMVIK_IMAGE_EMBEDDED_PREVIEW_H_
 
@@ -10,32 +10,24 @@
 
 namespace lumvik {
 
-// What became of reading a file by its path alone: the status codes of the exported functions that do.
-enum class FileStatus {
-  kRead = 0,
-  kUnreadable = -1,
-  kNoPreview = -2,
-  kPreviewNotDelivered = -3,
-  kNoMemory = -4,            // of a thumbnail
-  kPreviewUndecodable = -4,  // of a hash
-};
+enum class PreviewStatus { kRead = 0, kUnreadable = -1, kNone = -2, kNotDelivered = -3 };
 
 struct MemoryImageDeleter {
   void operator()(libraw_processed_image_t* image) const { LibRaw::dcraw_clear_mem(image); }
 };
 
 struct EmbeddedPreview {
-  FileStatus status = FileStatus::kUnreadable;  // at which stage LibRaw gave up, or kRead
-  int delivery_error = 0;                       // LibRaw's, of the stage kPreviewNotDelivered
+  PreviewStatus status = PreviewStatus::kUnreadable;
+  int delivery_error = 0;  // LibRaw's code for kNotDelivered
   // A JPEG file or a bitmap; null unless the status is kRead.
   std::unique_ptr<libraw_processed_image_t, MemoryImageDeleter> image;
 };
 
-// Takes the preview out of a RAW file; the sensor's data stays where it is.
+// Does not read the sensor's data.
 EmbeddedPreview ReadEmbeddedPreview(const std::string& path);
 
-// The bitmap as CV_8UC3 in R, G, B order, sharing the preview's memory. LibRaw tells of no other layout than
-// three colors of 8 bits, though a file may hold one: empty when there are too few bytes for it.
+// The bitmap as CV_8UC3 in R, G, B order, sharing the preview's memory. LibRaw describes every bitmap as
+// three 8-bit colors, whatever the file holds: empty when it has too few bytes for that.
 cv::Mat PreviewBitmap(libraw_processed_image_t& preview);
 
 }  // namespace lumvik

@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <limits>
+#include <memory>
+#include <string_view>
 
 #include "image/raw_file.h"
 
@@ -77,32 +80,70 @@ GuardedLibRaw::GuardedLibRaw() {
 }
 
 int GuardedLibRaw::OpenFile(const std::string& path) {
-  recycle();  // LibRaw's open_file forgets a file that is still open
+  recycle();
   is_hasselblad_ = false;
   has_long_name_ = false;
-  return OpenRawFile(*this, path);
+  auto file = OpenRawFile(path, {[this] { BeforeSeek(); }, [this](uint8_t* end) { AfterRead(end); }});
+  if (!file) return LIBRAW_IO_ERROR;
+  const int status = open_datastream(file.get());
+  if (status != LIBRAW_SUCCESS) return status;
+  libraw_internal_data.internal_data.input = file.release();
+  libraw_internal_data.internal_data.input_internal = 1;  // recycle() closes it
+  return status;
+}
+
+int GuardedLibRaw::UnpackSensor() {
+  libraw_decoder_info_t decoder{};
+  get_decoder_info(&decoder);
+  awaits_sensor_buffer_ = (decoder.decoder_flags & LIBRAW_DECODER_OWNALLOC) == 0;
+  // A group of samples whose extremes share a place has a delta too many: LibRaw reads it from beyond the
+  // row.
+  clears_byte_after_row_ = kIsOldLibRaw && decoder.decoder_name != nullptr &&
+                           decoder.decoder_name == std::string_view("sony_arw2_load_raw()");
+  const int status = unpack();
+  awaits_sensor_buffer_ = false;
+  clears_byte_after_row_ = false;
+  return status;
 }
 
 int GuardedLibRaw::UnpackPreview() {
   if (!MakePreviewFit()) return LIBRAW_UNSUPPORTED_THUMBNAIL;
-  const libraw_thumbnail_t& preview = imgdata.thumbnail;
-  const unsigned stated = preview.tlength;
+#if !LIBRAW_COMPILE_CHECK_VERSION_NOTLESS(0, 21)
+  awaits_preview_buffer_ = write_thumb == &GuardedLibRaw::ppm_thumb;
+#endif
   const int status = unpack_thumb();
-  if (status != LIBRAW_SUCCESS || !IsTakenAsStored() || preview.tlength != stated) return status;
-  // LibRaw reads up to the end of the file and takes the rest as it finds the memory.
-  const auto& internal = libraw_internal_data.internal_data;
-  const auto present = static_cast<int64_t>(internal.input->size()) - static_cast<int64_t>(internal.toffset);
-  const auto missing = static_cast<int64_t>(stated) - present;
-  if (present >= 0 && missing > 0) std::fill_n(preview.thumb + present, missing, '\0');
+  awaits_preview_buffer_ = false;
   return status;
 }
 
-// Whether the preview in memory is a piece of the file.
-bool GuardedLibRaw::IsTakenAsStored() const {
-#if !LIBRAW_COMPILE_CHECK_VERSION_NOTLESS(0, 21)
-  if (write_thumb == &GuardedLibRaw::ppm_thumb) return true;
-#endif
-  return imgdata.thumbnail.tformat == LIBRAW_THUMBNAIL_JPEG;
+// LibRaw seeks the samples after allocating the sensor's buffer, and a preview's strips after allocating the
+// preview's. A decoder that gives up without an error, or a missing strip, leaves part of the buffer unset.
+void GuardedLibRaw::BeforeSeek() {
+  if (awaits_sensor_buffer_ && imgdata.rawdata.raw_alloc != nullptr) {
+    std::memset(imgdata.rawdata.raw_alloc, 0, SensorBufferSize());
+    awaits_sensor_buffer_ = false;
+  }
+  if (awaits_preview_buffer_ && imgdata.thumbnail.thumb != nullptr) {
+    std::memset(imgdata.thumbnail.thumb, 0, imgdata.thumbnail.tlength);
+    awaits_preview_buffer_ = false;
+  }
+}
+
+void GuardedLibRaw::AfterRead(uint8_t* end) const {
+  if (clears_byte_after_row_) *end = 0;
+}
+
+// As LibRaw computes it, without the rows it adds for safety.
+size_t GuardedLibRaw::SensorBufferSize() const {
+  const libraw_image_sizes_t& sizes = imgdata.sizes;
+  size_t columns = sizes.raw_width;
+  size_t rows = sizes.raw_height;
+  if (libraw_internal_data.internal_output_params.fuji_width == 0) {
+    columns = std::max(columns, size_t{sizes.width} + sizes.left_margin);
+    rows = std::max(rows, size_t{sizes.height} + sizes.top_margin);
+  }
+  const size_t samples = imgdata.rawdata.color3_image != nullptr ? 3 : 1;
+  return columns * rows * samples * sizeof(uint16_t);
 }
 
 // Whether LibRaw reads no more of the preview than it has room for.

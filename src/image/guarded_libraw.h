@@ -1,22 +1,23 @@
-// LibRaw, kept from what a damaged file can do to it.
+// LibRaw, protected from damaged files.
 #ifndef LUMVIK_IMAGE_GUARDED_LIBRAW_H_
 #define LUMVIK_IMAGE_GUARDED_LIBRAW_H_
 
 #include <libraw/libraw.h>
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 
 namespace lumvik {
 
-// Far too large for the stack.
+// Some 800 KB: too large for the stack.
 class GuardedLibRaw : public LibRaw {
  public:
   GuardedLibRaw();
 
-  // LibRaw's open_file, for any path.
+  // These are LibRaw's open_file, unpack and unpack_thumb. What a damaged or cut file leaves unset is zero.
   int OpenFile(const std::string& path);
-
-  // LibRaw's unpack_thumb. What the end of the file cuts off a preview is zero.
+  int UnpackSensor();
   int UnpackPreview();
 
  private:
@@ -24,10 +25,15 @@ class GuardedLibRaw : public LibRaw {
                          INT64 base);
   void NoteName(int name, int count, LibRaw_abstract_datastream& stream);
   bool MakePreviewFit();
-  bool IsTakenAsStored() const;
+  void BeforeSeek();
+  void AfterRead(uint8_t* end) const;
+  size_t SensorBufferSize() const;
 
   bool is_hasselblad_ = false;
   bool has_long_name_ = false;
+  bool awaits_sensor_buffer_ = false;
+  bool awaits_preview_buffer_ = false;
+  bool clears_byte_after_row_ = false;
 };
 
 }  // namespace lumvik

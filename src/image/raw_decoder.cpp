@@ -61,7 +61,7 @@ MemoryImage Develop(GuardedLibRaw& raw, const std::string& path, int quality, st
   SetProcessingParameters(raw.imgdata.params, quality);
   const libraw_image_sizes_t& sizes = raw.imgdata.sizes;
   const bool too_big = size_t{sizes.raw_width} * sizes.raw_height > kMaxPixels;
-  if (failed("unpack", too_big ? LIBRAW_TOO_BIG : raw.unpack())) return image;
+  if (failed("unpack", too_big ? LIBRAW_TOO_BIG : raw.UnpackSensor())) return image;
   if (failed("dcraw_process", raw.dcraw_process())) return image;
   int code = HasThreeDeepColors(raw) ? LIBRAW_SUCCESS : LIBRAW_FILE_UNSUPPORTED;
   if (code == LIBRAW_SUCCESS) image.reset(raw.dcraw_make_mem_image(&code));

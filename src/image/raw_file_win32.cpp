@@ -1,12 +1,20 @@
+#include <filesystem>
+
 #include "base/file_io.h"
 #include "base/wide_path_win32.h"
+#include "image/completed_stream.h"
 #include "image/raw_file.h"
 
 namespace lumvik {
 
 // A narrow path would be read in the code page of the process, which is hardly ever UTF-8.
-int OpenRawFile(LibRaw& raw, const std::string& path) {
-  return ReadingMayBlock(path) ? LIBRAW_IO_ERROR : raw.open_file(WidePath(path).c_str());
+std::unique_ptr<LibRaw_abstract_datastream> OpenRawFile(const std::string& path, RawFileHooks hooks) {
+  if (ReadingMayBlock(path)) return nullptr;
+  const std::wstring wide = WidePath(path);
+  std::error_code missing;
+  const uintmax_t bytes = std::filesystem::file_size(wide, missing);
+  if (missing) return nullptr;
+  return OpenCompletedStream(wide.c_str(), bytes, std::move(hooks));
 }
 
 }  // namespace lumvik

@@ -1,4 +1,4 @@
-// Small JPEG pictures of files that need not be loaded for it.
+// Small JPEG images of files, made without loading them.
 #ifndef LUMVIK_IMAGE_THUMBNAIL_H_
 #define LUMVIK_IMAGE_THUMBNAIL_H_
 
@@ -12,17 +12,25 @@
 
 namespace lumvik {
 
-// A JPEG file in memory from malloc, which a host can be given.
-struct Thumbnail {
-  std::unique_ptr<uint8_t, decltype(&std::free)> data{nullptr, std::free};
-  size_t size = 0;  // bytes; after kNoMemory those there was no room for
+enum class ThumbnailStatus {
+  kMade = 0,
+  kUnreadable = static_cast<int>(PreviewStatus::kUnreadable),
+  kNoPreview = static_cast<int>(PreviewStatus::kNone),
+  kPreviewNotDelivered = static_cast<int>(PreviewStatus::kNotDelivered),
+  kNoMemory = -4,
 };
 
-// An ordinary image is reduced to at most 160 pixels on the long side. A RAW file's JPEG preview is taken as
-// LibRaw delivers it, a bitmap preview is encoded at its size, red and blue changing places on the way. A
-// bitmap of fewer bytes than its size needs, or of no size or one that a JPEG cannot have, counts as not
-// delivered. On a failure but kNoMemory `thumbnail` is left as it was.
-FileStatus MakeThumbnail(const std::string& path, Thumbnail& thumbnail);
+// A JPEG file in memory from malloc, which can be handed to a host.
+struct Thumbnail {
+  std::unique_ptr<uint8_t, decltype(&std::free)> data{nullptr, std::free};
+  size_t size = 0;  // bytes; after kNoMemory, the size that could not be allocated
+};
+
+// Reduces an ordinary image to at most 160 pixels on the long side. Takes a RAW file's JPEG preview as LibRaw
+// delivers it; encodes a bitmap preview at its own size with red and blue swapped. A bitmap with fewer bytes
+// than its size needs, or with a size that no JPEG can have, counts as not delivered. On any failure but
+// kNoMemory `thumbnail` is unchanged.
+ThumbnailStatus MakeThumbnail(const std::string& path, Thumbnail& thumbnail);
 
 }  // namespace lumvik
 

@@ -36,7 +36,7 @@ cv::Mat Noise(cv::Size size, uint64_t seed) {
 // Expects success.
 uint64_t HashOf(const std::string& path) {
   uint64_t hash = 0;
-  EXPECT_EQ(PerceptualHashOfFile(path, hash), FileStatus::kRead) << path;
+  EXPECT_EQ(PerceptualHashOfFile(path, hash), HashStatus::kHashed) << path;
   return hash;
 }
 
@@ -57,7 +57,7 @@ class PerceptualHashOfFileTest : public ::testing::Test {
   }
   std::string WriteRaw(const Bytes& bytes) const { return WriteBytes(dir_.File("a.dng"), bytes); }
 
-  void ExpectFailure(const std::string& path, FileStatus status) const {
+  void ExpectFailure(const std::string& path, HashStatus status) const {
     uint64_t hash = kUntouched;
     EXPECT_EQ(PerceptualHashOfFile(path, hash), status) << path;
     EXPECT_EQ(hash, kUntouched) << path;
@@ -178,18 +178,18 @@ TEST_F(PerceptualHashOfFileTest, JpegPreviewsStandUprightBitmapPreviewsLieAsTheS
 }
 
 TEST_F(PerceptualHashOfFileTest, EveryStageHasItsFailure) {
-  ExpectFailure(dir_.File("missing.png"), FileStatus::kUnreadable);
-  ExpectFailure(dir_.File("missing.arw"), FileStatus::kUnreadable);
-  ExpectFailure(WriteBytes(dir_.File("text.jpg"), {'t', 'e', 'x', 't'}), FileStatus::kUnreadable);
-  ExpectFailure(WriteBytes(dir_.File("empty.jpg"), {}), FileStatus::kUnreadable);
+  ExpectFailure(dir_.File("missing.png"), HashStatus::kUnreadable);
+  ExpectFailure(dir_.File("missing.arw"), HashStatus::kUnreadable);
+  ExpectFailure(WriteBytes(dir_.File("text.jpg"), {'t', 'e', 'x', 't'}), HashStatus::kUnreadable);
+  ExpectFailure(WriteBytes(dir_.File("empty.jpg"), {}), HashStatus::kUnreadable);
   ExpectFailure(WriteBytes(dir_.File("photo.txt"), ReadBytes(kData + "eiffel_gps_north_east.jpg")),
-                FileStatus::kUnreadable);
-  ExpectFailure(kData + "no_thumb.dng", FileStatus::kNoPreview);
-  ExpectFailure(WriteRaw(MakeDamagedPreviewRaw()), FileStatus::kPreviewNotDelivered);
-  ExpectFailure(WriteRaw(MakeUndecodablePreviewRaw()), FileStatus::kPreviewUndecodable);
-  ExpectFailure(WriteRaw(MakeOversizedPreviewRaw(65000)), FileStatus::kPreviewUndecodable);
+                HashStatus::kUnreadable);
+  ExpectFailure(kData + "no_thumb.dng", HashStatus::kNoPreview);
+  ExpectFailure(WriteRaw(MakeDamagedPreviewRaw()), HashStatus::kPreviewNotDelivered);
+  ExpectFailure(WriteRaw(MakeUndecodablePreviewRaw()), HashStatus::kPreviewUndecodable);
+  ExpectFailure(WriteRaw(MakeOversizedPreviewRaw(65000)), HashStatus::kPreviewUndecodable);
   ExpectFailure(WriteRaw(MakeShortBitmapPreviewRaw(cv::Mat(30, 40, CV_8UC3, cv::Scalar(9)))),
-                FileStatus::kPreviewUndecodable);
+                HashStatus::kPreviewUndecodable);
 }
 
 }  // namespace

@@ -20,7 +20,7 @@ class EmbeddedPreviewTest : public ::testing::Test {
  protected:
   std::string Write(const std::vector<uint8_t>& bytes) const { return WriteBytes(dir_.File("a.dng"), bytes); }
 
-  void ExpectFailure(const std::string& path, FileStatus status) const {
+  void ExpectFailure(const std::string& path, PreviewStatus status) const {
     SCOPED_TRACE(path);
     const EmbeddedPreview preview = ReadEmbeddedPreview(path);
     EXPECT_EQ(preview.status, status);
@@ -35,19 +35,19 @@ TEST_F(EmbeddedPreviewTest, WhatCannotBeOpened) {
   std::filesystem::create_directory(dir_.File("folder"));
   for (const std::string& path : {dir_.File("missing"), dir_.File("folder"), MakePipe(dir_.File("pipe")),
                                   Write(MakeUnsupportedFile()), Write({}), std::string()}) {
-    ExpectFailure(path, FileStatus::kUnreadable);
+    ExpectFailure(path, PreviewStatus::kUnreadable);
   }
 }
 
 TEST_F(EmbeddedPreviewTest, FilesWithoutAPreview) {
   RawOptions options;
   options.preview = RawPreview::kNone;
-  ExpectFailure(Write(MakeRawFile(kPlainPicture, options)), FileStatus::kNoPreview);
-  ExpectFailure(LUMVIK_TEST_DATA "/no_thumb.dng", FileStatus::kNoPreview);
+  ExpectFailure(Write(MakeRawFile(kPlainPicture, options)), PreviewStatus::kNone);
+  ExpectFailure(LUMVIK_TEST_DATA "/no_thumb.dng", PreviewStatus::kNone);
 }
 
 TEST_F(EmbeddedPreviewTest, APreviewThatIsNotDelivered) {
-  ExpectFailure(Write(MakeDamagedPreviewRaw()), FileStatus::kPreviewNotDelivered);
+  ExpectFailure(Write(MakeDamagedPreviewRaw()), PreviewStatus::kNotDelivered);
   EXPECT_EQ(ReadEmbeddedPreview(dir_.File("a.dng")).delivery_error, LIBRAW_UNSUPPORTED_THUMBNAIL);
 }
 
@@ -61,7 +61,7 @@ TEST_F(EmbeddedPreviewTest, JpegsAndBitmapsSayWhatTheyAre) {
                {LUMVIK_SAMPLES "/sample_small.ARW", LIBRAW_IMAGE_JPEG}};
   for (const auto& c : cases) {
     const EmbeddedPreview preview = ReadEmbeddedPreview(c.file);
-    ASSERT_EQ(preview.status, FileStatus::kRead) << c.file;
+    ASSERT_EQ(preview.status, PreviewStatus::kRead) << c.file;
     EXPECT_EQ(preview.delivery_error, 0) << c.file;
     EXPECT_EQ(preview.image->type, c.type) << c.file;
   }
@@ -74,7 +74,7 @@ TEST_F(EmbeddedPreviewTest, ABitmapIsSharedInRedGreenBlue) {
   options.preview_picture.create(7, 13, CV_8UC3);
   cv::RNG(5).fill(options.preview_picture, cv::RNG::UNIFORM, 0, 256);
   const EmbeddedPreview preview = ReadEmbeddedPreview(Write(MakeRawFile(kPlainPicture, options)));
-  ASSERT_EQ(preview.status, FileStatus::kRead);
+  ASSERT_EQ(preview.status, PreviewStatus::kRead);
   const cv::Mat bitmap = PreviewBitmap(*preview.image);
   EXPECT_TRUE(SameBytes(bitmap, options.preview_picture));
   EXPECT_EQ(bitmap.data, preview.image->data);

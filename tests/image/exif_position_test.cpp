@@ -117,6 +117,23 @@ TEST_P(ExifPosition, AnInteroperabilityVersionIsNoPosition) {
   EXPECT_DOUBLE_EQ(Latitude(exif_), -52.5);
 }
 
+// libexif derives the size from the number of components; a program may hand over any entry.
+TEST_P(ExifPosition, AnEntryOfTooFewBytesOrComponentsIsNoPosition) {
+  exif_.Rationals(Ifd::kGps, kLatitude, kHalfPast52);
+  const TempDir dir;
+  const ExifDataPtr data = LoadExifData(WriteBytes(dir.File("a.jpg"), JpegWithExif(exif_.Serialize())));
+  ASSERT_NE(data, nullptr);
+  ExifEntry* const entry = exif_content_get_entry(data->ifd[EXIF_IFD_GPS], static_cast<ExifTag>(kLatitude));
+  ASSERT_NE(entry, nullptr);
+  ASSERT_EQ(entry->size, 24U);
+  EXPECT_DOUBLE_EQ(ReadGpsCoordinate(*data, kLatitude, kLatitudeRef), 52.5);
+  entry->size = 23;
+  EXPECT_TRUE(std::isnan(ReadGpsCoordinate(*data, kLatitude, kLatitudeRef)));
+  entry->size = 24;
+  entry->components = 2;
+  EXPECT_TRUE(std::isnan(ReadGpsCoordinate(*data, kLatitude, kLatitudeRef)));
+}
+
 TEST_P(ExifPosition, CanBeAskedForByTag) {
   exif_.Ascii(Ifd::kGps, kLatitudeRef, "N")
       .Rationals(Ifd::kGps, kLatitude, kHalfPast52)

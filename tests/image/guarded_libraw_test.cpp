@@ -4,7 +4,6 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
-#include <array>
 #include <cstring>
 #include <memory>
 
@@ -128,18 +127,7 @@ Bytes Entry(uint16_t tag, uint8_t type) {
 
 constexpr uint8_t kShort = 3;
 constexpr uint8_t kLong = 4;
-constexpr size_t kCount = 4;  // places in an entry
-constexpr size_t kValue = 8;
-
-// The file with these two numbers in place of the entry's one.
-Bytes WithTwo(Bytes file, const Bytes& entry, const std::array<uint32_t, 2>& numbers) {
-  const auto end = static_cast<uint32_t>(file.size());
-  file = WithField(std::move(file), entry, kValue, end);
-  file = WithField(std::move(file), entry, kCount, 2);
-  const auto* bytes = reinterpret_cast<const uint8_t*>(numbers.data());
-  file.insert(file.end(), bytes, bytes + sizeof(numbers));
-  return file;
-}
+constexpr size_t kValue = 8;  // position in an entry
 
 // A compression of 0 makes LibRaw take the preview for one of separate color planes.
 TEST_F(GuardedLibRawTest, PlanesOfMoreBytesThanTheirSizeHas) {
@@ -155,8 +143,8 @@ TEST_F(GuardedLibRawTest, PlanesOfMoreBytesThanTheirSizeHas) {
 
 // LibRaw makes room for 100 bytes and takes the negative number for one beyond all files.
 TEST_F(GuardedLibRawTest, StripsWhoseSumOverflows) {
-  Bytes file = WithTwo(MakeBitmapPreviewRaw(kPicture), Entry(tag::kStripOffsets, kLong), {1000, 1000});
-  file = WithTwo(std::move(file), Entry(tag::kStripByteCounts, kLong), {200, static_cast<uint32_t>(-100)});
+  Bytes file = WithTwoValues(MakeBitmapPreviewRaw(kPicture), tag::kStripOffsets, {1000, 1000});
+  file = WithTwoValues(std::move(file), tag::kStripByteCounts, {200, static_cast<uint32_t>(-100)});
   ASSERT_EQ(Open(file), LIBRAW_SUCCESS);
   EXPECT_EQ(raw_->UnpackPreview(), LIBRAW_UNSUPPORTED_THUMBNAIL);
 }

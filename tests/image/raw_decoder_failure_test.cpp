@@ -161,6 +161,20 @@ TEST_F(RawDecoderFailure, ACutFileFailsOrKeepsItsSize) {
   }
 }
 
+TEST_F(RawDecoderFailure, WhatIsCutOffACompressedFileCountsAsZeros) {
+  const std::vector<uint8_t> whole = MakeRawFile(kWidePicture);
+  const std::vector<uint8_t> cut(whole.begin(), whole.end() - 500);
+  std::vector<uint8_t> padded = cut;
+  padded.resize(whole.size());
+  for (const int quality : {1, 2}) {
+    DecodedImage from_cut;
+    DecodedImage from_padded;
+    ASSERT_TRUE(DecodeRaw(Write("cut.ARW", cut), quality, from_cut));
+    ASSERT_TRUE(DecodeRaw(Write("padded.ARW", padded), quality, from_padded));
+    EXPECT_TRUE(SameBytes(from_cut.image, from_padded.image)) << quality;
+  }
+}
+
 TEST_F(RawDecoderFailure, DamagedFilesPrintNothing) {
   const std::string files[] = {kTestData + "truncated.ARW",
                                Write("a", MakeTruncatedRaw(RawFormat::kArwCompressed)),

@@ -33,7 +33,7 @@ Bytes Jpeg(const cv::Mat& bgr, int quality) {
 // Expects success.
 Bytes ThumbnailOf(const std::string& path) {
   Thumbnail thumbnail;
-  EXPECT_EQ(MakeThumbnail(path, thumbnail), FileStatus::kRead) << path;
+  EXPECT_EQ(MakeThumbnail(path, thumbnail), ThumbnailStatus::kMade) << path;
   return {thumbnail.data.get(), thumbnail.data.get() + thumbnail.size};
 }
 
@@ -49,7 +49,7 @@ class ThumbnailTest : public ::testing::Test {
   }
   std::string WriteRaw(const Bytes& bytes) const { return WriteBytes(dir_.File("a.dng"), bytes); }
 
-  void ExpectFailure(const std::string& path, FileStatus status) const {
+  void ExpectFailure(const std::string& path, ThumbnailStatus status) const {
     Thumbnail thumbnail;
     EXPECT_EQ(MakeThumbnail(path, thumbnail), status) << path;
     EXPECT_EQ(thumbnail.data, nullptr) << path;
@@ -134,18 +134,18 @@ TEST_F(ThumbnailTest, BitmapsThatCannotBeEncodedAreNotDelivered) {
   const cv::Mat widest(1, 65500, CV_8UC3, cv::Scalar(10, 20, 30));
   EXPECT_EQ(SizeOf(ThumbnailOf(WriteRaw(MakeBitmapPreviewRaw(widest)))), widest.size());
   const cv::Mat too_wide(1, 65501, CV_8UC3, cv::Scalar(10, 20, 30));
-  ExpectFailure(WriteRaw(MakeBitmapPreviewRaw(too_wide)), FileStatus::kPreviewNotDelivered);
-  ExpectFailure(WriteRaw(MakeShortBitmapPreviewRaw(Noise({40, 30}))), FileStatus::kPreviewNotDelivered);
+  ExpectFailure(WriteRaw(MakeBitmapPreviewRaw(too_wide)), ThumbnailStatus::kPreviewNotDelivered);
+  ExpectFailure(WriteRaw(MakeShortBitmapPreviewRaw(Noise({40, 30}))), ThumbnailStatus::kPreviewNotDelivered);
 }
 
 TEST_F(ThumbnailTest, EveryStageHasItsFailure) {
-  ExpectFailure(dir_.File("missing.png"), FileStatus::kUnreadable);
-  ExpectFailure(dir_.File("missing.arw"), FileStatus::kUnreadable);
-  ExpectFailure(WriteBytes(dir_.File("photo.txt"), Jpeg(Noise({40, 30}), 90)), FileStatus::kUnreadable);
-  ExpectFailure(WriteBytes(dir_.File("text.jpg"), {'t', 'e', 'x', 't'}), FileStatus::kUnreadable);
-  ExpectFailure(WriteBytes(dir_.File("empty.jpg"), {}), FileStatus::kUnreadable);
-  ExpectFailure(LUMVIK_TEST_DATA "/no_thumb.dng", FileStatus::kNoPreview);
-  ExpectFailure(WriteRaw(MakeDamagedPreviewRaw()), FileStatus::kPreviewNotDelivered);
+  ExpectFailure(dir_.File("missing.png"), ThumbnailStatus::kUnreadable);
+  ExpectFailure(dir_.File("missing.arw"), ThumbnailStatus::kUnreadable);
+  ExpectFailure(WriteBytes(dir_.File("photo.txt"), Jpeg(Noise({40, 30}), 90)), ThumbnailStatus::kUnreadable);
+  ExpectFailure(WriteBytes(dir_.File("text.jpg"), {'t', 'e', 'x', 't'}), ThumbnailStatus::kUnreadable);
+  ExpectFailure(WriteBytes(dir_.File("empty.jpg"), {}), ThumbnailStatus::kUnreadable);
+  ExpectFailure(LUMVIK_TEST_DATA "/no_thumb.dng", ThumbnailStatus::kNoPreview);
+  ExpectFailure(WriteRaw(MakeDamagedPreviewRaw()), ThumbnailStatus::kPreviewNotDelivered);
 }
 
 }  // namespace

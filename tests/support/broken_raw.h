@@ -13,8 +13,7 @@ namespace lumvik::test {
 // open_file: "Unsupported file format or not RAW file". (A file of less than 64 bytes: "Input/output error".)
 std::vector<uint8_t> MakeUnsupportedFile();
 
-// The last rows are missing. unpack: "Input/output error"; a compressed ARW is developed nevertheless, its
-// last present row taking the place of the missing ones.
+// The last rows are missing. unpack: "Input/output error", but a compressed ARW is decoded.
 std::vector<uint8_t> MakeTruncatedRaw(RawFormat format);
 
 // A small file that says it holds side x side pixels. unpack of 64000: "Image too big for processing".

@@ -3,11 +3,13 @@
 #include <libraw/libraw.h>
 
 #include <algorithm>
+#include <cstring>
 #include <memory>
 #include <opencv2/imgcodecs.hpp>
 #include <stdexcept>
 
 #include "support/raw_writer.h"
+#include "support/tiff_tags.h"
 
 namespace lumvik::test {
 namespace {
@@ -56,6 +58,29 @@ Bytes MakeShortBitmapPreviewRaw(const cv::Mat& bitmap) {
   const size_t size = bitmap.total();
   for (int byte = 0; byte < 4; ++byte) entry[8 + byte] = static_cast<uint8_t>(size >> (8 * byte));
   return file;
+}
+
+Bytes WithTwoValues(Bytes file, uint16_t tag, const std::array<uint32_t, 2>& values) {
+  constexpr uint8_t kLong = 4;
+  constexpr size_t kCount = 4;  // positions in an entry
+  constexpr size_t kValue = 8;
+  const auto entry =
+      Find(file, {static_cast<uint8_t>(tag & 0xFF), static_cast<uint8_t>(tag >> 8), kLong, 0, 1, 0, 0, 0});
+  const uint32_t count = 2;
+  const auto position = static_cast<uint32_t>(file.size());
+  std::memcpy(&*entry + kCount, &count, sizeof(count));
+  std::memcpy(&*entry + kValue, &position, sizeof(position));
+  const auto* bytes = reinterpret_cast<const uint8_t*>(values.data());
+  file.insert(file.end(), bytes, bytes + sizeof(values));
+  return file;
+}
+
+Bytes MakeMissingStripRaw(const cv::Mat& bitmap) {
+  const Bytes file = MakeBitmapPreviewRaw(bitmap);
+  const auto end = static_cast<uint32_t>(file.size());
+  const auto half = static_cast<uint32_t>(bitmap.total() * bitmap.elemSize() / 2);
+  return WithTwoValues(WithTwoValues(file, tag::kStripByteCounts, {half, half}), tag::kStripOffsets,
+                       {end - half, 2 * end});
 }
 
 Bytes MakeUndecodablePreviewRaw() {

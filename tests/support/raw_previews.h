@@ -2,6 +2,7 @@
 #ifndef LUMVIK_TESTS_SUPPORT_RAW_PREVIEWS_H_
 #define LUMVIK_TESTS_SUPPORT_RAW_PREVIEWS_H_
 
+#include <array>
 #include <cstdint>
 #include <opencv2/core.hpp>
 #include <vector>
@@ -14,6 +15,13 @@ std::vector<uint8_t> MakeBitmapPreviewRaw(const cv::Mat& bitmap);
 // The same, but the file says that its preview has a byte for each pixel: LibRaw delivers no more than these
 // and calls them three colors.
 std::vector<uint8_t> MakeShortBitmapPreviewRaw(const cv::Mat& bitmap);
+
+// The same in two strips of which the second lies beyond the end of the file.
+std::vector<uint8_t> MakeMissingStripRaw(const cv::Mat& bitmap);
+
+// The file with two values in place of the one of its first LONG entry of that tag.
+std::vector<uint8_t> WithTwoValues(std::vector<uint8_t> file, uint16_t tag,
+                                   const std::array<uint32_t, 2>& values);
 
 // A DNG with a JPEG preview that LibRaw delivers and no decoder can decode: it has no quantization tables.
 std::vector<uint8_t> MakeUndecodablePreviewRaw();
