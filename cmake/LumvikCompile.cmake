@@ -10,6 +10,7 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON) # the command finds the library of its build, wherever that is
 
 find_program(LUMVIK_CCACHE ccache)
 if(LUMVIK_CCACHE)
@@ -31,6 +32,12 @@ function(lumvik_compile_options target)
   # others; with it off the same photograph gives the same bytes everywhere. Nobody looks at the floating-point
   # exception flags or at errno, so loops with a choice in them may compute both outcomes and vectorize.
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion -Wshadow -Wno-psabi -ffp-contract=off -fno-math-errno -fno-trapping-math)
+  # A release holds no path of the machine it was built on, so that a commit gives the same bytes in any folder. ccache
+  # may make paths relative to the build folder. The last matching prefix wins.
+  cmake_path(RELATIVE_PATH PROJECT_SOURCE_DIR BASE_DIRECTORY ${CMAKE_BINARY_DIR} OUTPUT_VARIABLE source_from_build)
+  foreach(folder ${source_from_build} ${PROJECT_SOURCE_DIR} ${CMAKE_BINARY_DIR} ${CMAKE_FIND_ROOT_PATH})
+    target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-ffile-prefix-map=${folder}=.>)
+  endforeach()
   if(LUMVIK_WERROR)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
