@@ -11,7 +11,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   try {
-    lumvik::Engine photo;
+    lumvik::engine::Context photo;
     photo.Load(argv[1]);
     photo.SetExposure(0.5F);  // stops; after the load, which resets every adjustment
     photo.SetContrast(20);

@@ -6,7 +6,7 @@
 #include <lumvik.hpp>
 
 // In place of a window: how bright the picture is on average, 0 to 255.
-static void Show(const std::vector<std::uint8_t>& rgba, lumvik::Size size) {
+static void Show(const std::vector<std::uint8_t>& rgba, lumvik::engine::Size size) {
   double green = 0;
   const auto pixels = static_cast<std::size_t>(size.width) * static_cast<std::size_t>(size.height);
   for (std::size_t i = 0; i < pixels; ++i) green += rgba[4 * i + 1];
@@ -19,8 +19,8 @@ int main(int argc, char** argv) {
     return 2;
   }
   try {
-    lumvik::Engine photo;
-    photo.Load(argv[1], lumvik::RawQuality::kQuarter);  // a small proxy of a RAW file, fit for a screen
+    lumvik::engine::Context photo;
+    photo.Load(argv[1], lumvik::engine::RawQuality::kQuarter);  // a small proxy of a RAW file, fit for a screen
     // A crop makes a render smaller than the loaded image, nothing makes it larger.
     const auto [width, height] = photo.loaded_size();
     std::vector<std::uint8_t> rgba(4 * static_cast<std::size_t>(width) * static_cast<std::size_t>(height));

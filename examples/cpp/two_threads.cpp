@@ -1,4 +1,4 @@
-// Develops one photograph twice at the same time. An Engine belongs to one thread, so each has its own.
+// Develops one photograph twice at the same time. A Context belongs to one thread, so each has its own.
 //
 //   c++ -std=c++17 two_threads.cpp $(pkg-config --cflags --libs lumvik) -pthread -o two_threads
 //   ./two_threads photo.ARW dark.jpg bright.jpg
@@ -7,7 +7,7 @@
 #include <lumvik.hpp>
 
 static void Develop(const std::string& in, const std::string& out, float exposure) {
-  lumvik::Engine photo;
+  lumvik::engine::Context photo;
   photo.Load(in);
   photo.SetExposure(exposure);
   photo.ExportJpeg(out);
