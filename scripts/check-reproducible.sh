@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Fails when the library or the command built here differs from one built from a copy of the tree in another folder, or
-# holds the path of that folder. The copy is compiled without ccache, which could hand out the objects of the first.
+# Fails if the library or the command built here differs from one built from a copy of the tree in another folder, or
+# contains the path of that folder. The copy is compiled without ccache, which could reuse the objects of the first build.
 #
 #   scripts/check-reproducible.sh
 #
-# BUILD names another folder than build/release.
+# BUILD names a folder other than build/release.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -27,5 +27,5 @@ CCACHE_DISABLE=1 cmake --build "$folder/build" --target lumvik lumvik_cli
 for file in "${files[@]}"; do
   sha256sum "$build/$file" "$folder/build/$file"
   cmp "$build/$file" "$folder/build/$file" || fail "$file depends on the folder it is built in"
-  ! grep -qF "$folder" "$folder/build/$file" || fail "$file holds the path of the folder it was built in"
+  ! grep -qF "$folder" "$folder/build/$file" || fail "$file contains the path of the folder it was built in"
 done

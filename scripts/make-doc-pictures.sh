@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Makes the pictures of docs/adjustments.md and of the README, docs/pictures/*.jpg, with the command line from the
-# sample photograph, and installs and builds first what that takes. Panels stand side by side, the settings of each
-# are below. Grain is random, so that its picture differs from run to run.
+# Makes the pictures of docs/adjustments.md and the README, docs/pictures/*.jpg, from the sample photograph with the
+# lumvik command, installing and building first what that takes. A picture is a row of panels, each developed with the
+# settings given below. Grain is random, so its picture differs from run to run.
 #
-#   scripts/make-doc-pictures.sh [NAME...]   all pictures, or those of these names
+#   scripts/make-doc-pictures.sh [NAME...]   all pictures, or only these
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
