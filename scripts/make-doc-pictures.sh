@@ -20,11 +20,11 @@ wanted=" $* "
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir -p "$PICTURES"
-# The default temperature tints the picture: what shows another setting starts from the neutral one.
+# The default temperature tints the picture: panels for other settings start from the neutral one.
 echo '{"lumvik": 1, "temperature": 6500}' >"$work/neutral.json"
 
-# compose NAME REGION PANEL...: a panel is a string of options of `lumvik develop`; REGION is a part of the developed
-# photograph (WIDTHxHEIGHT+X+Y), shown pixel by pixel when it has the panel's size, or "whole".
+# compose NAME REGION PANEL...: PANEL is a string of options of `lumvik develop`. REGION is "whole" or a part of the
+# developed photograph (WIDTHxHEIGHT+X+Y), shown at 100 % if it has the size of a panel.
 compose() {
   local name=$1 region=$2 panel number=0
   local -a options crop=()

@@ -1,4 +1,4 @@
-// Exports of a rendered photograph, beside the encoder's own call.
+// Exports of a rendered photograph, against the encoder alone.
 #include <filesystem>
 #include <memory>
 #include <opencv2/imgcodecs.hpp>
@@ -17,7 +17,7 @@ constexpr int kDeepBits = 16;
 
 struct Format {
   const char* ending;
-  int depth;  // of what the encoder takes
+  int depth;  // of the encoded matrix
   std::vector<int> params;
   void (*write)(EngineContext* context, const char* path);
 };
@@ -42,7 +42,7 @@ Comparison Export(cv::Size size, const Format& format) {
   cv::cvtColor(test::ResizedPhotograph("cat.jpg", size), picture, cv::COLOR_RGBA2BGR);
   cv::imwrite(source, picture);
   lumvik_load_arw(context.get(), source.c_str(), 1);
-  lumvik_set_temperature(context.get(), 6500);  // leaves the pixels as they are
+  lumvik_set_temperature(context.get(), 6500);  // neutral
   lumvik_process(context.get());
 
   cv::Mat encodable;
@@ -54,7 +54,7 @@ Comparison Export(cv::Size size, const Format& format) {
             cv::imencode(format.ending, encodable, encoded, format.params);
           },
           static_cast<int64_t>(picture.total()), static_cast<int64_t>(picture.total() * picture.elemSize()),
-          [=] { std::filesystem::remove(path); }};  // a photograph is exported to a new file
+          [=] { std::filesystem::remove(path); }};  // so that every export creates a new file
 }
 
 const bool kRegistered = [] {
