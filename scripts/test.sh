@@ -57,7 +57,7 @@ step "Line coverage"
 step "Fuzzing, one minute per target"
 "$ROOT/scripts/fuzz.sh"
 
-# OpenCV is not built with ThreadSanitizer, so only the tests of our own threading give a meaningful result.
+# OpenCV is not built with ThreadSanitizer, so only the engine's own threading can be tested with it.
 step "Thread tests with ThreadSanitizer"
 configure tsan "$ROOT/build/tsan" -D CMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g1"
 cmake --build "$ROOT/build/tsan" --target api_tests

@@ -16,7 +16,7 @@ constexpr int kJpegQuality = 90;
 constexpr int kDeepBits = 16;
 
 struct Format {
-  const char* ending;
+  const char* extension;
   int depth;  // of the encoded matrix
   std::vector<int> params;
   void (*write)(EngineContext* context, const char* path);
@@ -47,11 +47,11 @@ Comparison Export(cv::Size size, const Format& format) {
 
   cv::Mat encodable;
   picture.convertTo(encodable, format.depth, format.depth == CV_8U ? 255.0 / 65535 : 1);
-  const std::string path = folder->File(std::string("export") + format.ending);
+  const std::string path = folder->File(std::string("export") + format.extension);
   return {[=] { format.write(context.get(), path.c_str()); },
           [=, keep = folder] {
             std::vector<uint8_t> encoded;
-            cv::imencode(format.ending, encodable, encoded, format.params);
+            cv::imencode(format.extension, encodable, encoded, format.params);
           },
           static_cast<int64_t>(picture.total()), static_cast<int64_t>(picture.total() * picture.elemSize()),
           [=] { std::filesystem::remove(path); }};  // so that every export creates a new file
@@ -60,7 +60,7 @@ Comparison Export(cv::Size size, const Format& format) {
 const bool kRegistered = [] {
   for (const cv::Size size : {cv::Size(2000, 1333), cv::Size(4096, 2731)}) {
     for (const Format& format : kFormats) {
-      RegisterComparison(std::string("export/") + (format.ending + 1) + "/" + std::to_string(size.width),
+      RegisterComparison(std::string("export/") + (format.extension + 1) + "/" + std::to_string(size.width),
                          [size, &format] { return Export(size, format); });
     }
   }
