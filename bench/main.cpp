@@ -1,4 +1,5 @@
-// lumvik_bench: the engine's speed. Takes Google Benchmark's options, and --once for a single iteration each.
+// lumvik_bench measures the speed of the engine. It takes the options of Google Benchmark, and --once to run
+// a single iteration of each benchmark.
 #include <algorithm>
 #include <chrono>
 #include <cstring>

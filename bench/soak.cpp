@@ -1,5 +1,5 @@
-// Loads, edits, previews and exports photographs of every kind again and again, as a host does that runs for
-// weeks, and prints how much memory the process holds on the way. Fails when it keeps growing.
+// Repeatedly loads, edits, previews and exports photographs of every kind, like a host that runs for weeks,
+// and prints the resident memory. Fails if it keeps growing.
 //
 //   lumvik_soak [CYCLES]
 #include <cstdlib>
@@ -19,17 +19,17 @@ namespace lumvik::test {
 namespace {
 
 constexpr int kCycles = 2000;
-constexpr int kReport = 200;          // cycles
-constexpr double kMostGrowth = 1.05;  // from the first report to the last
+constexpr int kReport = 200;         // cycles
+constexpr double kMaxGrowth = 1.05;  // from the first report to the last
 
-// Kilobytes of main memory.
+// In kilobytes.
 long ResidentSize() {
   std::ifstream status("/proc/self/status");
   for (std::string word; status >> word;) {
     long kilobytes = 0;
     if (word == "VmRSS:" && status >> kilobytes) return kilobytes;
   }
-  throw std::runtime_error("the system does not tell the memory");
+  throw std::runtime_error("no resident size in /proc/self/status");
 }
 
 cv::Mat Picture() {
@@ -42,8 +42,8 @@ std::vector<std::string> WritePhotographs(const TempDir& folder) {
   const cv::Mat picture = Picture();
   std::vector<std::string> paths = {LUMVIK_TEST_DATA "/eiffel_gps_north_east.jpg",
                                     folder.File("missing.arw")};
-  for (const char* ending : {".jpg", ".png", ".tif", ".bmp", ".webp"}) {
-    paths.push_back(folder.File(std::string("ordinary") + ending));
+  for (const char* extension : {".jpg", ".png", ".tif", ".bmp", ".webp"}) {
+    paths.push_back(folder.File(std::string("ordinary") + extension));
     cv::imwrite(paths.back(), picture);
   }
   for (const RawFormat format : {RawFormat::kArwCompressed, RawFormat::kArwUncompressed, RawFormat::kDng}) {
@@ -105,7 +105,7 @@ int Soak(int cycles) {
     if (first == 0) first = last;
     std::cout << cycle << " cycles: " << last << " kB" << std::endl;
   }
-  return static_cast<double>(last) <= static_cast<double>(first) * kMostGrowth ? EXIT_SUCCESS : EXIT_FAILURE;
+  return static_cast<double>(last) <= static_cast<double>(first) * kMaxGrowth ? EXIT_SUCCESS : EXIT_FAILURE;
 }
 
 }  // namespace

@@ -1,5 +1,5 @@
-# How our own code is compiled: the one place where a flag is set. Every target of ours calls `lumvik_compile_options`,
-# or `lumvik_test_options` in its place.
+# How our own code is compiled; the only place where flags are set. Every target of ours calls `lumvik_compile_options`
+# or, for tests, `lumvik_test_options`.
 
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -10,6 +10,7 @@ set(CMAKE_POSITION_INDEPENDENT_CODE ON)
 set(CMAKE_CXX_VISIBILITY_PRESET hidden)
 set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
 set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_BUILD_RPATH_USE_ORIGIN ON) # the build can be moved, and its path is not in the command
 
 find_program(LUMVIK_CCACHE ccache)
 if(LUMVIK_CCACHE)
@@ -17,7 +18,7 @@ if(LUMVIK_CCACHE)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${LUMVIK_CCACHE})
 endif()
 
-# The end of the names of the files that are for one platform alone.
+# The suffix of platform-specific files.
 if(WIN32)
   set(LUMVIK_PLATFORM win32)
   set(LUMVIK_OTHER_PLATFORM posix)
@@ -27,18 +28,24 @@ else()
 endif()
 
 function(lumvik_compile_options target)
-  # Contraction would let the compiler fuse a multiply and an add on some instruction sets and not on
-  # others; with it off the same photograph gives the same bytes everywhere. Nobody looks at the floating-point
-  # exception flags or at errno, so loops with a choice in them may compute both outcomes and vectorize.
+  # With contraction the compiler would fuse multiply and add on some instruction sets and not on others; without it the
+  # same photograph gives the same bytes everywhere. Floating-point exception flags and errno are never read, so loops
+  # with conditionals may evaluate both branches and vectorize.
   target_compile_options(${target} PRIVATE -Wall -Wextra -Wconversion -Wshadow -Wno-psabi -ffp-contract=off -fno-math-errno -fno-trapping-math)
+  # A release holds no path of the machine it was built on, so that a commit gives the same bytes in any folder. ccache
+  # may make paths relative to the build folder. The last matching prefix wins.
+  cmake_path(RELATIVE_PATH PROJECT_SOURCE_DIR BASE_DIRECTORY ${CMAKE_BINARY_DIR} OUTPUT_VARIABLE source_from_build)
+  foreach(folder ${source_from_build} ${PROJECT_SOURCE_DIR} ${CMAKE_BINARY_DIR} ${CMAKE_FIND_ROOT_PATH})
+    target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-ffile-prefix-map=${folder}=.>)
+  endforeach()
   if(LUMVIK_WERROR)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
   if(LUMVIK_SANITIZE)
-    # The sanitizers' own code makes GCC see uninitialized values in std::function and std::regex.
+    # With the sanitizers' instrumentation GCC warns of uninitialized values in std::function and std::regex.
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> -fsanitize=${LUMVIK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
     target_link_options(${target} PRIVATE -fsanitize=${LUMVIK_SANITIZE})
-    # LUMVIK_SANITIZE_ADDRESS and the like: what tells of a sanitizer differs from compiler to compiler.
+    # LUMVIK_SANITIZE_ADDRESS and so on: compilers disagree on the macro that reports a sanitizer.
     string(TOUPPER "${LUMVIK_SANITIZE}" names)
     string(REGEX MATCHALL "[A-Z]+" names "${names}")
     list(TRANSFORM names PREPEND LUMVIK_SANITIZE_)
@@ -49,15 +56,15 @@ function(lumvik_compile_options target)
   endif()
 endfunction()
 
-# For the cases of the tests, which take longer to compile than to run.
+# For test cases, which take longer to compile than to run.
 function(lumvik_test_options target)
   lumvik_compile_options(${target})
   target_compile_options(${target} PRIVATE -O0)
   lumvik_compile_together(${target})
 endfunction()
 
-# For sources whose headers take far longer to compile than they do themselves: many at once, but for those that
-# include a system's own headers and the macros in them.
+# A unity build, for sources whose headers take far longer to compile than the sources themselves. Excludes platform-
+# specific files, whose system headers define macros.
 function(lumvik_compile_together target)
   if(NOT LUMVIK_COMPILE_TOGETHER)
     return()
@@ -68,7 +75,7 @@ function(lumvik_compile_together target)
   set_source_files_properties(${sources} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
 endfunction()
 
-# For the code whose lines are counted, and whose branches the fuzzer is to see its inputs take.
+# For the code whose coverage is measured and guides the fuzzer.
 function(lumvik_instrument target)
   if(LUMVIK_BUILD_FUZZ)
     target_compile_options(${target} PRIVATE -fsanitize=fuzzer-no-link)
@@ -78,7 +85,7 @@ function(lumvik_instrument target)
   endif()
 endfunction()
 
-# Lets a program of ours take its arguments and paths in UTF-8, as it does by itself on other systems than Windows.
+# Lets a program take its arguments and paths in UTF-8 on Windows too.
 function(lumvik_utf8_program target)
   if(WIN32)
     target_sources(${target} PRIVATE ${PROJECT_SOURCE_DIR}/cmake/utf8_manifest.rc)

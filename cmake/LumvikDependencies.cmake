@@ -1,5 +1,5 @@
-# The libraries the engine calls: OpenCV (core, imgproc, imgcodecs), LibRaw (its thread-safe build),
-# libexif and Little CMS 2, gathered in the one target lumvik_dependencies.
+# The libraries the engine uses, as the target lumvik_dependencies: OpenCV (core, imgproc, imgcodecs), LibRaw (the
+# thread-safe build), libexif and Little CMS 2.
 
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
@@ -10,11 +10,11 @@ pkg_check_modules(LCMS REQUIRED IMPORTED_TARGET lcms2>=2.12)
 add_library(lumvik_dependencies INTERFACE)
 target_link_libraries(lumvik_dependencies INTERFACE PkgConfig::LIBRAW PkgConfig::LIBEXIF PkgConfig::LCMS Threads::Threads)
 if(CMAKE_CXX_COMPILER_ID MATCHES Clang AND UNIX AND NOT APPLE)
-  # LibRaw brings -fopenmp, by which clang takes a runtime of its own instead of the one LibRaw was built with.
+  # LibRaw adds -fopenmp, for which clang would link its own runtime instead of the one LibRaw was built with.
   target_link_libraries(lumvik_dependencies INTERFACE -fopenmp=libgomp)
 endif()
 
-# The small Debian packages libopencv-{core,imgproc,imgcodecs}-dev bring no OpenCVConfig.cmake, a built-from-source OpenCV does.
+# Unlike OpenCV built from source, the Debian packages libopencv-{core,imgproc,imgcodecs}-dev have no OpenCVConfig.cmake.
 find_package(OpenCV 4 QUIET COMPONENTS core imgproc imgcodecs)
 if(OpenCV_FOUND)
   target_link_libraries(lumvik_dependencies INTERFACE ${OpenCV_LIBS})

@@ -1,6 +1,6 @@
-# What `cmake --install` puts where, for hosts that look for lumvik with find_package or with pkg-config.
-# The components are the packages: runtime, development and command. No installed file names a library that the
-# engine is made with, nor the folder it was installed into: hosts need only lumvik, wherever it is moved.
+# Installation, for hosts that find lumvik with find_package or pkg-config. The components are the packages: runtime,
+# development and command. No installed file names a library that the engine uses or the install prefix: hosts need
+# only lumvik, and the tree can be moved.
 
 include(CMakePackageConfigHelpers)
 

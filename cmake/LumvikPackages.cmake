@@ -1,5 +1,5 @@
-# The Debian packages, one a component: `cpack -G DEB` in the folder of a build that was configured with the
-# preset package. scripts/package.sh does both.
+# The Debian packages, one per component: run `cpack -G DEB` in a build configured with the preset package, as
+# scripts/package.sh does.
 
 set(CPACK_PACKAGE_NAME lumvik)
 set(CPACK_PACKAGE_VENDOR lumvik)
@@ -14,11 +14,11 @@ set(CPACK_COMPONENTS_ALL runtime development command)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
-# What the files of a package are linked with; liblumvik1 itself is found in the build.
+# Dependencies from the linked libraries; liblumvik1 itself is found in the build.
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS_PRIVATE_DIRS ${PROJECT_BINARY_DIR}/src)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
-# Between our packages: the same version, since they are built of one tree.
+# Our packages depend on each other in the same version, since they are built from one tree.
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME liblumvik${PROJECT_VERSION_MAJOR})
@@ -28,7 +28,7 @@ set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_COMMAND_PACKAGE_NAME lumvik)
 set(CPACK_DEBIAN_COMMAND_PACKAGE_SECTION graphics)
 
-# A Debian package tells its terms in a file of this name.
+# Debian expects the license under this name.
 if(EXISTS ${PROJECT_SOURCE_DIR}/LICENSE)
   foreach(component RUNTIME DEVELOPMENT COMMAND)
     string(TOLOWER ${component} lower)

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Makes the reference of the interface from the comments of the headers in include/. Fails when Doxygen warns. Needs
-# Doxygen (scripts/install-dependencies.sh --test).
+# Generates the API reference from the headers in include/. A Doxygen warning is an error. Needs Doxygen
+# (scripts/install-dependencies.sh --test).
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -11,4 +11,4 @@ export LUMVIK_VERSION
 mkdir -p "$LUMVIK_REFERENCE"
 cd "$ROOT"
 doxygen docs/Doxyfile
-echo "The reference: $LUMVIK_REFERENCE/html/index.html"
+echo "API reference: $LUMVIK_REFERENCE/html/index.html"

@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Fails when the binary interface of the release build, which must be up to date, is not the one written down in
-# tests/api/lumvik.abi: a function that comes, goes or takes something else, a record whose layout changes. Types
-# that lumvik.h only names, such as EngineContext, may change.
+# Fails if the binary interface of the release build, which must be up to date, differs from the one recorded in
+# tests/api/lumvik.abi: functions added or removed, signatures or record layouts changed. Types that lumvik.h only
+# declares, such as EngineContext, may change.
 #
-#   scripts/check-abi.sh            checks
-#   scripts/check-abi.sh --update   writes it down anew, for a change that is meant
+#   scripts/check-abi.sh            check
+#   scripts/check-abi.sh --update   record the interface after an intended change
 #
-# BUILD names another folder than build/release.
+# BUILD names a folder other than build/release.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -14,7 +14,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 build=${BUILD:-$ROOT/build/release}
 interface=$ROOT/tests/api/lumvik.abi
 
-# What differs from machine to machine and from build to build is left out.
+# Leaves out what differs between machines and between builds.
 describe() {
   abidw --headers-dir "$ROOT/include" --drop-private-types --exported-interfaces-only --no-architecture \
     --no-corpus-path --no-comp-dir-path --no-show-locs --short-locs --no-elf-needed "$build/src/liblumvik.so"
@@ -23,7 +23,7 @@ describe() {
 case ${1:-} in
   '')
     describe >"$build/lumvik.abi"
-    abidiff "$interface" "$build/lumvik.abi" || fail "the interface is not that of ${interface#"$ROOT"/}"
+    abidiff "$interface" "$build/lumvik.abi" || fail "the interface differs from ${interface#"$ROOT"/}"
     ;;
   --update) describe >"$interface" ;;
   *) fail "usage: scripts/check-abi.sh [--update]" ;;

@@ -1,18 +1,18 @@
 #!/usr/bin/env bash
-# Prints how many lines of src/ the tests reach, file by file, after they ran in the checked build as scripts/test.sh
-# runs them. Fails below the share that is held.
+# Prints the line coverage of src/ by file, after the tests have run in the checked build as scripts/test.sh runs them.
+# Fails below the required minimum.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
-LEAST=95  # percent of the lines
+MINIMUM=95 # percent of the lines
 BUILD=$ROOT/build/checked
 
 llvm-profdata merge -o "$BUILD/tests.profdata" "$BUILD"/profiles/*.profraw
-# All tests hold the same objects; only the shared library is another program's.
+# All test programs contain the same objects; the shared library is covered by its hosts.
 objects=("$BUILD"/tests/*_tests)
 llvm-cov report "${objects[0]}" "${objects[@]/#/-object=}" -object="$BUILD/src/liblumvik.so" \
   -instr-profile="$BUILD/tests.profdata" -show-region-summary=false -show-branch-summary=false "$ROOT/src" |
   tee "$BUILD/coverage.txt"
-awk -v least=$LEAST '$1 == "TOTAL" { share = $NF + 0 } END { exit !(share >= least) }' "$BUILD/coverage.txt" ||
-  fail "fewer than $LEAST % of the lines"
+awk -v minimum=$MINIMUM '$1 == "TOTAL" { share = $NF + 0 } END { exit !(share >= minimum) }' "$BUILD/coverage.txt" ||
+  fail "line coverage is below $MINIMUM %"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Fails when clang-format would change a file; --fix changes it.
+# Fails if clang-format would change a file; with --fix, changes it.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"

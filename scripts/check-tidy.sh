@@ -1,15 +1,15 @@
 #!/usr/bin/env bash
-# Runs clang-tidy over the engine and its hosts, many files at a time, since their headers take most of the time. What
-# passed is not looked at again as long as nothing that it may be made of has changed: its files, our headers, its
-# command, the checks, clang-tidy. The digest of all these names the stamp that says it passed.
+# Runs clang-tidy on the engine and its hosts, as unity builds, since parsing headers takes most of the time. A file that
+# has passed is skipped until one of its inputs changes: its sources, our headers, its command line, the checks,
+# clang-tidy. The digest of these inputs names the stamp file that marks it as passed.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 BUILD=$ROOT/build/tidy
 STAMPS=$BUILD/stamps
-# clang's analyzer is to look at the files that another one includes; and not, with each function of the command line, at
-# all of CLI11's templates that it calls, which would take most of the time.
+# The analyzer must also look at the files that a unity file includes, but not into the CLI11 templates that every
+# function of the command calls, which would take most of the time.
 options_of() {
   printf -- '--extra-arg=%s\n' -Xclang -analyzer-opt-analyze-headers
   [[ $1 != */apps/* ]] || printf -- '--extra-arg=%s\n' -Xclang -analyzer-config -Xclang mode=shallow
@@ -35,7 +35,7 @@ check() {
   touch "$stamp"
 }
 
-if (($# == 1)); then # one of the files that the run below finds
+if (($# == 1)); then # called by the run below
   check "$1"
   exit
 fi

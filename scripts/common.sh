@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# Sourced by the scripts beside it: where the tree is, how many cores to use, how a preset is built.
+# Sourced by the other scripts: the root of the tree, the number of cores, how a preset is configured.
 
 ROOT=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 JOBS=$(nproc)
@@ -14,12 +14,12 @@ fail() {
   exit 1
 }
 
-# configure PRESET DIR [CMAKE OPTION...]: only when DIR was never configured or the presets changed since;
-# an edited CMakeLists.txt is noticed by the build itself.
+# configure PRESET DIR [CMAKE OPTION...]: without options, only if DIR was never configured or the presets have changed
+# since; the build itself notices a changed CMakeLists.txt.
 configure() {
   local preset=$1 dir=$2
   shift 2
-  if [[ ! -e $dir/build.ninja || $ROOT/CMakePresets.json -nt $dir/build.ninja ]]; then
+  if (($#)) || [[ ! -e $dir/build.ninja || $ROOT/CMakePresets.json -nt $dir/build.ninja ]]; then
     cmake -S "$ROOT" --preset "$preset" -B "$dir" "$@"
   fi
 }

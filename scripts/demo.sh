@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Develops a photograph (RAW, JPEG, PNG, TIFF, BMP or WebP) and says where the picture is. Installs and builds
-# first what that takes.
+# Develops a photograph (RAW, JPEG, PNG, TIFF, BMP or WebP) and prints where the result is, installing and building first
+# what that takes.
 #
 #   scripts/demo.sh [PHOTO]
 set -euo pipefail
@@ -19,4 +19,4 @@ name=$(basename -- "$photo")
 picture=$ROOT/build/demo/${name%.*}.jpg
 mkdir -p "$ROOT/build/demo"
 "$ROOT/build/release/apps/lumvik/lumvik" develop "$photo" -o "$picture" --exposure 0.5 --contrast 20
-echo "The developed picture: $picture"
+echo "Developed picture: $picture"

@@ -1,14 +1,17 @@
 #!/usr/bin/env bash
-# Installs the Debian packages lumvik needs; those already there are left alone, and when none is missing
-# nothing is asked of the network.
+# Installs the Debian packages lumvik needs. Packages that are installed already are left alone; if none is missing, the
+# network is not used.
 #
-#   scripts/install-dependencies.sh --build          what `cmake --preset release` needs
-#   scripts/install-dependencies.sh --build --test --fuzz   and what scripts/test.sh calls besides
-#   scripts/install-dependencies.sh --pictures       what scripts/make-doc-pictures.sh calls besides
-#   scripts/install-dependencies.sh --package        what scripts/package.sh and scripts/test-packages.sh call
-#   scripts/install-dependencies.sh --build --fuzz   or what scripts/fuzz.sh does
-#   scripts/install-dependencies.sh --build --windows [--windows-test]
-#                                                    what the scripts for Windows call
+#   scripts/install-dependencies.sh SET...
+#
+#   --build         `cmake --preset release`
+#   --test          scripts/test.sh (with --build --fuzz)
+#   --fuzz          scripts/fuzz.sh (with --build)
+#   --pictures      scripts/make-doc-pictures.sh (with --build)
+#   --package       scripts/package.sh (with --build)
+#   --bare-system   scripts/test-on-bare-system.sh and scripts/test-packages.sh
+#   --windows       scripts/build-windows.sh (with --build)
+#   --windows-test  scripts/test-windows.sh (with --build --windows)
 set -euo pipefail
 
 build_packages=(
@@ -16,52 +19,56 @@ build_packages=(
   cmake                    # presets of version 5 need 3.25
   ninja-build              # the generator of every preset
   pkg-config               # finds LibRaw, libexif and Little CMS
-  ccache                   # a second build directory or a second run costs little
+  ccache                   # makes another build directory or another run cheap
   libopencv-core-dev       # matrices and worker threads
   libopencv-imgproc-dev    # filters and geometry
   libopencv-imgcodecs-dev  # reads and writes JPEG, PNG, TIFF, BMP, WebP
   libraw-dev               # reads camera RAW files
-  libexif-dev              # reads EXIF and writes the block kept in an exported JPEG
+  libexif-dev              # reads EXIF and writes the EXIF block of an exported JPEG
   liblcms2-dev             # color profiles
-  libcli11-dev             # the command line's options
+  libcli11-dev             # command-line options
   nlohmann-json3-dev       # settings files
-  libpng-dev               # the command line: PNG files of previews, masks and histograms
-  libexiv2-dev             # the command line: metadata of written pictures, XMP files
-  libgtest-dev             # the tests: a release build holds them
-  libgmock-dev             # the tests' matchers
+  libpng-dev               # PNG files of previews, masks and histograms
+  libexiv2-dev             # metadata of exported images, XMP files
+  libgtest-dev             # the tests, which are part of a release build
+  libgmock-dev             # matchers for the tests
   libbenchmark-dev         # the benchmarks
 )
 test_packages=(
-  clang-format  # the check of the layout
-  clang-tidy    # the static analysis
-  doxygen       # the reference of the interface, which is to be made without a warning
-  python3       # the checks of words and documents
-  abigail-tools # the check of the binary interface
+  clang-format  # formatting
+  clang-tidy    # static analysis
+  doxygen       # the API reference
+  python3       # checks of wording and documents
+  abigail-tools # check of the binary interface
 )
 picture_packages=(
-  imagemagick  # scales the pictures of the documents and puts them side by side
+  imagemagick  # scales and combines the pictures in the documents
 )
 package_packages=(
-  dpkg-dev     # finds the packages that a library needs
-  git          # knows the time of the commit
-  file         # tells programs and libraries from other files
-  debootstrap  # the bare system that the packages are tried in
+  dpkg-dev # finds the packages a library depends on
+  git      # time of the commit
+  file     # finds the binaries to strip
+)
+bare_system_packages=(
+  debootstrap # makes the bare system
+  git         # clones the tree into it
 )
 windows_packages=(
-  g++-mingw-w64-x86-64-posix  # the cross compiler, of the kind that has std::thread
+  g++-mingw-w64-x86-64-posix  # the cross compiler, with std::thread
   dpkg-dev                    # unpacks Debian's source packages
-  nasm                        # the JPEG library's vector code
-  googletest                  # the tests' library in source
-  zip                         # packs what was built
+  nasm                        # SIMD code of the JPEG library
+  googletest                  # GoogleTest as source
+  zip                         # makes the package
 )
 windows_test_packages=(
-  wine      # runs programs of Windows
-  wine64    # those of 64 bits
-  mono-mcs  # the C# compiler, for a host in C#
+  wine      # runs Windows programs
+  wine64    # 64-bit ones
+  mono-mcs  # C# compiler, for a host in C#
 )
 fuzz_packages=(
-  clang  # the compiler with the fuzzer, libFuzzer
-  llvm   # counts the lines that the tests reach, and gives the sanitizers' reports their names
+  clang           # the compiler that has libFuzzer
+  libclang-rt-dev # runtimes of the sanitizers, the fuzzer and the coverage, which clang only recommends
+  llvm            # coverage reports, symbols in the reports of the sanitizers
 )
 
 sets=()
@@ -71,18 +78,20 @@ for argument in "$@"; do
     --test) sets+=("${test_packages[@]}") ;;
     --pictures) sets+=("${picture_packages[@]}") ;;
     --package) sets+=("${package_packages[@]}") ;;
+    --bare-system) sets+=("${bare_system_packages[@]}") ;;
     --fuzz) sets+=("${fuzz_packages[@]}") ;;
     --windows) sets+=("${windows_packages[@]}") ;;
     --windows-test) sets+=("${windows_test_packages[@]}") ;;
     *)
-      sed -n 's/^#   /usage: /p' "$0" >&2
+      echo "usage:" >&2
+      sed -n 's/^#   /  /p' "$0" >&2
       exit 2
       ;;
   esac
 done
 
 if ! command -v apt-get >/dev/null; then
-  echo "Not a Debian system: the counterparts of these packages are taken to be installed: ${sets[*]}" >&2
+  echo "Not a Debian system; assuming that the equivalents of these packages are installed: ${sets[*]}" >&2
   exit 0
 fi
 

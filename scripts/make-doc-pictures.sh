@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Makes the pictures of docs/adjustments.md and of the README, docs/pictures/*.jpg, with the command line from the
-# sample photograph, and installs and builds first what that takes. Panels stand side by side, the settings of each
-# are below. Grain is random, so that its picture differs from run to run.
+# Makes the pictures of docs/adjustments.md and the README, docs/pictures/*.jpg, from the sample photograph with the
+# lumvik command, installing and building first what that takes. A picture is a row of panels, each developed with the
+# settings given below. Grain is random, so its picture differs from run to run.
 #
-#   scripts/make-doc-pictures.sh [NAME...]   all pictures, or those of these names
+#   scripts/make-doc-pictures.sh [NAME...]   all pictures, or only these
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -20,11 +20,11 @@ wanted=" $* "
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir -p "$PICTURES"
-# The default temperature tints the picture: what shows another setting starts from the neutral one.
+# The default temperature tints the picture: panels for other settings start from the neutral one.
 echo '{"lumvik": 1, "temperature": 6500}' >"$work/neutral.json"
 
-# compose NAME REGION PANEL...: a panel is a string of options of `lumvik develop`; REGION is a part of the developed
-# photograph (WIDTHxHEIGHT+X+Y), shown pixel by pixel when it has the panel's size, or "whole".
+# compose NAME REGION PANEL...: PANEL is a string of options of `lumvik develop`. REGION is "whole" or a part of the
+# developed photograph (WIDTHxHEIGHT+X+Y), shown at 100 % if it has the size of a panel.
 compose() {
   local name=$1 region=$2 panel number=0
   local -a options crop=()

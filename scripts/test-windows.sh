@@ -3,7 +3,7 @@
 #
 #   scripts/test-windows.sh [CTEST OPTION...]
 #
-# tests/windows/not_run.txt names the tests that are left out, with the reason.
+# tests/windows/not_run.txt lists the tests that are not run, with the reason.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -16,28 +16,28 @@ BUILD=$ROOT/build/windows
 step "Tests: build"
 cmake --build "$BUILD"
 
-# A Wine of our own. Its debugger would end a crashed test with status 0; in the locale C it finds no file whose
-# name goes beyond ASCII.
+# A separate Wine prefix. The debugger is disabled, since with it a crashed test exits with 0; in the C locale Wine does
+# not find files with non-ASCII names.
 export WINEPREFIX=$BUILD/wine WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml,winedbg.exe=' LC_ALL=C.UTF-8
 
 step "Wine"
 mkdir -p "$WINEPREFIX"
 wineserver --persistent # starting it for each test would cost more than the test
 trap 'wineserver --kill' EXIT
-wine wineboot --init # the first program to run waits for its services, longer than a test may
+wine wineboot --init # the first program would otherwise wait for its services, beyond the time limit of a test
 
 step "Tests"
 tests=$(ctest --test-dir "$BUILD" -N | sed -n 's/^ *Test *#[0-9]*: //p')
 mapfile -t not_run < <(grep '^[^#]' "$ROOT/tests/windows/not_run.txt")
 for pattern in "${not_run[@]}"; do
-  grep -qx -- "$pattern" <<<"$tests" || fail "tests/windows/not_run.txt: there is no test $pattern"
+  grep -qx -- "$pattern" <<<"$tests" || fail "tests/windows/not_run.txt: no such test: $pattern"
 done
 excluded=$(IFS='|' && echo "${not_run[*]}")
 ctest --test-dir "$BUILD" --output-on-failure --no-tests=error -E "^($excluded)\$" "$@"
 
-# The renders of one photograph beside those of the native build, which are to be the same: tables of LibRaw and of
-# ours are made with the C library's mathematics, but its last bits are not to reach a pixel.
-step "Renders beside the native build's"
+# Renders must equal those of the native build: LibRaw and the engine compute tables with the C library's math functions,
+# but differences in the last bit must not affect a pixel.
+step "Renders against the native build"
 configure release "$ROOT/build/release"
 cmake --build "$ROOT/build/release" --target lumvik_cli
 
@@ -63,7 +63,7 @@ compare default
 compare typical "${typical[@]}"
 compare everything "${everything[@]}"
 
-# Debian has no .NET to run under Wine: the program that would run on Windows runs here.
+# Debian has no .NET that runs under Wine, so the program runs natively.
 step "A host in C#, with the native build"
 mcs -warnaserror -out:"$BUILD/ManagedHost.exe" "$ROOT/tests/windows/ManagedHost.cs"
 LD_LIBRARY_PATH=$ROOT/build/release/src mono "$BUILD/ManagedHost.exe" "$ROOT/samples/sample_small.ARW"

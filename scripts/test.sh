@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Builds and checks everything, installing first what that takes: layout, the reference's comments, binary interface,
-# static analysis, all tests, once with AddressSanitizer and UndefinedBehaviorSanitizer and once as shipped, how many
-# lines they reach, the tests of threads with ThreadSanitizer, and a short run of the fuzz targets.
+# Builds and checks everything, installing first what that takes: formatting, the API reference, the binary interface,
+# reproducible bytes, static analysis, all tests with AddressSanitizer and UndefinedBehaviorSanitizer and again as
+# shipped, line coverage, a short run of the fuzz targets, and the thread tests with ThreadSanitizer.
 #
 #   scripts/test.sh
 set -euo pipefail
@@ -10,9 +10,9 @@ source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 (($# == 0)) || fail "usage: scripts/test.sh"
 
-# configure_tests PRESET [CMAKE OPTION...]: into its own folder, with a process for many cases.
+# configure_tests PRESET: in build/PRESET, with many test cases per process.
 configure_tests() {
-  configure "$1" "$ROOT/build/$1" -D LUMVIK_PROCESS_PER_CASE=OFF "${@:2}"
+  configure "$1" "$ROOT/build/$1" -D LUMVIK_PROCESS_PER_CASE=OFF
 }
 
 run_tests() {
@@ -22,11 +22,11 @@ run_tests() {
 step "Packages"
 "$ROOT/scripts/install-dependencies.sh" --build --test --fuzz
 
-step "Layout"
+step "Formatting"
 "$ROOT/scripts/check-format.sh"
 "$ROOT/scripts/check-words.py"
 
-step "Reference of the interface"
+step "API reference"
 "$ROOT/scripts/build-docs.sh"
 
 step "Release build"
@@ -36,26 +36,29 @@ cmake --build "$ROOT/build/release"
 step "Binary interface"
 "$ROOT/scripts/check-abi.sh"
 
+step "Reproducible build"
+"$ROOT/scripts/check-reproducible.sh"
+
 step "Static analysis"
 "$ROOT/scripts/check-tidy.sh"
 
-# One build for both sanitizers, the coverage and the fuzz targets, by another compiler than the release's.
+# One build for both sanitizers, coverage and the fuzz targets, by a different compiler than the release.
 step "Tests with AddressSanitizer and UndefinedBehaviorSanitizer"
 configure_tests checked
 cmake --build "$ROOT/build/checked"
 rm -rf "$ROOT/build/checked/profiles"
-# A size beyond all memory gets a null, as it does without the sanitizer: broken files ask LibRaw for such sizes.
+# Broken files make LibRaw request huge buffers: malloc must return null for them, as it does without the sanitizer.
 ASAN_OPTIONS=allocator_may_return_null=1 LLVM_PROFILE_FILE=$ROOT/build/checked/profiles/%4m.profraw \
   run_tests "$ROOT/build/checked"
 
-step "Lines that the tests reach"
+step "Line coverage"
 "$ROOT/scripts/check-coverage.sh"
 
-step "Fuzz targets, a minute each"
+step "Fuzzing, one minute per target"
 "$ROOT/scripts/fuzz.sh"
 
-# OpenCV is not built with ThreadSanitizer: only the tests of our own threading tell anything.
-step "Tests of threads with ThreadSanitizer"
+# OpenCV is not built with ThreadSanitizer, so only the engine's own threading can be tested with it.
+step "Thread tests with ThreadSanitizer"
 configure tsan "$ROOT/build/tsan" -D CMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g1"
 cmake --build "$ROOT/build/tsan" --target api_tests
 run_tests "$ROOT/build/tsan" -R '^ThreadTest'

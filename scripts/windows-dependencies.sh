@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Builds the libraries lumvik needs for Windows x86-64, as static libraries, from Debian's source packages: the
-# same versions, where the archive still has them, as the packages of the native build.
+# Builds the libraries lumvik needs for Windows x86-64, as static libraries, from Debian's source packages, in the same
+# versions as the native packages if the archive still has them.
 #
 #   scripts/windows-dependencies.sh PREFIX
 #
-# PREFIX appears only when all of it is there. After a failure the sources that were fetched are used again.
+# PREFIX is created only once it is complete. After a failure the downloaded sources are reused.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
@@ -17,10 +17,10 @@ SOURCES=$WORK/sources
 
 TRIPLET=x86_64-w64-mingw32
 CCACHE=$(command -v ccache || true)
-# As Debian compiles them. A path of this machine would make the bytes differ from place to place.
+# The flags of Debian, and no path of this machine, so that the bytes do not depend on the folder.
 FLAGS="-O2 -DNDEBUG -ffile-prefix-map=$WORK=."
 
-# Each source package, and a package of it that the native build has installed.
+# SOURCE:BINARY, where BINARY is a package of that source that the native build has installed.
 packages=(
   zlib:zlib1g
   libjpeg-turbo:libjpeg62-turbo
@@ -35,7 +35,7 @@ packages=(
   opencv:libopencv-core-dev
 )
 
-# An index of source packages of our own: the system's may have none, and is left alone.
+# A separate index of source packages: the system may have none, and its configuration is not touched.
 apt_options=(
   -q
   -o Dir::Etc::sourcelist="$WORK/apt/sources.list"
@@ -58,8 +58,8 @@ make_source_index() {
   apt-get "${apt_options[@]}" update
 }
 
-# fetch SOURCE PACKAGE: the version that is installed; or the newest that can be had, since a mirror's index
-# may name versions whose files it does not hold.
+# fetch SOURCE PACKAGE: the installed version, or the newest that can be downloaded, since the index of a mirror may list
+# versions whose files it does not have.
 fetch() {
   local version
   [[ ! -d $SOURCES/$1 ]] || return 0
@@ -76,8 +76,8 @@ fetch() {
 
 # cmake_library NAME FOLDER [CMAKE OPTION...]
 cmake_library() {
-  # OpenCV's error texts name its source files: as Debian's do, from the top of its tree. The prefix gets into
-  # some libraries, so it is the same wherever they are made.
+  # OpenCV's error texts contain source file names; as in Debian's build, they are relative to its tree. Some libraries
+  # contain the install prefix, so it is always the same.
   local flags="$FLAGS -ffile-prefix-map=$SOURCES/$2=."
   step "$1"
   cmake -S "$SOURCES/$2" -B "$WORK/build/$1" -G Ninja --toolchain "$ROOT/cmake/MingwW64.cmake" \
@@ -85,19 +85,19 @@ cmake_library() {
     -D CMAKE_C_COMPILER_LAUNCHER="$CCACHE" -D CMAKE_CXX_COMPILER_LAUNCHER="$CCACHE" \
     -D CMAKE_FIND_ROOT_PATH="$OUT" -D CMAKE_INSTALL_PREFIX=/lumvik -D CMAKE_INSTALL_LIBDIR:STRING=lib \
     -D BUILD_SHARED_LIBS=OFF -Wno-dev --no-warn-unused-cli "${@:3}" >"$WORK/$1.log"
-  # OpenCV would tell of the day, the machine and the folder.
+  # OpenCV would include the date, the machine and the folder.
   find "$WORK/build/$1" -name version_string.inc -exec sed -i 's/.*/""/' {} +
   cmake --build "$WORK/build/$1" >>"$WORK/$1.log" || { tail -n 40 "$WORK/$1.log" >&2; fail "$1 does not build"; }
   DESTDIR=$OUT cmake --install "$WORK/build/$1" --prefix / >>"$WORK/$1.log"
 }
 
-# plain_library NAME COMPILER FOLDER "FLAGS" FILE...: for sources whose build system does not know the compiler.
+# plain_library NAME COMPILER FOLDER "FLAGS" FILE...: for sources whose build system does not support the compiler.
 plain_library() {
   local name=$1 compiler=$2 folder=$3 flags=$4
   shift 4
   step "$name"
   mkdir -p "$WORK/build/$name" "$OUT/lib"
-  # shellcheck disable=SC2086 # the flags are words
+  # shellcheck disable=SC2086 # split into words
   printf '%s\n' "$@" | (cd "$SOURCES/$folder" && xargs -P "$JOBS" -I {} sh -c '
     object=$1/$(printf %s "$2" | tr / _).o
     shift 2
@@ -146,7 +146,7 @@ cmake_library tiff tiff -Dtiff-{tools,tests,contrib,docs}=OFF -D cxx=OFF \
 
 plain_library lcms2 gcc lcms2 -Iinclude "$SOURCES"/lcms2/src/*.c
 headers . "$SOURCES"/lcms2/include/*.h
-# In C++17 the keyword `register` is an error.
+# `register` is an error in C++17.
 pkg_config lcms2 2.14 -llcms2 -DCMS_NO_REGISTER_KEYWORD
 
 mkdir -p "$WORK/libexif-config"
@@ -156,7 +156,7 @@ plain_library exif gcc libexif "-I. -I$WORK/libexif-config" "$SOURCES"/libexif/l
 headers libexif "$SOURCES"/libexif/libexif/*.h
 pkg_config libexif 0.6.24 -lexif ""
 
-# Whoever includes LibRaw's headers has to see the same two macros, or the classes differ.
+# LibRaw and its users must see the same two macros, or the classes differ.
 libraw_macros="-DLIBRAW_NODLL -DLIBRAW_WIN32_UNICODEPATHS"
 mapfile -t libraw_sources < <(
   cd "$SOURCES/libraw" && find src -name '*.cpp' ! -name '*_ph.cpp' ! -name libraw_cxx.cpp | sort)
@@ -166,7 +166,7 @@ plain_library raw_r g++ libraw \
 headers libraw "$SOURCES"/libraw/libraw/*.h
 pkg_config libraw_r 0.20.2 "-lraw_r -llcms2 -ljpeg -lws2_32" "$libraw_macros -DCMS_NO_REGISTER_KEYWORD"
 
-# Its CMake files define XML_DTD without a value, which Debian's patches compare with 1.
+# Expat's CMake files define XML_DTD without a value, which Debian's patches compare with 1.
 mkdir -p "$WORK/expat-config"
 printf '#define %s\n' 'XML_DTD 1' 'XML_NS 1' 'XML_CONTEXT_BYTES 1024' 'BYTEORDER 1234' 'HAVE_MEMMOVE 1' \
   >"$WORK/expat-config/expat_config.h"
@@ -176,7 +176,7 @@ headers . "$SOURCES"/expat/expat/lib/expat{,_external}.h
 cmake_library exiv2 exiv2 -DEXIV2_BUILD_{SAMPLES,EXIV2_COMMAND}=OFF -D EXIV2_ENABLE_BMFF=ON
 pkg_config exiv2 0.27.6 "-lexiv2 -lexiv2-xmp -lexpat -lz -lpsapi -lws2_32 -lshell32" ""
 
-# It looks for pthread.h on UNIX only.
+# OpenCV looks for pthread.h on UNIX only.
 cmake_library opencv opencv -D BUILD_LIST=core,imgproc,imgcodecs \
   -D CPU_BASELINE=SSE2 -D CPU_BASELINE_DISABLE=SSE3 -D ENABLE_PRECOMPILED_HEADERS=OFF \
   -D WITH_PTHREADS_PF=ON -D HAVE_PTHREAD=1 -D OPENCV_GENERATE_PKGCONFIG=OFF \
@@ -194,7 +194,7 @@ cp -r /usr/share/cmake/{CLI11,nlohmann_json} "$OUT/share/cmake"
 ln -sfn /usr/src/googletest "$SOURCES/googletest"
 cmake_library googletest googletest
 
-# The only absolute paths that got in.
+# The only absolute paths left.
 grep -rlF "$OUT" "$OUT/lib" --include='*.cmake' | xargs -r sed -i "s|$OUT|\${_IMPORT_PREFIX}|g"
 
 rm -rf "$PREFIX"

@@ -1,4 +1,4 @@
-// Auto crop: the search alone and the whole tool, beside the plain version, which sums every candidate.
+// Auto crop: the search alone and the whole tool, against a reference that sums every candidate.
 #include "alternating.h"
 #include "analysis/auto_crop.h"
 #include "analysis/interest_map.h"

@@ -1,4 +1,4 @@
-// Counting levels, beside a plain count over a float copy of the picture.
+// Histograms, against plain counting over a float copy of the image.
 #include "alternating.h"
 #include "analysis/histogram.h"
 #include "reference/histogram.h"

@@ -1,4 +1,4 @@
-// A preview as the host gets it, render included, beside the plain pipeline and a plain blend.
+// A preview as a host gets it, including the render, against the reference pipeline and a plain blend.
 #include <cstring>
 #include <memory>
 #include <opencv2/imgproc.hpp>
@@ -14,7 +14,7 @@
 namespace lumvik::bench {
 namespace {
 
-// A third of the picture, with a soft edge.
+// A third of the image, with a soft edge.
 cv::Mat EllipseMask(cv::Size size) {
   cv::Mat mask(size, CV_8U, cv::Scalar(0));
   cv::ellipse(mask, cv::Point(size / 2), {size.width / 3, size.height / 3}, 0, 0, 360, 255, cv::FILLED);

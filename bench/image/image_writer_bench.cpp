@@ -1,4 +1,4 @@
-// Exports of a rendered photograph, beside the encoder's own call.
+// Exports of a rendered photograph, against the encoder alone.
 #include <filesystem>
 #include <memory>
 #include <opencv2/imgcodecs.hpp>
@@ -16,8 +16,8 @@ constexpr int kJpegQuality = 90;
 constexpr int kDeepBits = 16;
 
 struct Format {
-  const char* ending;
-  int depth;  // of what the encoder takes
+  const char* extension;
+  int depth;  // of the encoded matrix
   std::vector<int> params;
   void (*write)(EngineContext* context, const char* path);
 };
@@ -42,25 +42,25 @@ Comparison Export(cv::Size size, const Format& format) {
   cv::cvtColor(test::ResizedPhotograph("cat.jpg", size), picture, cv::COLOR_RGBA2BGR);
   cv::imwrite(source, picture);
   lumvik_load_arw(context.get(), source.c_str(), 1);
-  lumvik_set_temperature(context.get(), 6500);  // leaves the pixels as they are
+  lumvik_set_temperature(context.get(), 6500);  // neutral
   lumvik_process(context.get());
 
   cv::Mat encodable;
   picture.convertTo(encodable, format.depth, format.depth == CV_8U ? 255.0 / 65535 : 1);
-  const std::string path = folder->File(std::string("export") + format.ending);
+  const std::string path = folder->File(std::string("export") + format.extension);
   return {[=] { format.write(context.get(), path.c_str()); },
           [=, keep = folder] {
             std::vector<uint8_t> encoded;
-            cv::imencode(format.ending, encodable, encoded, format.params);
+            cv::imencode(format.extension, encodable, encoded, format.params);
           },
           static_cast<int64_t>(picture.total()), static_cast<int64_t>(picture.total() * picture.elemSize()),
-          [=] { std::filesystem::remove(path); }};  // a photograph is exported to a new file
+          [=] { std::filesystem::remove(path); }};  // so that every export creates a new file
 }
 
 const bool kRegistered = [] {
   for (const cv::Size size : {cv::Size(2000, 1333), cv::Size(4096, 2731)}) {
     for (const Format& format : kFormats) {
-      RegisterComparison(std::string("export/") + (format.ending + 1) + "/" + std::to_string(size.width),
+      RegisterComparison(std::string("export/") + (format.extension + 1) + "/" + std::to_string(size.width),
                          [size, &format] { return Export(size, format); });
     }
   }

@@ -1,4 +1,4 @@
-// Decoding a 24-megapixel RAW file, beside LibRaw's own calls with the same settings.
+// Decoding a 24-megapixel RAW file, against LibRaw alone with the same settings.
 #include <libraw/libraw.h>
 
 #include <filesystem>

@@ -1,5 +1,5 @@
-// Thumbnail and perceptual hash of a 24-megapixel JPEG, beside its decoding alone: `ratio` is the share of
-// the time that the decoder takes.
+// Thumbnail and perceptual hash of a 24-megapixel JPEG, against decoding alone: `ratio` is the decoder's
+// share of the time.
 #include <memory>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>

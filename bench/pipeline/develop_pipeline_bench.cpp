@@ -1,4 +1,4 @@
-// Whole renders: each stage alone, typical settings and all stages, beside the plain version of the pipeline.
+// Full renders: each stage alone, typical settings and all stages, against the reference pipeline.
 #include <memory>
 
 #include "alternating.h"

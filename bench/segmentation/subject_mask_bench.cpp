@@ -1,4 +1,4 @@
-// Segmenting the subject, beside the cv::grabCut call in it: the ratio is the share that GrabCut takes.
+// Subject segmentation, against cv::grabCut alone: `ratio` is GrabCut's share of the time.
 #include <opencv2/imgproc.hpp>
 
 #include "alternating.h"

@@ -1,4 +1,4 @@
-/* Develops a photograph by what the automatic tools suggest.
+/* Develops a photograph with the values that the automatic tools suggest.
  *
  *   cc auto_tools.c $(pkg-config --cflags --libs lumvik) -o auto_tools
  *   ./auto_tools photo.ARW photo.jpg

@@ -1,4 +1,4 @@
-/* What an editor does while a slider moves: set, render, show, into one buffer that is made once.
+/* What an editor does while a slider moves: set, render and show, with one buffer that is allocated once.
  *
  *   cc preview_loop.c $(pkg-config --cflags --libs lumvik) -o preview_loop
  *   ./preview_loop photo.ARW
@@ -7,7 +7,7 @@
 #include <stdio.h>
 #include <stdlib.h>
 
-/* In place of a window: how bright the picture is on average, 0 to 255. */
+/* Stands in for a window: prints the mean of green, 0 to 255. */
 static void Show(const uint8_t* rgba, int width, int height) {
   double green = 0;
   const size_t pixels = (size_t)width * (size_t)height;
@@ -22,9 +22,10 @@ int main(int argc, char** argv) {
   }
   EngineContext* photo = lumvik_create_context();
   if (photo == NULL) return 1;
-  int status = lumvik_load_arw(photo, argv[1], 4); /* 4: a small proxy of a RAW file, fit for a screen */
+  int status =
+      lumvik_load_arw(photo, argv[1], 4); /* 4: a small proxy of a RAW file, large enough for a screen */
   if (status == LUMVIK_OK) {
-    /* A crop makes a render smaller than the loaded image, nothing makes it larger. */
+    /* A render can be smaller than the loaded image, because of a crop, but never larger. */
     const int capacity = 4 * lumvik_get_width(photo) * lumvik_get_height(photo);
     uint8_t* rgba = malloc((size_t)capacity);
     for (int slider = -2; slider <= 2 && rgba != NULL && status == LUMVIK_OK; ++slider) {

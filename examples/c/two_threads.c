@@ -1,4 +1,5 @@
-/* Develops one photograph twice at the same time. A context belongs to one thread, so each has its own.
+/* Develops one photograph twice in parallel. A context must be used by one thread at a time, so each has its
+ * own.
  *
  *   cc two_threads.c $(pkg-config --cflags --libs lumvik) -pthread -o two_threads
  *   ./two_threads photo.ARW dark.jpg bright.jpg

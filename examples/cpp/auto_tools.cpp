@@ -1,4 +1,4 @@
-// Develops a photograph by what the automatic tools suggest.
+// Develops a photograph with the values that the automatic tools suggest.
 //
 //   c++ -std=c++17 auto_tools.cpp $(pkg-config --cflags --libs lumvik) -o auto_tools
 //   ./auto_tools photo.ARW photo.jpg
@@ -11,10 +11,10 @@ int main(int argc, char** argv) {
     return 2;
   }
   try {
-    lumvik::Engine photo;
+    lumvik::engine::Context photo;
     photo.Load(argv[1]);
-    const lumvik::Enhancement enhancement = photo.AutoEnhance();
-    const lumvik::Crop crop = photo.AutoCrop();
+    const lumvik::engine::Enhancement enhancement = photo.AutoEnhance();
+    const lumvik::engine::Crop crop = photo.AutoCrop();
     const float lean = photo.AutoStraighten();
 
     std::printf("exposure %.2f, contrast %.0f, crop %.3f %.3f %.3f %.3f, lean %.2f\n", enhancement.exposure,

@@ -11,9 +11,9 @@ int main(int argc, char** argv) {
     return 2;
   }
   try {
-    lumvik::Engine photo;
+    lumvik::engine::Context photo;
     photo.Load(argv[1]);
-    photo.SetExposure(0.5F);  // stops; after the load, which resets every adjustment
+    photo.SetExposure(0.5F);  // stops; after the load, which resets all adjustments
     photo.SetContrast(20);
     photo.SetTemperature(6000);
     photo.ExportJpeg(argv[2]);

@@ -1,4 +1,5 @@
-// Develops one photograph twice at the same time. An Engine belongs to one thread, so each has its own.
+// Develops one photograph twice in parallel. A Context must be used by one thread at a time, so each has its
+// own.
 //
 //   c++ -std=c++17 two_threads.cpp $(pkg-config --cflags --libs lumvik) -pthread -o two_threads
 //   ./two_threads photo.ARW dark.jpg bright.jpg
@@ -7,7 +8,7 @@
 #include <lumvik.hpp>
 
 static void Develop(const std::string& in, const std::string& out, float exposure) {
-  lumvik::Engine photo;
+  lumvik::engine::Context photo;
   photo.Load(in);
   photo.SetExposure(exposure);
   photo.ExportJpeg(out);
@@ -21,7 +22,7 @@ int main(int argc, char** argv) {
   try {
     auto dark = std::async(std::launch::async, Develop, argv[1], argv[2], -1.0F);
     Develop(argv[1], argv[3], 1.0F);
-    dark.get();  // throws what was thrown there
+    dark.get();  // rethrows an exception of that thread
   } catch (const std::exception& error) {
     std::cerr << error.what() << '\n';
     return 1;

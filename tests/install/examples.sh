@@ -3,8 +3,8 @@
 #
 #   examples.sh EXAMPLES PHOTO FOLDER
 #
-# EXAMPLES is the folder of that name of the tree; what is built and written lies in FOLDER, which must not exist.
-# A photograph developed by the C and by the C++ version of an example must come out as the same bytes.
+# EXAMPLES is the folder examples/ of the tree. Everything is built and written in FOLDER, which must not exist yet. The
+# C and the C++ version of an example must give the same bytes.
 set -euo pipefail
 
 examples=$1
@@ -19,11 +19,11 @@ fail() {
 }
 
 expect_jpeg() {
-  [[ $(head -c 3 "$1" | od -A n -t x1) == " ff d8 ff" ]] || fail "$1 is no JPEG"
+  [[ $(head -c 3 "$1" | od -A n -t x1) == " ff d8 ff" ]] || fail "$1 is not a JPEG"
 }
 
 expect_same() {
-  cmp "$1" "$2" || fail "$1 and $2 should be the same"
+  cmp "$1" "$2" || fail "$1 and $2 differ"
 }
 
 cmake -S "$examples" -B build -D CMAKE_BUILD_TYPE=Release >configure.log || fail "$(cat configure.log)"
@@ -44,10 +44,10 @@ for text in preview_loop auto_tools error; do
   [[ -s ${text}_c.txt ]] || fail "${text}_c.txt is empty"
   expect_same ${text}_c.txt ${text}_cpp.txt
 done
-[[ $(sort -u preview_loop_c.txt | wc -l) == 5 ]] || fail "the five previews are alike"
-! cmp -s dark_c.jpg bright_c.jpg || fail "the two threads wrote the same picture"
+[[ $(sort -u preview_loop_c.txt | wc -l) == 5 ]] || fail "the five previews do not differ"
+! cmp -s dark_c.jpg bright_c.jpg || fail "the two threads wrote the same image"
 
-# The words of pkg-config's answer are separate arguments.
+# Split into separate arguments.
 read -ra flags <<<"$(pkg-config --cflags --libs lumvik)"
 cc "$examples/c/develop.c" "${flags[@]}" -o develop_by_pkg_config_c
 c++ -std=c++17 "$examples/cpp/develop.cpp" "${flags[@]}" -o develop_by_pkg_config_cpp
@@ -56,4 +56,4 @@ for language in c cpp; do
   LD_LIBRARY_PATH=$libdir ./develop_by_pkg_config_$language "$photo" pkg_config_$language.jpg
   expect_same pkg_config_$language.jpg develop_c.jpg
 done
-[[ $(printf '%s\n' "${flags[@]}" | grep '^-l') == -llumvik ]] || fail "a host should link lumvik alone: ${flags[*]}"
+[[ $(printf '%s\n' "${flags[@]}" | grep '^-l') == -llumvik ]] || fail "a host should link only lumvik: ${flags[*]}"

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Holds the installed manual page and completions against what the installed command says about itself.
+# Checks the installed manual page and completions against the help of the installed command.
 #
 #   manual.sh TREE
 set -euo pipefail
@@ -17,7 +17,7 @@ fail() {
   exit 1
 }
 
-# expect_completions WORDS... EXPECTED: what is offered for the last of the words.
+# expect_completions WORDS... EXPECTED: what is offered for the last word.
 expect_completions() {
   local expected=${*: -1}
   COMP_WORDS=(lumvik "${@:1:$#-1}")
@@ -26,7 +26,7 @@ expect_completions() {
   [[ ${COMPREPLY[*]} == "$expected" ]] || fail "${COMP_WORDS[*]}: offered ${COMPREPLY[*]}, not $expected"
 }
 
-# What the help of a page lists under one heading, or with no heading given, its long options.
+# listed HEADING COMMAND...: what the help lists under the heading, or the long options for an empty heading.
 listed() {
   local heading=$1
   shift
@@ -43,19 +43,19 @@ check_page() {
   names=$(listed Subcommands "$@")
   for option in $options; do
     expect_completions "$@" "$option" "$(grep "^$option" <<<"$options" | paste -s -d ' ')"
-    grep -qF -e "\\fB${option//-/\\-}\\fR" "$page" || fail "the manual page does not tell $option"
-    grep -qF -e "'$option" "$zsh" || fail "the completion for zsh does not know $option"
-    grep -qF -e " -l ${option#--} " "$fish" || fail "the completion for fish does not know $option"
+    grep -qF -e "\\fB${option//-/\\-}\\fR" "$page" || fail "the manual page does not describe $option"
+    grep -qF -e "'$option" "$zsh" || fail "the zsh completion lacks $option"
+    grep -qF -e " -l ${option#--} " "$fish" || fail "the fish completion lacks $option"
   done
   for name in $names; do
     expect_completions "$@" "$name" "$(grep "^$name" <<<"$names" | paste -s -d ' ')"
-    grep -q "^\\.SS lumvik ${*:+$* }$name\\b" "$page" || fail "the manual page does not tell ${*:+$* }$name"
+    grep -q "^\\.SS lumvik ${*:+$* }$name\\b" "$page" || fail "the manual page does not describe ${*:+$* }$name"
     check_page "$@" "$name"
   done
 }
 
 check_page
-[[ $(listed Subcommands | wc -l) -ge 8 && $(listed '' develop | wc -l) -ge 50 ]] || fail "the help was not understood"
+[[ $(listed Subcommands | wc -l) -ge 8 && $(listed '' develop | wc -l) -ge 50 ]] || fail "the help was not parsed"
 expect_completions develop --exp --exposure
 expect_completions develop --tone-curve-r --tone-curve-red
 expect_completions develop DSC ''   # files

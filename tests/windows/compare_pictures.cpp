@@ -1,4 +1,4 @@
-// Says how far two 16-bit pictures of one size differ, and fails when they do.
+// Prints how much two 16-bit images of the same size differ, and fails if they do.
 //
 //   compare_pictures A B
 #include <cstdio>
@@ -9,7 +9,7 @@ int main(int argc, char** argv) {
   const cv::Mat a = cv::imread(argv[1], cv::IMREAD_UNCHANGED);
   const cv::Mat b = cv::imread(argv[2], cv::IMREAD_UNCHANGED);
   if (a.empty() || a.depth() != CV_16U || a.type() != b.type() || a.size() != b.size()) {
-    std::fprintf(stderr, "not two 16-bit pictures of one size\n");
+    std::fprintf(stderr, "not two 16-bit images of the same size\n");
     return 2;
   }
   cv::Mat difference;

@@ -1,6 +1,6 @@
-/* A host in plain C that knows the library at run time alone, as most bindings do, in the code page that
-   Windows gives a program which does not ask for UTF-8. It loads the library, uses it from several threads
-   and frees it, time and again, and expects the same picture from every thread of every round.
+/* A host in plain C that loads the library at run time, as most bindings do, in the code page of a program
+   that does not request UTF-8. It repeatedly loads the library, uses it from several threads and frees it,
+   and expects the same image from every thread in every round.
 
      loading_host LIBRARY PHOTOGRAPH */
 #include <stdint.h>
@@ -16,7 +16,7 @@
 #define CHECK(condition) \
   ((condition) ? (void)0 : (fprintf(stderr, "line %d: %s\n", __LINE__, #condition), exit(1)))
 
-/* Pointers to the functions of the library, each with the type that the header gives it. */
+/* Pointers to the functions of the library, with the types declared in the header. */
 #define DECLARE(name) static __typeof__(&lumvik_##name) name
 DECLARE(version);
 DECLARE(create_context);
@@ -65,7 +65,7 @@ static EngineContext* Load(void) {
   return context;
 }
 
-/* Develops the photograph and returns a sum over the bytes of its preview. */
+/* Develops the photograph and returns a checksum of its preview. */
 static DWORD WINAPI Develop(void* unused) {
   (void)unused;
   EngineContext* context = Load();
@@ -105,7 +105,7 @@ int wmain(int count, wchar_t** arguments) {
   CHECK(count == 3);
   CHECK(GetACP() != CP_UTF8);
 
-  /* Names that the code page cannot hold. */
+  /* Names that the code page cannot represent. */
   wchar_t folder[MAX_PATH];
   wchar_t source[MAX_PATH];
   wchar_t target[MAX_PATH];
@@ -126,7 +126,7 @@ int wmain(int count, wchar_t** arguments) {
     if (round == 0) expected = sum;
     CHECK(sum == expected);
     CHECK(FreeLibrary(library));
-    Sleep(20); /* the library's own threads would wake here, in code that is gone */
+    Sleep(20); /* worker threads of the library would run unmapped code here */
   }
 
   const HMODULE library = LoadLibraryW(arguments[1]);
@@ -134,7 +134,7 @@ int wmain(int count, wchar_t** arguments) {
   EngineContext* context = Load();
   CHECK(export_png(context, written, 8) == 0);
   destroy_context(context);
-  CHECK(DeleteFileW(target)); /* it is there, under that name */
+  CHECK(DeleteFileW(target)); /* the export exists under that name */
   CHECK(DeleteFileW(source));
   return 0;
 }

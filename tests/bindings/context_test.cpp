@@ -1,4 +1,4 @@
-// The C++ interface but for its setters: results, errors, ownership.
+// The C++ interface except its setters: results, errors, ownership.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -11,8 +11,10 @@
 #include "lumvik.hpp"
 #include "support/temp_dir.h"
 
-namespace lumvik::test {
+namespace lumvik::engine::test {
 namespace {
+
+using lumvik::test::TempDir;
 
 constexpr char kPhotograph[] = LUMVIK_TEST_DATA "/eiffel_gps_north_east.jpg";  // 600x400
 constexpr char kRaw[] = LUMVIK_TEST_DATA "/jpeg_thumb.dng";
@@ -21,8 +23,8 @@ constexpr char kRawWithSubject[] = LUMVIK_SAMPLES "/sample_small.ARW";
 constexpr char kMissing[] = "/nowhere/missing.jpg";
 constexpr Size kPhotographSize{600, 400};
 
-static_assert(!std::is_copy_constructible_v<Engine> && !std::is_copy_assignable_v<Engine>);
-static_assert(std::is_nothrow_move_constructible_v<Engine> && std::is_nothrow_move_assignable_v<Engine>);
+static_assert(!std::is_copy_constructible_v<Context> && !std::is_copy_assignable_v<Context>);
+static_assert(std::is_nothrow_move_constructible_v<Context> && std::is_nothrow_move_assignable_v<Context>);
 
 std::string ReadFile(const std::string& path) {
   std::ostringstream text;
@@ -51,10 +53,10 @@ void ExpectError(int status, const std::string& text, const Call& call) {
   }
 }
 
-Engine Loaded(const std::string& path = kPhotograph) {
-  Engine engine;
-  engine.Load(path);
-  return engine;
+Context Loaded(const std::string& path = kPhotograph) {
+  Context photo;
+  photo.Load(path);
+  return photo;
 }
 
 TEST(CppHeaderTest, CallsEveryFunction) {
@@ -67,79 +69,78 @@ TEST(CppHeaderTest, CallsEveryFunction) {
   EXPECT_EQ(count, 68);
 }
 
-TEST(LibraryTest, StartsAndTellsItsVersion) {
+TEST(LibraryTest, StartsAndReportsItsVersion) {
   EXPECT_NO_THROW(Init());
   EXPECT_EQ(Version(), lumvik_version());
-  Engine engine = Loaded();
+  Context photo = Loaded();
   Shutdown();
-  EXPECT_NO_THROW(engine.Process());
+  EXPECT_NO_THROW(photo.Process());
 }
 
-TEST(LoadTest, TellsTheSizeAndForgetsItAgain) {
-  Engine engine = Loaded();
-  ExpectSize(engine.size(), kPhotographSize);
-  ExpectSize(engine.loaded_size(), kPhotographSize);
-  engine.Unload();
-  ExpectSize(engine.size(), {0, 0});
-  ExpectSize(engine.loaded_size(), {0, 0});
+TEST(LoadTest, SetsTheSizeUntilUnload) {
+  Context photo = Loaded();
+  ExpectSize(photo.size(), kPhotographSize);
+  ExpectSize(photo.loaded_size(), kPhotographSize);
+  photo.Unload();
+  ExpectSize(photo.size(), {0, 0});
+  ExpectSize(photo.loaded_size(), {0, 0});
 }
 
-TEST(LoadTest, DecodesInTheQualityAskedFor) {
-  Engine full = Loaded(kRaw);
-  Engine quarter;
+TEST(LoadTest, DecodesAtTheRequestedQuality) {
+  Context full = Loaded(kRaw);
+  Context quarter;
   quarter.Load(kRaw, RawQuality::kQuarter);
   EXPECT_LT(quarter.size().width, full.size().width);
 }
 
 TEST(LoadTest, FailureKeepsTheImage) {
-  Engine engine = Loaded();
+  Context photo = Loaded();
   const std::string text = std::string("OpenCV could not read: ") + kMissing;
-  ExpectError(-1, text, [&] { engine.Load(kMissing); });
-  EXPECT_EQ(engine.LastError(), text);
-  ExpectSize(engine.loaded_size(), kPhotographSize);
-  ExpectSize(engine.size(), kPhotographSize);
+  ExpectError(-1, text, [&] { photo.Load(kMissing); });
+  EXPECT_EQ(photo.LastError(), text);
+  ExpectSize(photo.loaded_size(), kPhotographSize);
+  ExpectSize(photo.size(), kPhotographSize);
 }
 
-TEST(ExifTest, IsThatOfTheFile) {
+TEST(ExifTest, ComesFromTheFile) {
   EXPECT_STREQ(Loaded().Exif().model, "FinePixS2Pro");
 }
 
 TEST(RenderTest, PreviewHasTheSizeOfTheCrop) {
-  Engine engine = Loaded();
-  engine.SetCrop({0, 0, 0.5F, 0.25F});
-  const Image preview = engine.Preview();
+  Context photo = Loaded();
+  photo.SetCrop({0, 0, 0.5F, 0.25F});
+  const Image preview = photo.Preview();
   ExpectSize({preview.width, preview.height}, {300, 100});
   EXPECT_EQ(preview.channels, 4);
   EXPECT_EQ(preview.data.size(), 300U * 100U * 4U);
   EXPECT_EQ(preview.data[3], 255);
-  engine.SetCrop({});
-  EXPECT_EQ(engine.Preview().data.size(), 600U * 400U * 4U) << "the larger render has its room again";
+  photo.SetCrop({});
+  EXPECT_EQ(photo.Preview().data.size(), 600U * 400U * 4U) << "the buffer grows again";
 }
 
-TEST(RenderTest, PreviewFillsTheHostsMemory) {
-  Engine engine = Loaded();
-  const Image expected = engine.Preview();
+TEST(RenderTest, PreviewFillsTheHostsBuffer) {
+  Context photo = Loaded();
+  const Image expected = photo.Preview();
   std::vector<uint8_t> memory(expected.data.size());
-  ExpectSize(engine.Preview(memory), kPhotographSize);
+  ExpectSize(photo.Preview(memory), kPhotographSize);
   EXPECT_TRUE(memory == expected.data);
-  ExpectError(-1, "output buffer too small",
-              [&] { engine.Preview(Bytes(memory.data(), memory.size() - 1)); });
+  ExpectError(-1, "output buffer too small", [&] { photo.Preview(Bytes(memory.data(), memory.size() - 1)); });
   std::vector<uint8_t> none;
-  ExpectError(-1, "output buffer too small", [&] { engine.Preview(none); });
+  ExpectError(-1, "output buffer too small", [&] { photo.Preview(none); });
 }
 
 TEST(RenderTest, ExportsTheLastRender) {
   const TempDir folder;
   const std::string path = folder.File("a.png");
   const std::string again = folder.File("b.png");
-  Engine engine = Loaded();
-  engine.Process();
-  engine.ExportPng(path);
-  engine.SetExposure(1);
-  engine.ExportPng(again);
+  Context photo = Loaded();
+  photo.Process();
+  photo.ExportPng(path);
+  photo.SetExposure(1);
+  photo.ExportPng(again);
   EXPECT_TRUE(ReadFile(again) == ReadFile(path));
-  engine.Process();
-  engine.ExportPng(again);
+  photo.Process();
+  photo.ExportPng(again);
   EXPECT_FALSE(ReadFile(again) == ReadFile(path));
 }
 
@@ -151,43 +152,43 @@ TEST(HistogramTest, CountsEveryPixel) {
   EXPECT_TRUE(counts.red != counts.green && counts.green != counts.blue && counts.blue != counts.luminance);
 }
 
-TEST(ExportTest, WritesTheFormats) {
+TEST(ExportTest, WritesEveryFormat) {
   const TempDir folder;
-  Engine engine = Loaded();
-  engine.ExportJpeg(folder.File("fine.jpg"), 95);
-  engine.ExportJpeg(folder.File("coarse.jpg"), 10, false);
+  Context photo = Loaded();
+  photo.ExportJpeg(folder.File("fine.jpg"), 95);
+  photo.ExportJpeg(folder.File("coarse.jpg"), 10, false);
   const std::string fine = ReadFile(folder.File("fine.jpg"));
   const std::string coarse = ReadFile(folder.File("coarse.jpg"));
   EXPECT_TRUE(StartsWith(fine, "\xFF\xD8"));
   EXPECT_GT(fine.size(), 2 * coarse.size());
   EXPECT_NE(fine.find("FinePixS2Pro"), std::string::npos);
   EXPECT_EQ(coarse.find("FinePixS2Pro"), std::string::npos);
-  engine.ExportPng(folder.File("8.png"));
-  engine.ExportPng(folder.File("16.png"), BitDepth::k16);
-  constexpr size_t kBitDepth = 24;  // where the header of a PNG has it
+  photo.ExportPng(folder.File("8.png"));
+  photo.ExportPng(folder.File("16.png"), BitDepth::k16);
+  constexpr size_t kBitDepth = 24;  // its offset in the header of a PNG
   EXPECT_EQ(ReadFile(folder.File("8.png")).at(kBitDepth), 8);
   EXPECT_EQ(ReadFile(folder.File("16.png")).at(kBitDepth), 16);
-  engine.ExportTiff(folder.File("a.tif"));
+  photo.ExportTiff(folder.File("a.tif"));
   EXPECT_TRUE(StartsWith(ReadFile(folder.File("a.tif")), "II"));
 }
 
-TEST(ExportTest, Fails) {
-  Engine engine = Loaded();
-  ExpectError(-1, "JPEG write failed", [&] { engine.ExportJpeg("/nowhere/a.jpg"); });
-  ExpectError(-1, "PNG write failed", [&] { engine.ExportPng("/nowhere/a.png"); });
-  ExpectError(-1, "TIFF write failed", [&] { engine.ExportTiff("/nowhere/a.tif"); });
-  EXPECT_THROW(engine.ExportPng("/nowhere/without_ending"), std::out_of_range);
-  EXPECT_NO_THROW(engine.Process()) << "usable after an exception of the library";
+TEST(ExportTest, ReportsFailures) {
+  Context photo = Loaded();
+  ExpectError(-1, "JPEG write failed", [&] { photo.ExportJpeg("/nowhere/a.jpg"); });
+  ExpectError(-1, "PNG write failed", [&] { photo.ExportPng("/nowhere/a.png"); });
+  ExpectError(-1, "TIFF write failed", [&] { photo.ExportTiff("/nowhere/a.tif"); });
+  EXPECT_THROW(photo.ExportPng("/nowhere/without_extension"), std::out_of_range);
+  EXPECT_NO_THROW(photo.Process()) << "usable after an exception";
 }
 
 TEST(AutoTest, SuggestsWhatTheCFunctionsSuggest) {
-  Engine engine = Loaded();
+  Context photo = Loaded();
   const std::unique_ptr<EngineContext, void (*)(EngineContext*)> context(lumvik_create_context(),
                                                                          lumvik_destroy_context);
   ASSERT_EQ(lumvik_load_arw(context.get(), kPhotograph, 1), LUMVIK_OK);
   float s[LUMVIK_ENHANCE_SLOTS];
   ASSERT_EQ(lumvik_auto_enhance(context.get(), s), LUMVIK_OK);
-  const Enhancement e = engine.AutoEnhance();
+  const Enhancement e = photo.AutoEnhance();
   const std::vector<float> enhance = {
       e.exposure, e.brightness,           e.contrast,     e.highlights, e.shadows,  e.whites,
       e.blacks,   e.temperature,          e.tint,         e.saturation, e.vibrance, e.sharpening_amount,
@@ -195,75 +196,75 @@ TEST(AutoTest, SuggestsWhatTheCFunctionsSuggest) {
   EXPECT_EQ(enhance, std::vector<float>(s, s + 16));
   float x = 0, y = 0, w = 0, h = 0;
   ASSERT_EQ(lumvik_auto_exposure(context.get(), &x), LUMVIK_OK);
-  EXPECT_EQ(engine.AutoExposure(), x);
+  EXPECT_EQ(photo.AutoExposure(), x);
   ASSERT_EQ(lumvik_auto_straighten(context.get(), &x), LUMVIK_OK);
-  EXPECT_EQ(engine.AutoStraighten(), x);
+  EXPECT_EQ(photo.AutoStraighten(), x);
   ASSERT_EQ(lumvik_auto_crop(context.get(), &x, &y, &w, &h), LUMVIK_OK);
-  const Crop crop = engine.AutoCrop();
+  const Crop crop = photo.AutoCrop();
   EXPECT_EQ((std::vector<float>{crop.x, crop.y, crop.w, crop.h}), (std::vector<float>{x, y, w, h}));
-  const WhiteBalance balance = engine.AutoWhiteBalance();
+  const WhiteBalance balance = photo.AutoWhiteBalance();
   EXPECT_EQ(balance.temperature, 6500);
   EXPECT_EQ(balance.tint, 0);
 }
 
-TEST(SubjectTest, MaskHasTheSizeOfItsImage) {
+TEST(SubjectTest, MaskHasTheSizeOfTheImageItWasMadeFrom) {
   const TempDir folder;
-  Engine engine;
-  engine.Load(kRawWithSubject, RawQuality::kQuarter);
-  engine.SegmentSubject(0.5F, 0.5F);
-  const Size size = engine.loaded_size();
-  ExpectSize(engine.mask_size(), size);
-  const Image mask = engine.Mask();
+  Context photo;
+  photo.Load(kRawWithSubject, RawQuality::kQuarter);
+  photo.SegmentSubject(0.5F, 0.5F);
+  const Size size = photo.loaded_size();
+  ExpectSize(photo.mask_size(), size);
+  const Image mask = photo.Mask();
   ExpectSize({mask.width, mask.height}, size);
   EXPECT_EQ(mask.channels, 1);
   EXPECT_GT(*std::max_element(mask.data.begin(), mask.data.end()), 0);
-  engine.ExportSubjectPng(folder.File("a.png"));
+  photo.ExportSubjectPng(folder.File("a.png"));
   EXPECT_TRUE(StartsWith(ReadFile(folder.File("a.png")), "\x89PNG"));
-  ExpectError(-2, "failed to write PNG", [&] { engine.ExportSubjectPng("/nowhere/a.png"); });
+  ExpectError(-2, "failed to write PNG", [&] { photo.ExportSubjectPng("/nowhere/a.png"); });
 
-  const Image sharp = engine.Preview();
-  engine.SetBackgroundBlur(100);
-  EXPECT_FALSE(engine.Preview().data == sharp.data);
+  const Image sharp = photo.Preview();
+  photo.SetBackgroundBlur(100);
+  EXPECT_FALSE(photo.Preview().data == sharp.data);
 
-  engine.Load(kPhotograph);
-  ExpectSize(engine.mask_size(), size);
-  EXPECT_TRUE(engine.Mask().data == mask.data);
+  photo.Load(kPhotograph);
+  ExpectSize(photo.mask_size(), size);
+  EXPECT_TRUE(photo.Mask().data == mask.data);
   std::vector<uint8_t> small(mask.data.size() - 1);
-  ExpectError(-2, "output buffer too small", [&] { engine.Mask(small); });
+  ExpectError(-2, "output buffer too small", [&] { photo.Mask(small); });
 }
 
-TEST(SubjectTest, Fails) {
-  Engine engine;
-  ExpectError(-1, "no segmentation mask \u2014 call lumvik_segment_subject first", [&] { engine.Mask(); });
-  ExpectError(-1, "no segmentation mask", [&] { engine.ExportSubjectPng("a.png"); });
-  ExpectError(-1, "no image loaded", [&] { engine.SegmentSubject(); });
-  engine.Load(kRaw);
-  ExpectError(-2, "GrabCut failed", [&] { engine.SegmentSubject(2, 2); });
-  ExpectSize(engine.mask_size(), {0, 0});
+TEST(SubjectTest, ReportsFailures) {
+  Context photo;
+  ExpectError(-1, "no segmentation mask \u2014 call lumvik_segment_subject first", [&] { photo.Mask(); });
+  ExpectError(-1, "no segmentation mask", [&] { photo.ExportSubjectPng("a.png"); });
+  ExpectError(-1, "no image loaded", [&] { photo.SegmentSubject(); });
+  photo.Load(kRaw);
+  ExpectError(-2, "GrabCut failed", [&] { photo.SegmentSubject(2, 2); });
+  ExpectSize(photo.mask_size(), {0, 0});
 }
 
-TEST(EmptyEngineTest, NeedsAnImage) {
-  Engine engine;
-  EXPECT_EQ(engine.LastError(), "");
-  ExpectError(-1, "no image loaded", [&] { engine.Process(); });
-  ExpectError(-1, "no image loaded", [&] { engine.Preview(); });
-  ExpectError(-1, "no image loaded", [&] { engine.GetHistogram(); });
-  ExpectError(-1, "no image loaded", [&] { engine.ExportJpeg("a.jpg"); });
-  ExpectError(-1, "no image loaded", [&] { engine.ExportPng("a.png"); });
-  ExpectError(-1, "no image loaded", [&] { engine.ExportTiff("a.tif"); });
-  ExpectError(-1, "no image loaded", [&] { engine.AutoExposure(); });
-  ExpectError(-1, "no image loaded", [&] { engine.AutoWhiteBalance(); });
-  ExpectError(-1, "no image loaded", [&] { engine.AutoEnhance(); });
-  ExpectError(-1, "no image loaded", [&] { engine.AutoCrop(); });
-  ExpectError(-1, "no image loaded", [&] { engine.AutoStraighten(); });
-  ExpectError(-1, "no file loaded", [&] { engine.Exif(); });
+TEST(EmptyContextTest, NeedsAnImage) {
+  Context photo;
+  EXPECT_EQ(photo.LastError(), "");
+  ExpectError(-1, "no image loaded", [&] { photo.Process(); });
+  ExpectError(-1, "no image loaded", [&] { photo.Preview(); });
+  ExpectError(-1, "no image loaded", [&] { photo.GetHistogram(); });
+  ExpectError(-1, "no image loaded", [&] { photo.ExportJpeg("a.jpg"); });
+  ExpectError(-1, "no image loaded", [&] { photo.ExportPng("a.png"); });
+  ExpectError(-1, "no image loaded", [&] { photo.ExportTiff("a.tif"); });
+  ExpectError(-1, "no image loaded", [&] { photo.AutoExposure(); });
+  ExpectError(-1, "no image loaded", [&] { photo.AutoWhiteBalance(); });
+  ExpectError(-1, "no image loaded", [&] { photo.AutoEnhance(); });
+  ExpectError(-1, "no image loaded", [&] { photo.AutoCrop(); });
+  ExpectError(-1, "no image loaded", [&] { photo.AutoStraighten(); });
+  ExpectError(-1, "no file loaded", [&] { photo.Exif(); });
 }
 
-TEST(MoveTest, TakesThePhotographAlong) {
-  Engine first = Loaded();
-  Engine second = std::move(first);
+TEST(MoveTest, MovesThePhotograph) {
+  Context first = Loaded();
+  Context second = std::move(first);
   EXPECT_TRUE(second);
-  EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): what is left is tested
+  EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): the moved-from state is tested
   EXPECT_NO_THROW(second.Process());
   ExpectError(-1, "null context", [&] { first.Process(); });
   ExpectError(-1, "null context", [&] { first.Load(kPhotograph); });
@@ -276,16 +277,16 @@ TEST(PathToolTest, ThumbnailIsAJpeg) {
   ASSERT_GT(thumbnail.size(), 4U);
   EXPECT_EQ(thumbnail[0], 0xFF);
   EXPECT_EQ(thumbnail[1], 0xD8);
-  EXPECT_EQ(thumbnail[thumbnail.size() - 1], 0xD9) << "whole to its end";
+  EXPECT_EQ(thumbnail[thumbnail.size() - 1], 0xD9) << "complete";
 }
 
-TEST(PathToolTest, HashIsThatOfTheCFunction) {
+TEST(PathToolTest, HashMatchesTheCFunction) {
   uint64_t hash = 0;
   ASSERT_EQ(lumvik_phash(kPhotograph, &hash), LUMVIK_OK);
   EXPECT_EQ(PerceptualHash(kPhotograph), hash);
 }
 
-TEST(PathToolTest, Fails) {
+TEST(PathToolTest, ReportsFailures) {
   const std::string missing = std::string("cannot read ") + kMissing;
   ExpectError(-1, missing, [] { ExtractThumbnail(kMissing); });
   ExpectError(-1, missing, [] { PerceptualHash(kMissing); });
@@ -295,4 +296,4 @@ TEST(PathToolTest, Fails) {
 }
 
 }  // namespace
-}  // namespace lumvik::test
+}  // namespace lumvik::engine::test
