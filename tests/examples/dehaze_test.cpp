@@ -101,9 +101,12 @@ TEST_P(DehazeExample, BelowTheAirlightAZeroedTransmissionGivesBlack) {
 }
 
 TEST_P(DehazeExample, TransmissionIsZeroedUpToItsThreshold) {
-  // 1 - 0.95 x 0.9421 is 0.105, 1 - 0.95 x 0.9485 is 0.0989.
+  // 1 - 0.95 x 0.9421 is 0.105, 1 - 0.95 x 0.9485 is 0.0989; 0.9469 and 0.9479 are next to the bound.
   EXPECT_NEAR(OnePixelDeveloped({0.45F, 0.4F, 0.4F, 1}, DehazeSetting(94.21F))[0], 0.05 / 0.105 + 0.4, 1e-4);
   EXPECT_EQ(OnePixelDeveloped({0.41F, 0.4F, 0.4F, 1}, DehazeSetting(94.85F))[0], 1.0F);
+  EXPECT_NEAR(OnePixelDeveloped({0.41F, 0.4F, 0.4F, 1}, DehazeSetting(94.69F))[0], 0.01 / 0.100445 + 0.4,
+              1e-4);
+  EXPECT_EQ(OnePixelDeveloped({0.41F, 0.4F, 0.4F, 1}, DehazeSetting(94.79F))[0], 1.0F);
 }
 
 // The share that the dark pixels first..last have in the blur at `position` on a line with mirrored ends.

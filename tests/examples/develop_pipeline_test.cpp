@@ -85,9 +85,13 @@ TEST_P(DevelopPipelineExample, WhiteBalanceIsDisabledAroundItsNeutralPoint) {
   EXPECT_NE(OnCode(adjustments, gray), gray);
   adjustments.temperature = 6499;
   EXPECT_NE(OnCode(adjustments, gray), gray);
+  adjustments.temperature = 6499.1F;
+  EXPECT_EQ(OnCode(adjustments, gray), gray);
   adjustments = NeutralAdjustments();
   adjustments.tint = 0.09F;
   EXPECT_EQ(OnCode(adjustments, gray), gray);
+  adjustments.tint = 0.1F;
+  EXPECT_NE(OnCode(adjustments, gray), gray);
   adjustments.tint = -0.1F;
   EXPECT_NE(OnCode(adjustments, gray), gray);
 }
@@ -115,6 +119,19 @@ TEST_P(BrightnessExample, IsAPowerFunction) {
   EXPECT_EQ(bright[3], 0.3F);
 }
 
+TEST_P(BrightnessExample, TakesTheMagnitudeAndDoesNotClamp) {
+  const cv::Vec4f pixel = Brightened({1.5F, -0.25F, 0.5F, 1}, 100);
+  EXPECT_NEAR(pixel[0], std::pow(1.5, 2.0 / 3.0), 1e-6);
+  EXPECT_NEAR(pixel[1], std::pow(0.25, 2.0 / 3.0), 1e-6);
+}
+
+TEST_P(BrightnessExample, AnExponentOfOneKeepsEveryBit) {
+  const cv::Vec4f over(1.5F, 0.1F, 0.123456F, 1);
+  EXPECT_EQ(Brightened(over, 0), over);
+  EXPECT_EQ(Brightened(over, 1e-7F), over);
+  EXPECT_NE(Brightened(over, 0.01F), over);
+}
+
 TEST_P(BrightnessExample, ExponentIsBounded) {
   for (const float brightness : {-180.0F, -190.0F, -200.0F}) {
     EXPECT_NEAR(Brightened({0.9F, 0.9F, 0.9F, 1}, brightness)[0], std::pow(0.9, 10), 1e-6) << brightness;
@@ -138,7 +155,8 @@ TEST_P(ContrastExample, SteepnessAndClamp) {
   EXPECT_NEAR(Contrasted({0.6F, 0.6F, 0.6F, 1}, 100)[0], 0.18 / (0.18 * 0.4 + 1) + 0.5, 1e-6);
   // k = 1.24: -0.62 / 1.248 + 0.5.
   EXPECT_NEAR(Contrasted({0, 0, 0, 1}, 30)[0], 0.003205, 1e-6);
-  // k falls to its floor 0.2 at -100 and stays there.
+  EXPECT_NEAR(Contrasted({1, 1, 1, 1}, -90)[0], 0.14 / 1.056 + 0.5, 1e-6);
+  // k reaches its minimum 0.2 at -100.
   EXPECT_NEAR(Contrasted({1, 1, 1, 1}, -100)[0], 0.1 / 1.04 + 0.5, 1e-6);
   EXPECT_EQ(Contrasted({1, 1, 1, 1}, -500), Contrasted({1, 1, 1, 1}, -100));
 }

@@ -225,6 +225,12 @@ TEST_P(CropExample, BeyondTheFrameIsNoCrop) {
   EXPECT_EQ(CroppedSize(100, 80, {0.5F, 0.5F, 0.5F, -1}), cv::Size(100, 80));
 }
 
+TEST_P(CropExample, ANaNOriginStartsAtZero) {
+  EXPECT_EQ(CroppedSize(100, 80, {NAN, 0, 0.5F, 0.5F}), cv::Size(50, 40));
+  EXPECT_EQ(CroppedSize(100, 80, {0, NAN, 0.5F, 0.5F}), cv::Size(50, 40));
+  EXPECT_EQ(CroppedSize(100, 80, {0, 0, NAN, 0.5F}), cv::Size(100, 80));
+}
+
 TEST_P(CropExample, ActsOnTheTurnedFrame) {
   Adjustments adjustments = NeutralAdjustments();
   adjustments.flip_v = 1;

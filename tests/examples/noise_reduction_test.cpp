@@ -37,11 +37,15 @@ class NoiseReductionExample : public test::StageExample {
 
 TEST_P(NoiseReductionExample, KernelSizes) {
   EXPECT_EQ(KernelSide(NoiseSetting(100, 0)), 13);
+  EXPECT_EQ(KernelSide(NoiseSetting(99.9F, 0)), 11);
+  EXPECT_EQ(KernelSide(NoiseSetting(120, 0)), 15);
   EXPECT_EQ(KernelSide(NoiseSetting(50, 0)), 7);
   EXPECT_EQ(KernelSide(NoiseSetting(20, 0)), 5);
   EXPECT_EQ(KernelSide(NoiseSetting(19.9F, 0)), 3);
   EXPECT_EQ(KernelSide(NoiseSetting(0.1F, 0)), 3);
   EXPECT_EQ(KernelSide(NoiseSetting(0, 100)), 11);
+  EXPECT_EQ(KernelSide(NoiseSetting(0, 99.9F)), 9);
+  EXPECT_EQ(KernelSide(NoiseSetting(0, 125)), 13);
   EXPECT_EQ(KernelSide(NoiseSetting(0, 50)), 7);
   EXPECT_EQ(KernelSide(NoiseSetting(0, 25)), 5);
   EXPECT_EQ(KernelSide(NoiseSetting(0, 24.9F)), 3);
@@ -75,6 +79,21 @@ TEST_P(NoiseReductionExample, EdgesAreMirrored) {
     EXPECT_NEAR(OnSpot(NoiseSetting(10, 0), base, spot, corner).at<cv::Vec4f>(corner)[0],
                 0.8 * 0.94 + 0.5 * 0.06, 2e-6);
     EXPECT_NEAR(OnSpot(NoiseSetting(0, 10), base, spot, corner).at<cv::Vec4f>(corner)[0], 0.5, 1e-6);
+  }
+}
+
+TEST_P(NoiseReductionExample, ActsAnywhereInAWideFrame) {
+  const cv::Vec4f base(0.4F, 0.4F, 0.4F, 1);
+  const cv::Vec4f spot(0.8F, 0.8F, 0.8F, 1);
+  for (const cv::Size size : {cv::Size(1300, 5), cv::Size(5, 1300), cv::Size(2049, 3)}) {
+    for (const int position : {0, 255, 256, 1023, 1024, 1299}) {
+      const cv::Point at = size.width > size.height ? cv::Point(position, 1) : cv::Point(1, position);
+      EXPECT_NEAR(OnSpot(NoiseSetting(10, 0), base, spot, at, size).at<cv::Vec4f>(at)[0],
+                  0.8 * 0.94 + 0.5 * 0.06, 2e-6)
+          << at << size;
+      EXPECT_NEAR(OnSpot(NoiseSetting(0, 10), base, spot, at, size).at<cv::Vec4f>(at)[0], 0.5, 1e-6)
+          << at << size;
+    }
   }
 }
 

@@ -67,6 +67,14 @@ TEST_P(SharpeningExample, AmountScalesTheDetail) {
 
 TEST_P(SharpeningExample, RadiusIsTheSigma) {
   EXPECT_NEAR(Red(Sharpened(SharpeningSetting(150, 2.5F, 0)), kStepColumn), kHigh + StepDetail(2.5), 5e-5);
+  for (const float sigma : {0.5F, 7.9F, 8.0F, 15.9F, 16.0F, 17.0F, 40.0F}) {
+    for (const int step_column : {300, 1024}) {
+      const cv::Mat sharpened = Sharpened(SharpeningSetting(150, sigma, 0), Step(1400, step_column));
+      const double detail = StepDetail(static_cast<double>(sigma));
+      EXPECT_NEAR(Red(sharpened, step_column), kHigh + detail, 5e-5) << sigma;
+      EXPECT_NEAR(Red(sharpened, step_column - 1), kLow - detail, 5e-5) << sigma;
+    }
+  }
 }
 
 // A single pixel loses the same share to the blur in either direction, and at the edge, which the mirrored

@@ -45,7 +45,7 @@ TEST_P(SplitToningExample, BalanceMovesTheZones) {
   EXPECT_NEAR(Toned({0, 100, 0, 0, 100}, gray).s, 0.8 * 0.3, 1e-5);
   EXPECT_NEAR(Toned({0, 0, 0, 100, 100}, gray).s, 0.2 * 0.3, 1e-5);
   EXPECT_NEAR(Toned({0, 100, 0, 0, -50}, gray).s, 0.35 * 0.3, 1e-5);
-  EXPECT_NEAR(Toned({0, 100, 0, 0, 100}, {0.9F, 0.9F, 0.9F, 1}).s, 0.3, 1e-5) << "the weight ends at 1";
+  EXPECT_NEAR(Toned({0, 100, 0, 0, 100}, {0.9F, 0.9F, 0.9F, 1}).s, 0.3, 1e-5) << "the weight is at most 1";
 }
 
 TEST_P(SplitToningExample, SaturationAdds) {
@@ -53,8 +53,16 @@ TEST_P(SplitToningExample, SaturationAdds) {
   EXPECT_NEAR(hsl.s, 0.2 + 0.3, 1e-5);
 }
 
+// Hue 15 degrees, where the middle component depends on the saturation.
+TEST_P(SplitToningExample, SaturationIsClamped) {
+  const Hsl saturated = Toned({15, 100, 15, 100, 0}, {1, 0.25F, 0, 1});
+  EXPECT_NEAR(saturated.s, 1, 1e-5);
+  EXPECT_NEAR(saturated.h, 15 / 360.0, 1e-5);
+  EXPECT_NEAR(Toned({0, -100, 0, -100, 0}, {0.55F, 0.5F, 0.45F, 1}).s, 0, 1e-6);
+}
+
 TEST_P(SplitToningExample, HueMovesWithoutWrappingRound) {
-  // A pixel at 330 degrees and a target at 0: half way through the whole circle, 165 degrees.
+  // From 330 degrees half way to a target at 0, the long way round: 165 degrees.
   const Rgb pixel = hsl_to_rgb(330 / 360.0F, 0.4F, 0.5F);
   const Hsl hsl = Toned({0, 100, 0, 100, 0}, {pixel.r, pixel.g, pixel.b, 1});
   EXPECT_NEAR(hsl.h, 165 / 360.0, 1e-5);

@@ -87,8 +87,23 @@ TEST_P(CurveTableExample, SameXGivesTheLeftPoint) {
   EXPECT_EQ(At(vertical, 0.9), 0.2F);
 }
 
+// A segment of a millionth or less counts as vertical.
+TEST_P(CurveTableExample, NarrowestSegment) {
+  constexpr float kWidth = 1e-6F;
+  EXPECT_EQ(At({{0, 0.2F}, {kWidth, 0.8F}}, 1), 0.2F);
+  EXPECT_NEAR(At({{0, 0.2F}, {std::nextafter(kWidth, 1.0F), 0.8F}}, 1), 0.8F, 1e-6);
+}
+
+// An input equal to a point's x belongs to the segment that ends there.
+TEST_P(CurveTableExample, SegmentsIncludeTheirEnd) {
+  constexpr float kX = 32768 / 65535.0F;
+  const std::vector<float> table = GetParam().run({{0, 0}, {kX, 0.25F}, {kX, 0.75F}, {1, 1}});
+  EXPECT_NEAR(table[32768], 0.25F, 1e-6);
+  EXPECT_NEAR(table[32769], 0.75F, 1e-4);
+}
+
 TEST_P(CurveTableExample, UnsortedPointsKeepTheirOrder) {
-  // 0.8 stands first, so every input up to it takes segment 0 and t is 0 where x runs backwards.
+  // 0.8 comes first, so every input up to it takes segment 0, whose width is negative: t is 0.
   const ToneCurve points = {{0.8F, 0.3F}, {0.2F, 0.6F}, {1, 0.9F}};
   EXPECT_EQ(At(points, 0.1), 0.3F);
   EXPECT_NEAR(At(points, 0.2), 0.3F, 1e-3);
@@ -105,13 +120,23 @@ TEST_P(ToneCurveExample, IdentityListsSkipTheStage) {
   EXPECT_EQ(Developed(over, adjustments), over);
 }
 
-TEST_P(ToneCurveExample, AnyOtherListWakesIt) {
+TEST_P(ToneCurveExample, AnyOtherListEnablesIt) {
   const cv::Vec4f over(1.5F, -0.5F, 0.5F, 1.5F);
   for (const ToneCurve& points : {ToneCurve{{0, 0}, {0.5F, 0.5F}, {1, 1}}, ToneCurve{{0, 0}, {1, 0.999F}}}) {
     const cv::Vec4f pixel = Developed(over, WithCurve(kGreenCurve, points));
     EXPECT_EQ(pixel[0], 1.0F);
     EXPECT_EQ(pixel[1], 0.0F);
-    EXPECT_EQ(pixel[3], 1.5F) << "alpha takes no part";
+    EXPECT_EQ(pixel[3], 1.5F) << "alpha is unchanged";
+  }
+}
+
+TEST_P(ToneCurveExample, IdentityIsExact) {
+  const cv::Vec4f over(1.5F, 1.5F, 1.5F, 1);
+  for (const ToneCurve& points : {ToneCurve{{0, 0.001F}, {1, 1}}, ToneCurve{{0.001F, 0}, {1, 1}},
+                                  ToneCurve{{0, 0}, {0.999F, 1}}, ToneCurve{{0, 0}, {1, 0.999F}}}) {
+    for (const ToneCurveChannel channel : {kMasterCurve, kRedCurve, kGreenCurve, kBlueCurve}) {
+      EXPECT_LE(Developed(over, WithCurve(channel, points))[1], 1.0F);
+    }
   }
 }
 
@@ -140,7 +165,7 @@ TEST_P(ToneCurveExample, MasterComesFirst) {
   EXPECT_NEAR(pixel[1], 0.5, 1e-5);
 }
 
-TEST_P(ToneCurveExample, ResetChannelsBendOnceTheMasterIsAwake) {
+TEST_P(ToneCurveExample, ResetChannelsBendOnceTheMasterIsActive) {
   Adjustments adjustments = WithCurve(kMasterCurve, {{0, 0.25F}, {1, 0.25F}});
   adjustments.tone_curves[kBlueCurve] = kReset;
   const cv::Vec4f pixel = Developed({0.9F, 0.9F, 0.9F, 1}, adjustments);

@@ -80,11 +80,11 @@ struct LocusRow {
 // The three pieces of the locus, with the bounds 2222 and 4000 on their lower side; the polynomials in double
 // precision. Planck's law itself gives 0.4476, 0.4074 at 2856 K and 0.3451, 0.3516 at 5000 K.
 TEST_P(LocusExample, HasThreePieces) {
-  const LocusRow rows[] = {{1667, 0.564638, 0.402887},  {2000, 0.526903, 0.413265},
-                           {2222, 0.503188, 0.415251},  {2300, 0.495342, 0.415216},
-                           {2856, 0.447071, 0.407509},  {4000, 0.380528, 0.376733},
-                           {4100, 0.376132, 0.373957},  {5000, 0.344992, 0.351587},
-                           {10000, 0.280698, 0.288306}, {25000, 0.252473, 0.252255}};
+  const LocusRow rows[] = {
+      {1667, 0.564638, 0.402887},    {2000, 0.526903, 0.413265},    {2222, 0.503188, 0.415251},
+      {2222.5F, 0.503136, 0.415257}, {2300, 0.495342, 0.415216},    {2856, 0.447071, 0.407509},
+      {4000, 0.380528, 0.376733},    {4000.5F, 0.380438, 0.376672}, {4100, 0.376132, 0.373957},
+      {5000, 0.344992, 0.351587},    {10000, 0.280698, 0.288306},   {25000, 0.252473, 0.252255}};
   for (const LocusRow& row : rows) {
     const cv::Vec2f locus = GetParam().run(row.temperature);
     EXPECT_NEAR(locus[0], row.x, 1e-6) << row.temperature;
@@ -97,7 +97,15 @@ TEST_P(LocusExample, EndsAt1667And25000Kelvin) {
   EXPECT_EQ(GetParam().run(100)[1], GetParam().run(1667)[1]);
   EXPECT_EQ(GetParam().run(90000)[0], GetParam().run(25000)[0]);
   EXPECT_EQ(GetParam().run(90000)[1], GetParam().run(25000)[1]);
-  EXPECT_NE(GetParam().run(1700)[0], GetParam().run(1667)[0]);
+  EXPECT_NE(GetParam().run(1668)[0], GetParam().run(1667)[0]);
+  EXPECT_NE(GetParam().run(24999)[0], GetParam().run(25000)[0]);
+}
+
+// The ratio of the reference white to itself is exactly 1: the gains are the sums of the matrix rows.
+TEST_P(WhiteBalanceGainsExample, OfTheReferenceTemperature) {
+  const double green = -0.9689 + 1.8758 + 0.0415;
+  EXPECT_NEAR(Gains(6504, 0)[0], (3.2406 - 1.5372 - 0.4986) / green, 1e-6);
+  EXPECT_NEAR(Gains(6504, 0)[2], (0.0557 - 0.204 + 1.057) / green, 1e-6);
 }
 
 TEST_P(WhiteBalanceGainsExample, TintActsOnGreenAlone) {
