@@ -73,6 +73,43 @@ TEST(DevelopPipeline, NeverChangesTheSource) {
   EXPECT_TRUE(SameBytes(source, before));
 }
 
+TEST(DevelopPipeline, OverwritesTheEarlierRenderWhereItFits) {
+  const cv::Mat source = NoiseImage({50, 40}, 7);
+  cv::Mat rendered;
+  DevelopPipeline(source, NeutralAdjustments(), rendered);
+  const uchar* pixels = rendered.data;
+  DevelopPipeline(NoiseImage({50, 40}, 8), NeutralAdjustments(), rendered);
+  EXPECT_EQ(rendered.data, pixels);
+  EXPECT_TRUE(SameBytes(rendered, NoiseImage({50, 40}, 8)));
+}
+
+TEST(DevelopPipeline, LeavesPixelsThatSomeoneElseHolds) {
+  const cv::Mat source = NoiseImage({50, 40}, 7);
+  cv::Mat rendered;
+  DevelopPipeline(source, NeutralAdjustments(), rendered);
+  const cv::Mat held = rendered;
+  DevelopPipeline(NoiseImage({50, 40}, 8), NeutralAdjustments(), rendered);
+  EXPECT_NE(rendered.data, held.data);
+  EXPECT_TRUE(SameBytes(held, source));
+  EXPECT_TRUE(SameBytes(rendered, NoiseImage({50, 40}, 8)));
+}
+
+TEST(DevelopPipeline, LeavesThePixelsOfACaller) {
+  cv::Mat owned = NoiseImage({50, 40}, 7);
+  cv::Mat rendered(owned.size(), owned.type(), owned.data);
+  DevelopPipeline(NoiseImage({50, 40}, 8), NeutralAdjustments(), rendered);
+  EXPECT_NE(rendered.data, owned.data);
+  EXPECT_TRUE(SameBytes(owned, NoiseImage({50, 40}, 7)));
+}
+
+TEST(DevelopPipeline, ReplacesAnEarlierRenderOfAnotherSizeOrType) {
+  const cv::Mat source = NoiseImage({50, 40}, 7);
+  for (cv::Mat rendered : {NoiseImage({40, 50}, 1), NoiseImage({50, 41}, 1), test::WorkingNoise({50, 40})}) {
+    DevelopPipeline(source, NeutralAdjustments(), rendered);
+    EXPECT_TRUE(SameBytes(rendered, source));
+  }
+}
+
 // Settings of every stage that acts, now and then far beyond the sliders.
 Adjustments RandomAdjustments(std::mt19937& random) {
   const auto within = [&random](float low, float high) {

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
+#include <new>
 #include <opencv2/core/utility.hpp>
 #include <opencv2/imgproc.hpp>
 
@@ -99,6 +101,28 @@ TEST(RunRowSteps, BlursTheLuminanceOfThatMoment) {
   cv::Mat green;
   cv::extractChannel(AfterSteps(image, {show}), green, 1);
   EXPECT_LT(cv::norm(green, expected, cv::NORM_INF), 1e-6);
+}
+
+// A task without memory has taken rows that it does not store.
+TEST(RunRowSteps, StoresEveryRowAfterATaskRanOutOfMemory) {
+  const cv::Mat image = WorkingNoise({600, 100});
+  const int usual = cv::getNumThreads();
+  for (const int threads : {1, 2}) {
+    cv::setNumThreads(threads);
+    for (const int failing_row : {0, 30, 99}) {
+      cv::Mat stored(image.size(), image.type());
+      const RowSink store = StoreIn(stored);
+      std::atomic<bool> has_failed{false};
+      const RowSink store_or_fail = {[&](const RowPart& part) {
+        if (part.y == failing_row && !has_failed.exchange(true)) throw std::bad_alloc();
+        store.store(part);
+      }};
+      RunRowSteps(RowsOf(image), {}, store_or_fail);
+      EXPECT_TRUE(has_failed);
+      EXPECT_TRUE(SameBytes(stored, image)) << threads << " threads, row " << failing_row;
+    }
+  }
+  cv::setNumThreads(usual);
 }
 
 TEST(RunRowSteps, AnyNumberOfThreadsAndEveryInstructionSetGiveTheSameBytes) {

@@ -26,7 +26,7 @@ void AddHighPass(std::vector<cv::Mat>& planes, const cv::Mat& luminance, double 
 
 }  // namespace
 
-void ClarityTexture(const cv::Mat& /*source*/, cv::Mat& working, const Adjustments& adjustments) {
+void ClarityTexture(cv::Mat& working, const Adjustments& adjustments) {
   const float clarity = adjustments.clarity;
   const float texture = adjustments.texture;
   if (clarity == 0 && texture == 0) return;

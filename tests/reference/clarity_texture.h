@@ -8,7 +8,7 @@
 
 namespace lumvik::reference {
 
-void ClarityTexture(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+void ClarityTexture(cv::Mat& working, const Adjustments& adjustments);
 
 }  // namespace lumvik::reference
 

@@ -41,7 +41,7 @@ float Airlight(const cv::Mat& eroded_dark) {
   return std::max(mean, kAirlightFloor);
 }
 
-void Dehaze(const cv::Mat& /*source*/, cv::Mat& working, const Adjustments& adjustments) {
+void Dehaze(cv::Mat& working, const Adjustments& adjustments) {
   if (adjustments.dehaze <= 0) return;
   const float d = adjustments.dehaze / 100.0F;
   std::vector<cv::Mat> planes;

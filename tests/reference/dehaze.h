@@ -14,7 +14,7 @@ int DehazePatchSize(int columns);
 // Mean of the brightest thousandth of the eroded dark plane (CV_32F), at least 0.01.
 float Airlight(const cv::Mat& eroded_dark);
 
-void Dehaze(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+void Dehaze(cv::Mat& working, const Adjustments& adjustments);
 
 }  // namespace lumvik::reference
 

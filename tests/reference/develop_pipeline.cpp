@@ -57,30 +57,35 @@ void Contrast(cv::Mat& working, float contrast) {
   }
 }
 
-ImageBuffer DevelopPipeline(const ImageBuffer& source, const Adjustments& adjustments) {
-  if (source.empty()) return {};
-  cv::Mat working = ToWorkingImage(source);
+cv::Mat DevelopWorkingImage(const cv::Mat& image, const Adjustments& adjustments) {
+  if (image.empty()) return {};
+  cv::Mat working = image.clone();
   const bool neutral_white =
       std::fabs(adjustments.temperature - 6500.0F) < 1.0F && std::fabs(adjustments.tint) < 0.1F;
   if (!neutral_white) WhiteBalance(working, adjustments.temperature, adjustments.tint);
   if (adjustments.exposure != 0) Exposure(working, adjustments.exposure);
   if (adjustments.brightness != 0) Brightness(working, adjustments.brightness);
-  HighlightsShadows(source, working, adjustments);
-  WhitesBlacks(source, working, adjustments);
+  HighlightsShadows(working, adjustments);
+  WhitesBlacks(working, adjustments);
   if (adjustments.contrast != 0) Contrast(working, adjustments.contrast);
-  ToneCurveStage(source, working, adjustments);
-  ClarityTexture(source, working, adjustments);
-  Dehaze(source, working, adjustments);
-  SaturationVibrance(source, working, adjustments);
-  HslBands(source, working, adjustments);
-  SplitToning(source, working, adjustments);
-  NoiseReduction(source, working, adjustments);
-  Sharpening(source, working, adjustments);
-  LensCorrections(source, working, adjustments);
-  Geometry(source, working, adjustments);
-  PostCropVignette(source, working, adjustments);
-  FilmGrain(source, working, adjustments);
-  return FromWorkingImage(working);
+  ToneCurveStage(working, adjustments);
+  ClarityTexture(working, adjustments);
+  Dehaze(working, adjustments);
+  SaturationVibrance(working, adjustments);
+  HslBands(working, adjustments);
+  SplitToning(working, adjustments);
+  NoiseReduction(working, adjustments);
+  Sharpening(working, adjustments);
+  LensCorrections(working, adjustments);
+  Geometry(working, adjustments);
+  PostCropVignette(working, adjustments);
+  FilmGrain(working, adjustments);
+  return working;
+}
+
+ImageBuffer DevelopPipeline(const ImageBuffer& source, const Adjustments& adjustments) {
+  if (source.empty()) return {};
+  return FromWorkingImage(DevelopWorkingImage(ToWorkingImage(source), adjustments));
 }
 
 }  // namespace lumvik::reference

@@ -17,7 +17,10 @@ ImageBuffer FromWorkingImage(const cv::Mat& working);
 void Brightness(cv::Mat& working, float brightness);
 void Contrast(cv::Mat& working, float contrast);
 
-// The rendered image, all eighteen steps in order; empty for an empty source.
+// All eighteen steps in order on a working image (CV_32FC4).
+cv::Mat DevelopWorkingImage(const cv::Mat& image, const Adjustments& adjustments);
+
+// The rendered image; empty for an empty source.
 ImageBuffer DevelopPipeline(const ImageBuffer& source, const Adjustments& adjustments);
 
 }  // namespace lumvik::reference

@@ -20,7 +20,7 @@ void CoarsenNoise(cv::Mat& noise, float size, double deviation) {
 
 }  // namespace
 
-void FilmGrain(const cv::Mat& /*source*/, cv::Mat& working, const Adjustments& adjustments) {
+void FilmGrain(cv::Mat& working, const Adjustments& adjustments) {
   if (adjustments.grain_amount <= 0) return;
   const double deviation = adjustments.grain_amount / 100.0F * 0.05F;
   const float size = adjustments.grain_size / 100.0F;

@@ -9,7 +9,7 @@
 namespace lumvik::reference {
 
 // Draws from OpenCV's default generator (cv::theRNG) as it stands.
-void FilmGrain(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+void FilmGrain(cv::Mat& working, const Adjustments& adjustments);
 
 }  // namespace lumvik::reference
 

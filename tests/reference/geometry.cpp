@@ -63,7 +63,7 @@ void Crop(cv::Mat& image, const CropRectangle& crop) {
 
 }  // namespace
 
-void Geometry(const cv::Mat& /*source*/, cv::Mat& working, const Adjustments& adjustments) {
+void Geometry(cv::Mat& working, const Adjustments& adjustments) {
   if (IsAsleep(adjustments)) return;
   if (adjustments.flip_h != 0) cv::flip(working, working, 1);
   if (adjustments.flip_v != 0) cv::flip(working, working, 0);

@@ -8,7 +8,7 @@
 
 namespace lumvik::reference {
 
-void Geometry(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+void Geometry(cv::Mat& working, const Adjustments& adjustments);
 
 }  // namespace lumvik::reference
 

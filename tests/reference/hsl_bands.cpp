@@ -51,7 +51,7 @@ float HslBandWeight(float hue, size_t band) {
   return distance < kBandReach ? 1.0F - distance / kBandReach : 0.0F;
 }
 
-void HslBands(const cv::Mat& /*source*/, cv::Mat& working, const Adjustments& adjustments) {
+void HslBands(cv::Mat& working, const Adjustments& adjustments) {
   if (std::all_of(adjustments.hsl.begin(), adjustments.hsl.end(), IsNeutral)) return;
   for (int y = 0; y < working.rows; ++y) {
     auto* row = working.ptr<cv::Vec4f>(y);

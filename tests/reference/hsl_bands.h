@@ -11,7 +11,7 @@ namespace lumvik::reference {
 // How much band `band` (0..7) acts on a hue in turns: 1 at its center, falling to 0 at 0.09 turns.
 float HslBandWeight(float hue, size_t band);
 
-void HslBands(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+void HslBands(cv::Mat& working, const Adjustments& adjustments);
 
 }  // namespace lumvik::reference
 

@@ -105,7 +105,7 @@ void FitToSize(cv::Mat& plane, cv::Size size) {
   plane = padded;
 }
 
-void LensCorrections(const cv::Mat& /*source*/, cv::Mat& working, const Adjustments& adjustments) {
+void LensCorrections(cv::Mat& working, const Adjustments& adjustments) {
   if (adjustments.distortion == 0 && adjustments.ca_correction <= 0 && adjustments.lens_vignette <= 0 &&
       adjustments.defringe <= 0) {
     return;

@@ -12,7 +12,7 @@ namespace lumvik::reference {
 // is at least as large both ways, otherwise centered on zeros.
 void FitToSize(cv::Mat& plane, cv::Size size);
 
-void LensCorrections(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+void LensCorrections(cv::Mat& working, const Adjustments& adjustments);
 
 }  // namespace lumvik::reference
 

@@ -40,7 +40,7 @@ int ColorKernelSize(float nr_color) {
   return 3 - 2 * static_cast<int>(nr_color / -100.0F * 4.0F);
 }
 
-void NoiseReduction(const cv::Mat& /*source*/, cv::Mat& working, const Adjustments& adjustments) {
+void NoiseReduction(cv::Mat& working, const Adjustments& adjustments) {
   if (adjustments.nr_luminance == 0 && adjustments.nr_color == 0) return;
   std::vector<cv::Mat> planes;
   cv::split(working, planes);

@@ -12,7 +12,7 @@ namespace lumvik::reference {
 int LuminanceKernelSize(float nr_luminance);
 int ColorKernelSize(float nr_color);
 
-void NoiseReduction(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+void NoiseReduction(cv::Mat& working, const Adjustments& adjustments);
 
 }  // namespace lumvik::reference
 

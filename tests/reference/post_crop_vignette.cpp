@@ -16,7 +16,7 @@ float VignetteDistance(float nx, float ny, float roundness) {
   return (elliptic - rectangular) * k + rectangular;
 }
 
-void PostCropVignette(const cv::Mat& /*source*/, cv::Mat& working, const Adjustments& adjustments) {
+void PostCropVignette(cv::Mat& working, const Adjustments& adjustments) {
   if (adjustments.vignette_amount == 0 || working.rows == 0) return;
   const float amount = adjustments.vignette_amount / 100.0F;
   const float midpoint = adjustments.vignette_midpoint / 100.0F;

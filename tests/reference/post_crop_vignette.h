@@ -12,7 +12,7 @@ namespace lumvik::reference {
 // roundness 0 blended towards the rectangular distance, which is reached at -100.
 float VignetteDistance(float nx, float ny, float roundness);
 
-void PostCropVignette(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+void PostCropVignette(cv::Mat& working, const Adjustments& adjustments);
 
 }  // namespace lumvik::reference
 

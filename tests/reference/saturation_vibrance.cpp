@@ -19,7 +19,7 @@ void ScaleFromLuminance(cv::Vec4f& pixel, float factor) {
 
 }  // namespace
 
-void SaturationVibrance(const cv::Mat& /*source*/, cv::Mat& working, const Adjustments& adjustments) {
+void SaturationVibrance(cv::Mat& working, const Adjustments& adjustments) {
   if (adjustments.saturation == 0 && adjustments.vibrance == 0) return;
   const float s = adjustments.saturation / 100.0F + 1.0F;
   const float v = adjustments.vibrance / 100.0F;

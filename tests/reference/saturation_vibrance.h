@@ -8,7 +8,7 @@
 
 namespace lumvik::reference {
 
-void SaturationVibrance(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+void SaturationVibrance(cv::Mat& working, const Adjustments& adjustments);
 
 }  // namespace lumvik::reference
 

@@ -7,7 +7,7 @@
 
 namespace lumvik::reference {
 
-void Sharpening(const cv::Mat& /*source*/, cv::Mat& working, const Adjustments& adjustments) {
+void Sharpening(cv::Mat& working, const Adjustments& adjustments) {
   if (adjustments.sharpening_amount <= 0) return;
   const double gain = adjustments.sharpening_amount / 150.0F;
   const double sigma = adjustments.sharpening_radius;

@@ -8,7 +8,7 @@
 
 namespace lumvik::reference {
 
-void Sharpening(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+void Sharpening(cv::Mat& working, const Adjustments& adjustments);
 
 }  // namespace lumvik::reference
 

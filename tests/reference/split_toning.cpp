@@ -6,7 +6,7 @@
 
 namespace lumvik::reference {
 
-void SplitToning(const cv::Mat& /*source*/, cv::Mat& working, const Adjustments& adjustments) {
+void SplitToning(cv::Mat& working, const Adjustments& adjustments) {
   const SplitToningSettings& settings = adjustments.split_toning;
   if (settings.highlight_saturation == 0 && settings.shadow_saturation == 0) return;
   const float highlight_hue = settings.highlight_hue / 360.0F;

@@ -8,7 +8,7 @@
 
 namespace lumvik::reference {
 
-void SplitToning(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+void SplitToning(cv::Mat& working, const Adjustments& adjustments);
 
 }  // namespace lumvik::reference
 

@@ -45,7 +45,7 @@ float LookUp(const std::vector<float>& table, float value) {
 
 }  // namespace
 
-std::vector<float> BuildCurveTable(const cv::Mat& /*source*/, const ToneCurve& points) {
+std::vector<float> BuildCurveTable(const ToneCurve& points) {
   std::vector<float> table(kCurveTableSize);
   for (size_t i = 0; i < table.size(); ++i) {
     const float u = static_cast<float>(i) / kLastIndex;
@@ -54,13 +54,13 @@ std::vector<float> BuildCurveTable(const cv::Mat& /*source*/, const ToneCurve& p
   return table;
 }
 
-void ToneCurveStage(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments) {
+void ToneCurveStage(cv::Mat& working, const Adjustments& adjustments) {
   const auto& curves = adjustments.tone_curves;
   if (std::all_of(curves.begin(), curves.end(), IsIdentity)) return;
-  const std::vector<float> master = BuildCurveTable(source, curves[kMasterCurve]);
-  const std::vector<float> channels[3] = {BuildCurveTable(source, curves[kRedCurve]),
-                                          BuildCurveTable(source, curves[kGreenCurve]),
-                                          BuildCurveTable(source, curves[kBlueCurve])};
+  const std::vector<float> master = BuildCurveTable(curves[kMasterCurve]);
+  const std::vector<float> channels[3] = {BuildCurveTable(curves[kRedCurve]),
+                                          BuildCurveTable(curves[kGreenCurve]),
+                                          BuildCurveTable(curves[kBlueCurve])};
   for (int y = 0; y < working.rows; ++y) {
     auto* row = working.ptr<cv::Vec4f>(y);
     for (int x = 0; x < working.cols; ++x) {

@@ -12,10 +12,9 @@ namespace lumvik::reference {
 constexpr int kCurveTableSize = 65536;
 
 // Entry i is the curve at i / 65535: a uniform Catmull-Rom spline through the points in the order given.
-// `source` takes no part.
-std::vector<float> BuildCurveTable(const cv::Mat& source, const ToneCurve& points);
+std::vector<float> BuildCurveTable(const ToneCurve& points);
 
-void ToneCurveStage(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+void ToneCurveStage(cv::Mat& working, const Adjustments& adjustments);
 
 }  // namespace lumvik::reference
 

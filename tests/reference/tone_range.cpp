@@ -28,7 +28,7 @@ float HighlightGain(float luminance, float highlights) {
 
 }  // namespace
 
-void HighlightsShadows(const cv::Mat& /*source*/, cv::Mat& working, const Adjustments& adjustments) {
+void HighlightsShadows(cv::Mat& working, const Adjustments& adjustments) {
   if (adjustments.highlights == 0 && adjustments.shadows == 0) return;
   const float s = adjustments.shadows / 100.0F;
   const float h = adjustments.highlights / 100.0F;
@@ -50,7 +50,7 @@ void HighlightsShadows(const cv::Mat& /*source*/, cv::Mat& working, const Adjust
   }
 }
 
-void WhitesBlacks(const cv::Mat& /*source*/, cv::Mat& working, const Adjustments& adjustments) {
+void WhitesBlacks(cv::Mat& working, const Adjustments& adjustments) {
   if (adjustments.whites == 0 && adjustments.blacks == 0) return;
   const float black_point = adjustments.blacks / 100.0F * 0.1F;
   const float white_point = adjustments.whites / 100.0F * 0.2F + 1.0F;

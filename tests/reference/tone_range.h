@@ -8,9 +8,9 @@
 
 namespace lumvik::reference {
 
-void HighlightsShadows(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+void HighlightsShadows(cv::Mat& working, const Adjustments& adjustments);
 
-void WhitesBlacks(const cv::Mat& source, cv::Mat& working, const Adjustments& adjustments);
+void WhitesBlacks(cv::Mat& working, const Adjustments& adjustments);
 
 }  // namespace lumvik::reference
 

@@ -1,14 +1,24 @@
-#include "reference/lens_corrections.h"
-
+// Worked examples of the lens corrections.
 #include <gtest/gtest.h>
 
-#include "reference/hsl_color.h"
-#include "reference/pixel.h"
+#include <utility>
 
-namespace lumvik::reference {
+#include "examples/stage_example.h"
+#include "reference/hsl_color.h"
+
+namespace lumvik {
 namespace {
 
-// Red and blue hold the columns' numbers, green the rows', in hundredths.
+using test::NeutralAdjustments;
+using test::SamePixels;
+using test::Uniform;
+
+using reference::Hsl;
+using reference::hsl_to_rgb;
+using reference::Rgb;
+using reference::rgb_to_hsl;
+
+// Red and blue hold the column, green the row, both in hundredths.
 cv::Mat Ramp(int columns, int rows) {
   cv::Mat working(rows, columns, CV_32FC4);
   for (int y = 0; y < rows; ++y) {
@@ -20,42 +30,42 @@ cv::Mat Ramp(int columns, int rows) {
   return working;
 }
 
-cv::Mat ColumnNumbers(int columns, int rows) {
-  cv::Mat plane(rows, columns, CV_32F);
-  for (int x = 0; x < columns; ++x) plane.col(x).setTo(cv::Scalar(x + 1));
-  return plane;
-}
+class LensCorrectionsExample : public test::StageExample {
+ protected:
+  cv::Mat Corrected(const cv::Mat& input, float Adjustments::*field, float value) const {
+    Adjustments adjustments = NeutralAdjustments();
+    adjustments.*field = value;
+    return Developed(input, adjustments);
+  }
+};
 
-cv::Mat Corrected(const cv::Mat& input, float Adjustments::*field, float value) {
-  cv::Mat working = input.clone();
-  Adjustments adjustments;
-  adjustments.*field = value;
-  LensCorrections({}, working, adjustments);
-  return working;
-}
+class DistortionExample : public LensCorrectionsExample {};
+class ChromaticAberrationExample : public LensCorrectionsExample {};
+class LensVignettingExample : public LensCorrectionsExample {};
 
-Hsl Defringed(float defringe, float h, float s, float l) {
-  Adjustments adjustments;
-  adjustments.defringe = defringe;
-  const Rgb rgb = hsl_to_rgb(h, s, l);
-  const cv::Vec4f pixel = OnPixel(LensCorrections, adjustments, {rgb.r, rgb.g, rgb.b, 1});
-  return rgb_to_hsl(pixel[0], pixel[1], pixel[2]);
-}
+class DefringeExample : public test::PointStageExample {
+ protected:
+  Hsl Defringed(float defringe, float h, float s, float l) const {
+    Adjustments adjustments = NeutralAdjustments();
+    adjustments.defringe = defringe;
+    const Rgb rgb = hsl_to_rgb(h, s, l);
+    const cv::Vec4f pixel = Developed({rgb.r, rgb.g, rgb.b, 1}, adjustments);
+    return rgb_to_hsl(pixel[0], pixel[1], pixel[2]);
+  }
+};
 
-TEST(LensCorrections, NothingAwakeKeepsEveryBit) {
-  cv::Mat working = Ramp(200, 10);
-  Adjustments adjustments;
+TEST_P(LensCorrectionsExample, NegativeStrengthsKeepEveryBit) {
+  Adjustments adjustments = NeutralAdjustments();
   adjustments.ca_correction = -5;
   adjustments.lens_vignette = -50;
   adjustments.defringe = -1;
-  LensCorrections({}, working, adjustments);
-  EXPECT_TRUE(SamePixels(working, Ramp(200, 10)));
+  EXPECT_TRUE(SamePixels(Developed(Ramp(200, 10), adjustments), Ramp(200, 10)));
 }
 
 // The distance of a sample from where the map points is at most half of OpenCV's 1/32 pixel grid.
 constexpr double kMapTolerance = 0.01 / 64 + 1e-6;
 
-TEST(Distortion, PositiveSamplesNearerTheCenter) {
+TEST_P(DistortionExample, PositiveSamplesNearerTheCenter) {
   const cv::Mat out = Corrected(Ramp(100, 100), &Adjustments::distortion, 100);
   EXPECT_EQ(out.at<cv::Vec4f>(50, 50)[0], 0.5F) << "the center stays";
   // On the middle row nx = -0.8, f = 1 - 0.64 / 2.
@@ -67,14 +77,24 @@ TEST(Distortion, PositiveSamplesNearerTheCenter) {
   EXPECT_NEAR(out.at<cv::Vec4f>(10, 10)[3], 0.7, 1e-6);
 }
 
-TEST(Distortion, NegativeSamplesBeyondTheEdgeMirrored) {
+TEST_P(DistortionExample, NegativeSamplesBeyondTheEdgeMirrored) {
   const cv::Mat out = Corrected(Ramp(100, 100), &Adjustments::distortion, -100);
   // nx = -1, f = 1.5, column -25: the edge column counts twice, so it is column 24.
   EXPECT_NEAR(out.at<cv::Vec4f>(50, 0)[0], 0.24, kMapTolerance);
   EXPECT_NEAR(out.at<cv::Vec4f>(50, 30)[0], (50 - 20 * 1.08) / 100, kMapTolerance);
 }
 
-TEST(Distortion, TheLongerSideIsTheUnit) {
+TEST_P(DistortionExample, ReachesEveryColumnOfAWideFrame) {
+  const cv::Mat out = Corrected(Ramp(2048, 4), &Adjustments::distortion, 20);
+  for (const int column : {0, 255, 256, 1023, 1024, 1300, 2047}) {
+    const double nx = (column - 1024) / 1024.0;
+    EXPECT_NEAR(out.at<cv::Vec4f>(2, column)[0], (1024 + (column - 1024) * (1 - 0.1 * nx * nx)) / 100,
+                kMapTolerance + 1e-5)
+        << column;
+  }
+}
+
+TEST_P(DistortionExample, TheLongerSideIsTheUnit) {
   const cv::Mat wide = Corrected(Ramp(100, 20), &Adjustments::distortion, 50);
   EXPECT_NEAR(wide.at<cv::Vec4f>(10, 10)[0], (50 - 40 * 0.84) / 100, kMapTolerance);
   const cv::Mat tall = Corrected(Ramp(40, 100), &Adjustments::distortion, 50);
@@ -82,51 +102,7 @@ TEST(Distortion, TheLongerSideIsTheUnit) {
   EXPECT_NEAR(tall.at<cv::Vec4f>(10, 20)[1], (50 - 40 * (1 - 0.64 * 0.25)) / 100, kMapTolerance);
 }
 
-TEST(FitToSize, EqualSizesStay) {
-  cv::Mat plane = ColumnNumbers(30, 20);
-  const uchar* data = plane.data;
-  FitToSize(plane, {30, 20});
-  EXPECT_EQ(plane.data, data);
-}
-
-TEST(FitToSize, LargerPlanesAreCropped) {
-  cv::Mat plane = ColumnNumbers(1003, 40);
-  FitToSize(plane, {1000, 40});
-  ASSERT_EQ(plane.size(), cv::Size(1000, 40));
-  EXPECT_EQ(plane.at<float>(0, 0), 2.0F) << "one column lost on the left";
-  EXPECT_EQ(plane.at<float>(0, 999), 1001.0F) << "two on the right";
-  plane = ColumnNumbers(1004, 40);
-  FitToSize(plane, {1000, 40});
-  EXPECT_EQ(plane.at<float>(0, 0), 3.0F);
-  plane = ColumnNumbers(40, 1004).t();
-  FitToSize(plane, {1004, 36});
-  EXPECT_EQ(plane.at<float>(0, 0), 3.0F);
-}
-
-TEST(FitToSize, SmallerPlanesAreCenterdOnZeros) {
-  cv::Mat plane = ColumnNumbers(997, 36);
-  FitToSize(plane, {1000, 40});
-  ASSERT_EQ(plane.size(), cv::Size(1000, 40));
-  EXPECT_EQ(plane.at<float>(2, 0), 0.0F);
-  EXPECT_EQ(plane.at<float>(2, 1), 1.0F);
-  EXPECT_EQ(plane.at<float>(2, 997), 997.0F);
-  EXPECT_EQ(plane.at<float>(2, 998), 0.0F);
-  EXPECT_EQ(plane.at<float>(2, 999), 0.0F);
-  EXPECT_EQ(plane.at<float>(1, 500), 0.0F);
-  EXPECT_EQ(plane.at<float>(37, 500), 500.0F);
-  EXPECT_EQ(plane.at<float>(38, 500), 0.0F);
-}
-
-TEST(FitToSize, OnePixelLessIsPadded) {
-  cv::Mat plane = ColumnNumbers(999, 39);
-  FitToSize(plane, {1000, 40});
-  ASSERT_EQ(plane.size(), cv::Size(1000, 40));
-  EXPECT_EQ(plane.at<float>(0, 0), 1.0F);
-  EXPECT_EQ(plane.at<float>(0, 999), 0.0F);
-  EXPECT_EQ(plane.at<float>(39, 0), 0.0F);
-}
-
-TEST(ChromaticAberration, RedGrowsAndBlueShrinks) {
+TEST_P(ChromaticAberrationExample, RedGrowsAndBlueShrinks) {
   const cv::Mat input = Uniform(1000, 40, {0.5F, 0.6F, 0.7F, 0.8F});
   const cv::Mat out = Corrected(input, &Adjustments::ca_correction, 100);
   ASSERT_EQ(out.size(), input.size());
@@ -144,7 +120,7 @@ TEST(ChromaticAberration, RedGrowsAndBlueShrinks) {
   }
 }
 
-TEST(ChromaticAberration, ShiftsRedOutwardsAndBlueInwards) {
+TEST_P(ChromaticAberrationExample, ShiftsRedOutwardsAndBlueInwards) {
   const cv::Mat input = Ramp(1000, 40);
   const cv::Mat out = Corrected(input, &Adjustments::ca_correction, 100);
   // Pixel 900 of the red plane is pixel 901 of the enlarged one, whose center lies at 901.5 / 1.003 - 0.5 of
@@ -155,23 +131,42 @@ TEST(ChromaticAberration, ShiftsRedOutwardsAndBlueInwards) {
   EXPECT_EQ(pixel[1], input.at<cv::Vec4f>(20, 900)[1]);
 }
 
-TEST(ChromaticAberration, PlaneOnePixelSmallerThanTheFrame) {
+// Enlarged to 1004, red loses two columns on either side; blue shrinks to 996.
+TEST_P(ChromaticAberrationExample, CropsAndPadsBothSidesAlike) {
+  const cv::Mat out = Corrected(Ramp(1000, 40), &Adjustments::ca_correction, 400 / 3.0F);
+  EXPECT_NEAR(out.at<cv::Vec4f>(20, 900)[0], (902.5 / 1.004 - 0.5) / 100, 1e-4);
+  const cv::Mat uniform = Corrected(Uniform(1000, 40, {1, 1, 1, 1}), &Adjustments::ca_correction, 400 / 3.0F);
+  for (const int column : {0, 1, 998, 999}) EXPECT_EQ(uniform.at<cv::Vec4f>(20, column)[2], 0.0F) << column;
+  for (const int column : {2, 997}) EXPECT_NEAR(uniform.at<cv::Vec4f>(20, column)[2], 1, 1e-6) << column;
+}
+
+TEST_P(ChromaticAberrationExample, ActsAlongColumnsToo) {
+  const cv::Mat out = Corrected(Uniform(40, 1000, {0.5F, 0.6F, 0.7F, 1}), &Adjustments::ca_correction, 100);
+  for (const int row : {0, 998, 999}) EXPECT_EQ(out.at<cv::Vec4f>(row, 20)[2], 0.0F) << row;
+  for (const int row : {1, 500, 997}) EXPECT_NEAR(out.at<cv::Vec4f>(row, 20)[2], 0.7, 1e-6) << row;
+  cv::Mat ramp = Ramp(1000, 40).t();
+  ramp = Corrected(ramp, &Adjustments::ca_correction, 100);
+  EXPECT_NEAR(ramp.at<cv::Vec4f>(900, 20)[0], (901.5 / 1.003 - 0.5) / 100, 1e-4);
+  EXPECT_NEAR(ramp.at<cv::Vec4f>(900, 20)[2], (899.5 / 0.997 - 0.5) / 100, 1e-4);
+}
+
+TEST_P(ChromaticAberrationExample, PlaneOnePixelSmallerThanTheFrame) {
   const cv::Mat out = Corrected(Uniform(1000, 40, {0.5F, 0.6F, 0.7F, 0.8F}), &Adjustments::ca_correction, 33);
   EXPECT_NEAR(out.at<cv::Vec4f>(20, 0)[2], 0.7, 1e-6);
   EXPECT_EQ(out.at<cv::Vec4f>(20, 999)[2], 0.0F);
 }
 
-TEST(ChromaticAberration, FaintSettingsActOnWideFrames) {
+TEST_P(ChromaticAberrationExample, FaintSettingsActOnWideFrames) {
   const cv::Mat out = Corrected(Uniform(20000, 1, {0.5F, 0.6F, 0.7F, 0.8F}), &Adjustments::ca_correction, 1);
   EXPECT_EQ(out.at<cv::Vec4f>(0, 19999)[2], 0.0F) << "19999.4 columns of blue";
 }
 
-TEST(ChromaticAberration, LeavesTheOtherCorrectionsAsleep) {
+TEST_P(ChromaticAberrationExample, LeavesTheOtherCorrectionsDisabled) {
   const cv::Mat over = Uniform(8, 8, {0.9F, -0.5F, 1.5F, 1});
   EXPECT_TRUE(SamePixels(Corrected(over, &Adjustments::ca_correction, 1), over)) << "too small to be resized";
 }
 
-TEST(LensVignetting, CornersAreBrightenedByHalf) {
+TEST_P(LensVignettingExample, CornersAreBrightenedByHalf) {
   const cv::Mat out = Corrected(Uniform(60, 40, {0.2F, 0.3F, 0.4F, 0.5F}), &Adjustments::lens_vignette, 100);
   const cv::Vec4f corner = out.at<cv::Vec4f>(0, 0);
   EXPECT_NEAR(corner[0], 0.3, 1e-6);
@@ -185,13 +180,28 @@ TEST(LensVignetting, CornersAreBrightenedByHalf) {
   EXPECT_NEAR(half.at<cv::Vec4f>(0, 0)[0], 0.25, 1e-6);
 }
 
-TEST(LensVignetting, Clamps) {
+TEST_P(LensVignettingExample, GrowsWithTheSquareOfTheDistance) {
+  for (const cv::Size size : {cv::Size(1300, 70), cv::Size(70, 1300), cv::Size(2049, 3)}) {
+    const cv::Mat working = Uniform(size.width, size.height, {0.5F, 0.5F, 0.5F, 1});
+    const cv::Mat out = Corrected(working, &Adjustments::lens_vignette, 80);
+    const double cx = size.width / 2.0;
+    const double cy = size.height / 2.0;
+    for (const cv::Point at : {cv::Point(0, 0), cv::Point(255, 1), cv::Point(256, 2), cv::Point(1024, 2),
+                               cv::Point(2, 1024), cv::Point(size.width - 1, size.height - 1)}) {
+      if (!cv::Rect({0, 0}, size).contains(at)) continue;
+      const double squared = ((at.x - cx) * (at.x - cx) + (at.y - cy) * (at.y - cy)) / (cx * cx + cy * cy);
+      EXPECT_NEAR(out.at<cv::Vec4f>(at)[1], 0.5 * (1 + 0.4 * squared), 1e-6) << size << at;
+    }
+  }
+}
+
+TEST_P(LensVignettingExample, Clamps) {
   const cv::Mat out = Corrected(Uniform(4, 4, {0.9F, -0.5F, 0.1F, 1}), &Adjustments::lens_vignette, 100);
   EXPECT_EQ(out.at<cv::Vec4f>(0, 0)[0], 1.0F);
   EXPECT_EQ(out.at<cv::Vec4f>(0, 0)[1], 0.0F);
 }
 
-TEST(Defringe, DampsSaturatedFringes) {
+TEST_P(DefringeExample, DampsSaturatedFringes) {
   EXPECT_NEAR(Defringed(100, 0.75F, 0.8F, 0.5F).s, 0.4, 1e-5);
   EXPECT_NEAR(Defringed(100, 0.3F, 0.8F, 0.5F).s, 0.4, 1e-5);
   EXPECT_NEAR(Defringed(40, 0.75F, 0.8F, 0.5F).s, 0.8 * 0.8, 1e-5);
@@ -199,13 +209,13 @@ TEST(Defringe, DampsSaturatedFringes) {
   EXPECT_NEAR(Defringed(40, 0.75F, 0.8F, 0.4F).l, 0.4, 1e-6);
 }
 
-TEST(Defringe, PaleFringesStay) {
+TEST_P(DefringeExample, PaleFringesStay) {
   // At 40 the limit is 0.3.
   EXPECT_NEAR(Defringed(40, 0.75F, 0.29F, 0.5F).s, 0.29, 1e-6);
   EXPECT_NEAR(Defringed(40, 0.75F, 0.31F, 0.5F).s, 0.31 * 0.8, 1e-5);
 }
 
-TEST(Defringe, OtherHuesStay) {
+TEST_P(DefringeExample, OtherHuesStay) {
   for (const float hue : {0.0F, 0.1F, 0.24F, 0.41F, 0.5F, 0.64F, 0.86F}) {
     EXPECT_NEAR(Defringed(100, hue, 0.8F, 0.5F).s, 0.8, 1e-5) << hue;
   }
@@ -214,8 +224,8 @@ TEST(Defringe, OtherHuesStay) {
   }
 }
 
-TEST(Defringe, BoundsAreStrict) {
-  Adjustments adjustments;
+TEST_P(DefringeExample, BoundsAreStrict) {
+  Adjustments adjustments = NeutralAdjustments();
   adjustments.defringe = 100;
   const std::pair<float, cv::Vec4f> hues[] = {{0.25F, {0.5F, 1, 0, 1}},
                                               {0.4F, {0, 1, 0.4F, 1}},
@@ -223,20 +233,26 @@ TEST(Defringe, BoundsAreStrict) {
                                               {0.85F, {1, 0, 0.9F, 1}}};
   for (const auto& [hue, color] : hues) {
     ASSERT_EQ(rgb_to_hsl(color[0], color[1], color[2]).h, hue);
-    EXPECT_EQ(OnPixel(LensCorrections, adjustments, color), color) << hue;
+    EXPECT_EQ(Developed(color, adjustments), color) << hue;
   }
   adjustments.defringe = 50;
   const cv::Vec4f at_the_limit(0.5F, 0.375F, 0.625F, 1);
   ASSERT_EQ(rgb_to_hsl(at_the_limit[0], at_the_limit[1], at_the_limit[2]).s, 0.25F);
-  EXPECT_EQ(OnPixel(LensCorrections, adjustments, at_the_limit), at_the_limit);
+  EXPECT_EQ(Developed(at_the_limit, adjustments), at_the_limit);
 }
 
-TEST(Defringe, GrayStays) {
-  Adjustments adjustments;
+TEST_P(DefringeExample, GrayStays) {
+  Adjustments adjustments = NeutralAdjustments();
   adjustments.defringe = 100;
   const cv::Vec4f gray(0.4F, 0.4F, 0.4F, 1);
-  EXPECT_EQ(OnPixel(LensCorrections, adjustments, gray), gray);
+  EXPECT_EQ(Developed(gray, adjustments), gray);
 }
 
+INSTANTIATE_TEST_SUITE_P(Subjects, LensCorrectionsExample, test::StageSubjects(), test::SubjectName());
+INSTANTIATE_TEST_SUITE_P(Subjects, DistortionExample, test::StageSubjects(), test::SubjectName());
+INSTANTIATE_TEST_SUITE_P(Subjects, ChromaticAberrationExample, test::StageSubjects(), test::SubjectName());
+INSTANTIATE_TEST_SUITE_P(Subjects, LensVignettingExample, test::StageSubjects(), test::SubjectName());
+INSTANTIATE_TEST_SUITE_P(Subjects, DefringeExample, test::StageSubjects(), test::SubjectName());
+
 }  // namespace
-}  // namespace lumvik::reference
+}  // namespace lumvik
