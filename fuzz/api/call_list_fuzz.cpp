@@ -16,9 +16,10 @@
 namespace lumvik::fuzz {
 namespace {
 
-constexpr int kMaxCalls = 40;
-constexpr int kMaxSide = 5000;
-constexpr int kMaxPixels = 1 << 16;
+constexpr int kMaxCalls = 20;
+constexpr int kMaxColumns = 5000;
+constexpr int kMaxPixels = 1 << 15;
+constexpr int kMaxRowsPerColumn = 8;  // the automatic tools enlarge narrow images
 
 cv::Mat Picture(cv::Size size) {
   cv::Mat picture(size, CV_8UC3);
@@ -137,8 +138,9 @@ class Player {
 
   // Of any shape.
   std::string WriteImage() {
-    const int columns = input_.ConsumeIntegralInRange<int>(1, kMaxSide);
-    const int rows = input_.ConsumeIntegralInRange<int>(1, std::min(kMaxSide, kMaxPixels / columns));
+    const int columns = input_.ConsumeIntegralInRange<int>(1, kMaxColumns);
+    const int max_rows = std::min(kMaxRowsPerColumn * columns, kMaxPixels / columns);
+    const int rows = input_.ConsumeIntegralInRange<int>(1, max_rows);
     std::vector<uint8_t> bytes;
     cv::imencode(".bmp", Picture({columns, rows}), bytes);
     return WriteFile("any.bmp", bytes);
