@@ -1,12 +1,12 @@
 #!/usr/bin/env bash
-# Fuzzes the engine with mutated files and call lists, and stops at the first failure. Installs and builds first what
-# that takes. The corpus is kept in build/checked/corpus and reused by the next run.
+# Builds and runs the fuzz targets. Each stops at its first finding. The corpora are kept in build/checked/corpus for
+# the next run.
 #
 #   scripts/fuzz.sh                       one minute per target, with a fixed seed
 #   scripts/fuzz.sh --seconds N           N seconds per target, with a random seed
-#   scripts/fuzz.sh [--seconds N] TARGET  only this target, such as exif_fuzz
+#   scripts/fuzz.sh [--seconds N] TARGET  a single target, such as exif_fuzz
 #
-# Failing inputs are in build/checked/findings. To reproduce one:
+# Findings are stored in build/checked/findings. To reproduce one:
 #   build/checked/fuzz/TARGET FILE
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
@@ -17,7 +17,7 @@ TARGETS=(settings_file_fuzz exif_fuzz image_loader_fuzz raw_decoder_fuzz thumbna
 BUILD=$ROOT/build/checked
 
 seconds=60
-seed=1 # fixed, so that a failure of a short run is due to the change and not to chance; 0 means random
+seed=1 # fixed, so that a short run fails because of a change and not by chance; 0 picks one at random
 if [[ ${1:-} == --seconds ]]; then
   [[ ${2:-} =~ ^[1-9][0-9]*$ ]] || fail "usage: scripts/fuzz.sh [--seconds N] [TARGET]"
   seconds=$2
@@ -33,15 +33,15 @@ fi
 configure checked "$BUILD"
 cmake --build "$BUILD" --target lumvik_fuzz
 
-# The temporary files of the targets, removed however they end.
+# The targets' scratch files, removed on exit.
 TMPDIR=$(mktemp -d)
 export TMPDIR BUILD SECONDS_EACH=$seconds SEED=$seed
 trap 'rm -rf "$TMPDIR"' EXIT
-export LLVM_PROFILE_FILE=/dev/null # the coverage of the tests must not include fuzzing
+export LLVM_PROFILE_FILE=/dev/null # only the tests count as coverage
 "$BUILD/fuzz/lumvik_fuzz_seeds" "$TMPDIR/seeds"
 
-# A file may request more memory than there is: malloc must then return null to LibRaw and OpenCV, as it does without
-# the sanitizer. The cost of a tiny file that claims a billion pixels is known (see SECURITY.md) and not worth the time.
+# A file may claim more memory than there is: the allocation then fails, as it does without the sanitizer. That a few
+# bytes can claim a billion pixels is known (see SECURITY.md), and decoding them would only take time.
 export OPENCV_IO_MAX_IMAGE_PIXELS=$((1 << 24))
 export ASAN_OPTIONS=allocator_may_return_null=1:max_allocation_size_mb=4096
 run_target() {

@@ -1,5 +1,4 @@
-// The perceptual hash of an ordinary image and of a RAW file's preview. That of a preview may differ from
-// call to call: where the end of the file cuts it, LibRaw delivers memory that was never set.
+// The perceptual hash of ordinary images and of RAW files' previews.
 #include "fuzz_input.h"
 #include "lumvik.h"
 

@@ -1,7 +1,9 @@
-// A list of interface calls with their arguments, played on one context. Each answers with a status that is
-// stated for it or with an exception, and the context stays as good as new.
+// A sequence of interface calls on one context. Each call returns one of its documented statuses or throws,
+// and leaves a context that can be used further.
 #include <fuzzer/FuzzedDataProvider.h>
 
+#include <algorithm>
+#include <cmath>
 #include <cstring>
 #include <exception>
 #include <limits>
@@ -14,25 +16,24 @@
 namespace lumvik::fuzz {
 namespace {
 
-constexpr int kMostCalls = 40;
+constexpr int kMaxCalls = 20;
+constexpr int kMaxColumns = 5000;
+constexpr int kMaxPixels = 1 << 15;
+constexpr int kMaxRowsPerColumn = 8;  // the automatic tools enlarge narrow images
 
-cv::Mat Picture() {
-  cv::Mat picture(32, 48, CV_8UC3);
-  for (int y = 0; y < picture.rows; ++y) {
-    for (int x = 0; x < picture.cols; ++x) picture.at<cv::Vec3b>(y, x) = cv::Vec3i(5 * x, 7 * y, 3 * (x + y));
-  }
+cv::Mat Picture(cv::Size size) {
+  cv::Mat picture(size, CV_8UC3);
+  cv::RNG(1).fill(picture, cv::RNG::UNIFORM, 0, 256);
   return picture;
 }
 
-// The files that may be loaded, the last one not there.
+// Files that load, that do not, and one that does not exist.
 std::vector<std::string> WritePhotographs() {
   test::RawOptions dng;
   dng.format = test::RawFormat::kDng;
-  std::vector<uint8_t> png;
-  cv::imencode(".png", Picture(), png);
-  return {WriteFile("a.png", png),
-          WriteFile("a.arw", test::MakeRawFile(Picture())),
-          WriteFile("a.dng", test::MakeRawFile(Picture(), dng)),
+  return {WriteFile("a.arw", test::MakeRawFile(Picture({48, 32}))),
+          WriteFile("wide.arw", test::MakeRawFile(Picture({1536, 16}))),
+          WriteFile("a.dng", test::MakeRawFile(Picture({48, 32}), dng)),
           WriteFile("broken.png", {1, 2, 3}),
           WriteFile("broken.arw", std::vector<uint8_t>(1000, 'Z')),
           FilePath("missing.arw")};
@@ -52,31 +53,38 @@ class Player {
   Player& operator=(const Player&) = delete;
 
   void Play() {
-    for (int i = 0; i < kMostCalls && input_.remaining_bytes() > 0; ++i) {
+    for (int i = 0; i < kMaxCalls && input_.remaining_bytes() > 0; ++i) {
       try {
         const int status = Call();
         Require(status == 0 || status == -1 || status == -2);
         Require(status != -1 || *lumvik_last_error(context_) != '\0');
       } catch (const std::exception&) {
-        // OpenCV's and the runtime's own leave a call.
+        // Those of OpenCV and of the runtime leave a call.
       }
     }
   }
 
  private:
-  // Mostly within what the sliders of a host give.
-  float Number() {
-    switch (input_.ConsumeIntegralInRange<int>(0, 9)) {
-      case 0:
-        return input_.ConsumeFloatingPoint<float>();
+  // Any float: within the range, around its limits, far outside, special, or a random bit pattern.
+  float Number(float lowest = -100, float highest = 100) {
+    using Float = std::numeric_limits<float>;
+    switch (input_.ConsumeIntegralInRange<int>(0, 5)) {
+      case 0: {
+        const auto bits = input_.ConsumeIntegral<uint32_t>();
+        float number = 0;
+        std::memcpy(&number, &bits, sizeof(number));
+        return number;
+      }
       case 1:
-        return input_.PickValueInArray({0.0F, 1.0F, -1.0F, 6500.0F, std::numeric_limits<float>::infinity(),
-                                        -std::numeric_limits<float>::infinity(),
-                                        std::numeric_limits<float>::quiet_NaN()});
+        return input_.PickValueInArray({0.0F, -0.0F, 1.0F, -1.0F, 1e30F, -1e30F, Float::denorm_min(),
+                                        Float::min(), Float::max(), Float::lowest(), Float::infinity(),
+                                        -Float::infinity(), Float::quiet_NaN()});
       case 2:
-        return input_.ConsumeFloatingPointInRange<float>(-0.5F, 1.5F);
+        return input_.PickValueInArray({lowest, highest, std::nextafter(lowest, Float::lowest()),
+                                        std::nextafter(highest, Float::max()), 10 * lowest, 10 * highest,
+                                        1000 * lowest, 1000 * highest});
       default:
-        return static_cast<float>(input_.ConsumeIntegralInRange<int>(-150, 150));
+        return input_.ConsumeFloatingPointInRange<float>(lowest, highest);
     }
   }
 
@@ -108,17 +116,34 @@ class Player {
 
   void SetOne() {
     const test::FloatSetter& setter = input_.PickValueInArray(test::kFloatSetters);
-    setter.set(context_, Number());
+    setter.set(context_, Number(setter.lowest, setter.highest));
   }
 
   int Load() {
     static const std::vector<std::string> photographs = WritePhotographs();
-    const int which = input_.ConsumeIntegralInRange<int>(0, static_cast<int>(photographs.size()));
-    if (which < static_cast<int>(photographs.size())) {
-      return lumvik_load_arw(context_, photographs[static_cast<size_t>(which)].c_str(), Integer());
+    switch (input_.ConsumeIntegralInRange<int>(0, 3)) {
+      case 0:
+        lumvik_unload(context_);
+        return 0;
+      case 1:
+        return lumvik_load_arw(context_, PickFrom(photographs).c_str(), Integer());
+      default:
+        return lumvik_load_arw(context_, WriteImage().c_str(), Integer());
     }
-    lumvik_unload(context_);
-    return 0;
+  }
+
+  const std::string& PickFrom(const std::vector<std::string>& paths) {
+    return paths[input_.ConsumeIntegralInRange<size_t>(0, paths.size() - 1)];
+  }
+
+  // Of any shape.
+  std::string WriteImage() {
+    const int columns = input_.ConsumeIntegralInRange<int>(1, kMaxColumns);
+    const int max_rows = std::min(kMaxRowsPerColumn * columns, kMaxPixels / columns);
+    const int rows = input_.ConsumeIntegralInRange<int>(1, max_rows);
+    std::vector<uint8_t> bytes;
+    cv::imencode(".bmp", Picture({columns, rows}), bytes);
+    return WriteFile("any.bmp", bytes);
   }
 
   int Write() {
@@ -135,9 +160,12 @@ class Player {
     }
   }
 
-  // Every buffer has the size that the call is told of.
+  // Every buffer is as large as the call is told, which may be too small.
   int Read() {
-    std::vector<uint8_t> bytes(input_.PickValueInArray({0U, 1U, 1535U, 1536U, 6143U, 6144U, 10000U}));
+    const auto pixels =
+        static_cast<size_t>(lumvik_get_width(context_)) * static_cast<size_t>(lumvik_get_height(context_));
+    std::vector<uint8_t> bytes(
+        input_.PickValueInArray({size_t{0}, size_t{1}, pixels, 4 * pixels, 4 * pixels + 1}));
     std::vector<uint32_t> bins(size_t{4} * LUMVIK_HISTOGRAM_BINS);
     ExifInfo info;
     uint8_t empty = 0;  // an empty vector may have no pointer, and null is another failure
@@ -170,7 +198,7 @@ class Player {
       case 4:
         return lumvik_auto_straighten(context_, slots);
       default:
-        return lumvik_segment_subject(context_, Number(), Number());
+        return lumvik_segment_subject(context_, Number(0, 1), Number(0, 1));
     }
   }
 
@@ -182,21 +210,21 @@ class Player {
         return lumvik_reset_tone_curve(context_, Integer());
       case 2: {
         std::vector<float> points(size_t{2} * input_.ConsumeIntegralInRange<size_t>(0, 12));
-        for (float& level : points) level = Number();
+        for (float& level : points) level = Number(0, 1);
         return lumvik_set_tone_curve(context_, Integer(), points.data(), static_cast<int>(points.size() / 2));
       }
       case 3:
-        return lumvik_set_hsl(context_, Integer(), Number(), Number(), Number());
+        return lumvik_set_hsl(context_, Integer(), Number(-180, 180), Number(), Number());
       case 4:
-        return lumvik_set_split_toning(context_, Integer(), Number(), Number(), Number());
+        return lumvik_set_split_toning(context_, Integer(), Number(0, 360), Number(0, 100), Number());
       case 5:
-        return lumvik_set_crop(context_, Number(), Number(), Number(), Number());
+        return lumvik_set_crop(context_, Number(0, 1), Number(0, 1), Number(0, 1), Number(0, 1));
       case 6:
         return lumvik_set_flip_h(context_, Integer());
       case 7:
         return lumvik_set_flip_v(context_, Integer());
       default:
-        return lumvik_set_bg_blur(context_, Number());
+        return lumvik_set_bg_blur(context_, Number(0, 100));
     }
   }
 

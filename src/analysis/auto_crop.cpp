@@ -12,9 +12,9 @@ constexpr int kWidth = 512;
 constexpr float kAspect = 1.5F;
 constexpr float kMargin = 0.02F;
 
-// Single precision leaves 0.74999994 after 0.8: a scale of 0.75 is not tried.
-constexpr float kLargestScale = 1.0F;
-constexpr float kSmallestScale = 0.75F;
+// In single precision 0.8 - 0.05 is 0.74999994, so a scale of 0.75 is never tried.
+constexpr float kMaxScale = 1.0F;
+constexpr float kMinScale = 0.75F;
 constexpr float kScaleStep = 0.05F;
 
 int Truncated(float value) {
@@ -32,8 +32,8 @@ cv::Size CandidateSize(cv::Size frame, float aspect, float scale) {
   return {columns, std::min(Truncated(static_cast<float>(columns) / aspect), frame.height)};
 }
 
-// The mean interest, with a little for what lies on the thirds and for size. In single precision, where the
-// last bits of the sums are gone: candidates that hold the same have the same score.
+// The mean interest plus small bonuses for interest on the thirds and for size. Single precision drops the
+// rounding errors of the sums, so that candidates with the same content have the same score.
 float Score(const RectangleSums& interest, const cv::Rect& candidate, float scale) {
   const int area = candidate.area();
   const auto mean = static_cast<float>(interest(candidate) / area);
@@ -71,8 +71,8 @@ CropRectangle BestCrop(const cv::Mat& interest, float aspect, float margin) {
   const int top = Truncated(height * margin);
   CropRectangle best = {0, 0, 1, 1};
   float best_score = -1e9F;
-  float scale = kLargestScale;
-  while (scale >= kSmallestScale) {
+  float scale = kMaxScale;
+  while (scale >= kMinScale) {
     const cv::Size size = CandidateSize(frame, aspect, scale);
     const int step = std::max(Truncated(static_cast<float>(std::min(size.width, size.height)) * 0.05F), 1);
     for (int y = top; y + size.height + top <= frame.height; y += step) {
@@ -90,9 +90,9 @@ CropRectangle BestCrop(const cv::Mat& interest, float aspect, float margin) {
 }
 
 CropRectangle find_crop(const cv::Mat& image, float aspect, float margin) {
-  constexpr float kSmallestAspect = 0.01F;
+  constexpr float kMinAspect = 0.01F;
   if (image.empty()) return {0, 0, 1, 1};
-  return BestCrop(InterestMap(image), aspect > kSmallestAspect ? aspect : kAspect, margin);
+  return BestCrop(InterestMap(image), aspect > kMinAspect ? aspect : kAspect, margin);
 }
 
 CropRectangle AutoCrop(const ImageBuffer& image) {

@@ -1,4 +1,4 @@
-// Which part of a photograph to keep.
+// Suggests a crop.
 #ifndef LUMVIK_ANALYSIS_AUTO_CROP_H_
 #define LUMVIK_ANALYSIS_AUTO_CROP_H_
 
@@ -8,21 +8,20 @@
 
 namespace lumvik {
 
-// The interest around the four points where the lines of thirds of a candidate cross.
+// The sum of the interest around the four intersections of a candidate's lines of thirds.
 // NOLINTNEXTLINE(readability-identifier-naming): the measurements are named as the exported tools are
 float thirds_score(const RectangleSums& interest, const cv::Rect& candidate);
 
-// The crop of an interest map (CV_32FC1) with the best score, in fractions of its size. `aspect` is width
-// over height, `margin` the fraction to stay away from every edge, cut to whole pixels. The whole frame when
-// nothing fits.
+// The crop of an interest map (CV_32FC1) with the highest score, in fractions of its size. `aspect` is width
+// over height, `margin` the minimum distance to each edge as a fraction, truncated to whole pixels. Returns
+// the whole frame if nothing fits.
 CropRectangle BestCrop(const cv::Mat& interest, float aspect, float margin);
 
-// The same for an image (CV_32FC4). An aspect of at most 0.01 counts as 3:2; of an empty image the whole
-// frame is kept.
-// NOLINTNEXTLINE(readability-identifier-naming): likewise
+// The same for an image (CV_32FC4). An aspect of 0.01 or less means 3:2; an empty image keeps its whole
+// frame. NOLINTNEXTLINE(readability-identifier-naming): see above
 CropRectangle find_crop(const cv::Mat& image, float aspect, float margin);
 
-// 3:2 with margins of 2 %, found on a copy of the image (CV_16UC4, not empty) of 512 columns.
+// A 3:2 crop with margins of 2 %, found in a copy of the image (CV_16UC4, not empty) 512 pixels wide.
 CropRectangle AutoCrop(const ImageBuffer& image);
 
 }  // namespace lumvik

@@ -8,14 +8,14 @@
 namespace lumvik {
 namespace {
 
-// The lowest level, 0..1, at or below which half of the pixels lie; 0.5 when there are none.
+// The lowest level, 0..1, at or below which half of the pixels lie; 0.5 without pixels.
 float MedianLevel(const Histogram& counts) {
   const auto total = std::accumulate(counts.begin(), counts.end(), uint32_t{0});
   if (total == 0) return 0.5F;
-  uint32_t reached = 0;
+  uint32_t counted = 0;
   for (size_t bin = 0; bin < counts.size(); ++bin) {
-    reached += counts[bin];
-    if (reached >= total / 2) return static_cast<float>(bin) / 255.0F;
+    counted += counts[bin];
+    if (counted >= total / 2) return static_cast<float>(bin) / 255.0F;
   }
   return 1.0F;
 }

@@ -1,4 +1,4 @@
-// How much brighter or darker a photograph should be.
+// Suggests an exposure.
 #ifndef LUMVIK_ANALYSIS_AUTO_EXPOSURE_H_
 #define LUMVIK_ANALYSIS_AUTO_EXPOSURE_H_
 
@@ -6,7 +6,7 @@
 
 namespace lumvik {
 
-// In stops, -0.25..1: about a third of the way that takes the median to a level of 0.45.
+// In stops, -0.25..1: about a third of the shift that would bring the median to a level of 0.45.
 // NOLINTNEXTLINE(readability-identifier-naming): the measurements are named as the exported tools are
 float exposure_from_histogram(const Histogram& luminance);
 

@@ -51,7 +51,7 @@ float LeanOf(const std::vector<cv::Vec4i>& segments) {
     weights += length;
     weighted_angles += angle * length;
   }
-  // Subtracted from 0, as a negated 0 would be minus 0.
+  // Subtracted from 0 rather than negated, which could give -0.
   return weights > 0 ? 0.0F - std::clamp(weighted_angles / weights, -kMaxLean, kMaxLean) : 0.0F;
 }
 

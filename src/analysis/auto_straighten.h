@@ -1,4 +1,4 @@
-// How far a photograph leans.
+// Estimates the tilt of a photograph.
 #ifndef LUMVIK_ANALYSIS_AUTO_STRAIGHTEN_H_
 #define LUMVIK_ANALYSIS_AUTO_STRAIGHTEN_H_
 
@@ -8,11 +8,12 @@
 
 namespace lumvik {
 
-// Of segments x1, y1, x2, y2 in pixels: the mean angle to the horizontal of those within 30 degrees of it,
-// each weighted by its length. Degrees, positive where they rise to the right; 0 when there are none.
+// The mean angle of line segments (x1, y1, x2, y2 in pixels) to the horizontal, weighted by length. Segments
+// steeper than 30 degrees or at most 20 pixels long are ignored. In degrees, positive if they rise to the
+// right; 0 without segments.
 float LeanOf(const std::vector<cv::Vec4i>& segments);
 
-// Of the lines found in a copy of the image (CV_16UC4, not empty) of 800 columns.
+// The same for the lines found in a copy of the image (CV_16UC4, not empty) 800 pixels wide.
 float AutoStraighten(const ImageBuffer& image);
 
 }  // namespace lumvik

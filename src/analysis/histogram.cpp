@@ -13,27 +13,26 @@
 namespace lumvik {
 namespace {
 
-constexpr int kSamples = 4;  // a pixel's: red, green, blue, alpha
+constexpr int kSamples = 4;  // per pixel: red, green, blue, alpha
 
-// So many pixels, and their levels, stay in the first cache.
-constexpr int kBlock = 512;
+constexpr int kBlock = 512;  // pixels; they and their levels stay in L1
 
 float UnitOf(uint16_t code) {
   return static_cast<float>(code) * kUnitPerCode;
 }
 
-// A code of 65535 times 255 / 65535, rounded to nearest, in small integers: (code + 128) / 257.
+// code * 255 / 65535 rounded to nearest, which is (code + 128) / 257, without a division.
 uint32_t LevelOfCode(uint32_t code) {
   const uint32_t shifted = code + 128;
   return (shifted - (shifted >> 8)) >> 8;
 }
 
 uint32_t LevelOfUnit(float value) {
-  // NOLINTNEXTLINE(bugprone-incorrect-roundings): adding a half and cutting off is how a level is defined
+  // NOLINTNEXTLINE(bugprone-incorrect-roundings): levels are defined by adding a half and truncating
   return static_cast<uint32_t>(static_cast<int>(value * 255.0F + 0.5F));
 }
 
-// The four levels of each pixel in one word, red lowest, luminance highest.
+// Packs the four levels of each pixel into a word, red in the low byte, luminance in the high byte.
 void LevelsOf(const uint16_t* pixels, int count, uint32_t* levels) {
   for (int x = 0; x < count; ++x) {
     const uint16_t red = pixels[kSamples * x];
@@ -45,8 +44,8 @@ void LevelsOf(const uint16_t* pixels, int count, uint32_t* levels) {
   }
 }
 
-// Counts red with green and blue with luminance: incrementing a counter costs more than all else, and so
-// there are two for each pixel, not four. 256 KiB a table.
+// Joint histograms of red with green and of blue with luminance, 256 KiB each. The increments dominate the
+// cost, and this way a pixel takes two instead of four.
 class PairCounts {
  public:
   void Count(const uint32_t* levels, int count) {
@@ -90,14 +89,14 @@ void CountRow(const uint16_t* pixels, int columns, PairCounts& counts) {
 
 Histograms CountLevels(const ImageBuffer& image) {
   Histograms sum;
-  std::mutex sum_is_busy;
+  std::mutex sum_mutex;
   const auto count_rows = [&](const cv::Range& rows) {
     PairCounts counts;
     for (int y = rows.start; y < rows.end; ++y) CountRow(image.ptr<uint16_t>(y), image.cols, counts);
-    const std::lock_guard<std::mutex> lock(sum_is_busy);
+    const std::lock_guard<std::mutex> lock(sum_mutex);
     counts.AddTo(sum);
   };
-  // One part a thread: each has to clear and add up tables of its own.
+  // One stripe per thread, since each stripe clears and adds up its own tables.
   cv::parallel_for_(cv::Range(0, image.rows), count_rows, cv::getNumThreads());
   return sum;
 }

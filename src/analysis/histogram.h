@@ -1,4 +1,4 @@
-// How many pixels of an image have which level.
+// Histograms of an image.
 #ifndef LUMVIK_ANALYSIS_HISTOGRAM_H_
 #define LUMVIK_ANALYSIS_HISTOGRAM_H_
 
@@ -11,7 +11,7 @@ namespace lumvik {
 
 inline constexpr int kHistogramBins = 256;
 
-// Pixels by level: bin i counts the values that round to i / 255.
+// Bin i counts the values that round to i / 255.
 using Histogram = std::array<uint32_t, kHistogramBins>;
 
 struct Histograms {
@@ -21,7 +21,7 @@ struct Histograms {
   Histogram luminance{};
 };
 
-// Counts every pixel of the image (CV_16UC4) once in each histogram; alpha takes no part.
+// Counts every pixel of the image (CV_16UC4) once in each histogram; alpha is ignored.
 Histograms CountLevels(const ImageBuffer& image);
 
 }  // namespace lumvik

@@ -16,10 +16,10 @@ cv::Mat Smoothed(const cv::Mat& plane, double sigma) {
   return blurred;
 }
 
-cv::Mat SpreadOverUnit(const cv::Mat& plane) {
-  cv::Mat spread;
-  cv::normalize(plane, spread, 0, 1, cv::NORM_MINMAX);
-  return spread;
+cv::Mat NormalizedToUnit(const cv::Mat& plane) {
+  cv::Mat normalized;
+  cv::normalize(plane, normalized, 0, 1, cv::NORM_MINMAX);
+  return normalized;
 }
 
 cv::Mat Derivative(const cv::Mat& plane, int along_x, int along_y) {
@@ -28,14 +28,14 @@ cv::Mat Derivative(const cv::Mat& plane, int along_x, int along_y) {
   return derivative;
 }
 
-// What is left of the amplitudes when their neighborhood's usual course is taken away.
+// The amplitudes over their local geometric mean: subtracted as logarithms.
 cv::Mat ResidualAmplitude(const cv::Mat& amplitude) {
-  constexpr float kAboveZero = 1e-8F;
+  constexpr float kEpsilon = 1e-8F;
   cv::Mat residual;
-  cv::log(amplitude + cv::Scalar(kAboveZero), residual);
-  cv::Mat course;
-  cv::blur(residual, course, cv::Size(3, 3), cv::Point(-1, -1), cv::BORDER_REFLECT_101);
-  cv::exp(residual - course, residual);
+  cv::log(amplitude + cv::Scalar(kEpsilon), residual);
+  cv::Mat mean;
+  cv::blur(residual, mean, cv::Size(3, 3), cv::Point(-1, -1), cv::BORDER_REFLECT_101);
+  cv::exp(residual - mean, residual);
   return residual;
 }
 
@@ -55,7 +55,7 @@ cv::Mat spectral_saliency(const cv::Mat& luminance) {
   const cv::Mat residual = ResidualAmplitude(amplitude);
   cv::Mat phase;
   cv::phase(parts[0], parts[1], phase);
-  // The image whose spectrum has these phases and what is left of the amplitudes.
+  // Back to an image, with the phases as they were and the residual amplitudes.
   std::transform(
       phase.begin<float>(), phase.end<float>(), residual.begin<float>(), spectrum.begin<cv::Vec2f>(),
       [](float angle, float length) { return cv::Vec2f(std::cos(angle), std::sin(angle)) * length; });
@@ -63,13 +63,13 @@ cv::Mat spectral_saliency(const cv::Mat& luminance) {
   cv::Mat saliency;
   cv::extractChannel(spectrum, saliency, 0);
   cv::pow(saliency, 2, saliency);
-  return SpreadOverUnit(Smoothed(saliency, kSigma));
+  return NormalizedToUnit(Smoothed(saliency, kSigma));
 }
 
 cv::Mat edge_strength(const cv::Mat& luminance) {
   cv::Mat strength;
   cv::magnitude(Derivative(luminance, 1, 0), Derivative(luminance, 0, 1), strength);
-  return SpreadOverUnit(strength);
+  return NormalizedToUnit(strength);
 }
 
 cv::Mat InterestMap(const cv::Mat& image) {
@@ -80,7 +80,7 @@ cv::Mat InterestMap(const cv::Mat& image) {
   cv::Mat saliency;
   cv::resize(spectral_saliency(luminance), saliency, image.size(), 0, 0, cv::INTER_LINEAR);
   const cv::Mat interest = kEdgeWeight * edge_strength(luminance) + kSaliencyWeight * saliency;
-  return SpreadOverUnit(Smoothed(interest, static_cast<float>(image.cols) * kSigmaOfWidth));
+  return NormalizedToUnit(Smoothed(interest, static_cast<float>(image.cols) * kSigmaOfWidth));
 }
 
 }  // namespace lumvik

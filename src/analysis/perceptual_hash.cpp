@@ -31,7 +31,7 @@ Frequencies LowestFrequencies(const cv::Mat& gray) {
   return lowest;
 }
 
-// Leaves out the first, which is the mean brightness and far from all others.
+// Without the first, the mean brightness, which is far from all others.
 float MedianOfPatterns(Frequencies frequencies) {
   constexpr size_t kPatterns = std::tuple_size_v<Frequencies> - 1;
   float* const patterns = frequencies.data() + 1;
@@ -39,7 +39,7 @@ float MedianOfPatterns(Frequencies frequencies) {
   return patterns[kPatterns / 2];
 }
 
-// What a preview shows, in gray; empty when it cannot be decoded.
+// Empty if the preview cannot be decoded.
 cv::Mat GrayPreview(libraw_processed_image_t& preview) {
   if (preview.type == LIBRAW_IMAGE_JPEG) {
     return DecodeImage({preview.data, preview.data + preview.data_size}, cv::IMREAD_GRAYSCALE);

@@ -1,6 +1,5 @@
-// A 64-bit hash of how a picture looks. The hashes of a picture and of its reduced or recompressed copies
-// differ in few bits (DCT hash, after Zauner, "Implementation and Benchmarking of Perceptual Image Hash
-// Functions", 2010).
+// A 64-bit perceptual hash: images that look alike, such as resized or recompressed copies, differ in few
+// bits. DCT hash after C. Zauner, "Implementation and Benchmarking of Perceptual Image Hash Functions", 2010.
 #ifndef LUMVIK_ANALYSIS_PERCEPTUAL_HASH_H_
 #define LUMVIK_ANALYSIS_PERCEPTUAL_HASH_H_
 
@@ -20,12 +19,12 @@ enum class HashStatus {
   kPreviewUndecodable = -4,
 };
 
-// Of a gray image (CV_8UC1, not empty). A bit for each of the 8 x 8 lowest frequencies of the image at 32 x
-// 32, row by row from the most significant on: whether it is above the median of all of them but the mean
-// brightness. That one has its bit like the others.
+// The hash of a gray image (CV_8UC1, not empty). Each bit states whether one of the 8 x 8 lowest frequencies
+// of the image, resized to 32 x 32, exceeds their median, row by row from the most significant bit. The mean
+// brightness is left out of the median but has its bit.
 uint64_t PerceptualHash(const cv::Mat& gray);
 
-// Of an ordinary image, or of a RAW file's embedded preview. Writes `hash` on success only.
+// The hash of an ordinary image or of a RAW file's embedded preview. Writes `hash` on success only.
 HashStatus PerceptualHashOfFile(const std::string& path, uint64_t& hash);
 
 }  // namespace lumvik

@@ -11,7 +11,7 @@
 namespace lumvik {
 namespace {
 
-constexpr int kMinBlurSize = 3;
+constexpr int kMinKernelSize = 3;
 constexpr int kMaxKernelSize = 61;
 constexpr int kRgba = 4;
 constexpr float kToWeight = static_cast<float>(1.0 / 255.0);
@@ -29,7 +29,7 @@ bool IsOpaque(const cv::Mat& rgba) {
   return cv::countNonZero(alpha == 255) == static_cast<int>(alpha.total());
 }
 
-// Without the alpha of an opaque picture, which no blur changes: a quarter of the work.
+// Blurring leaves opaque alpha as it is, so it is left out, which saves a quarter of the work.
 cv::Mat BlurredRgba(const cv::Mat& rgba, int kernel_size) {
   cv::Mat image = rgba;
   if (IsOpaque(rgba)) cv::cvtColor(rgba, image, cv::COLOR_RGBA2RGB);
@@ -38,7 +38,7 @@ cv::Mat BlurredRgba(const cv::Mat& rgba, int kernel_size) {
   return blurred;
 }
 
-// Subject pixels stay, background pixels become blurred, on the subject's soft edge the two mix.
+// The mask is the opacity of the sharp image over the blurred one.
 template <int channels>
 void BlendRow(const uint8_t* mask, const uint8_t* blurred, uint8_t* rgba, int columns) {
   for (int x = 0; x < columns; ++x) {
@@ -74,7 +74,7 @@ void Blend(const cv::Mat& mask, const cv::Mat& blurred, cv::Mat& rgba) {
 
 int BackgroundBlurKernelSize(float bg_blur) {
   const int size = static_cast<int>(bg_blur / 100.0F * static_cast<float>(kMaxKernelSize)) | 1;
-  return std::clamp(size, kMinBlurSize, kMaxKernelSize);
+  return std::clamp(size, kMinKernelSize, kMaxKernelSize);
 }
 
 void RenderPreview(const ImageBuffer& rendered, const cv::Mat& mask, float bg_blur, cv::Mat& preview) {

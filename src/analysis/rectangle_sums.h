@@ -1,4 +1,4 @@
-// Sums over the rectangles of a plane.
+// Sums over rectangles of a plane.
 #ifndef LUMVIK_ANALYSIS_RECTANGLE_SUMS_H_
 #define LUMVIK_ANALYSIS_RECTANGLE_SUMS_H_
 
@@ -6,13 +6,13 @@
 
 namespace lumvik {
 
-// A summed-area table (F. C. Crow, "Summed-area tables for texture mapping", SIGGRAPH 1984): four look-ups
-// for a sum, however large the rectangle is.
+// A summed-area table (F. C. Crow, "Summed-area tables for texture mapping", SIGGRAPH 1984): four lookups per
+// sum, whatever the size of the rectangle.
 class RectangleSums {
  public:
   explicit RectangleSums(const cv::Mat& plane) { cv::integral(plane, table_, CV_64F); }
 
-  // `rectangle` lies within the plane.
+  // `rectangle` must lie within the plane.
   double operator()(const cv::Rect& rectangle) const {
     const auto* above = table_.ptr<double>(rectangle.y);
     const auto* below = table_.ptr<double>(rectangle.y + rectangle.height);
@@ -23,7 +23,7 @@ class RectangleSums {
   cv::Size PlaneSize() const { return {table_.cols - 1, table_.rows - 1}; }
 
  private:
-  cv::Mat table_;  // one row and one column more than the plane; CV_64FC1
+  cv::Mat table_;  // CV_64FC1, one row and one column larger than the plane
 };
 
 }  // namespace lumvik

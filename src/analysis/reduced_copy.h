@@ -1,4 +1,4 @@
-// The small copies of a photograph on which the automatic tools measure.
+// The small copies that the automatic tools work on.
 #ifndef LUMVIK_ANALYSIS_REDUCED_COPY_H_
 #define LUMVIK_ANALYSIS_REDUCED_COPY_H_
 
@@ -6,12 +6,12 @@
 
 namespace lumvik {
 
-// `image`, which is not empty, in its own proportions at `width` columns. The height is cut to whole pixels
-// and lies between 1 and 32768: a picture one pixel wide and 4096 high would need 25 GB otherwise.
+// Resizes `image` (not empty) to `width` columns, keeping its proportions. The height is truncated to whole
+// pixels and clamped to 1..32768; without that limit, an image of 1 x 4096 pixels would take 25 GB.
 ImageBuffer ReducedCopy(const ImageBuffer& image, int width);
 
-// The luminance (CV_32FC1) of a CV_32FC4 image in OpenCV's matrix arithmetic. Luminance() differs from it
-// in the last bit, which spectral_saliency() takes for a structure where a spectrum should vanish.
+// The luminance (CV_32FC1) of a CV_32FC4 image, in OpenCV's matrix arithmetic. Luminance() differs in the
+// last bit, which spectral_saliency() amplifies into structure where the spectrum should be zero.
 cv::Mat WeightedLuminance(const cv::Mat& rgba);
 
 }  // namespace lumvik

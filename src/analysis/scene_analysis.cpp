@@ -12,9 +12,9 @@ namespace lumvik {
 namespace {
 
 constexpr int kSceneWidth = 512;
-constexpr float kClippedShare = 0.01F;  // of the pixels: fewer may be black or white
+constexpr float kClippedShare = 0.01F;  // of the pixels may be black or white without a correction
 
-// Standard deviation of the levels 0..1.
+// Standard deviation of the levels, 0..1.
 float Spread(const Histogram& counts) {
   double total = 0;
   double sum = 0;
@@ -29,10 +29,10 @@ float Spread(const Histogram& counts) {
   return static_cast<float>(std::sqrt(std::max(sum_of_squares / total - mean * mean, 0.0)));
 }
 
-// More for narrow histograms, less for wide ones.
+// The narrower the histogram, the more.
 float ContrastFor(float spread) {
-  constexpr float kUsualSpread = 0.15F;
-  return std::clamp((kUsualSpread - spread) / kUsualSpread * 22.0F, -15.0F, 28.0F);
+  constexpr float kTypicalSpread = 0.15F;
+  return std::clamp((kTypicalSpread - spread) / kTypicalSpread * 22.0F, -15.0F, 28.0F);
 }
 
 float HighlightsFor(float white_share) {
@@ -44,7 +44,7 @@ float ShadowsFor(float black_share) {
   return std::clamp(lift, 15.0F, 25.0F);
 }
 
-// More for images with little detail, by the standard deviation of their Laplacian.
+// The less detail, the more. Detail is measured as the standard deviation of the Laplacian.
 float LuminanceNoiseReductionFor(const cv::Mat& luminance) {
   constexpr float kDetailed = 0.1F;
   cv::Mat detail;

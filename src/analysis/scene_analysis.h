@@ -1,4 +1,4 @@
-// A whole set of suggested adjustments.
+// Suggests a complete set of adjustments.
 #ifndef LUMVIK_ANALYSIS_SCENE_ANALYSIS_H_
 #define LUMVIK_ANALYSIS_SCENE_ANALYSIS_H_
 
@@ -9,10 +9,10 @@
 
 namespace lumvik {
 
-// One value for each of the leading adjustments, in their order. See lumvik_auto_enhance() for the ranges.
+// One value for each of the first adjustments, in their order. For the ranges see lumvik_auto_enhance().
 using Suggestions = std::array<float, LUMVIK_ENHANCE_SLOTS>;
 
-// The slots that have a use; the others are 0.
+// The slots in use; all others are 0.
 enum SuggestionSlot {
   kExposureSlot = 0,
   kContrastSlot = 2,
@@ -28,7 +28,7 @@ enum SuggestionSlot {
   kNrColorSlot = 15
 };
 
-// Measured on a copy of the image (CV_16UC4) of 512 columns; all 0 for an empty image.
+// Measured on a copy of the image (CV_16UC4) 512 pixels wide; all 0 for an empty image.
 // NOLINTNEXTLINE(readability-identifier-naming): the measurements are named as the exported tools are
 Suggestions analyze_scene(const ImageBuffer& image);
 

@@ -1,4 +1,4 @@
-// Suggestions from the undeveloped photograph.
+// The automatic tools, which work on the undeveloped image.
 #include <algorithm>
 
 #include "analysis/auto_crop.h"

@@ -1,4 +1,4 @@
-// The subject alone.
+// Cuts out the subject.
 #ifndef LUMVIK_SEGMENTATION_SUBJECT_CUTOUT_H_
 #define LUMVIK_SEGMENTATION_SUBJECT_CUTOUT_H_
 
@@ -6,8 +6,8 @@
 
 namespace lumvik {
 
-// The rendered image with the mask (CV_8UC1) as its alpha, CV_8UC4 in the encoders' channel order, blue
-// first. Throws cv::Exception when the two differ in size.
+// The rendered image with the mask (CV_8UC1) as alpha: CV_8UC4 in BGRA order, as encoders take it. Throws
+// cv::Exception if the sizes differ.
 cv::Mat SubjectCutout(const ImageBuffer& rendered, const cv::Mat& mask);
 
 }  // namespace lumvik

@@ -6,21 +6,20 @@
 namespace lumvik {
 namespace {
 
-// GrabCut costs seconds for every megapixel.
-constexpr int kMaxWorkingSide = 512;
+constexpr int kMaxWorkingSide = 512;  // GrabCut takes seconds per megapixel
 constexpr int kIterations = 5;
 constexpr double kSubject = 255;
 constexpr double kThreshold = 127;
 
-// The middle of the rectangle on an axis of `length` pixels.
+// The center of the rectangle along an axis of `length` pixels.
 int CenterOf(int length, float fraction) {
   if (!(fraction >= 0)) return length / 2;
-  // Anywhere beyond 1.3 the rectangle is empty; the bound keeps the product within an integer.
+  // Beyond 1.3 the rectangle is empty anyway; the bound keeps the product within the range of int.
   constexpr float kFarOutside = 4.0F;
   return static_cast<int>(static_cast<float>(length) * std::min(fraction, kFarOutside));
 }
 
-// Undeveloped, 8 bits, blue first.
+// 8-bit BGR of at most kMaxWorkingSide.
 cv::Mat WorkingImage(const ImageBuffer& image) {
   cv::Mat bgr = ToBgr8(image);
   const int long_side = std::max(bgr.cols, bgr.rows);
@@ -30,7 +29,7 @@ cv::Mat WorkingImage(const ImageBuffer& image) {
   return bgr;
 }
 
-// GrabCut's label of every pixel; empty when it fails, as it does for an empty rectangle.
+// GrabCut's label of each pixel; empty if it fails, as for an empty rectangle.
 cv::Mat Labels(const cv::Mat& bgr, const cv::Rect& rectangle) try {
   cv::Mat labels = cv::Mat::zeros(bgr.size(), CV_8U);
   cv::Mat background_model;
@@ -45,7 +44,7 @@ void Binarize(cv::Mat& mask) {
   cv::threshold(mask, mask, kThreshold, kSubject, cv::THRESH_BINARY);
 }
 
-// 255 or 0, without the labels' ragged outline, holes and specks.
+// 255 or 0, with a smooth outline and without holes and specks.
 cv::Mat CleanMask(const cv::Mat& labels) {
   cv::Mat mask = (labels == cv::GC_FGD) | (labels == cv::GC_PR_FGD);
   cv::GaussianBlur(mask, mask, cv::Size(5, 5), 0);

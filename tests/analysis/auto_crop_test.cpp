@@ -7,7 +7,7 @@
 
 namespace lumvik {
 
-// Found by its namespace.
+// In the namespace of the type, where argument-dependent lookup finds it.
 static bool operator==(const CropRectangle& a, const CropRectangle& b) {
   return a.x == b.x && a.y == b.y && a.w == b.w && a.h == b.h;
 }
@@ -32,7 +32,7 @@ cv::Mat NoisePlane(cv::Size size, uint64_t seed) {
   return plane;
 }
 
-// In pixels of a frame.
+// Of a crop in pixels.
 CropRectangle Fractions(const cv::Rect& crop, cv::Size frame) {
   const auto width = static_cast<float>(frame.width);
   const auto height = static_cast<float>(frame.height);
@@ -40,7 +40,7 @@ CropRectangle Fractions(const cv::Rect& crop, cv::Size frame) {
           static_cast<float>(crop.width) / width, static_cast<float>(crop.height) / height};
 }
 
-// Whose interest grows with `row` and `column`.
+// Interest that grows by `row` per row and by `column` per column.
 cv::Mat Ramp(cv::Size size, float row, float column) {
   cv::Mat plane(size, CV_32F);
   for (int y = 0; y < plane.rows; ++y) {
@@ -55,7 +55,7 @@ TEST(RectangleSums, AreThoseOfThePixels) {
   const cv::Mat plane = NoisePlane({37, 23}, 1);
   const RectangleSums sums(plane);
   EXPECT_EQ(sums.PlaneSize(), plane.size());
-  cv::Mat exact;  // cv::sum() adds some floats as floats
+  cv::Mat exact;  // cv::sum() partly adds floats in single precision
   plane.convertTo(exact, CV_64F);
   for (const cv::Rect& r : {cv::Rect(0, 0, 37, 23), cv::Rect(0, 0, 1, 1), cv::Rect(36, 22, 1, 1),
                             cv::Rect(5, 7, 20, 3), cv::Rect(4, 4, 0, 0)}) {
@@ -63,8 +63,8 @@ TEST(RectangleSums, AreThoseOfThePixels) {
   }
 }
 
-TEST(ThirdsScore, SumsTheSquaresAroundTheFourPoints) {
-  // A radius of 2 around 30 and 50 across, 23.3 and 36.7 down.
+TEST(ThirdsScore, SumsTheSquaresAroundTheFourIntersections) {
+  // Squares of radius 2 around the columns 30 and 50 and the rows 23.3 and 36.7.
   const cv::Rect candidate(10, 10, 60, 40);
   EXPECT_EQ(thirds_score(RectangleSums(Plane({100, 100}, 1)), candidate), 64);
   const auto score_of_pixel = [&](int x, int y) {
@@ -82,7 +82,7 @@ TEST(ThirdsScore, SumsTheSquaresAroundTheFourPoints) {
   }
 }
 
-TEST(ThirdsScore, OfSmallCandidatesIsNothing) {
+TEST(ThirdsScore, IsZeroForSmallCandidates) {
   EXPECT_EQ(thirds_score(RectangleSums(Plane({100, 100}, 1)), {5, 5, 12, 12}), 0);
   EXPECT_EQ(thirds_score(RectangleSums(Plane({100, 100}, 1)), {5, 5, 13, 13}), 16);
 }
@@ -99,27 +99,27 @@ TEST(ThirdsScore, EqualsTheReference) {
   }
 }
 
-TEST(BestCrop, OfALandscapeTheFullScaleDoesNotFit) {
+TEST(BestCrop, MarginsRuleOutTheFullScaleOfALandscape) {
   const cv::Size frame(512, 341);
   EXPECT_EQ(BestCrop(Plane(frame), kAspect, kMargin), Fractions({10, 6, 484, 323}, frame));
 }
 
-TEST(BestCrop, OfAPortraitIsALandscapeBand) {
+TEST(BestCrop, IsALandscapeBandOfAPortrait) {
   const cv::Size frame(512, 768);
   EXPECT_EQ(BestCrop(Plane(frame), kAspect, kMargin), Fractions({10, 15, 486, 324}, frame));
 }
 
-// Without interest the largest candidate that fits is best, and the earliest of these.
-TEST(BestCrop, ScalesAreTriedDownTo80Percent) {
+// Without any interest the first of the largest candidates that fit wins.
+TEST(BestCrop, TriesScalesDownTo80Percent) {
   const cv::Size frame(600, 400);
   EXPECT_EQ(BestCrop(Plane(frame), kAspect, 0), Fractions({0, 0, 600, 400}, frame));
   EXPECT_EQ(BestCrop(Plane(frame), kAspect, 0.04F), Fractions({24, 16, 540, 360}, frame));
   EXPECT_EQ(BestCrop(Plane(frame), kAspect, 0.0999F), Fractions({59, 39, 478, 319}, frame))
-      << "single precision arrives at 0.79999995";
+      << "the scale is 0.79999995 in single precision";
   EXPECT_EQ(BestCrop(Plane(frame), kAspect, 0.11F), kWholeFrame);
 }
 
-TEST(BestCrop, TiesKeepTheEarlierCandidate) {
+TEST(BestCrop, TheFirstOfEqualCandidatesWins) {
   for (const double level : {0.0, 0.1, 0.5, 1.0}) {
     const CropRectangle crop = BestCrop(Plane({512, 768}, level), kAspect, kMargin);
     EXPECT_EQ(crop.x, 10 / 512.0F) << level;
@@ -150,7 +150,7 @@ TEST(BestCrop, EqualsTheReference) {
   }
 }
 
-// Many equal scores: the last bits of the sums, which differ, must not decide.
+// Many equal scores: rounding errors of the sums must not decide between them.
 TEST(BestCrop, EqualsTheReferenceWhereScoresTie) {
   for (const cv::Size frame : {cv::Size(512, 341), cv::Size(512, 768)}) {
     const cv::Mat noise = NoisePlane(frame, 9);
@@ -165,11 +165,11 @@ TEST(BestCrop, EqualsTheReferenceWhereScoresTie) {
   }
 }
 
-TEST(FindCrop, OfAnEmptyImageIsTheWholeFrame) {
+TEST(FindCrop, KeepsTheWholeFrameOfAnEmptyImage) {
   EXPECT_EQ(find_crop({}, kAspect, kMargin), kWholeFrame);
 }
 
-TEST(FindCrop, AnAspectOfNothingIsThreeToTwo) {
+TEST(FindCrop, AnAspectBelowTheMinimumMeansThreeToTwo) {
   const cv::Mat image = ToRgbaFloat(test::Photograph("cat.jpg", 300));
   const CropRectangle crop = find_crop(image, kAspect, kMargin);
   EXPECT_EQ(find_crop(image, 0.01F, kMargin), crop);
@@ -177,7 +177,7 @@ TEST(FindCrop, AnAspectOfNothingIsThreeToTwo) {
   EXPECT_FALSE(find_crop(image, 1, kMargin) == crop);
 }
 
-TEST(AutoCrop, KeepsItsDistanceFromEveryEdge) {
+TEST(AutoCrop, KeepsTheMarginToEveryEdge) {
   for (const cv::Size size :
        {cv::Size(600, 400), cv::Size(400, 600), cv::Size(500, 500), cv::Size(900, 200)}) {
     const CropRectangle crop = AutoCrop(test::ResizedPhotograph("cat.jpg", size));
@@ -193,7 +193,7 @@ TEST(AutoCrop, KeepsItsDistanceFromEveryEdge) {
   }
 }
 
-TEST(AutoCrop, TurnsToWhatStandsOut) {
+TEST(AutoCrop, ContainsWhatStandsOut) {
   cv::Mat image(800, 600, CV_16UC4, cv::Scalar::all(20000));
   test::NoiseImage({200, 150}, 5).copyTo(image(cv::Rect(300, 600, 200, 150)));
   EXPECT_GT(AutoCrop(image).y, 0.4F);
@@ -216,7 +216,7 @@ TEST(AutoCrop, EqualsTheReference) {
   }
 }
 
-TEST(AutoCrop, EqualsTheReferenceOnImagesWithoutAnythingOfInterest) {
+TEST(AutoCrop, EqualsTheReferenceOnFeaturelessImages) {
   for (const cv::Size size : {cv::Size(600, 400), cv::Size(400, 600)}) {
     for (const double level : {0.0, 30000.0, 65535.0}) {
       const ImageBuffer flat(size, CV_16UC4, cv::Scalar::all(level));

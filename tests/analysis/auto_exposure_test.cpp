@@ -16,7 +16,7 @@ Histogram Counts(const std::vector<size_t>& levels) {
   return counts;
 }
 
-// Two pixels, for a single one is not its own median.
+// Two pixels, since half of one pixel is truncated to 0.
 float SuggestedAt(size_t level) {
   return exposure_from_histogram(Counts({level, level}));
 }
@@ -25,13 +25,13 @@ ImageBuffer Gray(cv::Size size, double code) {
   return {size, CV_16UC4, cv::Scalar(code, code, code, 65535)};
 }
 
-TEST(ExposureFromHistogram, BringsTheMedianAThirdOfTheWay) {
+TEST(ExposureFromHistogram, MovesTheMedianAThirdOfTheWay) {
   EXPECT_NEAR(SuggestedAt(115), -0.0011F, 5e-5F);
   EXPECT_NEAR(SuggestedAt(64), 0.29482F, 5e-5F);
   EXPECT_NEAR(SuggestedAt(150), -0.13526F, 5e-5F);
 }
 
-TEST(ExposureFromHistogram, StaysWithinAQuarterDownAndOneUp) {
+TEST(ExposureFromHistogram, StaysBetweenMinusAQuarterAndOne) {
   EXPECT_EQ(SuggestedAt(0), 1.0F);
   EXPECT_EQ(SuggestedAt(15), 1.0F);
   EXPECT_LT(SuggestedAt(16), 1.0F);
@@ -40,17 +40,18 @@ TEST(ExposureFromHistogram, StaysWithinAQuarterDownAndOneUp) {
   EXPECT_EQ(SuggestedAt(255), -0.25F);
 }
 
-TEST(ExposureFromHistogram, TheMedianIsWhereHalfIsReached) {
+TEST(ExposureFromHistogram, TheMedianIsTheFirstLevelThatReachesHalf) {
   EXPECT_EQ(exposure_from_histogram(Counts({100, 200})), SuggestedAt(100));
   EXPECT_EQ(exposure_from_histogram(Counts({100, 120, 140, 200})), SuggestedAt(120));
-  EXPECT_EQ(exposure_from_histogram(Counts({100, 120, 200})), SuggestedAt(100)) << "half of 3 is cut to 1";
+  EXPECT_EQ(exposure_from_histogram(Counts({100, 120, 200})), SuggestedAt(100))
+      << "half of 3 is truncated to 1";
 }
 
-TEST(ExposureFromHistogram, OfASinglePixelTheHalfIsReachedAtOnce) {
+TEST(ExposureFromHistogram, HalfOfASinglePixelIsZero) {
   EXPECT_EQ(exposure_from_histogram(Counts({255})), 1.0F);
 }
 
-TEST(ExposureFromHistogram, WithoutPixelsTheMedianIsInTheMiddle) {
+TEST(ExposureFromHistogram, TheMedianIsOneHalfWithoutPixels) {
   EXPECT_NEAR(exposure_from_histogram({}), -0.0532F, 5e-5F);
 }
 
@@ -63,13 +64,13 @@ TEST(ExposureFromHistogram, EqualsTheReference) {
   }
 }
 
-TEST(AutoExposure, OfUniformImages) {
+TEST(AutoExposure, IsKnownForUniformImages) {
   EXPECT_EQ(AutoExposure(Gray({30, 20}, 0)), 1.0F);
   EXPECT_EQ(AutoExposure(Gray({30, 20}, 65535)), -0.25F);
   EXPECT_NEAR(AutoExposure(Gray({30, 20}, 0.45 * 65535)), -0.0011F, 5e-5F);
 }
 
-TEST(AutoExposure, WeighsTheChannelsAsLuminance) {
+TEST(AutoExposure, WeightsTheChannelsAsLuminance) {
   const auto full = [](double red, double green, double blue) {
     return AutoExposure({8, 8, CV_16UC4, cv::Scalar(red, green, blue, 0) * 65535.0});
   };
@@ -78,7 +79,7 @@ TEST(AutoExposure, WeighsTheChannelsAsLuminance) {
   EXPECT_EQ(full(0, 0, 1), SuggestedAt(18));
 }
 
-TEST(AutoExposure, CountsThePixelsOfTheCopyWhateverTheProportions) {
+TEST(AutoExposure, CountsTheSquareCopyOfAnyImage) {
   ImageBuffer image = Gray({3000, 10}, 0.2 * 65535);
   image.colRange(0, 1400).setTo(cv::Scalar::all(0.6 * 65535));
   EXPECT_EQ(AutoExposure(image), SuggestedAt(51));

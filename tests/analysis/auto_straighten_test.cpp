@@ -22,7 +22,7 @@ cv::Mat Background(cv::Size size = {800, 533}) {
   return {size, CV_16UC4, cv::Scalar(15000, 15000, 15000, 65535)};
 }
 
-// A bright ground below a horizon through the center that rises to the right by `degrees`.
+// Bright ground below a horizon through the center that rises to the right by `degrees`.
 ImageBuffer Horizon(double degrees, cv::Size size = {800, 533}) {
   cv::Mat image = Background(size);
   for (int y = 0; y < image.rows; ++y) {
@@ -46,23 +46,22 @@ TEST(LeanOf, ASegmentMayBeDrawnFromRightToLeft) {
   EXPECT_EQ(LeanOfOne(799, 400, 0, 400), 0);
 }
 
-TEST(LeanOf, LinesOfMoreThan30DegreesHaveNoVote) {
-  // The end of the line is a whole pixel, which turns it by 1.2e-5 degrees.
-  constexpr double kOfAPixel = 2e-5;
+TEST(LeanOf, IgnoresSegmentsSteeperThan30Degrees) {
+  constexpr double kTolerance = 2e-5;  // the end is rounded to a whole pixel, up to 1.2e-5 degrees away
   const auto lean_at = [](double degrees) {
     return LeanOfOne(0, 0, 1000000, cvRound(-1000000 * std::tan(degrees * kDegree)));
   };
   EXPECT_NEAR(lean_at(29.9), 29.9, 1e-4);
-  EXPECT_NEAR(lean_at(30), 30, kOfAPixel);
+  EXPECT_NEAR(lean_at(30), 30, kTolerance);
   EXPECT_EQ(lean_at(30.01), 0);
   EXPECT_EQ(lean_at(30.5), 0);
-  EXPECT_NEAR(lean_at(-30), -30, kOfAPixel);
+  EXPECT_NEAR(lean_at(-30), -30, kTolerance);
   EXPECT_EQ(lean_at(-30.5), 0);
   EXPECT_EQ(LeanOfOne(5, 0, 5, 500), 0);
   EXPECT_EQ(LeanOfOne(5, 500, 5, 0), 0);
 }
 
-TEST(LeanOf, OnlySegmentsOfMoreThan20PixelsVote) {
+TEST(LeanOf, IgnoresSegmentsOfUpTo20Pixels) {
   EXPECT_EQ(LeanOfOne(0, 0, 16, 12), 0) << "steep";
   EXPECT_EQ(LeanOf({{0, 0, 20, 0}, {0, 100, 100, 90}}), LeanOfOne(0, 100, 100, 90));
   EXPECT_NE(LeanOf({{0, 0, 21, 0}, {0, 100, 100, 90}}), LeanOfOne(0, 100, 100, 90));
@@ -70,14 +69,14 @@ TEST(LeanOf, OnlySegmentsOfMoreThan20PixelsVote) {
   EXPECT_GT(LeanOfOne(0, 5, 20, 0), 14);
 }
 
-TEST(LeanOf, LongerSegmentsWeighMore) {
-  // 300 at 0 degrees, 100 at 11.3099 rising.
+TEST(LeanOf, WeightsSegmentsByLength) {
+  // 300 pixels at 0 degrees, 102 pixels rising by 11.3099 degrees, and a vertical.
   const std::vector<cv::Vec4i> segments = {{0, 0, 300, 0}, {0, 300, 100, 280}, {0, 0, 0, 900}};
   const double length = std::sqrt(100.0 * 100 + 20 * 20);
   EXPECT_NEAR(LeanOf(segments), 11.3099 * length / (300 + length), 1e-3);
 }
 
-TEST(LeanOf, WithoutSegmentsIsNone) {
+TEST(LeanOf, IsZeroWithoutSegments) {
   EXPECT_EQ(LeanOf({}), 0);
 }
 
@@ -99,13 +98,13 @@ TEST(AutoStraighten, MeasuresATiltedHorizon) {
   }
 }
 
-TEST(AutoStraighten, TheSizeOfThePhotographDoesNotMatter) {
+TEST(AutoStraighten, MeasuresAtAnySize) {
   EXPECT_NEAR(AutoStraighten(Horizon(5, {300, 200})), 5, 0.6);
   EXPECT_NEAR(AutoStraighten(Horizon(5, {2000, 1333})), 5, 0.6);
   EXPECT_NEAR(AutoStraighten(Horizon(5, {800, 1200})), 5, 0.6);
 }
 
-// The line search returns short pieces of a thin line, each on whole pixels.
+// The line search breaks a thin line into short pieces between whole pixels.
 TEST(AutoStraighten, MeasuresAThinLine) {
   cv::Mat image = Background();
   cv::line(image, {0, 400}, {799, 380}, cv::Scalar::all(60000), 2, cv::LINE_8);
@@ -113,14 +112,14 @@ TEST(AutoStraighten, MeasuresAThinLine) {
   EXPECT_GT(AutoStraighten(image), 0.3);
 }
 
-TEST(AutoStraighten, VerticalAndSteepLinesReportNothing) {
+TEST(AutoStraighten, IsZeroForVerticalAndSteepLines) {
   cv::Mat upright = Background();
   for (int x = 100; x < 800; x += 150) upright.colRange(x, x + 40).setTo(cv::Scalar::all(50000));
   EXPECT_EQ(AutoStraighten(upright), 0);
   EXPECT_EQ(AutoStraighten(Horizon(45)), 0);
 }
 
-TEST(AutoStraighten, AnImageWithoutLinesReportsNothing) {
+TEST(AutoStraighten, IsZeroWithoutLines) {
   EXPECT_EQ(AutoStraighten(Background()), 0);
   EXPECT_EQ(AutoStraighten(Background({4096, 1})), 0);
   EXPECT_EQ(AutoStraighten(Background({1, 1})), 0);

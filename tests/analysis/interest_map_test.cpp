@@ -9,8 +9,8 @@
 namespace lumvik {
 namespace {
 
-// Noise up to a level, but for a bright square.
-cv::Mat Square(const cv::Rect& place, double noise) {
+// A bright rectangle on noise of values up to `noise`.
+cv::Mat BrightRectangle(const cv::Rect& place, double noise) {
   cv::Mat luminance(128, 192, CV_32F);
   cv::RNG(3).fill(luminance, cv::RNG::UNIFORM, 0, noise);
   luminance(place).setTo(0.8);
@@ -31,25 +31,25 @@ void ExpectFromZeroToOne(const cv::Mat& plane) {
   EXPECT_NEAR(largest, 1, 1e-6);
 }
 
-TEST(EdgeStrength, IsHighestAlongAStepAndNothingElsewhere) {
-  const cv::Mat edges = edge_strength(Square({60, 40, 30, 20}, 0));
+TEST(EdgeStrength, IsHighestAlongAStepAndZeroElsewhere) {
+  const cv::Mat edges = edge_strength(BrightRectangle({60, 40, 30, 20}, 0));
   ASSERT_EQ(edges.size(), cv::Size(192, 128));
   ExpectFromZeroToOne(edges);
   EXPECT_EQ(edges.at<float>(50, 10), 0);
   EXPECT_EQ(edges.at<float>(50, 75), 0);
   EXPECT_EQ(edges.at<float>(50, 59), edges.at<float>(50, 60));
-  EXPECT_EQ(edges.at<float>(50, 59), edges.at<float>(39, 70)) << "across and down alike";
+  EXPECT_EQ(edges.at<float>(50, 59), edges.at<float>(39, 70)) << "the same in both directions";
   EXPECT_GT(edges.at<float>(50, 59), 0.9F);
 }
 
-TEST(EdgeStrength, OfAFlatImageIsNothing) {
+TEST(EdgeStrength, IsZeroForAFlatImage) {
   EXPECT_EQ(cv::countNonZero(edge_strength(cv::Mat(20, 30, CV_32F, cv::Scalar(0.4)))), 0);
 }
 
 TEST(SpectralSaliency, FindsWhatStandsOut) {
   for (const cv::Rect& place :
        {cv::Rect(30, 30, 12, 10), cv::Rect(96, 20, 12, 10), cv::Rect(140, 80, 12, 10)}) {
-    const cv::Mat saliency = spectral_saliency(Square(place, 0.05));
+    const cv::Mat saliency = spectral_saliency(BrightRectangle(place, 0.05));
     ASSERT_EQ(saliency.size(), cv::Size(64, 64));
     ExpectFromZeroToOne(saliency);
     const cv::Point brightest = Brightest(saliency);
@@ -65,7 +65,7 @@ TEST(InterestMap, HasTheSizeOfTheImage) {
   ExpectFromZeroToOne(interest);
 }
 
-TEST(InterestMap, AndItsPartsEqualTheReference) {
+TEST(InterestMap, EqualsTheReferenceInAllItsParts) {
   std::vector<cv::Mat> images = {test::Photograph("cat.jpg", 320),
                                  test::Photograph("tower_orientation8.jpg", 512)};
   for (const cv::Size size : test::OddSizes()) images.push_back(test::NoiseImage(size, 7));

@@ -66,7 +66,7 @@ class PerceptualHashOfFileTest : public ::testing::Test {
   const TempDir dir_;
 };
 
-TEST(PerceptualHash, IsThePlainOne) {
+TEST(PerceptualHash, EqualsTheReference) {
   std::vector<cv::Size> sizes = OddSizes();
   sizes.insert(sizes.end(), {{20, 10}, {32, 32}, {33, 31}, {256, 171}, {1000, 2}});
   uint64_t seed = 0;
@@ -81,24 +81,24 @@ TEST(PerceptualHash, IsThePlainOne) {
   }
 }
 
-TEST(PerceptualHash, LeavesTheImageAsItIs) {
+TEST(PerceptualHash, LeavesTheImageUnchanged) {
   const cv::Mat gray = Noise({32, 32}, 1);
   const cv::Mat before = gray.clone();
   PerceptualHash(gray);
   EXPECT_TRUE(SameBytes(gray, before));
 }
 
-// Of 63 different values 31 lie above the one in the middle.
+// Of 63 distinct values 31 lie above the median.
 TEST(PerceptualHash, DistinctFrequenciesSetHalfOfTheBits) {
   for (uint64_t seed = 0; seed < 100; ++seed) {
     const cv::Mat gray = Noise({61, 47}, seed);
     const uint64_t hash = PerceptualHash(gray);
     EXPECT_EQ(BitsOf(hash & ~(uint64_t{1} << 63)), 31U) << seed;
-    EXPECT_EQ(hash >> 63, 1U) << seed;  // a mean brightness of 127 is above all patterns in noise
+    EXPECT_EQ(hash >> 63, 1U) << seed;  // the mean brightness of 127 exceeds all other frequencies of noise
   }
 }
 
-// A dark picture with strong patterns: its mean brightness is below the middle of them.
+// One bright pixel in a black image: its mean brightness may lie on either side of the median.
 TEST(PerceptualHash, TheFirstBitComparesTheMeanWithTheMedian) {
   int below = 0;
   for (uint64_t seed = 0; seed < 20; ++seed) {
@@ -116,7 +116,7 @@ TEST(PerceptualHash, TheFirstBitComparesTheMeanWithTheMedian) {
   EXPECT_LT(below, 17);
 }
 
-TEST_F(PerceptualHashOfFileTest, OrdinaryImagesAreReadInGrayAndReduced) {
+TEST_F(PerceptualHashOfFileTest, ReadsOrdinaryImagesInGrayAndReducesThem) {
   for (const char* name : {"cat.jpg", "eiffel_gps_north_east.jpg", "tower_orientation8.jpg"}) {
     const cv::Mat gray = cv::imread(kData + name, cv::IMREAD_GRAYSCALE);
     EXPECT_EQ(HashOf(kData + name), reference::PerceptualHash(Reduced(gray))) << name;
@@ -127,12 +127,12 @@ TEST_F(PerceptualHashOfFileTest, OrdinaryImagesAreReadInGrayAndReduced) {
   }
 }
 
-TEST_F(PerceptualHashOfFileTest, VeryLongImagesHaveAHash) {
+TEST_F(PerceptualHashOfFileTest, HashesVeryLongImages) {
   EXPECT_NE(HashOf(Write("a.png", Noise({10000, 1}, 2))), 0U);
   EXPECT_NE(HashOf(Write("a.png", Noise({1, 10000}, 2))), 0U);
 }
 
-TEST_F(PerceptualHashOfFileTest, AJpegPreviewIsDecodedInGray) {
+TEST_F(PerceptualHashOfFileTest, DecodesJpegPreviewsInGray) {
   for (const std::string& path : {kData + "jpeg_thumb.dng", kData + "uncompressed.ARW",
                                   std::string(LUMVIK_SAMPLES "/sample_small.ARW")}) {
     const cv::Mat gray = cv::imdecode(DeliveredPreview(ReadBytes(path)), cv::IMREAD_GRAYSCALE);
@@ -140,9 +140,9 @@ TEST_F(PerceptualHashOfFileTest, AJpegPreviewIsDecodedInGray) {
   }
 }
 
-TEST_F(PerceptualHashOfFileTest, AJpegPreviewIsNotReducedFirst) {
+TEST_F(PerceptualHashOfFileTest, DoesNotReduceJpegPreviewsFirst) {
   RawOptions options;
-  options.format = RawFormat::kDng;  // in an ARW file LibRaw passes a gray JPEG over
+  options.format = RawFormat::kDng;  // LibRaw ignores a gray JPEG in an ARW file
   const cv::Mat noise = Noise({1000, 700}, 8);
   cv::imencode(".jpg", noise, options.preview_jpeg);
   const cv::Mat gray = cv::imdecode(options.preview_jpeg, cv::IMREAD_GRAYSCALE);
@@ -151,7 +151,7 @@ TEST_F(PerceptualHashOfFileTest, AJpegPreviewIsNotReducedFirst) {
   EXPECT_NE(hash, reference::PerceptualHash(Reduced(gray)));
 }
 
-TEST_F(PerceptualHashOfFileTest, ABitmapPreviewHasRedFirst) {
+TEST_F(PerceptualHashOfFileTest, ReadsBitmapPreviewsAsRgb) {
   cv::Mat rgb(20, 30, CV_8UC3);
   cv::RNG(6).fill(rgb, cv::RNG::UNIFORM, 0, 256);
   cv::Mat gray;
@@ -161,23 +161,23 @@ TEST_F(PerceptualHashOfFileTest, ABitmapPreviewHasRedFirst) {
   EXPECT_NE(HashOf(dir_.File("a.dng")), reference::PerceptualHash(gray));
 }
 
-// LibRaw writes the orientation of the RAW file into a JPEG that has none, but cannot do so for a bitmap.
-TEST_F(PerceptualHashOfFileTest, JpegPreviewsStandUprightBitmapPreviewsLieAsTheSensor) {
+// LibRaw adds the orientation of the RAW file to a JPEG without one, but has no such place in a bitmap.
+TEST_F(PerceptualHashOfFileTest, TurnsJpegPreviewsButNotBitmapPreviews) {
   RawOptions options;
   options.format = RawFormat::kDng;
-  cv::Mat picture;
-  cv::resize(cv::imread(kData + "cat.jpg"), picture, cv::Size(480, 320), 0, 0, cv::INTER_AREA);
+  cv::Mat photograph;
+  cv::resize(cv::imread(kData + "cat.jpg"), photograph, cv::Size(480, 320), 0, 0, cv::INTER_AREA);
   for (const RawPreview preview : {RawPreview::kJpeg, RawPreview::kBitmap}) {
     options.preview = preview;
     options.orientation = 1;
-    const uint64_t lying = HashOf(WriteRaw(MakeRawFile(picture, options)));
+    const uint64_t unturned = HashOf(WriteRaw(MakeRawFile(photograph, options)));
     options.orientation = 6;
-    const uint64_t turned = HashOf(WriteRaw(MakeRawFile(picture, options)));
-    EXPECT_EQ(lying == turned, preview == RawPreview::kBitmap);
+    const uint64_t turned = HashOf(WriteRaw(MakeRawFile(photograph, options)));
+    EXPECT_EQ(unturned == turned, preview == RawPreview::kBitmap);
   }
 }
 
-TEST_F(PerceptualHashOfFileTest, EveryStageHasItsFailure) {
+TEST_F(PerceptualHashOfFileTest, ReportsTheStageThatFailed) {
   ExpectFailure(dir_.File("missing.png"), HashStatus::kUnreadable);
   ExpectFailure(dir_.File("missing.arw"), HashStatus::kUnreadable);
   ExpectFailure(WriteBytes(dir_.File("text.jpg"), {'t', 'e', 'x', 't'}), HashStatus::kUnreadable);

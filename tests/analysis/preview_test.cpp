@@ -20,14 +20,14 @@ cv::Mat Preview(const cv::Mat& rendered, const cv::Mat& mask = cv::Mat(), float 
   return preview;
 }
 
-// Every value of a mask, in no order.
+// Random values from 0 to 255.
 cv::Mat NoiseMask(cv::Size size) {
   cv::Mat mask(size, CV_8U);
   cv::RNG(9).fill(mask, cv::RNG::UNIFORM, 0, 256);
   return mask;
 }
 
-// Subject in the left half, a soft edge in the middle.
+// The subject fills the left half, with a soft edge.
 cv::Mat HalfMask(cv::Size size) {
   cv::Mat mask(size, CV_8U, cv::Scalar(0));
   mask.colRange(0, size.width / 2).setTo(255);
@@ -40,7 +40,7 @@ cv::Mat Opaque(cv::Mat image) {
   return image;
 }
 
-void ExpectAsPlain(const cv::Mat& rendered, const cv::Mat& mask, float bg_blur) {
+void ExpectAsReference(const cv::Mat& rendered, const cv::Mat& mask, float bg_blur) {
   EXPECT_TRUE(
       test::SameBytes(Preview(rendered, mask, bg_blur), reference::RenderPreview(rendered, mask, bg_blur)))
       << rendered.size() << " mask " << mask.size() << " blur " << bg_blur;
@@ -53,12 +53,12 @@ TEST(BackgroundBlurKernelSize, GrowsInOddStepsFrom3To61) {
   }
 }
 
-TEST(RenderPreview, SamplesAreDividedBy257AndRounded) {
+TEST(RenderPreview, DividesSamplesBy257AndRounds) {
   const cv::Mat rendered(1, 1, CV_16UC4, cv::Scalar(65535, 128, 129, 65535));
   EXPECT_EQ(Preview(rendered).at<cv::Vec4b>(0, 0), cv::Vec4b(255, 0, 1, 255));
 }
 
-TEST(RenderPreview, WithoutAMaskOrABlurItIsThePlainConversion) {
+TEST(RenderPreview, OnlyConvertsWithoutAMaskOrABlur) {
   const cv::Mat rendered = test::NoiseImage({37, 23}, 1);
   const cv::Mat plain = ToRgba8(rendered);
   EXPECT_TRUE(test::SameBytes(Preview(rendered), plain));
@@ -66,7 +66,7 @@ TEST(RenderPreview, WithoutAMaskOrABlurItIsThePlainConversion) {
   EXPECT_TRUE(test::SameBytes(Preview(rendered, HalfMask(rendered.size()), 0), plain));
 }
 
-TEST(RenderPreview, TheSubjectStaysAndTheBackgroundIsBlurred) {
+TEST(RenderPreview, KeepsTheSubjectAndBlursTheBackground) {
   const cv::Mat rendered = test::Photograph("cat.jpg", 200);
   const cv::Mat sharp = ToRgba8(rendered);
   const cv::Mat preview = Preview(rendered, HalfMask(rendered.size()), 50);
@@ -79,24 +79,24 @@ TEST(RenderPreview, TheSubjectStaysAndTheBackgroundIsBlurred) {
   EXPECT_FALSE(test::SameBytes(sharp.colRange(right).clone(), blurred.colRange(right).clone()));
 }
 
-TEST(RenderPreview, AllFourChannelsAreBlendedAtEveryStrength) {
+TEST(RenderPreview, BlendsAllFourChannelsAtEveryStrength) {
   const cv::Size size(97, 61);
   for (const cv::Mat& rendered : {test::NoiseImage(size, 2), Opaque(test::NoiseImage(size, 2))}) {
     for (const float bg_blur : {0.5F, 6.55F, 6.6F, 20.0F, 50.0F, 77.0F, 100.0F}) {
-      ExpectAsPlain(rendered, NoiseMask(size), bg_blur);
+      ExpectAsReference(rendered, NoiseMask(size), bg_blur);
     }
   }
 }
 
-TEST(RenderPreview, EveryInstructionSetBlendsTheSame) {
+TEST(RenderPreview, IsTheSameForEveryInstructionSet) {
   const cv::Mat rendered = test::NoiseImage({151, 9}, 3);
   test::WithEachInstructionSet([&] {
-    ExpectAsPlain(rendered, NoiseMask(rendered.size()), 45);
-    ExpectAsPlain(Opaque(rendered.clone()), NoiseMask(rendered.size()), 45);
+    ExpectAsReference(rendered, NoiseMask(rendered.size()), 45);
+    ExpectAsReference(Opaque(rendered.clone()), NoiseMask(rendered.size()), 45);
   });
 }
 
-TEST(RenderPreview, AnAlphaIsBlurredToo) {
+TEST(RenderPreview, BlursAlphaToo) {
   cv::Mat rendered(40, 40, CV_16UC4, cv::Scalar(9000, 9000, 9000, 0));
   rendered(cv::Rect(20, 0, 20, 40)).setTo(cv::Scalar(9000, 9000, 9000, 65535));
   const cv::Mat preview = Preview(rendered, cv::Mat(40, 40, CV_8U, cv::Scalar(0)), 30);
@@ -105,28 +105,29 @@ TEST(RenderPreview, AnAlphaIsBlurredToo) {
   EXPECT_LT(alpha, 255);
 }
 
-TEST(RenderPreview, OddSizes) {
-  for (const cv::Size size : test::OddSizes()) ExpectAsPlain(test::NoiseImage(size, 4), NoiseMask(size), 40);
+TEST(RenderPreview, EqualsTheReferenceAtOddSizes) {
+  for (const cv::Size size : test::OddSizes())
+    ExpectAsReference(test::NoiseImage(size, 4), NoiseMask(size), 40);
 }
 
-TEST(RenderPreview, AMaskOfAnotherSizeIsStretched) {
+TEST(RenderPreview, ResizesAMaskOfAnotherSize) {
   const cv::Mat rendered = test::NoiseImage({83, 59}, 6);
   for (const cv::Size size : {cv::Size(1, 1), cv::Size(40, 30), cv::Size(83, 58), cv::Size(200, 140)}) {
-    ExpectAsPlain(rendered, NoiseMask(size), 60);
+    ExpectAsReference(rendered, NoiseMask(size), 60);
   }
 }
 
-TEST(RenderPreview, DevelopedPhotographsAtRandomSettings) {
+TEST(RenderPreview, EqualsTheReferenceOnDevelopedPhotographs) {
   std::mt19937 random(23);
   const cv::Mat source = test::Photograph("cat.jpg", 300);
   for (int i = 0; i < 10; ++i) {
     cv::Mat rendered;
     DevelopPipeline(source, test::RandomAdjustments(random), rendered);
-    ExpectAsPlain(rendered, HalfMask(source.size()), static_cast<float>(10 * (i + 1)));
+    ExpectAsReference(rendered, HalfMask(source.size()), static_cast<float>(10 * (i + 1)));
   }
 }
 
-TEST(RenderPreview, FillsTheMemoryItIsGivenAndLeavesTheRenderedImage) {
+TEST(RenderPreview, WritesToTheGivenMemoryAndKeepsTheRenderedImage) {
   const cv::Mat rendered = test::NoiseImage({31, 17}, 12);
   const cv::Mat before = rendered.clone();
   std::vector<uint8_t> memory(rendered.total() * 4);

@@ -12,19 +12,19 @@ namespace {
 
 constexpr int kRows = 100;
 
-// Gray of 512 columns, so that no pixel is changed by the reduction.
+// As wide as the copy that is measured, so that the pixels keep their values.
 ImageBuffer Gray(double code, int rows = kRows) {
   return {rows, 512, CV_16UC4, cv::Scalar(code, code, code, 65535)};
 }
 
-// Gray, but for some rows at its top.
+// Gray with `rows` of another level at the top.
 ImageBuffer WithRows(double code, int rows) {
   ImageBuffer image = Gray(32768);
   image.rowRange(0, rows).setTo(cv::Scalar(code, code, code, 65535));
   return image;
 }
 
-TEST(AnalyzeScene, OfAUniformGrayEverythingIsKnown) {
+TEST(AnalyzeScene, IsKnownForUniformGray) {
   const float exposure = AutoExposure(Gray(32768));
   EXPECT_THAT(
       analyze_scene(Gray(32768)),
@@ -32,11 +32,11 @@ TEST(AnalyzeScene, OfAUniformGrayEverythingIsKnown) {
                            0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0));
 }
 
-TEST(AnalyzeScene, OfAnEmptyImageSuggestsNothing) {
+TEST(AnalyzeScene, IsZeroForAnEmptyImage) {
   EXPECT_THAT(analyze_scene({}), testing::Each(0));
 }
 
-TEST(AnalyzeScene, WhitePixelsLowerTheHighlights) {
+TEST(AnalyzeScene, LowersHighlightsByTheShareOfWhite) {
   const auto highlights = [](int rows) { return analyze_scene(WithRows(65535, rows))[kHighlightsSlot]; };
   EXPECT_EQ(highlights(0), 0);
   EXPECT_EQ(highlights(1), 0);
@@ -47,7 +47,7 @@ TEST(AnalyzeScene, WhitePixelsLowerTheHighlights) {
   EXPECT_EQ(highlights(kRows), -40);
 }
 
-TEST(AnalyzeScene, BlackPixelsLiftTheShadows) {
+TEST(AnalyzeScene, LiftsShadowsByTheShareOfBlack) {
   const auto shadows = [](int rows) { return analyze_scene(WithRows(0, rows))[kShadowsSlot]; };
   EXPECT_EQ(shadows(0), 15);
   EXPECT_EQ(shadows(1), 15);
@@ -59,13 +59,13 @@ TEST(AnalyzeScene, BlackPixelsLiftTheShadows) {
   EXPECT_EQ(shadows(kRows), 25);
 }
 
-TEST(AnalyzeScene, OnlyTheOutermostLevelsAreClipped) {
+TEST(AnalyzeScene, CountsOnlyTheOutermostLevelsAsClipped) {
   EXPECT_EQ(analyze_scene(Gray(65535 - 257))[kHighlightsSlot], 0);
   EXPECT_EQ(analyze_scene(Gray(257))[kShadowsSlot], 15);
 }
 
-TEST(AnalyzeScene, NarrowHistogramsGetContrastAndWideOnesLoseIt) {
-  // Half of the rows at each of two levels: their distance is twice the standard deviation.
+TEST(AnalyzeScene, AddsContrastToNarrowHistogramsAndTakesItFromWideOnes) {
+  // Half of the rows at each level: the levels are two standard deviations apart.
   const auto contrast = [](int low, int high) {
     ImageBuffer image = Gray(257.0 * low);
     image.rowRange(0, kRows / 2).setTo(cv::Scalar::all(257.0 * high));
@@ -76,22 +76,22 @@ TEST(AnalyzeScene, NarrowHistogramsGetContrastAndWideOnesLoseIt) {
   EXPECT_EQ(contrast(0, 255), -15);
 }
 
-TEST(AnalyzeScene, DetailTakesTheNoiseReductionAway) {
-  const auto noise_reduction = [](int distance) {
+TEST(AnalyzeScene, SuggestsLessNoiseReductionForMoreDetail) {
+  const auto noise_reduction = [](int difference) {
     ImageBuffer image = Gray(32768);
-    for (int x = 0; x < image.cols; x += 2) image.col(x).setTo(cv::Scalar::all(32768.0 + distance));
+    for (int x = 0; x < image.cols; x += 2) image.col(x).setTo(cv::Scalar::all(32768.0 + difference));
     return analyze_scene(image)[kNrLuminanceSlot];
   };
-  // The Laplacian of such stripes is plus and minus twice their distance.
-  const auto expected = [](int distance) { return (0.1 - 2 * distance / 65535.0) / 0.1 * 80 + 20; };
+  // The Laplacian of these stripes is plus or minus twice their difference.
+  const auto expected = [](int difference) { return (0.1 - 2 * difference / 65535.0) / 0.1 * 80 + 20; };
   EXPECT_EQ(noise_reduction(2000), 35);
   EXPECT_NEAR(noise_reduction(3000), expected(3000), 1e-2);
   EXPECT_NEAR(noise_reduction(4000), expected(4000), 1e-2);
   EXPECT_EQ(noise_reduction(4200), 0);
 }
 
-TEST(AnalyzeScene, ExposureIsThatOfItsOwnCopy) {
-  // One row of the copy in ten is bright: the median is that of the others.
+TEST(AnalyzeScene, MeasuresExposureOnItsOwnCopy) {
+  // A tenth of the rows is bright, which leaves the median at gray.
   EXPECT_EQ(analyze_scene(WithRows(65535, 10))[kExposureSlot], AutoExposure(Gray(32768)));
 }
 

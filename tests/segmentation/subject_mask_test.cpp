@@ -16,11 +16,11 @@
 namespace lumvik {
 namespace {
 
-constexpr float kMiddle = -1;
+constexpr float kCenter = -1;
 constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr uint64_t kSeeds[] = {1, 22, 333};
 
-// The cat of cat.jpg, drawn by hand along its outline: pixels of a frame of 600x800.
+// The outline of the cat in cat.jpg, drawn by hand, in pixels of kCatFrame.
 const std::vector<cv::Point> kCat = {
     {128, 275}, {126, 205}, {150, 150}, {200, 95},  {245, 65},  {272, 57},  {295, 70},  {305, 110},
     {303, 165}, {314, 188}, {370, 180}, {430, 160}, {475, 152}, {491, 165}, {485, 190}, {455, 235},
@@ -39,19 +39,19 @@ cv::Mat CatPhotograph() {
   return test::ResizedPhotograph("cat.jpg", kCatFrame);
 }
 
-// What the engine makes of a camera's file of the picture.
-cv::Mat ThroughRaw(const cv::Mat& picture) {
+// The image after a round trip through a RAW file.
+cv::Mat ThroughRaw(const cv::Mat& image) {
   const test::TempDir folder;
   const std::string path = folder.File("cat.ARW");
   cv::Mat rgb;
-  cv::cvtColor(ToRgba8(picture), rgb, cv::COLOR_RGBA2RGB);
+  cv::cvtColor(ToRgba8(image), rgb, cv::COLOR_RGBA2RGB);
   test::WriteBytes(path, test::MakeRawFile(rgb));
   DecodedImage decoded;
   EXPECT_TRUE(DecodeRaw(path, kRawFull, decoded)) << decoded.error;
   return decoded.image;
 }
 
-// A disc of another color on a background with some noise, both with soft gradients.
+// A disc on a background of another color, with some noise.
 cv::Mat Disc(cv::Size size, cv::Point center, int radius) {
   cv::Mat image(size, CV_16UC4, cv::Scalar(12000, 20000, 14000, 65535));
   cv::circle(image, center, radius, cv::Scalar(52000, 30000, 9000, 65535), cv::FILLED);
@@ -60,7 +60,7 @@ cv::Mat Disc(cv::Size size, cv::Point center, int radius) {
   return image + noise;
 }
 
-cv::Mat Segmented(const cv::Mat& image, float x = kMiddle, float y = kMiddle, uint64_t seed = kSeeds[0]) {
+cv::Mat Segmented(const cv::Mat& image, float x = kCenter, float y = kCenter, uint64_t seed = kSeeds[0]) {
   cv::theRNG().state = seed;
   cv::Mat mask;
   EXPECT_TRUE(SegmentSubject(image, x, y, mask));
@@ -71,25 +71,25 @@ double Share(const cv::Mat& part, const cv::Mat& whole) {
   return cv::countNonZero(part) / static_cast<double>(cv::countNonZero(whole));
 }
 
-TEST(SubjectRectangle, IsSixtyPercentOfEachSideAboutThePoint) {
+TEST(SubjectRectangle, Is60PercentOfEachSideAroundThePoint) {
   EXPECT_EQ(SubjectRectangle({400, 300}, -1, -1), cv::Rect(80, 60, 240, 180));
   EXPECT_EQ(SubjectRectangle({400, 300}, 0.5F, 0.5F), cv::Rect(80, 60, 240, 180));
   EXPECT_EQ(SubjectRectangle({512, 512}, 1, 1), cv::Rect(359, 359, 152, 152));
 }
 
-TEST(SubjectRectangle, ANegativeOrMissingFractionIsTheMiddleOfItsAxis) {
-  const cv::Rect middle = SubjectRectangle({401, 301}, 0.5F, 0.5F);
-  EXPECT_EQ(SubjectRectangle({401, 301}, -0.001F, kNaN), middle);
-  EXPECT_EQ(SubjectRectangle({401, 301}, kNaN, -1e30F), middle);
-  EXPECT_EQ(SubjectRectangle({401, 301}, -0.0F, -1).x, 1);  // minus zero is the left edge
+TEST(SubjectRectangle, ANegativeOrNanFractionMeansTheCenter) {
+  const cv::Rect center = SubjectRectangle({401, 301}, 0.5F, 0.5F);
+  EXPECT_EQ(SubjectRectangle({401, 301}, -0.001F, kNaN), center);
+  EXPECT_EQ(SubjectRectangle({401, 301}, kNaN, -1e30F), center);
+  EXPECT_EQ(SubjectRectangle({401, 301}, -0.0F, -1).x, 1);  // -0 is the left edge
 }
 
-TEST(SubjectRectangle, EveryDivisionTruncates) {
+TEST(SubjectRectangle, TruncatesEveryDivision) {
   // 3 * 333 / 10 = 99.9, 333 * 0.7 = 233.1, 3 * 333 / 5 = 199.8
   EXPECT_EQ(SubjectRectangle({333, 337}, 0.7F, -1), cv::Rect(134, 67, 198, 202));
 }
 
-TEST(SubjectRectangle, KeepsOffEveryBorder) {
+TEST(SubjectRectangle, StaysAwayFromEveryBorder) {
   EXPECT_EQ(SubjectRectangle({100, 100}, 0, 0), cv::Rect(1, 1, 60, 60));
   EXPECT_EQ(SubjectRectangle({100, 100}, 0.8F, 0.9F), cv::Rect(50, 60, 49, 39));
 }
@@ -121,7 +121,7 @@ TEST(SegmentSubject, OnlyTheOutlineIsSoft) {
   EXPECT_EQ(cv::countNonZero(soft & ~near_outline), 0);
 }
 
-TEST(SegmentSubject, FindsTheSubjectAtThePointNamed) {
+TEST(SegmentSubject, FindsTheSubjectAtTheGivenPoint) {
   cv::Mat two = Disc({400, 300}, {100, 150}, 50);
   cv::circle(two, {300, 150}, 50, cv::Scalar(52000, 30000, 9000, 65535), cv::FILLED);
   const cv::Mat left = Segmented(two, 0.15F, 0.5F);
@@ -132,41 +132,41 @@ TEST(SegmentSubject, FindsTheSubjectAtThePointNamed) {
   EXPECT_EQ(right.at<uint8_t>(150, 300), 255);
 }
 
-TEST(SegmentSubject, AsThePlainVersionSeededAlike) {
+TEST(SegmentSubject, EqualsTheReferenceWithTheSameSeed) {
   for (const cv::Mat& image : {Disc({400, 300}, {180, 140}, 60), test::Photograph("cat.jpg", 200),
                                test::Photograph("eiffel_gps_north_east.jpg", 520)}) {
-    const cv::Rect rectangle = SubjectRectangle(reference::SegmentationImage(image).size(), 0.45F, kMiddle);
+    const cv::Rect rectangle = SubjectRectangle(reference::SegmentationImage(image).size(), 0.45F, kCenter);
     for (const uint64_t seed : {kSeeds[0], kSeeds[1]}) {
-      const cv::Mat mask = Segmented(image, 0.45F, kMiddle, seed);
+      const cv::Mat mask = Segmented(image, 0.45F, kCenter, seed);
       cv::theRNG().state = seed;
       EXPECT_TRUE(test::SameBytes(mask, reference::SubjectMask(image, rectangle))) << image.size();
     }
   }
 }
 
-TEST(SegmentSubject, ALargePictureIsSegmentedSmallAndMaskedAtItsSize) {
+TEST(SegmentSubject, SegmentsASmallCopyAndEnlargesTheMask) {
   const cv::Mat image = test::ResizedPhotograph("cat.jpg", {3000, 2000});
   EXPECT_EQ(reference::SegmentationImage(image).size(), cv::Size(512, 341));
   EXPECT_EQ(Segmented(image).size(), image.size());
 }
 
-// Nothing outside the cat is taken for it. Within the rectangle much of the cat is left out, because the rest
-// of it, outside, counts as background and has the same colors.
-TEST(SegmentSubject, OfACatThatFillsTheFrameItTakesPartOfTheCat) {
+// GrabCut takes everything outside the rectangle for background. That includes parts of the cat, so it also
+// drops parts of the same color within.
+TEST(SegmentSubject, FindsPartOfACatThatFillsTheFrame) {
   const cv::Mat image = ThroughRaw(CatPhotograph());
   ASSERT_EQ(image.size(), kCatFrame);
   cv::Mat rectangle(kCatFrame, CV_8U, cv::Scalar(0));
-  rectangle(SubjectRectangle(kCatFrame, kMiddle, kMiddle)).setTo(255);
+  rectangle(SubjectRectangle(kCatFrame, kCenter, kCenter)).setTo(255);
   const cv::Mat cat = CatMask() & rectangle;
   for (const uint64_t seed : kSeeds) {
-    const cv::Mat found = Segmented(image, kMiddle, kMiddle, seed) > 127;
+    const cv::Mat found = Segmented(image, kCenter, kCenter, seed) > 127;
     EXPECT_GT(Share(found & CatMask(), found), 0.99);
     EXPECT_GT(Share(found & cat, cat), 0.6);
   }
 }
 
-// The same cat, at half its size, before the sky of another photograph: a subject clear of the borders.
-TEST(SegmentSubject, OfACatClearOfTheBordersItTakesTheCat) {
+// The same cat, smaller, against the sky of another photograph.
+TEST(SegmentSubject, FindsACatAwayFromTheBorders) {
   const cv::Size frame(800, 600);
   const cv::Rect place(275, 125, 262, 350);
   cv::Mat cat;
@@ -182,12 +182,12 @@ TEST(SegmentSubject, OfACatClearOfTheBordersItTakesTheCat) {
 
   const cv::Mat decoded = ThroughRaw(image);
   for (const uint64_t seed : kSeeds) {
-    const cv::Mat found = Segmented(decoded, kMiddle, kMiddle, seed) > 127;
+    const cv::Mat found = Segmented(decoded, kCenter, kCenter, seed) > 127;
     EXPECT_GT(Share(found & expected, found | expected), 0.9);
   }
 }
 
-TEST(SegmentSubject, FailsOverAnEmptyRectangleAndKeepsTheMask) {
+TEST(SegmentSubject, FailsAndKeepsTheMaskIfTheRectangleIsEmpty) {
   const cv::Mat image = Disc({200, 150}, {100, 75}, 40);
   const cv::Mat earlier(3, 3, CV_8U, cv::Scalar(77));
   for (const auto& [x, y] :
@@ -198,10 +198,10 @@ TEST(SegmentSubject, FailsOverAnEmptyRectangleAndKeepsTheMask) {
   }
 }
 
-TEST(SegmentSubject, FailsOverTinyPictures) {
+TEST(SegmentSubject, FailsForTinyImages) {
   for (const cv::Size size : {cv::Size(1, 1), cv::Size(2, 2), cv::Size(400, 1), cv::Size(1, 400)}) {
     cv::Mat mask;
-    EXPECT_FALSE(SegmentSubject(test::NoiseImage(size, 1), kMiddle, kMiddle, mask)) << size;
+    EXPECT_FALSE(SegmentSubject(test::NoiseImage(size, 1), kCenter, kCenter, mask)) << size;
     EXPECT_TRUE(mask.empty());
   }
 }

@@ -11,7 +11,7 @@ namespace {
 constexpr float kLuminanceKernelSteps = 5.0F;
 constexpr float kColorKernelSteps = 4.0F;
 constexpr float kLuminanceStrength = 0.6F;
-constexpr float kMinLuminance = 1e-6F;
+constexpr float kMinDivisor = 1e-6F;
 constexpr int kMinKernelSize = 3;
 
 // Truncation of what does not fit gives INT_MIN, whose double wraps to 0.
@@ -24,7 +24,7 @@ int KernelSize(float percent, float steps) {
 
 void PullToBlur(const RowPart& row, const float* smooth, float weight) {
   for (int i = 0; i < row.columns; ++i) {
-    const float ratio = smooth[i] / (Luminance(row.red[i], row.green[i], row.blue[i]) + kMinLuminance);
+    const float ratio = smooth[i] / (Luminance(row.red[i], row.green[i], row.blue[i]) + kMinDivisor);
     const auto pulled = [=](float value) { return value * (1.0F - weight) + value * ratio * weight; };
     row.red[i] = pulled(row.red[i]);
     row.green[i] = pulled(row.green[i]);
