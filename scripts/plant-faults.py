@@ -25,8 +25,6 @@ earlier one.
 import argparse
 import collections
 import concurrent.futures
-import dataclasses
-import difflib
 import fnmatch
 import hashlib
 import json
@@ -41,11 +39,11 @@ import sys
 import tempfile
 import threading
 
+from faults import faults_in
+
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 HEADER_SHARE = 0.5  # of their places: a header takes many times longer to rebuild
-MEMORY_LIMIT = (
-    8 << 30
-)  # bytes of address space, so that a fault cannot exhaust the machine
+MEMORY_LIMIT = 8 << 30  # bytes of address space: a fault may allocate without end
 WALL_LIMIT = 900  # seconds: for a deadlock, which uses no processor time
 CPU_LIMIT_FACTOR = 4  # times the program's own time without a fault
 CPU_LIMIT_EXTRA = 10  # seconds
@@ -63,185 +61,6 @@ PROGRAMS = {
     "apps": "tests/apps/lumvik_cli_test",
 }
 
-TOKEN = re.compile(
-    r"""
-    (?P<comment>//[^\n]*|/\*.*?\*/)
-  | (?P<directive>^[ \t]*\#(?:[^\n\\]|\\.)*)
-  | (?P<string>R"\(.*?\)"|"(?:\\.|[^"\\\n])*"|'(?:\\.|[^'\\\n])+')
-  | (?P<number>(?:0[xX][0-9a-fA-F']+|(?:\d[\d']*(?:\.\d*)?|\.\d+)(?:[eE][+-]?\d+)?)[uUlLfF]*)
-  | (?P<word>[A-Za-z_]\w*)
-  | (?P<space>\s+)
-  | (?P<symbol><<=|>>=|->|::|[-+*/%&|^!=<>]=|&&|\|\||<<|>>|\+\+|--|.)
-    """,
-    re.VERBOSE | re.MULTILINE | re.DOTALL,
-)
-
-# Binary operators; clang-format puts a space on either side of each, and of nothing else.
-OPERATORS = {
-    "<": ["<=", ">", ">="],
-    "<=": ["<", ">"],
-    ">": [">=", "<", "<="],
-    ">=": [">", "<"],
-    "==": ["!="],
-    "!=": ["=="],
-    "&&": ["||"],
-    "||": ["&&"],
-    "+": ["-"],
-    "-": ["+"],
-    "*": ["/"],
-    "/": ["*"],
-    "%": ["/"],
-    "+=": ["-=", "="],
-    "-=": ["+=", "="],
-    "*=": ["/=", "="],
-    "/=": ["*=", "="],
-    "<<": [">>"],
-    ">>": ["<<"],
-    "&": ["|"],
-    "|": ["&"],
-    "^": ["&"],
-}
-WORDS = {"true": ["false"], "false": ["true"], "min": ["max"], "max": ["min"]}
-
-# Statements of one line that are no declarations, which could not be left out.
-STATEMENT = re.compile(r"^\s*(?![#}])\S.*;$")
-NOT_DELETED = re.compile(
-    r"""^\s*(?:
-        (?:return|const|constexpr|auto|using|namespace|template|typedef|static_assert
-          |friend|struct|class|enum|static|inline|explicit|virtual|case|default)\b
-      | (?!else\b|throw\b|delete\b|co_return\b)
-        [A-Za-z_][\w:]*(?:<.*>)?[\s*&]+[A-Za-z_]\w*\s*(?:[;=({\[,]|\s:)
-    )""",
-    re.VERBOSE,
-)
-
-
-@dataclasses.dataclass(frozen=True)
-class Fault:
-    """A replacement of `text[start:end]` in one file."""
-
-    id: str
-    file: str
-    line: int
-    start: int
-    end: int
-    replacement: str
-
-    def applied(self, text):
-        return text[: self.start] + self.replacement + text[self.end :]
-
-    def diff(self, text):
-        before, after = text.splitlines(True), self.applied(text).splitlines(True)
-        names = (f"a/{self.file}", f"b/{self.file}")
-        return "".join(difflib.unified_diff(before, after, *names, n=1))
-
-
-def changed_number(literal):
-    """The other values for a literal, with its suffix."""
-    value, suffix = re.fullmatch(
-        r"(0[xX][0-9a-fA-F']+|.*?)([uUlLfF]*)", literal
-    ).groups()
-    digits = value.replace("'", "")
-    if re.fullmatch(r"0[xX].*|\d+", digits):
-        octal = re.fullmatch(r"0\d+", digits)
-        number = int(digits, 8 if octal else 0)
-        values = [number + 1, number - 1, number * 2, 0]
-    else:
-        number = float(digits)
-        values = [number * 1.01, number * 1.1, number * 2, -number, 0.0]
-        if number == 0:
-            values = [1.0, -0.01]
-    rounded = [v if isinstance(v, int) else float(f"{v:.9g}") for v in values]
-    return [f"{v}{suffix}" for v in rounded if v != number]
-
-
-def closing(tokens, opening):
-    """The index of the parenthesis that closes the one at index `opening`."""
-    depth = 0
-    for i in range(opening, len(tokens)):
-        depth += {"(": 1, ")": -1}.get(tokens[i].group(), 0)
-        if depth == 0:
-            return i
-    raise ValueError("unbalanced parentheses")
-
-
-def places_in_tokens(text):
-    """Yields (start, end, replacements) for each token or expression that can change."""
-    matches = [m for m in TOKEN.finditer(text)]
-    tokens = [
-        m for m in matches if m.lastgroup not in ("comment", "space", "directive")
-    ]
-    skipped_to = -1
-    for i, token in enumerate(tokens):
-        word, start, end = token.group(), token.start(), token.end()
-        following = [t.group() for t in tokens[i + 1 : i + 6]]
-        if word == "static_assert":
-            skipped_to = text.index(";", start)
-        if start < skipped_to:
-            continue
-        spaced = text[start - 1].isspace() and text[end : end + 1].isspace()
-        if token.lastgroup == "number":
-            yield start, end, changed_number(word)
-        elif word in WORDS:
-            yield start, end, WORDS[word]
-        elif word in OPERATORS and spaced:
-            yield start, end, OPERATORS[word]
-        elif word == "!" or (word == "-" and text[start - 1] in " (" and not spaced):
-            yield start, end, [""]
-        elif word in ("if", "while") and following[:1] == ["("]:
-            first, last = tokens[i + 1].end(), tokens[closing(tokens, i + 1)].start()
-            yield first, last, [f"!({text[first:last]})"]
-        elif token.lastgroup == "word" and is_call_of_two(tokens[i + 1 : i + 6]):
-            first, second = tokens[i + 2], tokens[i + 4]
-            swapped = f"{second.group()}, {first.group()}"
-            yield first.start(), second.end(), [swapped]
-
-
-def is_call_of_two(tokens):
-    """Whether the tokens are two names in parentheses."""
-    if len(tokens) < 5 or tokens[1].group() == tokens[3].group():
-        return False
-    marks = [tokens[n].group() for n in (0, 2, 4)]
-    names = [tokens[n].lastgroup for n in (1, 3)]
-    return marks == ["(", ",", ")"] and names == ["word", "word"]
-
-
-def places_in_lines(text):
-    """Yields (start, end, replacements) for each statement that can be left out."""
-    position, before = 0, ";"
-    for line in text.splitlines(True):
-        code = line.split("//")[0].rstrip()
-        if (
-            STATEMENT.match(code)
-            and before[-1] in ";{}:"
-            and not NOT_DELETED.match(code)
-        ):
-            indent = len(code) - len(code.lstrip())
-            yield position + indent, position + len(code), [";"]
-        before = code or before
-        position += len(line)
-
-
-def faults_in(file, seed):
-    """The faults of a file, all those of one place together, in the order of the seed."""
-    text = (ROOT / file).read_text(encoding="utf-8")
-    lines = text.split("\n")
-    places = [*places_in_tokens(text), *places_in_lines(text)]
-    for start, end, replacements in places:
-        number = text.count("\n", 0, start)
-        column = start - (text.rfind("\n", 0, start) + 1)
-        # Not by the line's number, so that the same fault keeps its name while others move.
-        repeat = lines[:number].count(lines[number])
-        place = f"{file}|{lines[number]}|{repeat}|{column}|{end - start}"
-        made = []
-        for replacement in dict.fromkeys(replacements):
-            name = hashlib.sha1(f"{place}|{replacement}".encode()).hexdigest()[:10]
-            made.append(Fault(name, file, number + 1, start, end, replacement))
-        rank = int(hashlib.sha1(f"{seed}|{place}".encode()).hexdigest(), 16)
-        yield rank, sorted(
-            made, key=lambda f: hashlib.sha1(f"{seed}{f.id}".encode()).digest()
-        )
-
 
 def sources(patterns):
     """The engine's files that are compiled on this platform."""
@@ -250,11 +69,15 @@ def sources(patterns):
     return [f for f in found if any(fnmatch.fnmatch(f, p) for p in patterns)]
 
 
+def faults_of(file, seed):
+    return faults_in(file, (ROOT / file).read_text(encoding="utf-8"), seed)
+
+
 def drawn(arguments):
     """One fault for each place, in random order, with fewer of the places in headers."""
     ranked = []
     for file in sources(arguments.files):
-        for rank, faults in faults_in(file, arguments.seed):
+        for rank, faults in faults_of(file, arguments.seed):
             kept = rank % 1000 < 1000 * HEADER_SHARE
             if file.endswith(".cpp") or kept:
                 ranked.append((rank, faults[0]))
@@ -290,9 +113,8 @@ class Results:
         observable = caught + counts["survived"]
         print("\n" + ", ".join(f"{n} {verdict}" for verdict, n in counts.items()))
         if observable:
-            print(
-                f"caught: {caught} of {observable} ({100 * caught / observable:.1f} %)"
-            )
+            share = 100 * caught / observable
+            print(f"caught: {caught} of {observable} ({share:.1f} %)")
 
 
 class Tree:
@@ -303,6 +125,7 @@ class Tree:
         self.build = folder / "build"
         self.scratch = folder / "scratch"
         self.programs = programs
+        self.measured = folder / "measured.json"
         self.cpu_limits = {}
         self.copy_sources()
         options = [
@@ -326,8 +149,7 @@ class Tree:
         if not self.make("lumvik_objects", *targets, quiet=False):
             sys.exit("plant-faults.py: the tree does not build")
         self.original_objects = self.objects()
-        for program in programs:
-            self.measure(program)
+        self.measure()
 
     def copy_sources(self):
         """Brings the copy up to date; what is the same keeps its time, and its objects."""
@@ -370,15 +192,29 @@ class Tree:
         files = self.build.glob("src/CMakeFiles/lumvik_objects.dir/**/*.o")
         return {p: hashlib.sha1(p.read_bytes()).digest() for p in files}
 
-    def measure(self, program):
-        """Runs a program without a fault: it passes, and its time sets its limit."""
-        before = resource.getrusage(resource.RUSAGE_CHILDREN)
-        status, output = self.run(program, [], cpu_limit=WALL_LIMIT)
-        after = resource.getrusage(resource.RUSAGE_CHILDREN)
-        if status != 0:
-            sys.exit(f"plant-faults.py: {program} fails without a fault:\n{output}")
-        used = after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
-        self.cpu_limits[program] = int(CPU_LIMIT_FACTOR * used) + CPU_LIMIT_EXTRA
+    def measure(self):
+        """Runs the programs without a fault, once for each version of them: they pass, and
+        the time that they take sets their limits."""
+        known = json.loads(self.measured.read_text()) if self.measured.exists() else {}
+        engine = hashlib.sha1(b"".join(sorted(self.original_objects.values())))
+        for program in self.programs:
+            version = engine.copy()
+            version.update((self.build / PROGRAMS[program]).read_bytes())
+            if known.get(program, {}).get("version") != version.hexdigest():
+                before = resource.getrusage(resource.RUSAGE_CHILDREN)
+                status, output = self.run(program, [], cpu_limit=WALL_LIMIT)
+                after = resource.getrusage(resource.RUSAGE_CHILDREN)
+                if status != 0:
+                    sys.exit(
+                        f"plant-faults.py: {program} fails without a fault:\n{output}"
+                    )
+                used = (
+                    after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
+                )
+                known[program] = {"version": version.hexdigest(), "seconds": used}
+                self.measured.write_text(json.dumps(known))
+            seconds = known[program]["seconds"]
+            self.cpu_limits[program] = int(CPU_LIMIT_FACTOR * seconds) + CPU_LIMIT_EXTRA
 
     def run(self, program, arguments, cpu_limit):
         """The program's status, None when it took longer than it may, and its output."""
@@ -409,8 +245,7 @@ class Tree:
     def verdict(self, fault):
         """What becomes of a fault: (verdict, by what)."""
         path = self.source / fault.file
-        original = path.read_text(encoding="utf-8")
-        path.write_text(fault.applied(original), encoding="utf-8")
+        path.write_text(fault.changed_text(), encoding="utf-8")
         try:
             if not self.make("lumvik_objects"):
                 return "unbuildable", None
@@ -424,12 +259,11 @@ class Tree:
                     return "hang", program
                 if status != 0:
                     failed = re.search(r"\[  FAILED  \] ([\w/.]+)", output)
-                    return "killed", (
-                        failed.group(1) if failed else f"{program} ({status})"
-                    )
+                    crash = f"{program} ends with {status}"
+                    return "killed", failed.group(1) if failed else crash
             return "survived", None
         finally:
-            path.write_text(original, encoding="utf-8")
+            path.write_text(fault.text, encoding="utf-8")
 
 
 def target_of(program):
@@ -442,11 +276,8 @@ def runs(file, programs):
     folder, stem = pathlib.PurePath(file).parts[1], pathlib.PurePath(file).stem
     suites = set()
     for test in (ROOT / "tests" / folder).rglob(f"{stem}*_test.cpp"):
-        suites.update(
-            re.findall(
-                r"^TEST\w*\((\w+),", test.read_text(encoding="utf-8"), re.MULTILINE
-            )
-        )
+        found = re.findall(r"(?m)^TEST\w*\((\w+),", test.read_text(encoding="utf-8"))
+        suites.update(found)
     if suites and folder in programs:
         patterns = ":".join(f"{s}.*:*/{s}.*" for s in sorted(suites))
         yield folder, [f"--gtest_filter={patterns}"]
@@ -468,10 +299,10 @@ def plant(trees, faults, count, results):
             if fault is None:
                 return
             verdict, by = tree.verdict(fault)
-            diff = fault.diff((ROOT / fault.file).read_text(encoding="utf-8"))
-            record = {"id": fault.id, "place": f"{fault.file}:{fault.line}"}
-            results.add({**record, "verdict": verdict, "by": by, "diff": diff})
-            print(f"{record['id']} {record['place']}: {verdict}, {by}", flush=True)
+            record = {"id": fault.id, "place": fault.place()}
+            record.update(verdict=verdict, by=by)
+            results.add({**record, "diff": fault.diff()})
+            print(*record.values(), flush=True)
             if verdict == "unbuildable":
                 with lock:
                     done -= 1
@@ -531,7 +362,7 @@ def main():
     every = {
         fault.id: fault
         for file in sources(["src/*"])
-        for _, faults in faults_in(file, arguments.seed)
+        for _, faults in faults_of(file, arguments.seed)
         for fault in faults
     }
     arguments.results.parent.mkdir(parents=True, exist_ok=True)
@@ -548,12 +379,9 @@ def main():
     if arguments.replay:
         gone = [name for name in arguments.replay if name not in every]
         if gone:
-            sys.exit(
-                f"plant-faults.py: no such fault in these sources: {' '.join(gone)}"
-            )
-        faults, count = [every[name] for name in arguments.replay], len(
-            arguments.replay
-        )
+            sys.exit(f"plant-faults.py: no longer in the sources: {' '.join(gone)}")
+        faults = [every[name] for name in arguments.replay]
+        count = len(faults)
     else:
         selected = drawn(arguments)
         known = [results.by_id[f.id] for f in selected if f.id in results.by_id]
@@ -561,9 +389,7 @@ def main():
         count = arguments.count - sum(r["verdict"] != "unbuildable" for r in known)
     if arguments.list:
         for fault in faults[: max(count, 0)]:
-            print(
-                f"{fault.id}\n{fault.diff((ROOT / fault.file).read_text(encoding='utf-8'))}"
-            )
+            print(f"{fault.id}\n{fault.diff()}")
         return
     trees = [
         Tree(arguments.folder / str(n), arguments.programs)
