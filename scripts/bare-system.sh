@@ -25,7 +25,7 @@ copy_registry_settings() {
 
 # make_bare_root ROOT: fills the empty folder ROOT; fails with the reason on standard error.
 make_bare_root() {
-  local root=$1 codename mirror log=$1.log
+  local root=$1 codename mirror log=$1/bare-system.log
   [[ -e /etc/debian_version ]] || { echo "this system is not Debian" >&2; return 1; }
   ((EUID == 0)) || { echo "only root can make a bare system" >&2; return 1; }
   "$ROOT/scripts/install-dependencies.sh" --bare-system || { echo "debootstrap cannot be installed" >&2; return 1; }
@@ -37,6 +37,8 @@ make_bare_root() {
   [[ $mirror ]] || { echo "apt has no source of $codename" >&2; return 1; }
 
   chmod 755 "$root" # apt downloads as an unprivileged user
+  mkdir -p "$root/etc/dpkg/dpkg.cfg.d"
+  echo force-unsafe-io >"$root/etc/dpkg/dpkg.cfg.d/bare-system" # what will be deleted need not be synced to disk
   # The proxy of apt serves debootstrap as well.
   if ! (
     eval "$(apt-config shell http_proxy Acquire::http::Proxy https_proxy Acquire::https::Proxy)"
