@@ -209,7 +209,7 @@ struct Fault {
 
 constexpr Fault kFaults[] = {
     {"", "line 1: syntax error while parsing value - unexpected end of input"},
-    {"[]", "line 1: settings are an object"},
+    {"[]", "line 1: a settings file must be an object"},
     {"{}", "line 1: lumvik: missing; it must be 1"},
     {"{\n\"lumvik\": 2, \"sepia\": 1}", "line 2: lumvik: 2 is not the supported version"},
     {"{\"lumvik\": true}", "line 1: lumvik: true is not the supported version"},

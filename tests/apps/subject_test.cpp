@@ -90,10 +90,10 @@ TEST_F(SubjectTest, CutoutRefusesGeometricSettings) {
 TEST_F(SubjectTest, OnlyCameraRawFilesHaveASubject) {
   const std::string in = Photograph("in.png");
   for (const char* command : {"mask", "cutout"}) {
-    ExpectRefusal(Run({command, in, "-o", Path("out.png")}), kFailure, "only that of a camera RAW file");
+    ExpectRefusal(Run({command, in, "-o", Path("out.png")}), kFailure, "it is not a camera RAW file");
   }
   ExpectRefusal(Run({"develop", in, "--preview", Path("out.png"), "--bg-blur", "50"}), kFailure,
-                "only that of a camera RAW file");
+                "it is not a camera RAW file");
   EXPECT_FALSE(std::filesystem::exists(Path("out.png")));
 }
 

@@ -58,12 +58,12 @@ TEST_F(ThumbTest, AFailureKeepsTheExistingFile) {
   WriteFile(Path("old.jpg"), "last year's work");
   WriteFile(Path("text.jpg"), "not a photograph at all\n");
   ExpectRefusal(Thumb(Path("text.jpg"), Path("old.jpg")), kFailure,
-                "cannot read '" + Path("text.jpg") + "': it is no photograph");
+                "cannot read '" + Path("text.jpg") + "': it is not a photograph");
   ExpectRefusal(Thumb(Path("missing.ARW"), Path("old.jpg")), kFailure, "there is no such file");
   ExpectRefusal(Thumb(LUMVIK_TEST_DATA "/no_thumb.dng", Path("old.jpg")), kFailure,
                 "the RAW file has no preview");
   EXPECT_EQ(ReadFile(Path("old.jpg")), "last year's work");
-  ExpectRefusal(Thumb(LUMVIK_TEST_DATA "/no_thumb.dng", Path("new.jpg")), kFailure, "holds no preview");
+  ExpectRefusal(Thumb(LUMVIK_TEST_DATA "/no_thumb.dng", Path("new.jpg")), kFailure, "has no preview");
   EXPECT_FALSE(fs::exists(Path("new.jpg")));
 }
 
