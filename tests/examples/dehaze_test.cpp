@@ -85,7 +85,7 @@ TEST_P(DehazeExample, ClampsWhatLeavesTheRange) {
   EXPECT_NEAR(pixel[1], 0.05 / 0.24 + 0.4, 1e-5);
 }
 
-// Transmission 0.05 is zeroed, not held at 0.1: above the airlight +inf, at it NaN.
+// A transmission of 0.05 becomes 0, not 0.1: infinity above the airlight, NaN at it.
 TEST_P(DehazeExample, ZeroedTransmissionDrivesColorsToTheEnds) {
   cv::Mat working = Uniform(40, 30, {0.8F, 0.9F, 0.7F, 1});
   working = Developed(working, DehazeSetting(100));

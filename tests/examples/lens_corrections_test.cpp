@@ -123,7 +123,7 @@ TEST_P(ChromaticAberrationExample, RedGrowsAndBlueShrinks) {
 TEST_P(ChromaticAberrationExample, ShiftsRedOutwardsAndBlueInwards) {
   const cv::Mat input = Ramp(1000, 40);
   const cv::Mat out = Corrected(input, &Adjustments::ca_correction, 100);
-  // Pixel 900 of the red plane is pixel 901 of the enlarged one, whose center lies at 901.5 / 1.003 - 0.5 of
+  // Pixel 900 of the red plane is pixel 901 of the enlarged one, whose center is at 901.5 / 1.003 - 0.5 of
   // the source; blue's is pixel 899 of the reduced one.
   const cv::Vec4f pixel = out.at<cv::Vec4f>(20, 900);
   EXPECT_NEAR(pixel[0], (901.5 / 1.003 - 0.5) / 100, 1e-4);

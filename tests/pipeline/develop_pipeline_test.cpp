@@ -39,7 +39,7 @@ TEST(DevelopPipeline, DefaultSettingsChangeColors) {
   EXPECT_EQ(pixel[3], 65535);
 }
 
-TEST(DevelopPipeline, WhiteBalanceSleepsOnlyNear6500) {
+TEST(DevelopPipeline, WhiteBalanceIsDisabledOnlyNear6500) {
   const cv::Mat source = NoiseImage({9, 9}, 2);
   const auto keeps = [&source](float temperature, float tint) {
     Adjustments adjustments;
@@ -110,19 +110,19 @@ TEST(DevelopPipeline, ReplacesAnEarlierRenderOfAnotherSizeOrType) {
   }
 }
 
-// Settings of every stage that acts, now and then far beyond the sliders.
+// Settings of the tone stages, some of them far beyond the sliders.
 Adjustments RandomAdjustments(std::mt19937& random) {
   const auto within = [&random](float low, float high) {
     return std::uniform_real_distribution<float>(low, high)(random);
   };
-  const auto awake = [&random] { return random() % 3 != 0; };
-  const float reach = random() % 5 == 0 ? 4.0F : 1.0F;
+  const auto is_active = [&random] { return random() % 3 != 0; };
+  const float scale = random() % 5 == 0 ? 4.0F : 1.0F;
   Adjustments adjustments;
-  if (awake()) adjustments.temperature = within(1500, 26000);
-  if (awake()) adjustments.tint = within(-150, 150) * reach;
-  if (awake()) adjustments.exposure = within(-3, 3) * reach;
-  if (awake()) adjustments.brightness = within(-100, 100) * reach;
-  if (awake()) adjustments.contrast = within(-100, 100) * reach;
+  if (is_active()) adjustments.temperature = within(1500, 26000);
+  if (is_active()) adjustments.tint = within(-150, 150) * scale;
+  if (is_active()) adjustments.exposure = within(-3, 3) * scale;
+  if (is_active()) adjustments.brightness = within(-100, 100) * scale;
+  if (is_active()) adjustments.contrast = within(-100, 100) * scale;
   return adjustments;
 }
 

@@ -1,4 +1,4 @@
-// How much memory a render takes beside its source and its result.
+// The memory that a render needs besides its source and its result.
 #include <gtest/gtest.h>
 
 #include <opencv2/core.hpp>
@@ -13,10 +13,10 @@ namespace {
 
 constexpr size_t kMegabyte = 1 << 20;
 
-// As wide as a large photograph, and high enough for an image of it to be told from some rows.
+// As wide as a large photograph, and high enough to tell an image from a few rows.
 const cv::Size kWide(4096, 700);
 
-// In bytes, of a render into an image that is there already.
+// In bytes, of a render into an existing image.
 size_t PeakOf(const Adjustments& adjustments, const cv::Mat& source) {
   cv::Mat rendered;
   DevelopPipeline(source, adjustments, rendered);
@@ -43,7 +43,7 @@ TEST(RenderMemory, PointStagesNeedNoImage) {
   EXPECT_LT(PeakOf(a, source), 16 * kMegabyte);
 }
 
-TEST(RenderMemory, StagesThatLookAroundKeepTheRowsTheyReach) {
+TEST(RenderMemory, AreaStagesKeepOnlyTheRowsOfTheirKernels) {
   const cv::Mat source = test::ResizedPhotograph("cat.jpg", kWide);
   Adjustments a;
   a.texture = 20;

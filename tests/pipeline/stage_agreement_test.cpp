@@ -1,4 +1,4 @@
-// Every stage, alone and in chains, held against the plain pipeline.
+// Every stage, alone and in chains, compared with the reference pipeline.
 #include <gtest/gtest.h>
 
 #include <functional>
@@ -21,7 +21,7 @@ constexpr float kNaN = std::numeric_limits<float>::quiet_NaN();
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 constexpr uint64_t kGrainSeed = 41;
 
-// Both versions draw their grain from the calling thread's generator.
+// Both implementations draw grain from the calling thread's generator.
 cv::Mat DevelopedWithGrain(const cv::Mat& source, const Adjustments& adjustments) {
   cv::theRNG().state = kGrainSeed;
   cv::Mat rendered;
@@ -34,8 +34,8 @@ cv::Mat Expected(const cv::Mat& source, const Adjustments& adjustments) {
   return reference::DevelopPipeline(source, adjustments);
 }
 
-// A stage at one strength. Where the definition jumps, a difference in the last bit can decide for the other
-// side: there a small share of the samples may differ by any amount.
+// A stage at several strengths. Where the definition is discontinuous, the last bit can decide the side:
+// there a small share of the samples may differ by any amount.
 struct StageCase {
   std::string name;
   std::function<void(Adjustments&, float)> set;
@@ -94,7 +94,7 @@ std::vector<StageCase> StageCases() {
   };
 }
 
-// The images a stage is tried on: a photograph, noise, and sizes at which loops go wrong.
+// A photograph, noise, and sizes that are hard on loops.
 std::vector<cv::Mat> Sources() {
   std::vector<cv::Mat> sources = {test::Photograph("cat.jpg", 320), test::NoiseImage({203, 151}, 3)};
   for (const cv::Size size : test::OddSizes()) sources.push_back(test::NoiseImage(size, 5));
@@ -129,8 +129,8 @@ TEST_P(StageAgreement, StaysWithinOneCode) {
 INSTANTIATE_TEST_SUITE_P(Stages, StageAgreement, testing::ValuesIn(StageCases()),
                          [](const auto& test) { return test.param.name; });
 
-// What a chain may differ by, in codes. Dehaze divides by a transmission of 0.1 and more, and so multiplies
-// by up to ten what the stages before it left.
+// In codes. Dehaze divides by a transmission of at least 0.1, which amplifies earlier differences up to ten
+// times.
 int ChainTolerance(const Adjustments& adjustments) {
   constexpr int kStageTolerance = 2;
   constexpr int kDehazeAmplification = 10;
@@ -158,11 +158,11 @@ TEST(StageChains, TwoHundredRandomSettingsStayWithinTheirTolerance) {
               largest_share * 100);
 }
 
-TEST(FilmGrain, LeavesTheGeneratorWhereTheNoiseEnds) {
+TEST(FilmGrain, LeavesTheGeneratorWhereTheDrawEnds) {
   const cv::Mat source = test::Photograph("cat.jpg", 200);
   Adjustments adjustments = test::NeutralAdjustments();
   adjustments.grain_amount = 40;
-  adjustments.clarity = 20;  // on all threads, while the noise is drawn
+  adjustments.clarity = 20;  // runs on all threads while the noise is drawn
   Expected(source, adjustments);
   const uint64_t expected = cv::theRNG().state;
   const cv::Mat first = DevelopedWithGrain(source, adjustments);

@@ -1,4 +1,4 @@
-// Plain auto crop: every candidate summed pixel by pixel.
+// Reference auto crop: sums every candidate pixel by pixel.
 #ifndef LUMVIK_TESTS_REFERENCE_AUTO_CROP_H_
 #define LUMVIK_TESTS_REFERENCE_AUTO_CROP_H_
 

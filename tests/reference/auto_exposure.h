@@ -1,4 +1,4 @@
-// Plain auto exposure.
+// Reference auto exposure.
 #ifndef LUMVIK_TESTS_REFERENCE_AUTO_EXPOSURE_H_
 #define LUMVIK_TESTS_REFERENCE_AUTO_EXPOSURE_H_
 

@@ -1,4 +1,4 @@
-// Plain auto straighten.
+// Reference auto straighten.
 #ifndef LUMVIK_TESTS_REFERENCE_AUTO_STRAIGHTEN_H_
 #define LUMVIK_TESTS_REFERENCE_AUTO_STRAIGHTEN_H_
 
@@ -7,7 +7,7 @@
 
 namespace lumvik::reference {
 
-// Of segments x1, y1, x2, y2.
+// The angle of segments x1, y1, x2, y2, in degrees.
 float Vote(const std::vector<cv::Vec4i>& segments);
 
 // `image` is CV_16UC4.

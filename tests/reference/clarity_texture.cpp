@@ -32,7 +32,7 @@ void ClarityTexture(cv::Mat& working, const Adjustments& adjustments) {
   if (clarity == 0 && texture == 0) return;
   std::vector<cv::Mat> planes;
   cv::split(working, planes);
-  // Both high-passes come from the luminance as it was before either was added.
+  // Both take the luminance from before either was added.
   const cv::Mat luminance = LuminancePlane(planes);
   if (clarity != 0) AddHighPass(planes, luminance, kClaritySigma, clarity / 100.0F * kClarityGain);
   if (texture != 0) AddHighPass(planes, luminance, kTextureSigma, texture / 100.0F * kTextureGain);

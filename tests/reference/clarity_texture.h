@@ -1,4 +1,4 @@
-// Plain clarity and texture: high-passes of the luminance at two radii, added to each channel.
+// Reference clarity and texture: luminance detail at two radii, added to each channel.
 #ifndef LUMVIK_TESTS_REFERENCE_CLARITY_TEXTURE_H_
 #define LUMVIK_TESTS_REFERENCE_CLARITY_TEXTURE_H_
 

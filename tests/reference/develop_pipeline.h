@@ -1,4 +1,4 @@
-// The plain pipeline, step by step, single-threaded: what the engine's fast kernels are held against.
+// The reference pipeline, single-threaded and literal, which the engine is tested against.
 #ifndef LUMVIK_TESTS_REFERENCE_DEVELOP_PIPELINE_H_
 #define LUMVIK_TESTS_REFERENCE_DEVELOP_PIPELINE_H_
 
@@ -10,14 +10,14 @@ namespace lumvik::reference {
 // CV_32FC4 of a CV_16UC4 image: source / 65535.
 cv::Mat ToWorkingImage(const ImageBuffer& source);
 
-// CV_16UC4 of a working image, rounded and saturated.
+// CV_16UC4 of a working image, rounded and clamped.
 ImageBuffer FromWorkingImage(const cv::Mat& working);
 
-// The two steps too small for files of their own. Neither skips at 0; the driver does.
+// Too small for files of their own. 0 is not the identity; DevelopWorkingImage() skips it.
 void Brightness(cv::Mat& working, float brightness);
 void Contrast(cv::Mat& working, float contrast);
 
-// All eighteen steps in order on a working image (CV_32FC4).
+// Runs all stages on a working image (CV_32FC4).
 cv::Mat DevelopWorkingImage(const cv::Mat& image, const Adjustments& adjustments);
 
 // The rendered image; empty for an empty source.

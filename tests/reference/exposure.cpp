@@ -12,7 +12,7 @@ constexpr float kBlendSoftness = 1.5F;
 constexpr float kCeiling = 1.0F;
 constexpr float kFloor = 0.0F;
 
-// The identity up to its knee, then a hyperbola that tends to 1.
+// The identity below the knee, then a hyperbola that tends to 1.
 float Shoulder(float peak) {
   constexpr float kUpperKnee = 0.75F;
   constexpr float kNumerator = 0.0625F;

@@ -1,4 +1,4 @@
-// Plain exposure: a power of two with a shoulder for the highlights.
+// Reference exposure: a power of two with a shoulder for the highlights.
 #ifndef LUMVIK_TESTS_REFERENCE_EXPOSURE_H_
 #define LUMVIK_TESTS_REFERENCE_EXPOSURE_H_
 

@@ -8,7 +8,7 @@
 namespace lumvik::reference {
 namespace {
 
-// Blurring lowers the deviation, so the noise is scaled back to the requested one.
+// Scales the noise back to the deviation that the blur took from it.
 void CoarsenNoise(cv::Mat& noise, float size, double deviation) {
   const float sigma = 2.0F * size + 0.5F;
   cv::GaussianBlur(noise, noise, cv::Size(0, 0), sigma, 0, cv::BORDER_REFLECT_101);

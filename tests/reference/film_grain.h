@@ -1,4 +1,4 @@
-// Plain film grain: one Gaussian noise field, added to all three channels.
+// Reference film grain: one Gaussian noise plane, added to all three color channels.
 #ifndef LUMVIK_TESTS_REFERENCE_FILM_GRAIN_H_
 #define LUMVIK_TESTS_REFERENCE_FILM_GRAIN_H_
 
@@ -8,7 +8,7 @@
 
 namespace lumvik::reference {
 
-// Draws from OpenCV's default generator (cv::theRNG) as it stands.
+// Draws from the current state of cv::theRNG().
 void FilmGrain(cv::Mat& working, const Adjustments& adjustments);
 
 }  // namespace lumvik::reference

@@ -8,9 +8,9 @@
 namespace lumvik::reference {
 namespace {
 
-constexpr int kSmallestRefusedSide = 10;
+constexpr int kMaxRefusedSide = 10;
 
-// Toward zero; held to the range of int, a NaN gives 0.
+// Toward zero, saturating; NaN gives 0.
 int Truncate(float value) {
   constexpr float kIntLimit = 2147483648.0F;
   if (value >= kIntLimit) return std::numeric_limits<int>::max();
@@ -18,7 +18,7 @@ int Truncate(float value) {
   return value == value ? static_cast<int>(value) : 0;
 }
 
-bool IsAsleep(const Adjustments& a) {
+bool IsNeutral(const Adjustments& a) {
   return a.flip_h == 0 && a.flip_v == 0 && a.rotation == 0 && a.perspective_h == 0 && a.perspective_v == 0 &&
          a.crop.x == 0 && a.crop.y == 0 && a.crop.w <= 0 && a.crop.h <= 0;
 }
@@ -31,8 +31,8 @@ void Rotate(cv::Mat& image, float degrees) {
   image = rotated;
 }
 
-// One transform for both sliders: the first pulls the top corners in and pushes the bottom corners out, the
-// second moves the top edge down and the bottom edge up.
+// One transform for both sliders: the first moves the top corners in and the bottom corners out, the second
+// the top edge down and the bottom edge up.
 void CorrectPerspective(cv::Mat& image, float perspective_h, float perspective_v) {
   const float a = perspective_h / 100.0F * 0.15F;
   const float b = perspective_v / 100.0F * 0.15F;
@@ -57,14 +57,14 @@ void Crop(cv::Mat& image, const CropRectangle& crop) {
   const int y = std::max(Truncate(rows * crop.y), 0);
   const int width = std::min(Truncate(columns * crop.w), image.cols - x);
   const int height = std::min(Truncate(rows * crop.h), image.rows - y);
-  if (width <= kSmallestRefusedSide || height <= kSmallestRefusedSide) return;
+  if (width <= kMaxRefusedSide || height <= kMaxRefusedSide) return;
   image = image(cv::Rect(x, y, width, height)).clone();
 }
 
 }  // namespace
 
 void Geometry(cv::Mat& working, const Adjustments& adjustments) {
-  if (IsAsleep(adjustments)) return;
+  if (IsNeutral(adjustments)) return;
   if (adjustments.flip_h != 0) cv::flip(working, working, 1);
   if (adjustments.flip_v != 0) cv::flip(working, working, 0);
   if (adjustments.rotation != 0) Rotate(working, adjustments.rotation);

@@ -1,4 +1,4 @@
-// Plain geometry: flips, rotation, perspective, crop.
+// Reference geometry: flips, rotation, perspective, crop.
 #ifndef LUMVIK_TESTS_REFERENCE_GEOMETRY_H_
 #define LUMVIK_TESTS_REFERENCE_GEOMETRY_H_
 

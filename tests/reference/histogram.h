@@ -1,4 +1,4 @@
-// Plain counting of levels.
+// Reference histograms.
 #ifndef LUMVIK_TESTS_REFERENCE_HISTOGRAM_H_
 #define LUMVIK_TESTS_REFERENCE_HISTOGRAM_H_
 
@@ -6,7 +6,7 @@
 
 namespace lumvik::reference {
 
-// By way of a float copy of the whole image.
+// Converts the whole image to floats first.
 Histograms CountLevels(const ImageBuffer& image);
 
 }  // namespace lumvik::reference

@@ -11,12 +11,19 @@ namespace {
 
 constexpr std::array<float, kHslBandCount> kBandCenters = {
     0.0F, 1.0F / 12.0F, 1.0F / 6.0F, 1.0F / 3.0F, 1.0F / 2.0F, 2.0F / 3.0F, 7.0F / 9.0F, 5.0F / 6.0F};
-constexpr float kBandReach = 0.09F;
+constexpr float kBandRadius = 0.09F;
 constexpr float kMinSaturation = 0.0001F;
 constexpr float kMinWeight = 0.0001F;
 
 bool IsNeutral(const HslBand& band) {
   return band.hue == 0 && band.saturation == 0 && band.luminance == 0;
+}
+
+// 1 at the center of the band, 0 from kBandRadius on.
+float BandWeight(float hue, size_t band) {
+  float distance = std::fabs(hue - kBandCenters[band]);
+  if (distance > 0.5F) distance = 1.0F - distance;
+  return distance < kBandRadius ? 1.0F - distance / kBandRadius : 0.0F;
 }
 
 void ShiftPixel(cv::Vec4f& pixel, const std::array<HslBand, kHslBandCount>& bands) {
@@ -26,7 +33,7 @@ void ShiftPixel(cv::Vec4f& pixel, const std::array<HslBand, kHslBandCount>& band
   HslBand shift;
   // The sums are not divided by the total weight.
   for (size_t i = 0; i < bands.size(); ++i) {
-    const float w = HslBandWeight(hsl.h, i);
+    const float w = BandWeight(hsl.h, i);
     if (!(w >= kMinWeight)) continue;
     weight += w;
     shift.hue += w * bands[i].hue;
@@ -44,12 +51,6 @@ void ShiftPixel(cv::Vec4f& pixel, const std::array<HslBand, kHslBandCount>& band
 }
 
 }  // namespace
-
-float HslBandWeight(float hue, size_t band) {
-  float distance = std::fabs(hue - kBandCenters[band]);
-  if (distance > 0.5F) distance = 1.0F - distance;
-  return distance < kBandReach ? 1.0F - distance / kBandReach : 0.0F;
-}
 
 void HslBands(cv::Mat& working, const Adjustments& adjustments) {
   if (std::all_of(adjustments.hsl.begin(), adjustments.hsl.end(), IsNeutral)) return;

@@ -1,4 +1,4 @@
-// Plain hue bands: shifts of hue, saturation and lightness around eight hues.
+// Reference HSL bands: shifts of hue, saturation and lightness around eight hues.
 #ifndef LUMVIK_TESTS_REFERENCE_HSL_BANDS_H_
 #define LUMVIK_TESTS_REFERENCE_HSL_BANDS_H_
 
@@ -7,9 +7,6 @@
 #include "base/adjustments.h"
 
 namespace lumvik::reference {
-
-// How much band `band` (0..7) acts on a hue in turns: 1 at its center, falling to 0 at 0.09 turns.
-float HslBandWeight(float hue, size_t band);
 
 void HslBands(cv::Mat& working, const Adjustments& adjustments);
 

@@ -8,7 +8,7 @@
 namespace lumvik::reference {
 namespace {
 
-// The sector 0..5 of a hue given in sixths of a turn. What no integer can hold has no sector.
+// The sector 0..5 of a hue in sixths of a turn; -1 for what int cannot hold.
 int Sector(float sixths) {
   constexpr float kIntLimit = 2147483648.0F;
   if (!(std::fabs(sixths) < kIntLimit)) return -1;

@@ -32,6 +32,23 @@ void CorrectDistortion(cv::Mat& working, float distortion) {
   working = corrected;
 }
 
+// Crops a plane about its center if it is at least as large in both directions; otherwise centers it on
+// zeros.
+void FitToSize(cv::Mat& plane, cv::Size size) {
+  if (plane.size() == size) return;
+  const int dx = (plane.cols - size.width) / 2;
+  const int dy = (plane.rows - size.height) / 2;
+  // Compares sizes, not offsets: those are 0 for a plane that is one pixel smaller.
+  if (plane.cols >= size.width && plane.rows >= size.height) {
+    plane = plane(cv::Rect(dx, dy, size.width, size.height)).clone();
+    return;
+  }
+  cv::Mat padded = cv::Mat::zeros(size, plane.type());
+  plane.copyTo(
+      padded(cv::Rect(-dx, -dy, std::min(size.width, plane.cols), std::min(size.height, plane.rows))));
+  plane = padded;
+}
+
 void ResizeAboutCenter(cv::Mat& plane, float factor) {
   const cv::Size size = plane.size();
   cv::Mat resized;
@@ -66,7 +83,7 @@ void CorrectVignetting(cv::Mat& working, float lens_vignette) {
   }
 }
 
-// Purple and green, the colors of fringes.
+// Purple or green.
 bool IsFringeHue(float h) {
   return (0.65F < h && h < 0.85F) || (0.25F < h && h < 0.4F);
 }
@@ -89,21 +106,6 @@ void Defringe(cv::Mat& working, float defringe) {
 }
 
 }  // namespace
-
-void FitToSize(cv::Mat& plane, cv::Size size) {
-  if (plane.size() == size) return;
-  const int dx = (plane.cols - size.width) / 2;
-  const int dy = (plane.rows - size.height) / 2;
-  // The sizes decide, not dx and dy: those are 0 for a plane that lacks a single pixel.
-  if (plane.cols >= size.width && plane.rows >= size.height) {
-    plane = plane(cv::Rect(dx, dy, size.width, size.height)).clone();
-    return;
-  }
-  cv::Mat padded = cv::Mat::zeros(size, plane.type());
-  plane.copyTo(
-      padded(cv::Rect(-dx, -dy, std::min(size.width, plane.cols), std::min(size.height, plane.rows))));
-  plane = padded;
-}
 
 void LensCorrections(cv::Mat& working, const Adjustments& adjustments) {
   if (adjustments.distortion == 0 && adjustments.ca_correction <= 0 && adjustments.lens_vignette <= 0 &&

@@ -1,4 +1,4 @@
-// Rec. 709 luminance, as the per-pixel stages and as the whole-plane stages take it.
+// Rec. 709 luminance in the precision and order of the per-pixel and the whole-plane stages.
 #ifndef LUMVIK_TESTS_REFERENCE_LUMINANCE_H_
 #define LUMVIK_TESTS_REFERENCE_LUMINANCE_H_
 

@@ -9,7 +9,15 @@ namespace lumvik::reference {
 namespace {
 
 constexpr float kLuminanceStrength = 0.6F;
-constexpr float kLeastLuminance = 1e-6F;
+constexpr float kMinLuminance = 1e-6F;
+
+int LuminanceKernelSize(float nr_luminance) {
+  return 3 - 2 * static_cast<int>(nr_luminance / -100.0F * 5.0F);
+}
+
+int ColorKernelSize(float nr_color) {
+  return 3 - 2 * static_cast<int>(nr_color / -100.0F * 4.0F);
+}
 
 void SmoothLuminance(std::vector<cv::Mat>& planes, float nr_luminance) {
   const cv::Mat luminance = LuminancePlane(planes);
@@ -18,7 +26,7 @@ void SmoothLuminance(std::vector<cv::Mat>& planes, float nr_luminance) {
   cv::GaussianBlur(luminance, smooth, cv::Size(side, side), 0, 0, cv::BORDER_REFLECT_101);
   const double w = nr_luminance / 100.0F * kLuminanceStrength;
   for (size_t c = 0; c < 3; ++c) {
-    const cv::Mat ratio = smooth / (luminance + cv::Scalar(kLeastLuminance));
+    const cv::Mat ratio = smooth / (luminance + cv::Scalar(kMinLuminance));
     planes[c] = planes[c] * (1.0 - w) + planes[c].mul(ratio) * w;
   }
 }
@@ -31,14 +39,6 @@ void BlurColors(std::vector<cv::Mat>& planes, float nr_color) {
 }
 
 }  // namespace
-
-int LuminanceKernelSize(float nr_luminance) {
-  return 3 - 2 * static_cast<int>(nr_luminance / -100.0F * 5.0F);
-}
-
-int ColorKernelSize(float nr_color) {
-  return 3 - 2 * static_cast<int>(nr_color / -100.0F * 4.0F);
-}
 
 void NoiseReduction(cv::Mat& working, const Adjustments& adjustments) {
   if (adjustments.nr_luminance == 0 && adjustments.nr_color == 0) return;

@@ -1,4 +1,4 @@
-// Plain post-crop vignette: fades the frame towards white with the distance from its center.
+// Reference post-crop vignette: fades the frame to white with the distance from its center.
 #ifndef LUMVIK_TESTS_REFERENCE_POST_CROP_VIGNETTE_H_
 #define LUMVIK_TESTS_REFERENCE_POST_CROP_VIGNETTE_H_
 
@@ -7,10 +7,6 @@
 #include "base/adjustments.h"
 
 namespace lumvik::reference {
-
-// Distance of a point whose coordinates are 0 in the center and 1 at the frame's edges. Elliptic, below
-// roundness 0 blended towards the rectangular distance, which is reached at -100.
-float VignetteDistance(float nx, float ny, float roundness);
 
 void PostCropVignette(cv::Mat& working, const Adjustments& adjustments);
 

@@ -1,4 +1,4 @@
-// Plain preview with a blurred background, by way of float copies of the whole image.
+// Reference preview with a blurred background, on float copies of the whole image.
 #ifndef LUMVIK_TESTS_REFERENCE_PREVIEW_H_
 #define LUMVIK_TESTS_REFERENCE_PREVIEW_H_
 
@@ -6,7 +6,7 @@
 
 namespace lumvik::reference {
 
-// CV_8UC4. An empty mask blurs nothing.
+// CV_8UC4. An empty mask disables the blur.
 cv::Mat RenderPreview(const ImageBuffer& rendered, const cv::Mat& mask, float bg_blur);
 
 }  // namespace lumvik::reference

@@ -1,4 +1,4 @@
-// The copy on which the automatic tools measure, and its luminance.
+// The reduced copy that the automatic tools analyze, and its luminance.
 #ifndef LUMVIK_TESTS_REFERENCE_REDUCED_COPY_H_
 #define LUMVIK_TESTS_REFERENCE_REDUCED_COPY_H_
 
@@ -8,7 +8,7 @@
 
 namespace lumvik::reference {
 
-// CV_32FC4 of 0..1, `width` columns, in the proportions of the CV_16UC4 image.
+// CV_32FC4, 0..1, `width` columns, with the aspect ratio of the CV_16UC4 image.
 inline cv::Mat ReducedFloatCopy(const cv::Mat& image, int width) {
   const int height = std::max(image.rows * width / image.cols, 1);
   cv::Mat reduced;

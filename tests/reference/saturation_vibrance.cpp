@@ -27,7 +27,7 @@ void SaturationVibrance(cv::Mat& working, const Adjustments& adjustments) {
     auto* row = working.ptr<cv::Vec4f>(y);
     for (int x = 0; x < working.cols; ++x) {
       cv::Vec4f& pixel = row[x];
-      // Measured before the saturation changes the pixel.
+      // Before the saturation changes the pixel.
       const std::array<float, 3> rgb = {pixel[0], pixel[1], pixel[2]};
       const float mx = *std::max_element(rgb.begin(), rgb.end());
       const float mn = *std::min_element(rgb.begin(), rgb.end());

@@ -1,4 +1,4 @@
-// Plain saturation and vibrance: distance from the luminance, scaled.
+// Reference saturation and vibrance: scales the distance from the luminance.
 #ifndef LUMVIK_TESTS_REFERENCE_SATURATION_VIBRANCE_H_
 #define LUMVIK_TESTS_REFERENCE_SATURATION_VIBRANCE_H_
 

@@ -1,4 +1,4 @@
-// Plain scene analysis.
+// Reference scene analysis.
 #ifndef LUMVIK_TESTS_REFERENCE_SCENE_ANALYSIS_H_
 #define LUMVIK_TESTS_REFERENCE_SCENE_ANALYSIS_H_
 

@@ -1,4 +1,4 @@
-// Plain sharpening: an unsharp mask that leaves detail up to a threshold alone.
+// Reference sharpening: an unsharp mask for detail above a threshold.
 #ifndef LUMVIK_TESTS_REFERENCE_SHARPENING_H_
 #define LUMVIK_TESTS_REFERENCE_SHARPENING_H_
 

@@ -24,7 +24,7 @@ void SplitToning(cv::Mat& working, const Adjustments& adjustments) {
       const Hsl hsl = rgb_to_hsl(pixel[0], pixel[1], pixel[2]);
       const float k = shadow * shadow_saturation + highlight * highlight_saturation;
       const float s = ClampUnit(k * 0.3F + hsl.s);
-      // Straight towards the mix of the two hues, never the short way round the circle.
+      // Linear in the hue, without wrapping around.
       const float h = hsl.h + (shadow * shadow_hue + highlight * highlight_hue - hsl.h) * (k * 0.5F);
       const Rgb rgb = hsl_to_rgb(h, s, hsl.l);
       pixel[0] = rgb.r;

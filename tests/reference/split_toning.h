@@ -1,4 +1,4 @@
-// Plain split toning: tints bright and dark tones towards two hues.
+// Reference split toning: tints highlights and shadows towards two hues.
 #ifndef LUMVIK_TESTS_REFERENCE_SPLIT_TONING_H_
 #define LUMVIK_TESTS_REFERENCE_SPLIT_TONING_H_
 

@@ -1,4 +1,4 @@
-// Plain subject segmentation, step by step.
+// Reference subject segmentation.
 #ifndef LUMVIK_TESTS_REFERENCE_SUBJECT_MASK_H_
 #define LUMVIK_TESTS_REFERENCE_SUBJECT_MASK_H_
 
@@ -6,10 +6,10 @@
 
 namespace lumvik::reference {
 
-// What GrabCut works on: 8 bits, blue first, at most 512 pixels on the long side.
+// The input of GrabCut: CV_8UC3, BGR, at most 512 pixels on the long side.
 cv::Mat SegmentationImage(const ImageBuffer& image);
 
-// CV_8UC1 at the size of `image`. Exceptions of cv::grabCut pass.
+// CV_8UC1 at the size of `image`. Exceptions of cv::grabCut propagate.
 cv::Mat SubjectMask(const ImageBuffer& image, const cv::Rect& rectangle);
 
 }  // namespace lumvik::reference

@@ -14,7 +14,7 @@ bool IsIdentity(const ToneCurve& points) {
   return points.size() == 2 && points[0].x == 0 && points[0].y == 0 && points[1].x == 1 && points[1].y == 1;
 }
 
-// The first segment that ends at or beyond `u`, at most the last one.
+// The first segment that ends at or beyond `u`, or else the last one.
 size_t FindSegment(const ToneCurve& points, float u) {
   size_t j = 0;
   while (j + 2 < points.size() && !(points[j + 1].x >= u)) ++j;

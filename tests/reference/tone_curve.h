@@ -1,4 +1,4 @@
-// Plain tone curve: a master table, then one table a channel.
+// Reference tone curve: a master table, then one table per channel.
 #ifndef LUMVIK_TESTS_REFERENCE_TONE_CURVE_H_
 #define LUMVIK_TESTS_REFERENCE_TONE_CURVE_H_
 
@@ -11,7 +11,7 @@ namespace lumvik::reference {
 
 constexpr int kCurveTableSize = 65536;
 
-// Entry i is the curve at i / 65535: a uniform Catmull-Rom spline through the points in the order given.
+// Entry i is the curve at i / 65535: a uniform Catmull-Rom spline through the points in their given order.
 std::vector<float> BuildCurveTable(const ToneCurve& points);
 
 void ToneCurveStage(cv::Mat& working, const Adjustments& adjustments);

@@ -1,4 +1,4 @@
-// Plain tone range: highlights and shadows by luminance, whites and blacks by levels.
+// Reference highlights and shadows, whites and blacks.
 #ifndef LUMVIK_TESTS_REFERENCE_TONE_RANGE_H_
 #define LUMVIK_TESTS_REFERENCE_TONE_RANGE_H_
 

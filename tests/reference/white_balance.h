@@ -1,4 +1,4 @@
-// Plain white balance: channel gains from a color temperature and a tint.
+// Reference white balance: channel gains from a color temperature and a tint.
 #ifndef LUMVIK_TESTS_REFERENCE_WHITE_BALANCE_H_
 #define LUMVIK_TESTS_REFERENCE_WHITE_BALANCE_H_
 
@@ -17,7 +17,7 @@ struct WhiteBalanceGains {
   float blue;
 };
 
-// Kim's cubic approximation of the Planckian locus; temperatures are held to 1667..25000 K.
+// Kim's cubic approximation of the Planckian locus, for temperatures clamped to 1667..25000 K.
 Chromaticity KelvinToChromaticity(float temperature);
 
 WhiteBalanceGains ComputeWhiteBalanceGains(float temperature, float tint);

@@ -1,4 +1,4 @@
-// How much memory matrices take.
+// The memory that matrices take.
 #ifndef LUMVIK_TESTS_SUPPORT_COUNTING_ALLOCATOR_H_
 #define LUMVIK_TESTS_SUPPORT_COUNTING_ALLOCATOR_H_
 
@@ -7,7 +7,7 @@
 
 namespace lumvik::test {
 
-// While it lives, counts the bytes of all matrices that live at a time.
+// During its lifetime, tracks the peak of the bytes of all live matrices.
 class CountingAllocator : public cv::MatAllocator {
  public:
   CountingAllocator() : before_(cv::Mat::getDefaultAllocator()) { cv::Mat::setDefaultAllocator(this); }

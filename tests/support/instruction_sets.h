@@ -1,4 +1,4 @@
-// Running the same work with each set of vector instructions.
+// Runs a check with each instruction set.
 #ifndef LUMVIK_TESTS_SUPPORT_INSTRUCTION_SETS_H_
 #define LUMVIK_TESTS_SUPPORT_INSTRUCTION_SETS_H_
 
@@ -8,7 +8,7 @@
 
 namespace lumvik::test {
 
-// Calls `check()` once for every set that this processor has.
+// Calls `check()` once for each that this processor supports.
 template <typename Check>
 void WithEachInstructionSet(const Check& check) {
   const InstructionSet usual = widest_instruction_set;

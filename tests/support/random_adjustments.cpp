@@ -12,10 +12,10 @@ void SetToneCurves(Adjustments& adjustments, float variant) {
   const ToneCurve reset = {{0, 0}, {1, 1}};
   auto& curves = adjustments.tone_curves;
   switch (static_cast<int>(variant)) {
-    case 0:  // asleep
+    case 0:  // all disabled
       curves = {reset, reset, ToneCurve(), ToneCurve{{0.5F, 0.2F}}};
       break;
-    case 1:  // the reset curve acts once another one is awake
+    case 1:  // a reset curve acts if another one is active
       curves = {ToneCurve{{0, 0.1F}, {0.3F, 0.2F}, {0.7F, 0.9F}, {1, 1}}, reset, reset, ToneCurve()};
       break;
     case 2:  // a negative
@@ -99,31 +99,31 @@ Adjustments RandomAdjustments(std::mt19937& random) {
   const auto within = [&random](float low, float high) {
     return std::uniform_real_distribution<float>(low, high)(random);
   };
-  const auto awake = [&random] { return random() % 2 == 0; };
+  const auto is_active = [&random] { return random() % 2 == 0; };
   Adjustments a = NeutralAdjustments();
-  if (awake()) a.temperature = within(2000, 20000);
+  if (is_active()) a.temperature = within(2000, 20000);
   for (float Adjustments::*field :
        {&Adjustments::tint, &Adjustments::brightness, &Adjustments::contrast, &Adjustments::highlights,
         &Adjustments::shadows, &Adjustments::whites, &Adjustments::blacks, &Adjustments::saturation,
         &Adjustments::vibrance, &Adjustments::clarity, &Adjustments::texture, &Adjustments::distortion,
         &Adjustments::perspective_h, &Adjustments::perspective_v}) {
-    if (awake()) a.*field = within(-100, 100);
+    if (is_active()) a.*field = within(-100, 100);
   }
   for (float Adjustments::*field :
        {&Adjustments::nr_luminance, &Adjustments::nr_color, &Adjustments::dehaze, &Adjustments::ca_correction,
         &Adjustments::lens_vignette, &Adjustments::defringe}) {
-    if (awake()) a.*field = within(0, 100);
+    if (is_active()) a.*field = within(0, 100);
   }
-  if (awake()) a.exposure = within(-3, 3);
-  if (awake()) SetToneCurves(a, within(0, 6));
-  if (awake()) SetHslBands(a, within(-100, 100));
-  if (awake()) SetSplitToning(a, within(0, 100));
-  if (awake()) SetSharpening(a, within(0, 150));
-  if (awake()) a.rotation = within(-10, 10);
-  if (awake()) a.crop = {within(0, 0.5F), within(0, 0.5F), within(0.2F, 1), within(0.2F, 1)};
-  if (awake()) a.flip_h = 1;
-  if (awake()) SetVignette(a, within(-100, 100));
-  if (awake()) SetGrain(a, within(0, 100));
+  if (is_active()) a.exposure = within(-3, 3);
+  if (is_active()) SetToneCurves(a, within(0, 6));
+  if (is_active()) SetHslBands(a, within(-100, 100));
+  if (is_active()) SetSplitToning(a, within(0, 100));
+  if (is_active()) SetSharpening(a, within(0, 150));
+  if (is_active()) a.rotation = within(-10, 10);
+  if (is_active()) a.crop = {within(0, 0.5F), within(0, 0.5F), within(0.2F, 1), within(0.2F, 1)};
+  if (is_active()) a.flip_h = 1;
+  if (is_active()) SetVignette(a, within(-100, 100));
+  if (is_active()) SetGrain(a, within(0, 100));
   return a;
 }
 

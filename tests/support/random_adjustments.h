@@ -1,4 +1,4 @@
-// Adjustments to test with.
+// Adjustments for tests.
 #ifndef LUMVIK_TESTS_SUPPORT_RANDOM_ADJUSTMENTS_H_
 #define LUMVIK_TESTS_SUPPORT_RANDOM_ADJUSTMENTS_H_
 
@@ -8,10 +8,10 @@
 
 namespace lumvik::test {
 
-// Settings that change nothing: the defaults, but for their temperature.
+// Change nothing: the defaults except for the temperature.
 Adjustments NeutralAdjustments();
 
-// Stages with several settings, moved by one number: a strength in percent, or the number of a variant.
+// Stages with several settings, set by one number: a strength in percent or the index of a variant.
 void SetToneCurves(Adjustments& adjustments, float variant);  // 0..5
 void SetHslBands(Adjustments& adjustments, float strength);
 void SetSplitToning(Adjustments& adjustments, float strength);
@@ -20,10 +20,10 @@ void SetGeometry(Adjustments& adjustments, float variant);  // 0..6
 void SetVignette(Adjustments& adjustments, float amount);
 void SetGrain(Adjustments& adjustments, float amount);
 
-// Every setting within its slider; each stage sleeps now and then.
+// Every setting within its slider; each stage is disabled half of the time.
 Adjustments RandomAdjustments(std::mt19937& random);
 
-// What a photographer sets on most photographs, and moderate values of every stage.
+// A typical edit, and moderate values for every stage.
 void SetTypical(Adjustments& adjustments);
 void SetEverything(Adjustments& adjustments);
 

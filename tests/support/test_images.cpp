@@ -30,7 +30,7 @@ cv::Mat NoisePlane(cv::Size size, uint64_t seed) {
 
 namespace {
 
-// Decoded once.
+// Decoded on first use.
 const cv::Mat& FullPhotograph(const std::string& name) {
   static std::map<std::string, cv::Mat> decoded;
   cv::Mat& image = decoded[name];
