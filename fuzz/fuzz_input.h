@@ -1,4 +1,4 @@
-// What the fuzz targets share: the bytes they are called with, as a file that the engine can be pointed at.
+// Shared by the fuzz targets: passing their input to the engine as a file.
 #ifndef LUMVIK_FUZZ_FUZZ_INPUT_H_
 #define LUMVIK_FUZZ_FUZZ_INPUT_H_
 
@@ -16,18 +16,18 @@ inline std::vector<uint8_t> ToBytes(const uint8_t* data, size_t size) {
   return {data, data + size};
 }
 
-// The path of a file of this name in the folder of this process.
+// The path of a file of this name in this process's temporary folder.
 inline std::string FilePath(const std::string& name) {
   static const test::TempDir folder;
   return folder.File(name);
 }
 
-// Writes the bytes to the file of this name, which the next call may replace. Returns its path.
+// Writes the bytes to the file of this name, replacing an earlier one. Returns its path.
 inline std::string WriteFile(const std::string& name, const std::vector<uint8_t>& bytes) {
   return test::WriteBytes(FilePath(name), bytes);
 }
 
-// Ends the process, which is how a target reports a result that must not be.
+// Aborts the process unless the condition holds, which is how a target reports a failure.
 inline void Require(bool condition) {
   if (!condition) __builtin_trap();
 }

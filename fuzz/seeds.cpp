@@ -1,5 +1,5 @@
-// Writes what the fuzz targets begin with into a folder: small files of every kind that the engine reads,
-// whole and broken, one folder for each target.
+// Writes the seed corpora: small files of every kind that the engine reads, whole and broken, in one folder
+// for each fuzz target.
 #include <filesystem>
 #include <iostream>
 #include <opencv2/imgcodecs.hpp>
@@ -38,17 +38,17 @@ cv::Mat Picture(int type = CV_8UC3) {
 }
 
 void AddImages(const Folder& folder) {
-  for (const char* ending : {".jpg", ".png", ".tif", ".bmp", ".webp"}) {
+  for (const char* extension : {".jpg", ".png", ".tif", ".bmp", ".webp"}) {
     for (const int type : {CV_8UC1, CV_8UC3, CV_8UC4}) {
       Bytes bytes;
-      cv::imencode(ending, Picture(type), bytes);
-      folder.Add("channels" + std::to_string(CV_MAT_CN(type)) + ending, bytes);
+      cv::imencode(extension, Picture(type), bytes);
+      folder.Add("channels" + std::to_string(CV_MAT_CN(type)) + extension, bytes);
     }
   }
-  for (const char* ending : {".png", ".tif"}) {
+  for (const char* extension : {".png", ".tif"}) {
     Bytes bytes;
-    cv::imencode(ending, Picture(CV_16UC3), bytes);
-    folder.Add(std::string("deep") + ending, bytes);
+    cv::imencode(extension, Picture(CV_16UC3), bytes);
+    folder.Add(std::string("deep") + extension, bytes);
   }
   Bytes bytes;
   cv::imencode(".jpg", Picture(), bytes, {cv::IMWRITE_JPEG_PROGRESSIVE, 1});
@@ -102,7 +102,7 @@ void AddExif(const Folder& folder) {
     block.Ascii(Ifd::kGps, 1, "N").Rationals(Ifd::kGps, 2, {{48, 1}, {51, 1}, {295, 10}});
     block.Ascii(Ifd::kGps, 3, "E").Rationals(Ifd::kGps, 4, {{2, 1}, {17, 1}, {40, 1}});
     block.Ascii(Ifd::kInteroperability, 1, "R98");
-    // Notes in the layouts that libexif knows.
+    // Maker notes in the layouts that libexif knows.
     for (const std::string maker : {"Nikon", "OLYMP", "FUJIFILM", "AOC", "Canon"}) {
       ExifBlock noted = block;
       Bytes note(maker.begin(), maker.end());

@@ -1,5 +1,5 @@
-// A file's EXIF block: read into the host's record, carried over into a JPEG file, and as a JPEG file that a
-// block is carried into.
+// A file's EXIF block: read into the host's record, copied into a JPEG file, and replaced by another file's
+// block.
 #include <algorithm>
 #include <cstring>
 #include <iterator>
@@ -26,11 +26,11 @@ void Read(const std::string& path) {
           IsTerminated(info.datetime) && info.reserved == 0);
 }
 
-void CarryOver(const std::string& source, const std::string& jpeg) {
+void Copy(const std::string& source, const std::string& jpeg) {
   const std::vector<uint8_t> before = lumvik::test::ReadBytes(jpeg);
-  const bool carried = lumvik::CopyExifToJpeg(source, jpeg);
+  const bool copied = lumvik::CopyExifToJpeg(source, jpeg);
   const std::vector<uint8_t> after = lumvik::test::ReadBytes(jpeg);
-  if (!carried) return Require(after == before);
+  if (!copied) return Require(after == before);
   const uint8_t header[] = {0xFF, 0xD8, 0xFF, 0xE1};
   Require(after.size() > sizeof(header) && std::equal(std::begin(header), std::end(header), after.begin()));
 }
@@ -44,7 +44,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
                         lumvik::test::ExifBlock().Shorts(lumvik::test::Ifd::kZero, 0x0112, {6}).Serialize()));
   const std::string input = lumvik::fuzz::WriteFile("input.jpg", lumvik::fuzz::ToBytes(data, size));
   Read(input);
-  CarryOver(input, lumvik::fuzz::WriteFile("plain.jpg", plain));
-  CarryOver(source, input);
+  Copy(input, lumvik::fuzz::WriteFile("plain.jpg", plain));
+  Copy(source, input);
   return 0;
 }

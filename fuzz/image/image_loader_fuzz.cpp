@@ -1,4 +1,4 @@
-// An ordinary image, whatever it is named: loaded at its size, or refused with the stated text.
+// An ordinary image, whatever its name: loaded, or rejected with the documented text.
 #include <algorithm>
 
 #include "fuzz_input.h"

@@ -1,5 +1,5 @@
-// A RAW file: decoded and rendered, or refused in the words of the step that failed. Read once more for its
-// metadata, which for most RAW files is the decoder's.
+// A RAW file: decoded and rendered, or rejected with the text of the step that failed. Reads its metadata
+// too, which for most RAW files is the decoder's.
 #include <algorithm>
 #include <memory>
 
@@ -11,8 +11,8 @@ extern "C" size_t LLVMFuzzerMutate(uint8_t* data, size_t size, size_t max_size);
 
 namespace {
 
-// A file of a few kilobytes may claim hundreds of megapixels and keep LibRaw busy for a minute. What comes of
-// that is told by a test; here it would only cost time.
+// A file of a few kilobytes can claim hundreds of megapixels and keep LibRaw busy for a minute. A test covers
+// that; here it would only cost time.
 constexpr size_t kMaxPixels = size_t{1} << 20;
 
 bool IsTooLarge(const std::string& path) {
@@ -26,8 +26,7 @@ bool IsTooLarge(const std::string& path) {
 
 }  // namespace
 
-// The pixels fill most of a file and are of little interest: most changes are made to its beginning, where
-// the tags are.
+// Most mutations go to the beginning of the file, where the tags are, rather than to the pixels.
 extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t max_size, unsigned seed) {
   constexpr size_t kTags = 1024;
   if (seed % 8 == 0 || size <= kTags) return LLVMFuzzerMutate(data, size, max_size);

@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     Require(status <= 0 && status >= -4 && (status == LUMVIK_OK) == (thumbnail != nullptr));
     uint8_t sum = 0;
     for (int i = 0; status == LUMVIK_OK && i < bytes; ++i) sum = static_cast<uint8_t>(sum + thumbnail[i]);
-    volatile uint8_t read = sum;  // all that was delivered can be read
+    volatile uint8_t read = sum;  // every delivered byte can be read
     static_cast<void>(read);
     lumvik_free_thumb(thumbnail);
   }

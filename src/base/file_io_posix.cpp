@@ -19,7 +19,7 @@ class FileDescriptor {
 
   bool IsOpen() const { return fd_ >= 0; }
   int Get() const { return fd_; }
-  // A network or quota file system may report a lost write only here.
+  // Network and quota file systems may report a lost write only here.
   bool Close() {
     const int fd = fd_;
     fd_ = -1;
@@ -35,7 +35,7 @@ constexpr mode_t kNewFileMode = 0666;
 }  // namespace
 
 std::vector<uint8_t> ReadWholeFile(const std::string& path) {
-  // Without O_NONBLOCK opening a named pipe would wait for a writer for ever.
+  // Without O_NONBLOCK, opening a named pipe would wait for a writer forever.
   const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
   struct stat status {};
   if (!file.IsOpen() || ::fstat(file.Get(), &status) != 0 || !S_ISREG(status.st_mode)) return {};

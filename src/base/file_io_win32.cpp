@@ -28,10 +28,10 @@ class FileHandle {
 }  // namespace
 
 std::wstring WidePath(const std::string& path) {
-  constexpr int kUpToTheNul = -1;
-  const int size = ::MultiByteToWideChar(CP_UTF8, 0, path.c_str(), kUpToTheNul, nullptr, 0);
+  constexpr int kNulTerminated = -1;
+  const int size = ::MultiByteToWideChar(CP_UTF8, 0, path.c_str(), kNulTerminated, nullptr, 0);
   std::wstring wide(static_cast<size_t>(size), L'\0');
-  ::MultiByteToWideChar(CP_UTF8, 0, path.c_str(), kUpToTheNul, wide.data(), size);
+  ::MultiByteToWideChar(CP_UTF8, 0, path.c_str(), kNulTerminated, wide.data(), size);
   wide.resize(std::min(wide.size(), wide.find(L'\0')));
   return wide;
 }
@@ -53,16 +53,16 @@ bool WriteWholeFile(const std::string& path, const std::vector<uint8_t>& bytes) 
   const FileHandle file(::CreateFileW(WidePath(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                                       FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!file.IsOpen()) return false;
-  constexpr size_t kMostBytes = std::numeric_limits<DWORD>::max();
+  constexpr size_t kMaxBytes = std::numeric_limits<DWORD>::max();
   DWORD put = 0;
-  return ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(std::min(bytes.size(), kMostBytes)), &put,
+  return ::WriteFile(file.Get(), bytes.data(), static_cast<DWORD>(std::min(bytes.size(), kMaxBytes)), &put,
                      nullptr) != 0 &&
          put == bytes.size();
 }
 
 bool ReadingMayBlock(const std::string& path) {
-  // Opened for nothing but its attributes: a pipe's other end would notice an opening to read. Folders do not
-  // open at all this way.
+  // Opens the attributes only: the other end of a pipe would notice an open for reading. Folders cannot be
+  // opened this way.
   const FileHandle file(::CreateFileW(WidePath(path).c_str(), 0, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
                                       OPEN_EXISTING, 0, nullptr));
   return file.IsOpen() && ::GetFileType(file.Get()) != FILE_TYPE_DISK;

@@ -1,4 +1,4 @@
-// Text fields of fixed size.
+// Fixed-size text fields.
 #ifndef LUMVIK_BASE_FIXED_TEXT_H_
 #define LUMVIK_BASE_FIXED_TEXT_H_
 
@@ -7,7 +7,7 @@
 
 namespace lumvik {
 
-// Cuts the text to the field; the rest of the field, at least one byte, becomes NUL.
+// Truncates the text to fit and fills the rest of the field, at least one byte, with NUL.
 template <size_t kSize>
 void CopyText(char (&field)[kSize], const char* text) {
   std::memset(field, 0, kSize);

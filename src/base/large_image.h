@@ -1,4 +1,4 @@
-// Memory for whole images.
+// Allocating whole images.
 #ifndef LUMVIK_BASE_LARGE_IMAGE_H_
 #define LUMVIK_BASE_LARGE_IMAGE_H_
 
@@ -6,8 +6,8 @@
 
 namespace lumvik {
 
-// A fresh image with undefined content. Its memory comes in large pages where the system has them: touching a
-// fresh page for the first time otherwise costs more than the work of a simple stage on it.
+// An image with undefined content, in huge pages where the system has them: with small pages, first touching
+// the memory costs more than running a simple stage over it.
 cv::Mat LargeImage(cv::Size size, int type);
 
 }  // namespace lumvik

@@ -7,7 +7,7 @@
 namespace lumvik {
 namespace {
 
-constexpr uintptr_t kLargePage = 2 << 20;
+constexpr uintptr_t kHugePage = 2 << 20;
 
 }  // namespace
 
@@ -16,9 +16,9 @@ cv::Mat LargeImage(cv::Size size, int type) {
 #if defined(MADV_HUGEPAGE)
   const auto begin = reinterpret_cast<uintptr_t>(image.datastart);
   const auto end = reinterpret_cast<uintptr_t>(image.dataend);
-  const uintptr_t first_page = (begin + kLargePage - 1) / kLargePage * kLargePage;
-  const uintptr_t last_page = end / kLargePage * kLargePage;
-  // Only advice: without large pages the image has small ones.
+  const uintptr_t first_page = (begin + kHugePage - 1) / kHugePage * kHugePage;
+  const uintptr_t last_page = end / kHugePage * kHugePage;
+  // Advice only: without huge pages the image still has small ones.
   if (first_page < last_page) {
     madvise(image.data + (first_page - begin), last_page - first_page, MADV_HUGEPAGE);
   }

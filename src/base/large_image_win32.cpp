@@ -2,7 +2,7 @@
 
 namespace lumvik {
 
-// Windows gives large pages only to users who hold a privilege that nobody has by default.
+// On Windows large pages need a privilege that no user has by default.
 cv::Mat LargeImage(cv::Size size, int type) {
   return {size, type};
 }

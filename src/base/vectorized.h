@@ -1,4 +1,4 @@
-// Plain loops compiled for the widest vector instructions that the processor has.
+// Running plain loops with the widest vector instructions of the processor.
 #ifndef LUMVIK_BASE_VECTORIZED_H_
 #define LUMVIK_BASE_VECTORIZED_H_
 
@@ -8,11 +8,11 @@
 
 namespace lumvik {
 
-// In ascending order. Other processors than x86 have the baseline alone, which their compiler knows well.
+// In ascending order. On processors other than x86 there is only the baseline.
 enum class InstructionSet { kBaseline, kAvx2, kAvx512 };
 
-// The widest set that is used; tests lower it to compare the sets.
-// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): nobody else changes it
+// The widest set to use; tests lower it to compare the sets.
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): only tests change it
 inline std::atomic<InstructionSet> widest_instruction_set{InstructionSet::kAvx512};
 
 #if defined(__x86_64__)
@@ -26,13 +26,13 @@ inline InstructionSet BestInstructionSet() {
   return InstructionSet::kBaseline;
 }
 
-// `flatten` pulls the loop, and whatever inline functions it calls, into a function of that instruction set.
+// `flatten` inlines the loop, and the inline functions it calls, into a function of that instruction set.
 template <typename Loop>
 [[gnu::flatten, gnu::target("avx2")]] void RunWithAvx2(const Loop& loop) {
   loop();
 }
 
-// GCC prefers narrower vectors unless it is told; clang knows no such option here.
+// GCC prefers narrower vectors by default; clang has no such option here.
 template <typename Loop>
 #if defined(__clang__)
 [[gnu::flatten, gnu::target("avx2,avx512f,avx512bw,avx512dq,avx512vl")]]
@@ -43,9 +43,9 @@ void RunWithAvx512(const Loop& loop) {
   loop();
 }
 
-// Calls `loop()`, compiled for the best instruction set: worth it when the loop is simple enough for the
-// compiler to vectorize and runs over hundreds of values. The results are the same bytes with every set,
-// because the compiler may not fuse a multiplication with an addition.
+// Calls `loop()` compiled for the best instruction set. Worthwhile when the compiler can vectorize the loop
+// and it runs over hundreds of values. Every set gives the same bytes, because contraction to fused
+// multiply-add is off.
 template <typename Loop>
 void Vectorized(const Loop& loop) {
   switch (BestInstructionSet()) {
@@ -71,11 +71,10 @@ void Vectorized(const Loop& loop) {
 
 #endif
 
-// The most floats that a vector of any set holds.
+// Floats in the widest vector of any set.
 inline constexpr int kMaxLanes = 16;
 
-// A vector of so many floats, for the loops that the compiler does not vectorize well by itself. Arithmetic
-// is by element.
+// A vector of N floats, for loops that the compiler does not vectorize well. Arithmetic is element-wise.
 template <int lanes>
 struct LanesOf {
   using Type __attribute__((vector_size(lanes * sizeof(float)))) = float;
@@ -95,8 +94,8 @@ void StoreLanes(const Vector& vector, float* to) {
   std::memcpy(to, &vector, sizeof(vector));
 }
 
-// Calls `loop(lanes)`, compiled for the best instruction set; `lanes` is an integral constant, the floats
-// that one of its vectors holds. GCC makes scalars of wider ones.
+// Calls `loop(lanes)` compiled for the best instruction set; `lanes` is an integral constant, the number of
+// floats in one of its vectors. GCC splits wider vectors into scalars.
 template <typename Loop>
 void VectorizedByLanes(const Loop& loop) {
 #if defined(__x86_64__)

@@ -1,4 +1,4 @@
-// Paths as Windows wants them.
+// Converting paths for the Windows API.
 #ifndef LUMVIK_BASE_WIDE_PATH_WIN32_H_
 #define LUMVIK_BASE_WIDE_PATH_WIN32_H_
 
@@ -6,7 +6,7 @@
 
 namespace lumvik {
 
-// The UTF-8 path in UTF-16. What is not UTF-8 becomes replacement characters, a name no file has.
+// The UTF-8 path in UTF-16. Invalid UTF-8 becomes replacement characters, which match no file.
 std::wstring WidePath(const std::string& path);
 
 }  // namespace lumvik

@@ -8,7 +8,7 @@
 namespace lumvik {
 namespace {
 
-// Half the second derivatives at the knots, zero at both ends: the tridiagonal system solved by forward
+// Half the second derivatives at the knots, zero at both ends. Solves the tridiagonal system by forward
 // elimination and back substitution.
 std::vector<float> QuadraticCoefficients(const std::vector<SplineKnot>& knots) {
   const size_t last = knots.size() - 1;
@@ -26,7 +26,7 @@ std::vector<float> QuadraticCoefficients(const std::vector<SplineKnot>& knots) {
   return c;
 }
 
-// The spline on the interval from knot k to knot k + 1, in Hermite form.
+// The spline between knots k and k + 1, in Hermite form.
 float EvaluateInterval(const std::vector<SplineKnot>& knots, const std::vector<float>& c, size_t k, float x) {
   const float h = knots[k + 1].x - knots[k].x;
   const float slope = (knots[k + 1].y - knots[k].y) / h;

@@ -1,4 +1,4 @@
-// The tone curve that every RAW decode passes through before any adjustment.
+// The tone curve applied to every decoded RAW image before any adjustment.
 #ifndef LUMVIK_IMAGE_BASE_CURVE_H_
 #define LUMVIK_IMAGE_BASE_CURVE_H_
 
@@ -15,13 +15,12 @@ struct SplineKnot {
   float y;
 };
 
-// kCurveTableSize values in 0..1 of the natural cubic spline through `knots` (ascending x) at i / 65535; the
-// outer values continue the first and last knot. Fewer than two knots give the identity.
-// Burden and Faires, Numerical Analysis, section 3.5; evaluated in Hermite form, all in single precision.
+// kCurveTableSize values in 0..1: the natural cubic spline through `knots` (ascending x) at i / 65535,
+// constant outside the knots. Fewer than two knots give the identity. Burden and Faires, Numerical Analysis,
+// section 3.5; evaluated in Hermite form in single precision.
 std::vector<float> NaturalSplineTable(const std::vector<SplineKnot>& knots);
 
-// 16-bit sample to 16-bit sample; lifts the mid-tones (one half becomes 0.58). Built on first use, then
-// shared read-only by all threads.
+// Maps 16-bit samples to 16-bit samples and lifts the midtones (0.5 becomes 0.58). Thread-safe.
 const std::array<uint16_t, kCurveTableSize>& BaseCurveTable();
 
 }  // namespace lumvik

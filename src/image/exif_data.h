@@ -1,4 +1,4 @@
-// libexif's view of a file's EXIF block.
+// Loading a file's EXIF block with libexif.
 #ifndef LUMVIK_IMAGE_EXIF_DATA_H_
 #define LUMVIK_IMAGE_EXIF_DATA_H_
 
@@ -11,7 +11,7 @@ namespace lumvik {
 
 using ExifDataPtr = std::unique_ptr<ExifData, decltype(&exif_data_unref)>;
 
-// Null when the file has no EXIF block that libexif can load.
+// Null when libexif finds no EXIF block.
 ExifDataPtr LoadExifData(const std::string& path);
 
 }  // namespace lumvik

@@ -17,14 +17,13 @@ constexpr int kGpsLongitude = 4;
 constexpr unsigned kGpsComponents = 3;
 constexpr double kNoPosition = std::numeric_limits<double>::quiet_NaN();
 
-// An entry of the wanted format whose data holds at least `components` of them. A file may claim any
-// format and size for any tag.
+// Whether the entry has this format and holds at least `components` values. A file may claim any format and
+// size for any tag.
 bool Holds(const ExifEntry* entry, ExifFormat format, unsigned components) {
   return entry != nullptr && entry->format == format && entry->components >= components &&
          entry->data != nullptr && entry->size >= components * exif_format_get_size(format);
 }
 
-// The EXIF block of one file, read field by field.
 class ExifReader {
  public:
   explicit ExifReader(ExifData& data) : data_(data), order_(exif_data_get_byte_order(&data)) {}
@@ -41,7 +40,7 @@ class ExifReader {
     return nullptr;
   }
 
-  // False when there is no such entry, which leaves the field as it is.
+  // False, with the field unchanged, when there is no such entry.
   template <size_t kSize>
   bool ReadText(ExifIfd ifd, int tag, char (&field)[kSize]) const {
     ExifEntry* entry = Find(ifd, tag);
@@ -52,7 +51,7 @@ class ExifReader {
     return true;
   }
 
-  // The first value of a SHORT entry. Cameras also write the picture's dimensions as LONG.
+  // The first value of a SHORT entry, or of a LONG one: cameras write the image's dimensions either way.
   void ReadInteger(ExifIfd ifd, int tag, int32_t& field) const {
     const ExifEntry* entry = Find(ifd, tag);
     if (Holds(entry, EXIF_FORMAT_SHORT, 1)) {
@@ -62,8 +61,8 @@ class ExifReader {
     }
   }
 
-  // Signed rationals are read through the unsigned call as well, so a negative one, an APEX shutter speed
-  // of more than a second, comes out as a huge number and its exposure time as 0.
+  // Reads signed rationals as unsigned too: a negative one, which is an APEX shutter speed longer than a
+  // second, becomes a huge number and its exposure time 0.
   std::optional<float> ReadRational(ExifIfd ifd, int tag) const {
     const ExifEntry* entry = Find(ifd, tag);
     if (!Holds(entry, EXIF_FORMAT_RATIONAL, 1) && !Holds(entry, EXIF_FORMAT_SRATIONAL, 1)) return {};
@@ -82,7 +81,7 @@ class ExifReader {
   ExifByteOrder order_;
 };
 
-// Aperture and shutter speed may be given in APEX units instead (EXIF 2.3, annex C): powers of two.
+// Aperture and shutter speed may instead be in APEX units, which are base-2 logarithms (EXIF 2.3, annex C).
 float FNumber(const ExifReader& reader) {
   if (const auto f_number = reader.ReadRational(EXIF_IFD_EXIF, EXIF_TAG_FNUMBER)) return *f_number;
   const auto aperture = reader.ReadRational(EXIF_IFD_EXIF, EXIF_TAG_APERTURE_VALUE);
@@ -130,7 +129,7 @@ bool ReadExifFile(const std::string& path, ExifInfo& info) {
 double ReadGpsCoordinate(ExifData& data, int value_tag, int reference_tag) {
   const ExifReader reader(data);
   const ExifEntry* value = reader.FindInAnyIfd(value_tag);
-  // Tag 2 of an interoperability IFD is four bytes of text, not a latitude.
+  // In an interoperability IFD, tag 2 is four bytes of text, not a latitude.
   if (!Holds(value, EXIF_FORMAT_RATIONAL, kGpsComponents)) return kNoPosition;
   const unsigned step = exif_format_get_size(EXIF_FORMAT_RATIONAL);
   const double degrees = reader.Quotient<double>(value->data) +

@@ -26,7 +26,7 @@ std::vector<uint8_t> SerializeExif(ExifData& data) {
   return bytes == nullptr ? std::vector<uint8_t>() : std::vector<uint8_t>(bytes, bytes + size);
 }
 
-// False when the file cannot be opened, is empty or cannot be read to its end.
+// False when the file cannot be opened, is empty, or cannot be read completely.
 bool ReadStream(const std::string& path, std::vector<uint8_t>& bytes) {
   std::ifstream input(path, std::ios::binary);
   std::ostringstream content;
@@ -41,7 +41,7 @@ bool IsJpeg(const std::vector<uint8_t>& bytes) {
   return bytes.size() >= 4 && bytes[0] == kMarker && bytes[1] == kStartOfImage;
 }
 
-// The first byte behind the APP0 and APP1 segments that follow the start marker.
+// The position after the APP0 and APP1 segments that follow the SOI marker.
 size_t EndOfOldHeader(const std::vector<uint8_t>& jpeg) {
   size_t position = kStartMarkerSize;
   while (position + kSegmentHeaderSize <= jpeg.size() && jpeg[position] == kMarker &&

@@ -13,14 +13,14 @@
 namespace lumvik {
 namespace {
 
-// LibRaw 0.21 has these faults no more.
+// LibRaw 0.21 fixed these faults.
 constexpr bool kIsOldLibRaw = LIBRAW_COMPILE_CHECK_VERSION_NOTLESS(0, 21) == 0;
 
-constexpr int kTagMask = 0xFFFF;  // the bits above tell of the directory
-constexpr int kNameLength = 63;   // what LibRaw keeps of a name
+constexpr int kTagMask = 0xFFFF;  // the higher bits identify the directory
+constexpr int kNameLength = 63;   // LibRaw truncates names to this
 
-// Of a color filter pattern of 36 entries LibRaw 0.20 reads on without end, past all its memory, unless a
-// tag before it said that it repeats over 6 x 6 pixels.
+// LibRaw 0.20 reads a color filter pattern of 36 entries endlessly, past all its memory, unless an earlier
+// tag declared a 6 x 6 pattern.
 bool IsEndlessPattern(const libraw_iparams_t& camera, int name, int count) {
   constexpr int kCfaPattern = 0x828E;
   constexpr int kKodakCfaPattern = 0xFD09;
@@ -30,23 +30,23 @@ bool IsEndlessPattern(const libraw_iparams_t& camera, int name, int count) {
   return name == kKodakCfaPattern || (name == kCfaPattern && camera.filters != kSixBySix);
 }
 
-// Whether the tag is one of a TIFF directory, not of EXIF or of a maker's notes.
+// Whether the tag belongs to a TIFF directory rather than to EXIF or the maker notes.
 bool IsOfDirectory(int tag) {
   constexpr int kPanasonic = 0x30000;
   constexpr int kFirstDirectory = 1 << 20;
   return (tag & ~kTagMask) == kPanasonic || tag >= kFirstDirectory;
 }
 
-// The text that begins at the stream's position, of at most so many bytes and as far as LibRaw keeps it.
-std::string Text(LibRaw_abstract_datastream& stream, int most) {
+// The text at the stream's position, at most `limit` bytes and truncated as LibRaw truncates names.
+std::string ReadText(LibRaw_abstract_datastream& stream, int limit) {
   std::array<char, kNameLength + 1> text{};
-  stream.read(text.data(), 1, static_cast<size_t>(std::clamp(most, 0, kNameLength)));
+  stream.read(text.data(), 1, static_cast<size_t>(std::clamp(limit, 0, kNameLength)));
   return text.data();
 }
 
 }  // namespace
 
-// Called ahead of each tag. LibRaw catches what is thrown here and gives up the file.
+// Called before each tag. LibRaw catches what is thrown here and rejects the file.
 void GuardedLibRaw::InspectTag(void* guarded, int tag, int /*type*/, int count, unsigned /*order*/,
                                void* stream, INT64 /*base*/) {
   auto& raw = *static_cast<GuardedLibRaw*>(guarded);
@@ -57,24 +57,25 @@ void GuardedLibRaw::InspectTag(void* guarded, int tag, int /*type*/, int count, 
     throw LibRaw_exceptions{LIBRAW_EXCEPTION_IO_CORRUPT};
 }
 
-// LibRaw puts a Hasselblad's names together in 64 bytes, whatever their length: it adds at most "-II-FFF".
+// LibRaw joins a Hasselblad's names in a buffer of 64 bytes, whatever their length, and appends at most
+// "-II-FFF".
 void GuardedLibRaw::NoteName(int name, int count, LibRaw_abstract_datastream& stream) {
   constexpr int kMake = 0x010F;
   constexpr int kModel = 0x0110;
   constexpr int kUniqueCameraModel = 0xC614;
   constexpr int kLocalizedCameraModel = 0xC615;
   constexpr int kHasselbladOnly = 0xC51A;
-  constexpr size_t kLongest = 56;
+  constexpr size_t kMaxLength = 56;
   if (name == kHasselbladOnly) is_hasselblad_ = true;
   if (name != kMake && name != kModel && name != kUniqueCameraModel && name != kLocalizedCameraModel) return;
-  // LibRaw reads make and model up to where their text ends, beyond their stated length too.
-  std::string text = Text(stream, name == kMake || name == kModel ? kNameLength : count);
-  if (name != kMake && text.size() > kLongest) has_long_name_ = true;
+  // LibRaw reads make and model up to their NUL, even beyond their stated length.
+  std::string text = ReadText(stream, name == kMake || name == kModel ? kNameLength : count);
+  if (name != kMake && text.size() > kMaxLength) has_long_name_ = true;
   if (strcasestr(text.data(), "Hasselblad") != nullptr) is_hasselblad_ = true;
 }
 
 GuardedLibRaw::GuardedLibRaw() {
-  // Its default handler reports damaged data on the host's standard error.
+  // The default handler writes to the host's standard error.
   set_dataerror_handler(nullptr, nullptr);
   set_exifparser_handler(InspectTag, this);
 }
@@ -146,16 +147,16 @@ size_t GuardedLibRaw::SensorBufferSize() const {
   return columns * rows * samples * sizeof(uint16_t);
 }
 
-// Whether LibRaw reads no more of the preview than it has room for.
+// Keeps LibRaw from reading more of the preview than it allocates. False when that is not possible.
 bool GuardedLibRaw::MakePreviewFit() {
 #if !LIBRAW_COMPILE_CHECK_VERSION_NOTLESS(0, 21)
   libraw_thumbnail_t& preview = imgdata.thumbnail;
   if (write_thumb == &GuardedLibRaw::layer_thumb) {
-    // Room for the picture's size, but as many bytes read as the file says.
+    // LibRaw allocates by the preview's dimensions but reads as many bytes as the file states.
     preview.tlength = std::min(preview.tlength, unsigned{preview.twidth} * preview.theight);
   }
   if (write_thumb == &GuardedLibRaw::ppm_thumb) {
-    // Room for the sum of the strips, which may overflow.
+    // LibRaw allocates the sum of the strip sizes, which may overflow.
     for (const tiff_ifd_t& directory : tiff_ifd) {
       int64_t total = 0;
       for (int i = 0; i < directory.strip_byte_counts_count; ++i) {

@@ -20,8 +20,8 @@ cv::Mat Widened(const cv::Mat& image) {
   return wide;
 }
 
-// 1/257 of the value, to nearest; a tie cannot occur. With t = value + 128 that is (t - t / 256) / 256, and
-// without the sums that 16 bits cannot hold it takes half as long as OpenCV's way through float.
+// value / 257, rounded to nearest; ties cannot occur. With t = value + 128 that is (t - t / 256) / 256.
+// Avoiding sums that overflow 16 bits, it takes half as long as OpenCV's conversion through float.
 uint8_t Narrowed(uint16_t value) {
   const int t_high = ((value >> 1) + 64) >> 7;
   const auto quotient = static_cast<uint16_t>(value - t_high + 128);
@@ -40,7 +40,7 @@ void NarrowRowToBgr(const uint16_t* rgba16, int columns, uint8_t* __restrict bgr
   }
 }
 
-// On all threads, and without memory of its own: a render has been made when a preview comes here.
+// On all threads and without allocating: a preview must not fail once its render has succeeded.
 template <void (*narrow)(const uint16_t*, int, uint8_t*)>
 void NarrowRows(const ImageBuffer& image, cv::Mat& narrowed) {
   cv::parallel_for_(cv::Range(0, image.rows), [&](const cv::Range& range) {
@@ -51,7 +51,7 @@ void NarrowRows(const ImageBuffer& image, cv::Mat& narrowed) {
   });
 }
 
-// OpenCV fills the new alpha of a 16-bit image with its full scale.
+// OpenCV sets the new alpha of a 16-bit image to full scale.
 cv::Mat WithOpaqueAlpha(const cv::Mat& rgb16) {
   cv::Mat rgba;
   cv::cvtColor(rgb16, rgba, cv::COLOR_RGB2RGBA);

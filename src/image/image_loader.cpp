@@ -12,8 +12,8 @@
 namespace lumvik {
 namespace {
 
-constexpr std::array<std::string_view, 7> kStandardEndings = {".jpg",  ".jpeg", ".png", ".tif",
-                                                              ".tiff", ".bmp",  ".webp"};
+constexpr std::array<std::string_view, 7> kStandardExtensions = {".jpg",  ".jpeg", ".png", ".tif",
+                                                                 ".tiff", ".bmp",  ".webp"};
 constexpr int kMaxLongSide = 4096;
 
 }  // namespace
@@ -22,11 +22,11 @@ bool IsStandardImagePath(const std::string& path) {
   std::string lowered = path;
   std::transform(lowered.begin(), lowered.end(), lowered.begin(),
                  [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-  const auto ends_with = [&lowered](std::string_view ending) {
-    return lowered.size() >= ending.size() &&
-           lowered.compare(lowered.size() - ending.size(), ending.size(), ending) == 0;
+  const auto ends_with = [&lowered](std::string_view extension) {
+    return lowered.size() >= extension.size() &&
+           lowered.compare(lowered.size() - extension.size(), extension.size(), extension) == 0;
   };
-  return std::any_of(kStandardEndings.begin(), kStandardEndings.end(), ends_with);
+  return std::any_of(kStandardExtensions.begin(), kStandardExtensions.end(), ends_with);
 }
 
 cv::Mat DecodeImage(const std::vector<uint8_t>& bytes, int flag) {
@@ -34,7 +34,7 @@ cv::Mat DecodeImage(const std::vector<uint8_t>& bytes, int flag) {
   try {
     return cv::imdecode(bytes, flag);
   } catch (const cv::Exception& error) {
-    // The decoder refuses some headers (sizes beyond its limits) by throwing: that is the file's failure.
+    // The decoder throws for some headers, such as sizes beyond its limits: the file cannot be decoded.
     if (error.code == cv::Error::StsNoMem) throw;
     return {};
   }
@@ -51,7 +51,7 @@ ImageBuffer LoadStandardImage(const std::string& path) {
   if (long_side > kMaxLongSide) {
     ShrinkImage(image, static_cast<float>(kMaxLongSide) / static_cast<float>(long_side));
   }
-  // Once it is small: in place, cvtColor works on a copy.
+  // After shrinking: an in-place cvtColor works on a copy.
   cv::cvtColor(image, image, cv::COLOR_BGR2RGB);
   return ToImageBuffer(image);
 }

@@ -1,4 +1,4 @@
-// Ordinary images: which files they are, and decoding them.
+// Recognizing and decoding ordinary (non-RAW) images.
 #ifndef LUMVIK_IMAGE_IMAGE_LOADER_H_
 #define LUMVIK_IMAGE_IMAGE_LOADER_H_
 
@@ -10,19 +10,19 @@
 
 namespace lumvik {
 
-// True when the path ends, in any case of letters, in .jpg, .jpeg, .png, .tif, .tiff, .bmp or .webp.
-// Every other path is taken for a camera RAW file.
+// True when the path's extension, in upper or lower case, is .jpg, .jpeg, .png, .tif, .tiff, .bmp or .webp.
+// Any other path is treated as a camera RAW file.
 bool IsStandardImagePath(const std::string& path);
 
 // Decodes an image file by its content; `flag` is one of cv::ImreadModes. Empty when it cannot be decoded.
-// Only exhausted memory leaves as an exception.
+// Throws only when memory runs out.
 cv::Mat DecodeImage(const std::vector<uint8_t>& bytes, int flag);
 
-// The same for a file by its path; empty also when it cannot be read.
+// The same for the file at a path; also empty when it cannot be read.
 cv::Mat ReadImageFileUtf8(const std::string& path, int flag);
 
-// A photograph as the pipeline's source: turned upright by its EXIF orientation, 8 bits widened to 16, at
-// most 4096 pixels on the long side, opaque. Empty when the file cannot be read or decoded.
+// A photo as the pipeline's source: upright by its EXIF orientation, opaque, at most 4096 pixels on the long
+// side. Empty when the file cannot be read or decoded.
 ImageBuffer LoadStandardImage(const std::string& path);
 
 }  // namespace lumvik

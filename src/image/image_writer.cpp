@@ -9,7 +9,7 @@ namespace lumvik {
 
 bool WriteImageFile(const std::string& path, const cv::Mat& image, const std::vector<int>& params) {
   const size_t dot = path.rfind('.');
-  // Thrown here because the text of std::string's own error differs between standard libraries.
+  // std::string's own exception has a different text in each standard library.
   if (dot == std::string::npos) throw std::out_of_range("invalid string position");
   std::vector<uint8_t> encoded;
   return cv::imencode(path.substr(dot), image, encoded, params) && WriteWholeFile(path, encoded);

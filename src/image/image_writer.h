@@ -1,4 +1,4 @@
-// Encoding an image into a file.
+// Encoding an image to a file.
 #ifndef LUMVIK_IMAGE_IMAGE_WRITER_H_
 #define LUMVIK_IMAGE_IMAGE_WRITER_H_
 
@@ -8,10 +8,10 @@
 
 namespace lumvik {
 
-// Encodes `image` (8 or 16 bits, channel order as OpenCV's encoders take it: blue first) in the format of
-// the path's ending, everything from its last dot, and writes the file. `params` are cv::imencode's
-// (id, value) pairs. The file is only touched once the encoding succeeded; true only when all of it was
-// written. Throws std::out_of_range for a path without a dot, cv::Exception for an ending without encoder.
+// Encodes `image` (8 or 16 bits, blue first) in the format given by the path's extension, everything from its
+// last dot on, and writes the file. `params` are cv::imencode's (id, value) pairs. Does not touch the file
+// unless encoding succeeds; true only when all of it was written. Throws std::out_of_range for a path without
+// a dot and cv::Exception for an extension without an encoder.
 bool WriteImageFile(const std::string& path, const cv::Mat& image, const std::vector<int>& params);
 
 }  // namespace lumvik

@@ -16,8 +16,8 @@ namespace {
 constexpr int kDecodedLongSide = 2000;
 constexpr int kRgbColors = 3;
 constexpr int kBitsPerSample = 16;
-constexpr size_t kMaxPixels = size_t{1}
-                              << 29;  // beyond any camera; LibRaw's own sizes overflow at 715 million
+// More than any camera has. LibRaw's own sizes overflow at 715 million.
+constexpr size_t kMaxPixels = size_t{1} << 29;
 
 using MemoryImage = std::unique_ptr<libraw_processed_image_t, decltype(&LibRaw::dcraw_clear_mem)>;
 
@@ -38,8 +38,8 @@ std::string Failure(const char* step, int code) {
   return std::string("LibRaw ") + step + " failed: " + libraw_strerror(code);
 }
 
-// What LibRaw is about to deliver. A monochrome sensor gives one color, which must not be read as three, and
-// a file may have its picture stretched beyond all bounds on the way.
+// Checks what LibRaw is about to deliver. A monochrome sensor has one color, which must not be read as three,
+// and a file's pixel aspect can stretch its image beyond all bounds.
 bool HasThreeDeepColors(const LibRaw& raw) {
   int width = 0;
   int height = 0;
@@ -50,7 +50,7 @@ bool HasThreeDeepColors(const LibRaw& raw) {
          static_cast<size_t>(width) * static_cast<size_t>(height) <= kMaxPixels;
 }
 
-// Runs LibRaw's steps up to the finished image in memory; null with `error` set when one fails.
+// Runs LibRaw up to the finished image in memory. Null, with `error` set, when a step fails.
 MemoryImage Develop(GuardedLibRaw& raw, const std::string& path, int quality, std::string& error) {
   MemoryImage image(nullptr, &LibRaw::dcraw_clear_mem);
   const auto failed = [&error](const char* step, int code) {
@@ -84,8 +84,8 @@ cv::Mat ThroughBaseCurve(const libraw_processed_image_t& image) {
   return curved;
 }
 
-// A quarter-size decode is halved and then reduced by the factor of the size before the halving, so that a
-// large file ends at about half the usual long side: a quick proxy.
+// A quarter-size decode is halved and then scaled by the factor of its size before the halving: a large file
+// ends up at about half the usual long side, as a quick proxy.
 void ReduceToWorkingSize(cv::Mat& image, int quality) {
   const int long_side = std::max(image.cols, image.rows);
   if (quality == kRawQuarter) {

@@ -1,4 +1,4 @@
-// Camera RAW files, decoded with LibRaw.
+// Decoding camera RAW files with LibRaw.
 #ifndef LUMVIK_IMAGE_RAW_DECODER_H_
 #define LUMVIK_IMAGE_RAW_DECODER_H_
 
@@ -9,7 +9,7 @@
 
 namespace lumvik {
 
-// The last RAW decode of a context. Empty after an ordinary image was loaded.
+// A context's last RAW decode. Empty once an ordinary image has been loaded.
 struct DecodedImage {
   ImageBuffer image;  // gamma-encoded sRGB after the base curve, at working size
   int width = 0;      // of `image`, in pixels
@@ -27,12 +27,12 @@ struct DecodedImage {
   std::string error;  // of the last attempt
 };
 
-// RAW quality levels: how large a decode is asked of LibRaw.
+// Quality levels of a decode, named by the size requested from LibRaw.
 enum RawQuality { kRawFull = 1, kRawHalf = 2, kRawQuarter = 4 };
 
-// Decodes the file into `decoded`: camera white balance, sRGB primaries and transfer curve, AHD
-// demosaicing, base curve, long side at most 2000 pixels (about half of that for kRawQuarter).
-// On failure returns false and changes only `path` and `error`. `quality` is 1..4.
+// Decodes the file into `decoded`: camera white balance, sRGB primaries and transfer curve, AHD demosaicing,
+// base curve, long side at most 2000 pixels (about half of that for kRawQuarter). `quality` is 1..4. On
+// failure returns false and changes only `path` and `error`.
 bool DecodeRaw(const std::string& path, int quality, DecodedImage& decoded);
 
 }  // namespace lumvik

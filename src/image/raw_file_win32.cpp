@@ -7,7 +7,7 @@
 
 namespace lumvik {
 
-// A narrow path would be read in the code page of the process, which is hardly ever UTF-8.
+// Windows interprets a narrow path in the process's code page, which is rarely UTF-8.
 std::unique_ptr<LibRaw_abstract_datastream> OpenRawFile(const std::string& path, RawFileHooks hooks) {
   if (ReadingMayBlock(path)) return nullptr;
   const std::wstring wide = WidePath(path);

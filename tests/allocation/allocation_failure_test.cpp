@@ -1,6 +1,6 @@
-// Every allocation of every call fails once, whoever asks for it: the call answers or throws, the context is
-// as it was and does what was asked of it the next time, and nothing of ours is lost. Each failure has a
-// process of its own, as not every library survives it.
+// Every allocation of every call fails once, in our code and in the libraries: the call returns or throws,
+// the context is unchanged, the same call then succeeds, and our code leaks nothing. Each failure runs in its
+// own process, since not every library survives it.
 #include <execinfo.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -20,14 +20,14 @@ namespace {
 // How the process of one failure ends.
 enum Ending { kAsDocumented, kWrong, kLibraryCrashed, kNothingFailed };
 
-constexpr int kThrew = 1;  // beside the statuses
+constexpr int kThrew = 1;  // not a status of the interface
 
 constexpr int kMostAllocations = 10000;
 
 struct Call {
   const char* name;
   std::function<int(EngineContext*)> make;
-  std::string photograph = {};  // loaded before; empty: none
+  std::string photograph = {};  // loaded first; empty: none
   std::string output = {};      // the file it writes; empty: none
   bool may_lack_exif = false;
   bool with_mask = false;
@@ -35,18 +35,18 @@ struct Call {
   bool writes_jpeg = false;
 };
 
-// For any preview of this test.
+// Large enough for any preview of this test.
 Bytes& Room() {
   static Bytes room(1 << 16);
   return room;
 }
 
-// Tells whether the code that crashed was a library's. The languages' own libraries are whoever called them.
+// Reports whether a library or our code crashed. A crash in the C or C++ runtime counts for its caller.
 void HandleCrash(int /*signal*/) {
   void* frames[64];
   const int count = backtrace(frames, 64);
   const std::string program = ModuleOf(reinterpret_cast<const void*>(&HandleCrash));
-  for (int i = 2; i < count; ++i) {  // behind this function and the one that calls it
+  for (int i = 2; i < count; ++i) {  // skip this function and its caller
     const std::string module = ModuleOf(frames[i]);
     const auto is = [&module](const char* name) { return module.find(name) != std::string::npos; };
     if (is("/libc.so") || is("/libstdc++") || is("/libgcc_s")) continue;
@@ -58,7 +58,7 @@ void HandleCrash(int /*signal*/) {
   _exit(kWrong);
 }
 
-// The context but for the texts of a failure, which take memory of their own.
+// The context without the texts of a failure.
 std::string Essence(EngineContext& context) {
   for (std::string* text : {&context.last_error, &context.decoded.path, &context.decoded.error}) {
     std::string().swap(*text);
@@ -80,10 +80,10 @@ bool Check(bool condition, const std::string& otherwise) {
   return condition;
 }
 
-// The call with the allocation behind `successes` failing. The same call on another context comes first: it
-// says what is to come of it, and what the libraries keep from their first use on they have then.
+// Makes the call with the allocation after `successes` failing. The same call runs on another context first:
+// it gives the expected result, and the libraries make the allocations that they keep.
 Ending Fail(const Call& call, int successes) {
-  cv::setNumThreads(1);  // the allocations of others are not counted
+  cv::setNumThreads(1);  // only this thread's allocations are counted
   const auto prepared = [&call] {
     ContextPtr context = CreateContext();
     if (!call.photograph.empty()) {
@@ -91,7 +91,7 @@ Ending Fail(const Call& call, int successes) {
       lumvik_set_clarity(context.get(), 20);
     }
     if (call.with_mask) {
-      cv::setRNGSeed(1);  // of the segmentation
+      cv::setRNGSeed(1);  // for the segmentation
       lumvik_segment_subject(context.get(), 0.5F, 0.5F);
     }
     return context;
@@ -117,7 +117,7 @@ Ending Fail(const Call& call, int successes) {
     right &=
         Check(call.output.empty() || call.may_lack_exif || ReadBytes(call.output) == written, "another file");
   } else {
-    // A render made on the way is kept.
+    // A render made by the call is kept.
     right &= Check(state == before || (call.renders && state == after),
                    "a failure that changes the context:\n" + before + "to\n" + state);
   }
@@ -140,8 +140,7 @@ class AllocationFailureTest : public ApiTest {
       if (child == 0) _exit(Fail(call, failures));
       int state = 0;
       ASSERT_EQ(waitpid(child, &state, 0), child);
-      // Without memory for its first structures libjpeg has OpenCV's encoder jump to where it has not yet
-      // been.
+      // When libjpeg cannot allocate its first structures, OpenCV's encoder jumps to an address not yet set.
       if (call.writes_jpeg && WIFSIGNALED(state)) continue;
       ASSERT_TRUE(WIFEXITED(state)) << "allocation " << failures << ": signal " << WTERMSIG(state);
       ending = WEXITSTATUS(state);
@@ -228,7 +227,7 @@ TEST_F(AllocationFailureTest, CuttingOut) {
   const std::string photograph = WriteRaw("a.arw");
   FailEach({"segment",
             [](auto* context) {
-              cv::setRNGSeed(1);  // of the segmentation
+              cv::setRNGSeed(1);  // for the segmentation
               return lumvik_segment_subject(context, 0.5F, 0.5F);
             },
             photograph});

@@ -8,7 +8,7 @@
 #include <cerrno>
 #include <cstdint>
 
-// The C library's own, under the names by which it lets itself be replaced.
+// The C library's allocator, under the names it provides for replacements.
 extern "C" {
 void* __libc_malloc(size_t size);
 void* __libc_calloc(size_t count, size_t size);
@@ -25,15 +25,15 @@ constexpr int kNever = -1;
 thread_local bool counting = false;
 thread_local int successes_left = kNever;
 
-// The blocks held, in an open hash table: keeping account must not allocate. One thread at a time counts, and
-// blocks freed by others are not looked up.
+// The blocks held, in an open-addressing hash table: the bookkeeping must not allocate. One thread counts at
+// a time; blocks freed by other threads are ignored.
 constexpr size_t kSlots = size_t{1} << 13;
-constexpr size_t kMostProbes = 64;
-constexpr int kMostFrames = 8;
+constexpr size_t kMaxProbes = 64;
+constexpr int kMaxFrames = 8;
 
 struct Block {
   void* memory;
-  std::array<void*, kMostFrames> callers;  // the innermost first
+  std::array<void*, kMaxFrames> callers;  // the innermost first
 };
 std::array<Block, kSlots> blocks;
 int blocks_held = 0;
@@ -42,14 +42,14 @@ size_t SlotOf(const void* memory) {
   return reinterpret_cast<uintptr_t>(memory) / 16 % kSlots;
 }
 
-// `caller` is where the function that the C library is known by returns to.
+// `caller` is the return address of the public allocation function.
 void* Counted(void* memory, void* caller) {
   if (!counting || memory == nullptr) return memory;
-  counting = false;  // not what the look at the stack asks for
+  counting = false;  // not the allocations of backtrace
   size_t slot = SlotOf(memory);
   while (blocks[slot].memory != nullptr) slot = (slot + 1) % kSlots;
-  std::array<void*, kMostFrames> frames = {};
-  backtrace(frames.data(), kMostFrames);
+  std::array<void*, kMaxFrames> frames = {};
+  backtrace(frames.data(), kMaxFrames);
   blocks[slot] = {memory, {}};
   std::copy(std::find(frames.begin(), frames.end(), caller), frames.end(), blocks[slot].callers.begin());
   ++blocks_held;
@@ -57,7 +57,7 @@ void* Counted(void* memory, void* caller) {
   return memory;
 }
 
-// Whether the block was allocated by this program, if need be through the C++ library.
+// Whether this program allocated the block, directly or through the C++ library.
 bool IsOurs(const Block& block) {
   const std::string program = ModuleOf(reinterpret_cast<const void*>(&IsOurs));
   for (const void* caller : block.callers) {
@@ -69,8 +69,8 @@ bool IsOurs(const Block& block) {
 
 void Forget(const void* memory) {
   if (blocks_held == 0 || memory == nullptr) return;
-  // A block may stand behind a slot that was taken then and has been given up since.
-  for (size_t slot = SlotOf(memory), seen = 0; seen < kMostProbes; slot = (slot + 1) % kSlots, ++seen) {
+  // A block may come after a slot that has been freed since.
+  for (size_t slot = SlotOf(memory), seen = 0; seen < kMaxProbes; slot = (slot + 1) % kSlots, ++seen) {
     if (blocks[slot].memory != memory) continue;
     blocks[slot] = {};
     --blocks_held;

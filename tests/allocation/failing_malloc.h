@@ -1,4 +1,4 @@
-// The C library's allocations of this program, of which one can be made to fail.
+// Makes one of this program's allocations fail.
 #ifndef LUMVIK_TESTS_ALLOCATION_FAILING_MALLOC_H_
 #define LUMVIK_TESTS_ALLOCATION_FAILING_MALLOC_H_
 
@@ -7,8 +7,8 @@
 
 namespace lumvik::test {
 
-// While there is one, the allocation of this thread behind the next `successes` fails, whoever asks for it:
-// operator new and all libraries end in the C library. Those behind it succeed again.
+// While it exists, this thread's next `successes` allocations succeed, the one after them fails, and all
+// later ones succeed. Covers operator new and all libraries, which end in malloc.
 class FailingMalloc {
  public:
   explicit FailingMalloc(int successes);
@@ -21,9 +21,9 @@ class FailingMalloc {
   bool HasFailed() const;
 };
 
-// How many of the blocks that our own code has allocated under the latest FailingMalloc have not been freed.
-// What a library has asked for is its own matter: OpenCV loses the pixels of a matrix when there is no memory
-// for its header, and keeps what it may need again.
+// The number of blocks that our own code has allocated under the latest FailingMalloc and not freed. Blocks
+// of libraries do not count: OpenCV leaks a matrix's pixels when it cannot allocate its header, and keeps
+// caches.
 int BlocksHeld();
 
 // The file name of the program or library that holds this code.

@@ -16,7 +16,7 @@ bool closing_fails = false;
 }  // namespace lumvik::test
 
 extern "C" int __real_close(int fd);
-// The linker puts this in the place of close in this program.
+// The linker resolves this program's calls of close to this function.
 extern "C" int __wrap_close(int fd);
 extern "C" int __wrap_close(int fd) {
   const int result = __real_close(fd);

@@ -13,7 +13,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Every byte value, several times.
+// Contains every byte value.
 std::vector<uint8_t> ManyBytes(size_t count) {
   std::vector<uint8_t> bytes(count);
   for (size_t i = 0; i < count; ++i) bytes[i] = static_cast<uint8_t>(i * 7 + i / 256);
@@ -56,7 +56,7 @@ TEST_F(FileIo, WhatHasNoBytesReadsAsEmpty) {
   EXPECT_TRUE(ReadWholeFile(dir_.File("dangling")).empty());
 }
 
-TEST_F(FileIo, WhatIsNoFileReadsAsEmptyAtOnce) {
+TEST_F(FileIo, WhatIsNotAFileReadsAsEmptyAtOnce) {
   const Deadline deadline;
   EXPECT_TRUE(ReadWholeFile(MakePipe(dir_.File("pipe"))).empty());
   EXPECT_TRUE(ReadWholeFile(MakeSocket(dir_.File("socket"))).empty());
@@ -73,11 +73,11 @@ TEST_F(FileIo, AFileTheUserMayNotReadIsEmpty) {
 
 TEST_F(FileIo, FilesOfFourGibibytesAreNotRead) {
   const std::string path = WriteBytes(dir_.File("huge.bin"), ManyBytes(10));
-  fs::resize_file(path, uint64_t{1} << 32U);  // takes no room on the disk
+  fs::resize_file(path, uint64_t{1} << 32U);  // sparse
   EXPECT_TRUE(ReadWholeFile(path).empty());
 }
 
-TEST_F(FileIo, OnlyReadingAnotherProcessMayBlock) {
+TEST_F(FileIo, OnlyPipesSocketsAndDevicesMayBlock) {
   EXPECT_TRUE(ReadingMayBlock(MakePipe(dir_.File("pipe"))));
   EXPECT_TRUE(ReadingMayBlock(MakeSocket(dir_.File("socket"))));
   EXPECT_TRUE(ReadingMayBlock("/dev/zero"));
@@ -103,7 +103,7 @@ TEST_F(FileIo, WritingReplacesALargerFile) {
   EXPECT_EQ(ReadBytes(path), ManyBytes(300));
 }
 
-TEST_F(FileIo, WritingFailsWhereNoFileCanBe) {
+TEST_F(FileIo, WritingFailsWhereNoFileCanExist) {
   EXPECT_FALSE(WriteWholeFile(dir_.File("no/such/folder"), ManyBytes(10)));
   EXPECT_FALSE(WriteWholeFile(dir_.path().string(), ManyBytes(10)));
   EXPECT_FALSE(WriteWholeFile("", ManyBytes(10)));

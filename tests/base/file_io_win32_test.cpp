@@ -1,4 +1,4 @@
-// What files are on Windows alone: devices by name, files that another program holds.
+// Windows only: devices by name, and files held open by another program.
 #include <gtest/gtest.h>
 #include <windows.h>
 
@@ -18,7 +18,7 @@ namespace fs = std::filesystem;
 
 const std::vector<uint8_t> kBytes = {1, 2, 3};
 
-// Holds a file as a program does that shares it with nobody.
+// Holds a file open without sharing it.
 class HeldFile {
  public:
   explicit HeldFile(const std::string& path)

@@ -10,7 +10,7 @@ namespace {
 
 constexpr size_t kSize = 8;
 
-// All bytes of a field that held something else before.
+// All bytes of a field that previously held other data.
 std::string Copied(const char* text) {
   char field[kSize];
   std::memset(field, '#', kSize);
@@ -41,7 +41,7 @@ TEST(FixedText, ALongerTextIsCutAndTerminated) {
 }
 
 TEST(FixedText, NoMoreIsReadThanFits) {
-  const std::vector<char> unterminated(kSize - 1, 'y');  // the address sanitizer watches its end
+  const std::vector<char> unterminated(kSize - 1, 'y');  // AddressSanitizer checks reads past its end
   EXPECT_EQ(Copied(unterminated.data()), Padded("yyyyyyy"));
 }
 

@@ -23,7 +23,7 @@ TEST(Vectorized, RunsTheLoopOnceWithEverySet) {
   EXPECT_GE(sets, 1);
 }
 
-// A fused multiplication and addition rounds once and would give 2^-46 here.
+// A fused multiply-add rounds once and would give 2^-46 here.
 TEST(Vectorized, NoSetFusesAMultiplicationWithAnAddition) {
   const volatile float a = 1.0F + 0x1p-23F;
   test::WithEachInstructionSet([&] {

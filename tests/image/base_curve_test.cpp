@@ -14,8 +14,8 @@ constexpr double kMax = 65535.0;
 const std::vector<SplineKnot> kBaseKnots = {
     {0.0F, 0.0F}, {0.2F, 0.22F}, {0.5F, 0.58F}, {0.8F, 0.88F}, {1.0F, 1.0F}};
 
-// The natural cubic spline in double precision, by its second derivatives at the knots: their equations are
-// written as a full matrix and solved by Gauss-Jordan elimination. (Press et al., Numerical Recipes, 3.3.)
+// The natural cubic spline in double precision. The equations for its second derivatives at the knots form a
+// full matrix, solved by Gauss-Jordan elimination (Press et al., Numerical Recipes, 3.3).
 class PlainSpline {
  public:
   explicit PlainSpline(const std::vector<SplineKnot>& knots) {
@@ -115,8 +115,8 @@ TEST(BaseCurve, IsBuiltOnce) {
   EXPECT_EQ(&BaseCurveTable(), &BaseCurveTable());
 }
 
-// Near an end a natural spline is a straight line and a cubic term only. The quadratic term of the cubic
-// through four points at 0, h, 2h and 3h from the end is found from their differences.
+// At an end a natural spline has no quadratic term. That of the cubic through the points at 0, h, 2h and 3h
+// from the end follows from their differences.
 TEST(NaturalSplineTable, HasNoCurvatureAtItsEnds) {
   const std::vector<float> table = NaturalSplineTable(kBaseKnots);
   constexpr size_t kStep = 4000;

@@ -84,7 +84,7 @@ TEST_F(EmbeddedPreviewTest, ABitmapOfTooFewBytesIsEmpty) {
   libraw_processed_image_t image = {};
   image.width = 65535;
   image.height = 65535;
-  image.data_size = 0xFFFFFFFF;  // a 32-bit product of the sides would be below it
+  image.data_size = 0xFFFFFFFF;  // above the product of the sides in 32 bits
   EXPECT_TRUE(PreviewBitmap(image).empty());
   image.width = 10;
   image.height = 10;

@@ -1,4 +1,4 @@
-// Carrying a block from file to file: CopyExifToJpeg of image/exif_splice.h.
+// CopyExifToJpeg of image/exif_splice.h.
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -22,7 +22,7 @@ namespace fs = std::filesystem;
 
 using Bytes = std::vector<uint8_t>;
 
-// A photograph with every kind of entry.
+// A photo with every kind of entry.
 ExifBlock Photograph(ByteOrder order) {
   ExifBlock exif(order);
   exif.Ascii(Ifd::kZero, EXIF_TAG_MAKE, "Maker")
@@ -43,7 +43,7 @@ ExifBlock Photograph(ByteOrder order) {
   return exif;
 }
 
-// What libexif makes of a file's block.
+// A file's block as libexif reads it.
 Bytes Serialized(const std::string& path) {
   const ExifDataPtr data = LoadExifData(path);
   if (data == nullptr) return {};

@@ -58,7 +58,7 @@ TEST_P(ExifFields, AreZeroEmptyOrNaNWithoutTheirTags) {
   ExpectEmpty(ReadRecord(exif_));
 }
 
-// The thumbnail's directory has tags of the same numbers.
+// The thumbnail's directory uses the same tag numbers.
 TEST_P(ExifFields, AreNotReadFromAnotherDirectory) {
   exif_.Ascii(Ifd::kZero, EXIF_TAG_ARTIST, "somebody")
       .Ascii(Ifd::kOne, EXIF_TAG_MAKE, "thumbnail maker")
@@ -96,7 +96,7 @@ TEST_P(ExifFields, ExposureTimeOutranksTheApexShutterSpeed) {
   EXPECT_EQ(ReadRecord(exif_).exposure_time, 30.0F);
 }
 
-// Read as unsigned, -1 is an enormous speed.
+// Read as unsigned, -1 is an enormous shutter speed.
 TEST_P(ExifFields, ANegativeShutterSpeedGivesNoTime) {
   exif_.SignedRationals(Ifd::kExif, EXIF_TAG_SHUTTER_SPEED_VALUE, {{0xFFFFFFFF, 1}});
   EXPECT_EQ(ReadRecord(exif_).exposure_time, 0.0F);

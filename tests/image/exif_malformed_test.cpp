@@ -1,4 +1,4 @@
-// Blocks that are wrong in some way, read by image/exif_info.h.
+// Malformed EXIF blocks, read by image/exif_info.h.
 #include <cmath>
 #include <utility>
 
@@ -16,7 +16,7 @@ class MalformedExif : public ::testing::TestWithParam<ByteOrder> {
 INSTANTIATE_TEST_SUITE_P(ExifInfo, MalformedExif, ::testing::Values(ByteOrder::kLittle, ByteOrder::kBig),
                          ByteOrderName);
 
-// The tags of the numbers, each with 16 bytes that look like anything.
+// The numeric tags, each with 16 arbitrary bytes.
 TEST_P(MalformedExif, NumbersOfAnotherFormatAreZero) {
   const std::pair<Ifd, uint16_t> rationals[] = {{Ifd::kExif, EXIF_TAG_FOCAL_LENGTH},
                                                 {Ifd::kExif, EXIF_TAG_FNUMBER},
@@ -72,7 +72,7 @@ TEST_P(MalformedExif, AFractionThatRunsOverTheEndIsAbsent) {
   ExpectEmpty(ReadRecord(exif_));
 }
 
-// libexif takes the two bytes behind the block for a part of it.
+// libexif reads the two bytes after the block as part of it.
 TEST(ExifFiles, OfACutBlockWholeValuesAreRead) {
   ExifBlock exif(ByteOrder::kBig);
   exif.Ascii(Ifd::kZero, EXIF_TAG_MAKE, "Maker")

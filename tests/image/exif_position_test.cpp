@@ -1,4 +1,4 @@
-// Where a photograph was taken: the coordinates of image/exif_info.h.
+// The GPS coordinates of image/exif_info.h.
 #include <cmath>
 
 #include "image/exif_data.h"
@@ -90,7 +90,7 @@ TEST_P(ExifPosition, AReferenceAloneIsNoPosition) {
   EXPECT_TRUE(std::isnan(ReadRecord(exif_).gps_longitude));
 }
 
-TEST_P(ExifPosition, OneCoordinateDoesWithoutTheOther) {
+TEST_P(ExifPosition, OneCoordinateIsEnough) {
   exif_.Rationals(Ifd::kGps, kLongitude, kHalfPast52);
   EXPECT_TRUE(std::isnan(ReadRecord(exif_).gps_latitude));
   EXPECT_DOUBLE_EQ(ReadRecord(exif_).gps_longitude, 52.5);
@@ -107,7 +107,7 @@ TEST_P(ExifPosition, OtherFormatsAreNoPosition) {
   }
 }
 
-// Cameras write such a directory: its tag 1 is "R98", its tag 2 four bytes "0100".
+// As cameras write it: tag 1 is "R98", tag 2 the four bytes "0100".
 TEST_P(ExifPosition, AnInteroperabilityVersionIsNoPosition) {
   exif_.Ascii(Ifd::kInteroperability, 1, "R98")
       .Entry(Ifd::kInteroperability, 2, TiffFormat::kUndefined, 4, {'0', '1', '0', '0'});
@@ -117,7 +117,7 @@ TEST_P(ExifPosition, AnInteroperabilityVersionIsNoPosition) {
   EXPECT_DOUBLE_EQ(Latitude(exif_), -52.5);
 }
 
-// libexif derives the size from the number of components; a program may hand over any entry.
+// libexif derives an entry's size from its components, but a caller may pass any entry.
 TEST_P(ExifPosition, AnEntryOfTooFewBytesOrComponentsIsNoPosition) {
   exif_.Rationals(Ifd::kGps, kLatitude, kHalfPast52);
   const TempDir dir;
@@ -134,7 +134,7 @@ TEST_P(ExifPosition, AnEntryOfTooFewBytesOrComponentsIsNoPosition) {
   EXPECT_TRUE(std::isnan(ReadGpsCoordinate(*data, kLatitude, kLatitudeRef)));
 }
 
-TEST_P(ExifPosition, CanBeAskedForByTag) {
+TEST_P(ExifPosition, IsReadByTag) {
   exif_.Ascii(Ifd::kGps, kLatitudeRef, "N")
       .Rationals(Ifd::kGps, kLatitude, kHalfPast52)
       .Ascii(Ifd::kGps, kLongitudeRef, "W")

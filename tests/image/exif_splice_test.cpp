@@ -21,7 +21,7 @@ const Bytes kStart = {0xFF, 0xD8};
 const Bytes kExif = {'E', 'x', 'i', 'f', 0, 0, 'M', 'M', 0, 42};
 const Bytes kNewSegment = Concat({{0xFF, 0xE1, 0x00, 0x0C}, kExif});
 
-// A segment with `size` bytes behind its length.
+// A segment with `size` bytes after its length field.
 Bytes Segment(uint8_t marker, uint16_t size, uint8_t fill = 0x11) {
   const auto length = static_cast<uint16_t>(size + 2);
   return Concat({{0xFF, marker, static_cast<uint8_t>(length >> 8U), static_cast<uint8_t>(length & 0xFFU)},
@@ -30,8 +30,8 @@ Bytes Segment(uint8_t marker, uint16_t size, uint8_t fill = 0x11) {
 
 const Bytes kTables = Concat({Segment(kDqt, 65), Segment(kApp0, 4), {0xFF, 0xD9}});
 
-// Where the old header ends, by the words: on from the start marker while there are more than three bytes
-// to come and they begin an APP0 or APP1 segment.
+// Where the old header ends, by definition: after the start marker, skip APP0 and APP1 segments while more
+// than three bytes remain.
 Bytes SplicedPlainly(const Bytes& jpeg, const Bytes& exif) {
   size_t position = 2;
   bool more = jpeg.size() > 5;
@@ -83,7 +83,7 @@ TEST(SpliceExif, ASegmentThatEndsWithTheFileLeavesNothing) {
   EXPECT_EQ(SpliceExif(Concat({kStart, Segment(kApp0, 14)}), kExif), Concat({kStart, kNewSegment}));
 }
 
-// Lengths below 2 contradict themselves: the next segment is looked for inside this one.
+// Lengths below 2 are invalid: the search for the next segment then continues inside this one.
 TEST(SpliceExif, ImpossibleLengthsAreTakenAsTheyAre) {
   const Bytes rest = {0x00, 0x01, 0x02, 0x03, 0x04, 0x05};
   EXPECT_EQ(SpliceExif(Concat({kStart, {0xFF, kApp0, 0x00, 0x00}, rest}), kExif),

@@ -1,4 +1,4 @@
-// Files that LibRaw 0.20 alone would not survive, or of which it would tell what was never in them.
+// Files that crash LibRaw 0.20, or for which it delivers memory that was never in the file.
 #include "image/guarded_libraw.h"
 
 #include <gmock/gmock.h>
@@ -35,11 +35,11 @@ TiffDirectory Dng() {
   return MakeRawDirectory(kPicture, options);
 }
 
-// The file with another number `place` bytes behind where the entry begins.
-Bytes WithField(Bytes file, const Bytes& entry, size_t place, uint32_t value) {
+// The file with another value `offset` bytes into the entry.
+Bytes WithField(Bytes file, const Bytes& entry, size_t offset, uint32_t value) {
   const auto found = std::search(file.begin(), file.end(), entry.begin(), entry.end());
   EXPECT_NE(found, file.end());
-  std::memcpy(&*found + place, &value, sizeof(value));
+  std::memcpy(&*found + offset, &value, sizeof(value));
   return file;
 }
 
@@ -53,13 +53,13 @@ class GuardedLibRawTest : public ::testing::Test {
   std::unique_ptr<GuardedLibRaw> raw_ = std::make_unique<GuardedLibRaw>();
 };
 
-TEST_F(GuardedLibRawTest, APatternOfSixBySixWithoutSayingSo) {
+TEST_F(GuardedLibRawTest, AnUndeclaredPatternOfSixBySix) {
   TiffDirectory dng = Dng();
   dng.SetBytes(tag::kCfaPattern, Bytes(kSixBySix, 1));
   EXPECT_EQ(Open(dng.Serialize()), LIBRAW_IO_ERROR);
 }
 
-TEST_F(GuardedLibRawTest, APatternOfSixBySixThatSaysSo) {
+TEST_F(GuardedLibRawTest, ADeclaredPatternOfSixBySix) {
   TiffDirectory dng = Dng();
   dng.SetShorts(tag::kCfaRepeatPatternDim, {6, 6});
   dng.SetBytes(tag::kCfaPattern, Bytes(kSixBySix, 1));
@@ -74,8 +74,8 @@ TEST_F(GuardedLibRawTest, AKodakPatternOfSixBySix) {
   EXPECT_EQ(Open(dng.Serialize()), LIBRAW_SUCCESS);
 }
 
-// LibRaw adds to such a name in a buffer that holds 63 characters of it.
-TEST_F(GuardedLibRawTest, AHasselbladWhoseNameLeavesNoRoom) {
+// LibRaw appends to such a name in a buffer for 63 characters.
+TEST_F(GuardedLibRawTest, AHasselbladWithALongName) {
   for (const uint16_t name : {tag::kModel, kUniqueCameraModel, kLocalizedCameraModel}) {
     for (const size_t length : {56U, 57U, 63U, 200U}) {
       TiffDirectory dng = Dng();
@@ -87,7 +87,7 @@ TEST_F(GuardedLibRawTest, AHasselbladWhoseNameLeavesNoRoom) {
   }
 }
 
-TEST_F(GuardedLibRawTest, AHasselbladByWhateverTagWithALongName) {
+TEST_F(GuardedLibRawTest, AHasselbladIdentifiedByAnyTag) {
   TiffDirectory by_its_own_tag = Dng();
   by_its_own_tag.SetAscii(tag::kMake, "");
   by_its_own_tag.SetLongs(kHasselbladOnly, {1});
@@ -101,7 +101,7 @@ TEST_F(GuardedLibRawTest, AHasselbladByWhateverTagWithALongName) {
   EXPECT_EQ(Open(by_its_unique_model.Serialize()), LIBRAW_IO_ERROR);
 }
 
-TEST_F(GuardedLibRawTest, AHasselbladWhoseModelDoesNotEndWhereItShould) {
+TEST_F(GuardedLibRawTest, AHasselbladWithAnUnterminatedModel) {
   TiffDirectory dng = Dng();
   dng.SetAscii(tag::kMake, "Hasselblad");
   dng.SetAscii(tag::kModel, std::string(kModelLength, 'x'));
@@ -113,14 +113,14 @@ TEST_F(GuardedLibRawTest, AHasselbladWhoseModelDoesNotEndWhereItShould) {
   EXPECT_EQ(Open(unended), LIBRAW_IO_ERROR);
 }
 
-TEST_F(GuardedLibRawTest, ALongNameByAnyoneElse) {
+TEST_F(GuardedLibRawTest, ALongNameOfAnotherMaker) {
   TiffDirectory dng = Dng();
   dng.SetAscii(tag::kModel, std::string(63, 'x'));
   EXPECT_EQ(Open(dng.Serialize()), LIBRAW_SUCCESS);
   EXPECT_EQ(raw_->imgdata.idata.model, std::string(63, 'x'));
 }
 
-// The first directory's entry of this tag and type, with one value.
+// The start of an entry with one value.
 Bytes Entry(uint16_t tag, uint8_t type) {
   return {static_cast<uint8_t>(tag & 0xFF), static_cast<uint8_t>(tag >> 8), type, 0, 1, 0, 0, 0};
 }
@@ -129,8 +129,8 @@ constexpr uint8_t kShort = 3;
 constexpr uint8_t kLong = 4;
 constexpr size_t kValue = 8;  // position in an entry
 
-// A compression of 0 makes LibRaw take the preview for one of separate color planes.
-TEST_F(GuardedLibRawTest, PlanesOfMoreBytesThanTheirSizeHas) {
+// LibRaw takes a preview with compression 0 for separate color planes.
+TEST_F(GuardedLibRawTest, PlanesLargerThanTheirSize) {
   Bytes file = WithField(MakeBitmapPreviewRaw(kPicture), Entry(tag::kCompression, kShort), kValue, 0);
   const auto bytes = static_cast<uint32_t>(kPicture.total());
   file = WithField(std::move(file), Entry(tag::kStripByteCounts, kLong), kValue, 3 * bytes);
@@ -141,7 +141,7 @@ TEST_F(GuardedLibRawTest, PlanesOfMoreBytesThanTheirSizeHas) {
   EXPECT_EQ(preview().thumb[0], 90);
 }
 
-// LibRaw makes room for 100 bytes and takes the negative number for one beyond all files.
+// LibRaw allocates 100 bytes and reads the negative size as one larger than any file.
 TEST_F(GuardedLibRawTest, StripsWhoseSumOverflows) {
   Bytes file = WithTwoValues(MakeBitmapPreviewRaw(kPicture), tag::kStripOffsets, {1000, 1000});
   file = WithTwoValues(std::move(file), tag::kStripByteCounts, {200, static_cast<uint32_t>(-100)});
@@ -149,7 +149,7 @@ TEST_F(GuardedLibRawTest, StripsWhoseSumOverflows) {
   EXPECT_EQ(raw_->UnpackPreview(), LIBRAW_UNSUPPORTED_THUMBNAIL);
 }
 
-TEST_F(GuardedLibRawTest, WhatTheEndOfTheFileCutsOffABitmapIsZero) {
+TEST_F(GuardedLibRawTest, TheMissingPartOfATruncatedBitmapIsZero) {
   const Bytes whole = MakeBitmapPreviewRaw(kPicture);
   const auto bytes = static_cast<uint32_t>(kPicture.total() * kPicture.elemSize());
   const auto begin = static_cast<uint32_t>(whole.size() - 100);

@@ -23,7 +23,7 @@ cv::Mat Picture(int type, int rows = 5, int cols = 7) {
   return image;
 }
 
-// What a picture of an accepted type must become.
+// The expected conversion of an image of an accepted type.
 cv::Mat Expected(const cv::Mat& image) {
   cv::Mat expected(image.size(), CV_16UC4);
   const int channels = image.channels();
@@ -41,7 +41,7 @@ cv::Mat Expected(const cv::Mat& image) {
   return expected;
 }
 
-// One row with every 16-bit code in the red channel, and other codes in the others.
+// One row with every 16-bit code in red, and different codes in the other channels.
 cv::Mat EveryCode() {
   cv::Mat row(1, kCodes16, CV_16UC4);
   for (int i = 0; i < kCodes16; ++i) {

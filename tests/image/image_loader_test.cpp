@@ -28,7 +28,7 @@ cv::Mat Noise(int type, int rows, int cols) {
   return image;
 }
 
-// Large areas of smooth color, so that lossy formats keep it: blue 40, green 120 and red 200.
+// Large smooth areas that survive lossy formats: blue 40, green 120, red 200.
 cv::Mat Flat(int rows = 40, int cols = 60) {
   return {rows, cols, CV_8UC3, cv::Scalar(40, 120, 200)};
 }
@@ -39,7 +39,7 @@ std::vector<uint8_t> Encoded(const char* ending, const cv::Mat& image, const std
   return bytes;
 }
 
-// What loading makes of the 8-bit picture that the decoder delivers, blue first.
+// The expected result for the decoder's 8-bit image, blue first.
 cv::Mat Source(const cv::Mat& bgr) {
   cv::Mat source(bgr.size(), CV_16UC4);
   for (int y = 0; y < bgr.rows; ++y) {
@@ -199,7 +199,7 @@ TEST_F(ImageLoader, VeryLongImagesKeepOnePixelAcross) {
   EXPECT_EQ(LoadStandardImage(Write("b.png", Noise(CV_8UC3, 10000, 1))).size(), cv::Size(1, 4096));
 }
 
-// The picture has its quarters a, b (above), c and d (below) as stored.
+// The stored image has quarters a, b (top), c and d (bottom).
 TEST_F(ImageLoader, PicturesAreTurnedByTheirExifOrientation) {
   const cv::Size quarter(32, 16);
   const cv::Scalar colors[] = {{0, 0, 255}, {0, 255, 0}, {255, 0, 0}, {255, 255, 255}};
@@ -268,7 +268,7 @@ TEST_F(ImageLoader, WhatIsNoImageIsEmpty) {
 
 TEST_F(ImageLoader, FilesOfFourGibibytesAreEmpty) {
   const std::string path = Write("a.png", Flat());
-  fs::resize_file(path, uint64_t{1} << 32U);  // takes no room on the disk
+  fs::resize_file(path, uint64_t{1} << 32U);  // sparse
   EXPECT_TRUE(LoadStandardImage(path).empty());
 }
 
@@ -285,7 +285,7 @@ TEST_F(ImageLoader, ACutFileIsEmptyOrOfFullSize) {
   }
 }
 
-// The decoder throws when a header claims more than it is willing to hold.
+// The decoder throws when a header claims a size beyond its limit.
 TEST_F(ImageLoader, ClaimedSizesBeyondTheDecodersLimitAreEmpty) {
   std::vector<uint8_t> bitmap = Encoded(".bmp", Flat());
   const uint8_t two_million[] = {0x80, 0x84, 0x1E, 0x00};

@@ -24,7 +24,7 @@ cv::Mat SmallNoise(int type, int rows = 24, int cols = 33) {
 
 class ImageWriter : public ::testing::Test {
  protected:
-  // What is in the folder.
+  // The names in the folder.
   size_t Files() const {
     return static_cast<size_t>(std::distance(fs::directory_iterator(dir_.path()), fs::directory_iterator()));
   }
@@ -165,7 +165,7 @@ TEST_F(ImageWriter, AnUnknownEndingThrowsAndTouchesNothing) {
 
 TEST_F(ImageWriter, WhatTheEncoderRefusesTouchesNothing) {
   WriteBytes(dir_.File("old.jpg"), {1, 2, 3});
-  const cv::Mat too_wide(1, 70000, CV_8UC3, cv::Scalar::all(0));  // JPEG ends at 65500
+  const cv::Mat too_wide(1, 70000, CV_8UC3, cv::Scalar::all(0));  // JPEG is limited to 65500
   for (const char* name : {"new.jpg", "old.jpg"}) {
     try {
       EXPECT_FALSE(WriteImageFile(dir_.File(name), too_wide, {})) << name;

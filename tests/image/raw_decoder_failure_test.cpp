@@ -1,4 +1,4 @@
-// Files that image/raw_decoder.h cannot decode, or not wholly.
+// Files that image/raw_decoder.h cannot decode, or only in part.
 #include <gtest/gtest.h>
 
 #include <opencv2/core.hpp>
@@ -19,7 +19,7 @@ constexpr char kUnsupported[] = "Unsupported file format or not RAW file";
 
 const cv::Mat kWidePicture(32, 64, CV_8UC3, cv::Scalar(90, 150, 210));
 
-// A record that holds a picture.
+// A record that already holds an image.
 const DecodedImage& Earlier() {
   static const DecodedImage kEarlier = [] {
     DecodedImage decoded;
@@ -29,7 +29,7 @@ const DecodedImage& Earlier() {
   return kEarlier;
 }
 
-// Expects the failure, and that it leaves an earlier picture alone.
+// Expects the failure, and an earlier image to be unchanged.
 void ExpectFailure(const std::string& path, const std::string& error, int quality = 1) {
   SCOPED_TRACE(path);
   const DecodedImage& earlier = Earlier();
@@ -71,20 +71,20 @@ TEST_F(RawDecoderFailure, AFileThatCannotBeOpened) {
   ExpectFailure(Write("tiny.ARW", std::vector<uint8_t>(63, 'Z')), error);
 }
 
-TEST_F(RawDecoderFailure, WhatIsNoFileFailsAtOnce) {
+TEST_F(RawDecoderFailure, WhatIsNotAFileFailsAtOnce) {
   const Deadline deadline;
   const std::string error = "LibRaw open_file failed: Input/output error";
   ExpectFailure(MakePipe(dir_.File("pipe.ARW")), error);
   ExpectFailure("/dev/zero", error);
 }
 
-TEST_F(RawDecoderFailure, WhatIsNoRawFile) {
+TEST_F(RawDecoderFailure, WhatIsNotARawFile) {
   const std::string error = std::string("LibRaw open_file failed: ") + kUnsupported;
   ExpectFailure(Write("a.ARW", MakeUnsupportedFile()), error);
   ExpectFailure(kTestData + "cat.jpg", error);
 }
 
-TEST_F(RawDecoderFailure, RandomBytesNeverBecomeAPicture) {
+TEST_F(RawDecoderFailure, RandomBytesAreNeverDecoded) {
   cv::RNG random(3);
   for (int i = 0; i < 20; ++i) {
     cv::Mat noise(1, 5000, CV_8UC1);
@@ -106,7 +106,7 @@ TEST_F(RawDecoderFailure, ASensorThatCannotBeDeveloped) {
   const std::string path = Write("a.dng", MakeUndevelopableRaw());
   ExpectFailure(path, "LibRaw dcraw_process failed: Input/output error");
   DecodedImage decoded;
-  EXPECT_TRUE(DecodeRaw(path, 2, decoded)) << decoded.error;  // it is only demosaiced at full size
+  EXPECT_TRUE(DecodeRaw(path, 2, decoded)) << decoded.error;  // only a full-size decode demosaics
 }
 
 TEST_F(RawDecoderFailure, SensorsWithoutThreeColors) {
@@ -123,7 +123,7 @@ TEST_F(RawDecoderFailure, SensorsWithoutThreeColors) {
 TEST_F(RawDecoderFailure, MorePixelsThanAnyCameraHas) {
   const std::string error = "LibRaw unpack failed: Image too big for processing";
   ExpectFailure(Write("huge.dng", MakeOversizedRaw()), error);
-  ExpectFailure(Write("large.dng", MakeOversizedRaw(23171)), error);  // LibRaw would take this one
+  ExpectFailure(Write("large.dng", MakeOversizedRaw(23171)), error);  // LibRaw would accept this one
 }
 
 TEST_F(RawDecoderFailure, ADevelopedImageWithoutPixels) {

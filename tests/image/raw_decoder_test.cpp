@@ -23,7 +23,7 @@ using Rgba16 = cv::Vec<uint16_t, 4>;
 
 const std::string kSample = LUMVIK_SAMPLES "/sample_small.ARW";
 
-// Waves of color, without white.
+// Color ramps without white.
 cv::Mat ColorRamps(int rows, int cols) {
   cv::Mat rgb(rows, cols, CV_8UC3);
   for (int y = 0; y < rows; ++y) {
@@ -42,7 +42,7 @@ std::vector<uint8_t> RawFile(const cv::Mat& rgb, RawFormat format) {
   return MakeRawFile(rgb, options);
 }
 
-// Expects the opaque picture, and the size to be told with it.
+// Expects this image, opaque, and its size in the record.
 void ExpectImage(const DecodedImage& decoded, const cv::Mat& rgb) {
   ASSERT_EQ(decoded.image.type(), CV_16UC4);
   EXPECT_EQ(decoded.image.size(), rgb.size());
@@ -84,7 +84,7 @@ INSTANTIATE_TEST_SUITE_P(RawDecoder, RawDecoderFiles,
                                            kTestData + "no_thumb.dng"),
                          [](const auto& file) { return fs::path(file.param).stem().string(); });
 
-TEST_F(RawDecoder, LargePicturesAreReducedTo2000) {
+TEST_F(RawDecoder, LargeImagesAreReducedTo2000) {
   const std::string path = Write("a.dng", RawFile(ColorRamps(1400, 2101), RawFormat::kDng));
   for (const int quality : {1, 4}) {
     DecodedImage decoded;
@@ -94,7 +94,7 @@ TEST_F(RawDecoder, LargePicturesAreReducedTo2000) {
   }
 }
 
-TEST_F(RawDecoder, PicturesOf2000KeepTheirSize) {
+TEST_F(RawDecoder, ImagesOf2000KeepTheirSize) {
   for (const cv::Size size : {cv::Size(2000, 30), cv::Size(24, 2000)}) {
     DecodedImage decoded;
     ASSERT_TRUE(
@@ -124,7 +124,7 @@ TEST_F(RawDecoder, QualitiesTwoAndThreeAreHalfTheSize) {
   }
 }
 
-TEST_F(RawDecoder, ThePictureComesBackLiftedByTheBaseCurve) {
+TEST_F(RawDecoder, TheBaseCurveLiftsTheImage) {
   const cv::Mat gray(60, 80, CV_8UC3, cv::Scalar(128, 128, 128));
   for (const RawFormat format : {RawFormat::kArwCompressed, RawFormat::kArwUncompressed, RawFormat::kDng}) {
     DecodedImage decoded;
@@ -146,7 +146,7 @@ TEST_F(RawDecoder, ChannelsAreRedGreenBlue) {
   EXPECT_NEAR(pixel[2], BaseCurveTable()[60 * 257], 800);
 }
 
-TEST_F(RawDecoder, TellsHowThePictureWasTaken) {
+TEST_F(RawDecoder, ReportsShootingData) {
   RawOptions options;
   options.format = RawFormat::kDng;
   options.make = "Testmaker";
@@ -172,7 +172,7 @@ TEST_F(RawDecoder, TellsHowThePictureWasTaken) {
   EXPECT_EQ(decoded.orientation, 0);
 }
 
-TEST(DecodeRaw, TellsHowASampleWasTaken) {
+TEST(DecodeRaw, ReportsShootingDataOfASample) {
   DecodedImage decoded;
   ASSERT_TRUE(DecodeRaw(kSample, 2, decoded));
   EXPECT_STREQ(decoded.make, "Sony");
@@ -207,8 +207,8 @@ TEST(DecodedImageRecord, IsEmptyAtFirst) {
   EXPECT_EQ(decoded.error, "");
 }
 
-// The picture is brightest at its stored top left.
-TEST_F(RawDecoder, PicturesAreTurnedUpright) {
+// The stored image is brightest at its top left.
+TEST_F(RawDecoder, ImagesAreTurnedUpright) {
   cv::Mat rgb(40, 64, CV_8UC3, cv::Scalar::all(60));
   rgb(cv::Rect(0, 0, 16, 12)).setTo(cv::Scalar::all(180));
   const struct {

@@ -1,5 +1,5 @@
-// What comes of a RAW file depends on its bytes alone, wherever the file was cut off: none of it is memory
-// that was never written.
+// The result of a RAW file depends only on its bytes, wherever the file was cut off: it never contains memory
+// that was not written.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -54,14 +54,14 @@ std::tuple<int, uint64_t> HashOf(const std::string& path) {
   return {status, hash};
 }
 
-// Whether `read` has the same result whatever was in memory before.
+// Whether the result of `read` is independent of what memory held before.
 template <typename Read>
 bool IsReproducible(const Read& read) {
   const auto result = [&read](uint8_t byte) {
     const PoisonedMemory poisoned(byte);
     return read();
   };
-  // Small, since large samples are all white.
+  // Small, since all large samples would be white.
   return result(0x05) == result(0x12);
 }
 
@@ -85,11 +85,11 @@ class RawUnsetMemoryTest : public ::testing::TestWithParam<RawKind> {
   const TempDir folder_;
 };
 
-TEST_P(RawUnsetMemoryTest, IsNotInAWholeFile) {
+TEST_P(RawUnsetMemoryTest, DoesNotShowInAWholeFile) {
   ExpectReproducibleAt(GetParam().file.size());
 }
 
-TEST_P(RawUnsetMemoryTest, IsNotInACutFile) {
+TEST_P(RawUnsetMemoryTest, DoesNotShowInACutFile) {
   constexpr size_t kTags = 1200;  // every file's directories
   constexpr size_t kTagStep = 37;
   constexpr size_t kDataSteps = 20;

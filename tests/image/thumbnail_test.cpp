@@ -119,7 +119,7 @@ TEST_F(ThumbnailTest, AJpegPreviewNeedNotBeDecodable) {
   EXPECT_TRUE(SameDelivery(ThumbnailOf(WriteRaw(file)), DeliveredPreview(file)));
 }
 
-// The picture's red first is taken for blue first.
+// The encoder takes the red channel for blue.
 TEST_F(ThumbnailTest, ABitmapPreviewIsEncodedWithRedAndBlueSwapped) {
   for (const cv::Size size : {cv::Size(31, 17), cv::Size(300, 200)}) {
     const cv::Mat rgb = Noise(size);
@@ -138,7 +138,7 @@ TEST_F(ThumbnailTest, BitmapsThatCannotBeEncodedAreNotDelivered) {
   ExpectFailure(WriteRaw(MakeShortBitmapPreviewRaw(Noise({40, 30}))), ThumbnailStatus::kPreviewNotDelivered);
 }
 
-TEST_F(ThumbnailTest, EveryStageHasItsFailure) {
+TEST_F(ThumbnailTest, EveryStepHasItsFailure) {
   ExpectFailure(dir_.File("missing.png"), ThumbnailStatus::kUnreadable);
   ExpectFailure(dir_.File("missing.arw"), ThumbnailStatus::kUnreadable);
   ExpectFailure(WriteBytes(dir_.File("photo.txt"), Jpeg(Noise({40, 30}), 90)), ThumbnailStatus::kUnreadable);

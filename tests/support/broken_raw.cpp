@@ -9,7 +9,7 @@ namespace {
 
 constexpr uint16_t kDeflate = 8;
 constexpr uint16_t kDiagonalLayout = 2;
-constexpr int kSmallestSide = 22;  // LibRaw opens nothing smaller
+constexpr int kMinSide = 22;  // LibRaw opens nothing smaller
 constexpr size_t kMissingBytes = 500;
 
 cv::Mat Picture(int rows = 40, int columns = 64) {
@@ -78,7 +78,7 @@ std::vector<uint8_t> MakeDamagedPreviewRaw() {
 }
 
 std::vector<uint8_t> MakeDiagonalRaw(int rows) {
-  TiffDirectory dng = Dng(Picture(rows, kSmallestSide));
+  TiffDirectory dng = Dng(Picture(rows, kMinSide));
   dng.SetShorts(tag::kCfaLayout, {kDiagonalLayout});
   return dng.Serialize();
 }

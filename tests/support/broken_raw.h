@@ -1,5 +1,5 @@
-// RAW files that LibRaw gives up on at a given step, or that it develops into something unexpected. Its
-// dcraw_make_mem_image fails only when memory runs out, which no file can bring about by itself.
+// RAW files that LibRaw rejects at a given step or decodes into something unexpected. (dcraw_make_mem_image
+// fails only when memory runs out, which no file can cause.)
 #ifndef LUMVIK_TESTS_SUPPORT_BROKEN_RAW_H_
 #define LUMVIK_TESTS_SUPPORT_BROKEN_RAW_H_
 
@@ -16,27 +16,26 @@ std::vector<uint8_t> MakeUnsupportedFile();
 // The last rows are missing. unpack: "Input/output error", but a compressed ARW is decoded.
 std::vector<uint8_t> MakeTruncatedRaw(RawFormat format);
 
-// A small file that says it holds side x side pixels. unpack of 64000: "Image too big for processing".
+// A small file that claims side x side pixels. unpack of 64000: "Image too big for processing".
 std::vector<uint8_t> MakeOversizedRaw(uint32_t side = 64000);
 
-// Says to be deflated, which LibRaw reads for floating point only. unpack: "Corrupted data or unexpected
+// Claims to be deflated, which LibRaw supports for floating point only. unpack: "Corrupted data or unexpected
 // EOF".
 std::vector<uint8_t> MakeUndecodableRaw();
 
-// A 6 x 6 color pattern on fewer than 512 pixels. dcraw_process: "Input/output error", unless it is asked
-// for half the size.
+// A 6 x 6 color pattern on fewer than 512 pixels. dcraw_process: "Input/output error" at full size.
 std::vector<uint8_t> MakeUndevelopableRaw();
 
 // Red and green only: LibRaw delivers an image of two colors.
 std::vector<uint8_t> MakeTwoColorRaw();
 
-// A DNG whose JPEG preview holds no image. unpack_thumb succeeds, dcraw_make_mem_thumb: "Unsupported
+// A DNG whose JPEG preview contains no image. unpack_thumb succeeds, dcraw_make_mem_thumb: "Unsupported
 // thumbnail format".
 std::vector<uint8_t> MakeDamagedPreviewRaw();
 
-// A diagonal sensor of 22 columns, which LibRaw first lays out in a square of about rows x rows pixels: the
-// memory it takes grows with the square of the file's size. (From 46340 rows on the number of pixels
-// overflows: every step succeeds and the image has no pixels and no colors.)
+// A diagonal sensor of 22 columns, which LibRaw first expands to a square of about rows x rows pixels: its
+// memory grows with the square of the file size. From 46340 rows on, the number of pixels overflows: every
+// step succeeds and the image has no pixels and no colors.
 std::vector<uint8_t> MakeDiagonalRaw(int rows);
 
 }  // namespace lumvik::test

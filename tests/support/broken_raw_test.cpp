@@ -12,7 +12,7 @@
 namespace lumvik::test {
 namespace {
 
-// One development of a file, all steps in their order.
+// Runs all of LibRaw's steps on a file.
 class Development {
  public:
   explicit Development(std::vector<uint8_t> file, bool half_size = false) : file_(std::move(file)) {

@@ -15,7 +15,7 @@ constexpr size_t kMaxSegment = 65533;
 
 constexpr Ifd kAllIfds[] = {Ifd::kZero, Ifd::kOne, Ifd::kExif, Ifd::kGps, Ifd::kInteroperability};
 
-// The entries by which a directory points to another.
+// The tags with which a directory points to another.
 constexpr struct {
   Ifd from;
   uint16_t tag;

@@ -1,4 +1,4 @@
-// JPEG files with an EXIF block made to order, well-formed or not.
+// Builds JPEG files with EXIF blocks, well-formed or not.
 #ifndef LUMVIK_TESTS_SUPPORT_EXIF_JPEG_H_
 #define LUMVIK_TESTS_SUPPORT_EXIF_JPEG_H_
 
@@ -42,12 +42,11 @@ class ExifBlock {
   ExifBlock& Rationals(Ifd ifd, uint16_t tag, const std::vector<Rational>& values);
   ExifBlock& SignedRationals(Ifd ifd, uint16_t tag, const std::vector<Rational>& values);
 
-  // Whatever an entry may claim. A claim of more than four bytes puts `value` behind the directories. The
-  // values stand there in the order in which they were added, and nothing follows: a last value shorter than
-  // its claim ends with the block.
+  // An entry with any claim. When it claims more than four bytes, `value` is stored after the directories, in
+  // the order of the calls; nothing follows the last value, which may be shorter than it claims.
   ExifBlock& Entry(Ifd ifd, uint16_t tag, TiffFormat format, uint32_t components, std::vector<uint8_t> value);
 
-  // From the "Exif" header to the last value.
+  // From the "Exif" header through the last value.
   std::vector<uint8_t> Serialize() const;
 
  private:
@@ -59,13 +58,12 @@ class ExifBlock {
     std::vector<uint8_t> value;
   };
 
-  // Where each directory begins in the block, 0 for none.
+  // Each directory's offset in the block, 0 for none.
   using Offsets = std::array<uint32_t, 5>;
 
-  // The fields of the directory and its pointers to the directories below it that have any.
+  // The directory's fields and its pointers to subdirectories that have fields.
   std::vector<Field> Directory(Ifd ifd, const Offsets& offsets) const;
-  // Appends the directory to `bytes`, and to `values`, which begins at `values_offset`, what it does not
-  // hold.
+  // Appends the directory to `bytes` and its out-of-line values to `values`, which starts at `values_offset`.
   void AppendDirectory(std::vector<uint8_t>& bytes, const std::vector<Field>& directory,
                        uint32_t values_offset, std::vector<uint8_t>& values) const;
   void Append(std::vector<uint8_t>& bytes, uint32_t number, size_t size) const;
@@ -74,10 +72,10 @@ class ExifBlock {
   std::vector<Field> fields_;
 };
 
-// A gray picture of 64 x 48.
+// A gray image of 64 x 48 pixels.
 std::vector<uint8_t> PlainJpeg();
 
-// `jpeg` with the block in an APP1 segment behind its start marker.
+// `jpeg` with the block in an APP1 segment after its start marker.
 std::vector<uint8_t> JpegWithExif(const std::vector<uint8_t>& exif,
                                   const std::vector<uint8_t>& jpeg = PlainJpeg());
 

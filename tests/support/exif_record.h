@@ -1,4 +1,4 @@
-// EXIF records that were read from files made to order.
+// Reading EXIF records from generated files.
 #ifndef LUMVIK_TESTS_SUPPORT_EXIF_RECORD_H_
 #define LUMVIK_TESTS_SUPPORT_EXIF_RECORD_H_
 
@@ -17,14 +17,14 @@
 
 namespace lumvik::test {
 
-// A record full of something else.
+// A record filled with garbage.
 inline ExifInfo UsedRecord() {
   ExifInfo info;
   std::memset(&info, 0x5A, sizeof(info));
   return info;
 }
 
-// Expects a record without anything in it: all bytes zero up to the position, which is NaN.
+// Expects an empty record: all bytes zero, except the position, which is NaN.
 inline void ExpectEmpty(const ExifInfo& info) {
   const auto* bytes = reinterpret_cast<const uint8_t*>(&info);
   const auto position = static_cast<std::ptrdiff_t>(offsetof(ExifInfo, gps_latitude));
@@ -33,7 +33,7 @@ inline void ExpectEmpty(const ExifInfo& info) {
   EXPECT_TRUE(std::isnan(info.gps_longitude));
 }
 
-// The record of a JPEG with the block.
+// The record of a JPEG file with the block.
 inline ExifInfo ReadRecord(const ExifBlock& exif) {
   const TempDir dir;
   ExifInfo info = UsedRecord();
@@ -41,7 +41,7 @@ inline ExifInfo ReadRecord(const ExifBlock& exif) {
   return info;
 }
 
-// Names the instances of tests that are run in both byte orders.
+// Names test instances by byte order.
 inline std::string ByteOrderName(const ::testing::TestParamInfo<ByteOrder>& order) {
   return order.param == ByteOrder::kLittle ? "little" : "big";
 }

@@ -1,4 +1,4 @@
-// Files as bytes.
+// Reading and writing whole files.
 #ifndef LUMVIK_TESTS_SUPPORT_FILE_BYTES_H_
 #define LUMVIK_TESTS_SUPPORT_FILE_BYTES_H_
 

@@ -36,7 +36,7 @@ class OpenedRaw {
     return raw_->get_decoder_info(&info) == LIBRAW_SUCCESS ? info.decoder_name : "";
   }
 
-  // 16 bit, in as many channels as LibRaw delivers colors; empty when it fails.
+  // 16 bits, one channel for each color LibRaw delivers; empty on failure.
   cv::Mat Develop() {
     EXPECT_EQ(raw_->unpack(), LIBRAW_SUCCESS);
     EXPECT_EQ(raw_->dcraw_process(), LIBRAW_SUCCESS);

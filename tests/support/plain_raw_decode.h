@@ -1,4 +1,4 @@
-// The RAW decode written down step by step, with LibRaw's own calls.
+// The reference implementation of the RAW decode, step by step with LibRaw's own calls.
 #ifndef LUMVIK_TESTS_SUPPORT_PLAIN_RAW_DECODE_H_
 #define LUMVIK_TESTS_SUPPORT_PLAIN_RAW_DECODE_H_
 

@@ -1,5 +1,5 @@
-// Changes to the whole process that last as long as the object, and files that are no files. What a platform
-// cannot do throws std::system_error there: the tests in question are not run on it.
+// Process-wide changes that last as long as an object, and special files. What a platform does not support
+// throws std::system_error; the tests that need it do not run there.
 #ifndef LUMVIK_TESTS_SUPPORT_PROCESS_STATE_H_
 #define LUMVIK_TESTS_SUPPORT_PROCESS_STATE_H_
 
@@ -12,14 +12,14 @@
 
 namespace lumvik::test {
 
-// A named pipe with nobody at the other end. Returns its path: on Windows, where pipes are in no folder,
-// another one with the same file name.
+// Makes a named pipe that nobody else opens. Returns its path, which on Windows has the same file name but is
+// in no folder.
 std::string MakePipe(const std::string& path);
 
-// A socket that nobody listens at. Returns the path.
+// Makes a socket that nobody listens on. Returns the path.
 std::string MakeSocket(const std::string& path);
 
-// Ends the process when calls that must return at once have not returned after twenty seconds.
+// Aborts the process when the object still exists after twenty seconds: its scope must not block.
 class Deadline {
  public:
   Deadline()
@@ -38,8 +38,7 @@ class Deadline {
   std::thread watch_;
 };
 
-// No file can be written beyond its first `bytes`: a write that reaches further is short or fails, as on a
-// full disk.
+// No file can grow beyond `bytes`: a write past that is short or fails, as on a full disk.
 class FileSizeLimit {
  public:
   explicit FileSizeLimit(uint64_t bytes);
@@ -52,7 +51,7 @@ class FileSizeLimit {
   void (*previous_handler_)(int) = nullptr;
 };
 
-// The superuser is bound by file permissions like everybody else.
+// Makes file permissions apply to the superuser too.
 class OrdinaryUser {
  public:
   OrdinaryUser();
@@ -61,7 +60,7 @@ class OrdinaryUser {
   OrdinaryUser& operator=(const OrdinaryUser&) = delete;
 };
 
-// Collects what anything, C libraries included, writes to standard error.
+// Captures standard error, including output of C libraries.
 class StderrCapture {
  public:
   StderrCapture();
@@ -69,7 +68,7 @@ class StderrCapture {
   StderrCapture(const StderrCapture&) = delete;
   StderrCapture& operator=(const StderrCapture&) = delete;
 
-  // Ends the collection.
+  // Ends the capture.
   std::string Take();
 
  private:

@@ -16,7 +16,7 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 
-constexpr uint8_t kMarker = 0xFF;  // announces a segment of a JPEG file
+constexpr uint8_t kMarker = 0xFF;  // starts a segment of a JPEG file
 constexpr uint8_t kFrame = 0xC0;   // size and components
 constexpr uint8_t kQuantization = 0xDB;
 

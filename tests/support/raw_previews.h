@@ -1,4 +1,4 @@
-// RAW files whose preview is what a test is about.
+// RAW files for testing previews.
 #ifndef LUMVIK_TESTS_SUPPORT_RAW_PREVIEWS_H_
 #define LUMVIK_TESTS_SUPPORT_RAW_PREVIEWS_H_
 
@@ -9,11 +9,11 @@
 
 namespace lumvik::test {
 
-// A DNG with this bitmap (CV_8UC3, red first) for a preview.
+// A DNG with this bitmap (CV_8UC3, red first) as its preview.
 std::vector<uint8_t> MakeBitmapPreviewRaw(const cv::Mat& bitmap);
 
-// The same, but the file says that its preview has a byte for each pixel: LibRaw delivers no more than these
-// and calls them three colors.
+// The same, but the file claims one byte per preview pixel: LibRaw delivers that many and calls them three
+// colors.
 std::vector<uint8_t> MakeShortBitmapPreviewRaw(const cv::Mat& bitmap);
 
 // The same in two strips of which the second lies beyond the end of the file.
@@ -23,17 +23,17 @@ std::vector<uint8_t> MakeMissingStripRaw(const cv::Mat& bitmap);
 std::vector<uint8_t> WithTwoValues(std::vector<uint8_t> file, uint16_t tag,
                                    const std::array<uint32_t, 2>& values);
 
-// A DNG with a JPEG preview that LibRaw delivers and no decoder can decode: it has no quantization tables.
+// A DNG with a JPEG preview that LibRaw delivers but no decoder can decode: it has no quantization tables.
 std::vector<uint8_t> MakeUndecodablePreviewRaw();
 
-// The same with a preview of `side` pixels both ways by its header.
+// A DNG whose preview claims side x side pixels in its JPEG header.
 std::vector<uint8_t> MakeOversizedPreviewRaw(uint16_t side);
 
-// What LibRaw itself delivers of a file's preview; empty when it does not.
+// The preview as LibRaw itself delivers it; empty on failure.
 std::vector<uint8_t> DeliveredPreview(const std::vector<uint8_t>& raw_file);
 
-// Whether two deliveries agree but for an entry in the EXIF header that LibRaw adds: it makes it of memory
-// that was never set.
+// Whether two deliveries are equal, ignoring an entry of the EXIF header LibRaw adds: it fills it from unset
+// memory.
 bool SameDelivery(std::vector<uint8_t> a, std::vector<uint8_t> b);
 
 }  // namespace lumvik::test

@@ -17,7 +17,7 @@ namespace {
 constexpr char kArwMake[] = "SONY", kArwModel[] = "ILCE-7M3";
 constexpr char kDngMake[] = "Testbench", kDngModel[] = "Bayer 14";
 
-// The model's matrix, as LibRaw's own table has it, for D65.
+// The model's matrix for D65, from LibRaw's table.
 const cv::Matx33d kArwModelFromXyz(0.7374, -0.2389, -0.0551,  //
                                    -0.5435, 1.3162, 0.2519,   //
                                    -0.1006, 0.1795, 0.6552);
@@ -114,7 +114,7 @@ void SetShootingData(TiffDirectory& first, const RawOptions& options) {
   first.SetDirectory(tag::kExifIfd, std::move(exif));
 }
 
-// LibRaw cuts a camera-specific margin off sensors this wide (first and last width of each range).
+// LibRaw crops a camera-specific margin from sensors of these widths (first and last of each range).
 constexpr int kCroppedArwWidths[][2] = {{2816, 2816}, {3751, 4119}, {4288, 4288}, {4580, 5019},
                                         {5216, 5216}, {5504, 5504}, {6048, 6048}, {6304, 6304},
                                         {7392, 7392}, {8000, 8000}, {9600, 9600}};
@@ -127,12 +127,12 @@ int ArwSensorColumns(int picture_columns) {
   return columns;
 }
 
-// A sensor of whole compression groups; the picture is its active area.
+// A sensor of whole compression groups with the image as its active area.
 TiffDirectory ArwSensorDirectory(const cv::Mat& rgb, const RawOptions& options) {
   const bool known_model = Make(options) == kArwMake && Model(options) == kArwModel;
   const cv::Matx33d camera = CameraFromSrgb(known_model ? kArwModelFromXyz : SrgbFromXyz());
   cv::Mat sensor = MosaicRggb(rgb, camera, options.multipliers);
-  // Reflected, so that the colors keep their places.
+  // Reflected, which preserves the color pattern.
   cv::copyMakeBorder(sensor, sensor, 0, 0, 0, ArwSensorColumns(rgb.cols) - rgb.cols, cv::BORDER_REFLECT_101);
 
   const bool compressed = options.format == RawFormat::kArwCompressed;
@@ -196,7 +196,7 @@ void SetDngPreview(TiffDirectory& first, const cv::Mat& rgb, const RawOptions& o
   if (options.preview == RawPreview::kJpeg) {
     std::vector<uint8_t> jpeg = PreviewJpeg(rgb, options);
     cv::Mat picture = cv::imdecode(jpeg, cv::IMREAD_COLOR | cv::IMREAD_IGNORE_ORIENTATION);
-    if (picture.empty()) picture = PreviewPicture(rgb, options);  // no JPEG was given; any size will do
+    if (picture.empty()) picture = PreviewPicture(rgb, options);  // not a JPEG; any size will do
     SetImage(first, picture.size(), 3, 8, kPhotometricYcbcr, kJpeg, std::move(jpeg));
   } else {
     const cv::Mat picture = PreviewPicture(rgb, options);

@@ -18,8 +18,8 @@
 namespace lumvik::test {
 namespace {
 
-// Soft clouds of colors that every camera sees, with a fine texture; equally soft at every size, and nowhere
-// so bright that LibRaw would take it for white.
+// Soft clouds of in-gamut colors with a fine texture, equally soft at every size and nowhere so bright that
+// LibRaw would take it for white.
 cv::Mat MakePicture(int rows, int columns) {
   constexpr int kCloud = 32;
   cv::RNG random(7);
@@ -55,7 +55,7 @@ struct FormatCase {
   RawFormat format;
   const char* name;
   const char* decoder;
-  double least_psnr;  // dB; a camera's mixed primaries amplify what demosaicing misses
+  double min_psnr;  // dB; a camera's mixed primaries amplify what demosaicing misses
 };
 constexpr FormatCase kFormatCases[] = {
     {RawFormat::kArwCompressed, "ArwCompressed", "sony_arw2_load_raw()", 49},
@@ -75,7 +75,7 @@ TEST_P(EveryRawFormat, PictureSurvives) {
   const cv::Mat picture = MakePicture(200, 300);
   const cv::Mat developed = OpenedRaw(MakeRawFile(picture, WithFormat(GetParam().format))).Develop();
   ASSERT_EQ(developed.size(), picture.size());
-  EXPECT_GT(PeakSignalToNoise(developed, picture), GetParam().least_psnr);
+  EXPECT_GT(PeakSignalToNoise(developed, picture), GetParam().min_psnr);
 }
 
 TEST_P(EveryRawFormat, FlatColorsSurvive) {
@@ -88,7 +88,7 @@ TEST_P(EveryRawFormat, FlatColorsSurvive) {
   }
 }
 
-// The one way in which brightness does not survive.
+// The one case in which brightness changes.
 TEST_P(EveryRawFormat, NearlyWhiteComesBackWhite) {
   const cv::Mat picture(32, 32, CV_8UC3, cv::Scalar::all(240));
   const cv::Mat developed = OpenedRaw(MakeRawFile(picture, WithFormat(GetParam().format))).Develop();
@@ -100,7 +100,7 @@ TEST_P(EveryRawFormat, UsesItsOwnDecoder) {
   EXPECT_EQ(raw.DecoderName(), GetParam().decoder);
 }
 
-// Odd sizes, LibRaw's smallest, and widths at which it cuts off some cameras' margins.
+// Odd sizes, LibRaw's minimum, and widths at which it crops some cameras' margins.
 TEST_P(EveryRawFormat, EverySizeSurvives) {
   for (const cv::Size& size : {cv::Size(22, 22),
                                {23, 25},
@@ -117,7 +117,7 @@ TEST_P(EveryRawFormat, EverySizeSurvives) {
     const cv::Mat picture = MakePicture(size.height, size.width);
     const cv::Mat developed = OpenedRaw(MakeRawFile(picture, WithFormat(GetParam().format))).Develop();
     ASSERT_EQ(developed.size(), size);
-    // The edges, which demosaicing guesses, weigh more in a small picture.
+    // Edges, which demosaicing extrapolates, weigh more in a small image.
     EXPECT_GT(PeakSignalToNoise(developed, picture), 44.0) << size;
   }
 }

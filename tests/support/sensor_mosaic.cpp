@@ -11,7 +11,7 @@ namespace {
 constexpr int kRed = 0, kGreen = 1, kBlue = 2;
 constexpr int kFilterColor[2][2] = {{kRed, kGreen}, {kGreen, kBlue}};
 
-// ITU-R BT.709 primaries, D65; the digits LibRaw uses.
+// ITU-R BT.709 primaries, D65, in LibRaw's digits.
 const cv::Matx33d kXyzFromSrgb(0.4124564, 0.3575761, 0.1804375,  //
                                0.2126729, 0.7151522, 0.0721750,  //
                                0.0193339, 0.1191920, 0.9503041);

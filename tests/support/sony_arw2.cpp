@@ -14,7 +14,7 @@ constexpr int kMaxShift = 4;
 
 using CodeTable = std::vector<uint16_t>;
 
-// What each 11-bit code stands for: every second value of the 12-bit curve.
+// The linear value of each 11-bit code: every second value of the 12-bit curve.
 CodeTable LinearCodes() {
   CodeTable linear(kCodes);
   int value = 0;
@@ -40,7 +40,7 @@ CodeTable CodeFromLinear() {
   return codes;
 }
 
-// Appends bit fields to a zeroed block, lowest bit first.
+// Appends bit fields to a zeroed block, least significant bit first.
 class BitWriter {
  public:
   explicit BitWriter(uint8_t* block) : block_(block) {}
@@ -55,12 +55,12 @@ class BitWriter {
   int position_ = 0;
 };
 
-// The largest and the smallest code in full with their places, the fourteen others as 7-bit steps above
+// Stores the largest and the smallest code with their positions, and the other fourteen as 7-bit steps above
 // the smallest.
 void EncodeBlock(const std::array<int, kBlockSamples>& codes, uint8_t* block) {
   auto largest = std::max_element(codes.begin(), codes.end());
   auto smallest = std::min_element(codes.begin(), codes.end());
-  if (largest == smallest) ++smallest;  // all alike: two places are named nevertheless
+  if (largest == smallest) ++smallest;  // all equal: the format still needs two positions
   int shift = 0;
   while (shift < kMaxShift && (kMaxDelta + 1) << shift <= *largest - *smallest) ++shift;
 

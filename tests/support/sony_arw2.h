@@ -1,4 +1,4 @@
-// Sony's lossy RAW compression of one byte a pixel, as its cameras write it.
+// Sony's lossy RAW compression of one byte per pixel.
 #ifndef LUMVIK_TESTS_SUPPORT_SONY_ARW2_H_
 #define LUMVIK_TESTS_SUPPORT_SONY_ARW2_H_
 
@@ -9,10 +9,10 @@
 
 namespace lumvik::test {
 
-// The knees of the tone curve in four times its 12-bit code: beyond each the curve climbs twice as fast.
+// The knees of the tone curve, in units of a quarter of its 12-bit code: the slope doubles after each.
 inline constexpr std::array<uint16_t, 4> kArw2CurveKnees = {8000, 10400, 12900, 14100};
 
-// The columns coded together; a row must hold whole groups.
+// Columns encoded together; a row must consist of whole groups.
 inline constexpr int kArw2GroupColumns = 32;
 
 // `sensor`: CV_16UC1 of linear 14-bit samples, columns a multiple of kArw2GroupColumns.

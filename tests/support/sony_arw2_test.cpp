@@ -13,7 +13,7 @@
 namespace lumvik::test {
 namespace {
 
-// Linear samples of the whole sensor, columns beyond the picture included.
+// Linear samples of the whole sensor, including columns beyond the image.
 std::vector<int> UnpackedSamples(const cv::Mat& picture, RawFormat format) {
   RawOptions options;
   options.format = format;
@@ -31,15 +31,15 @@ int LargestDifference(const cv::Mat& picture) {
   return largest;
 }
 
-// The curve leaves steps of 2 in the shadows up to 32 in the lights: half of one is lost.
+// The curve's steps range from 2 in the shadows to 32 in the highlights: the error is at most half a step.
 TEST(SonyArw2, FlatFieldsLoseHalfAStepOfTheCurve) {
-  constexpr int kColumns = 70;  // not whole groups: what fills the last one must not add contrast
+  constexpr int kColumns = 70;  // not whole groups: the padding must not add contrast
   EXPECT_LE(LargestDifference(cv::Mat(40, kColumns, CV_8UC3, cv::Scalar::all(60))), 1);
   EXPECT_LE(LargestDifference(cv::Mat(40, kColumns, CV_8UC3, cv::Scalar::all(255))), 16);
 }
 
-// In a block of full contrast the steps are 16 codes wide: half of one, 8 codes of 32, and half a code of
-// the curve are lost.
+// In a block of full contrast the steps are 16 codes wide: the error is half of one, 8 codes of 32, plus half
+// a code of the curve.
 constexpr int kLargestLoss = 8 * 32 + 16;
 
 TEST(SonyArw2, NoiseLosesHalfAStepOfItsBlocks) {
@@ -48,7 +48,7 @@ TEST(SonyArw2, NoiseLosesHalfAStepOfItsBlocks) {
   EXPECT_LE(LargestDifference(noise), kLargestLoss);
 }
 
-// Blocks of two levels only, in every row a little further apart.
+// Blocks of only two levels, farther apart in each row.
 TEST(SonyArw2, EveryContrastFitsItsBlocks) {
   cv::Mat stripes(2048, 64, CV_16UC3, cv::Scalar::all(0));
   for (int row = 0; row < stripes.rows; ++row) {

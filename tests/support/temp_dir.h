@@ -1,4 +1,4 @@
-// A folder of a test's own.
+// A temporary folder for a test.
 #ifndef LUMVIK_TESTS_SUPPORT_TEMP_DIR_H_
 #define LUMVIK_TESTS_SUPPORT_TEMP_DIR_H_
 
@@ -9,14 +9,14 @@
 
 namespace lumvik::test {
 
-// Made empty, removed with all that is in it.
+// Created empty, removed with its contents.
 class TempDir {
  public:
   TempDir() {
     std::random_device random;
     do {
       path_ = std::filesystem::temp_directory_path() / ("lumvik-" + std::to_string(random()));
-    } while (!std::filesystem::create_directory(path_));  // false when there is one already
+    } while (!std::filesystem::create_directory(path_));  // false when it exists
     std::filesystem::permissions(path_, std::filesystem::perms::owner_all);
   }
   ~TempDir() {
@@ -27,7 +27,7 @@ class TempDir {
   TempDir& operator=(const TempDir&) = delete;
 
   const std::filesystem::path& path() const { return path_; }
-  // The path of a file in it, whether there is one or not. Names are UTF-8, as everywhere.
+  // The path of a file in it, existing or not. The name is UTF-8.
   std::string File(const std::string& name) const {
     return (path_ / std::filesystem::u8path(name)).make_preferred().string();
   }

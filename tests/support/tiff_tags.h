@@ -1,4 +1,4 @@
-// The TIFF, EXIF, DNG and Sony tags that our RAW files carry.
+// The TIFF, EXIF, DNG and Sony tags in our RAW files.
 #ifndef LUMVIK_TESTS_SUPPORT_TIFF_TAGS_H_
 #define LUMVIK_TESTS_SUPPORT_TIFF_TAGS_H_
 

@@ -145,7 +145,7 @@ class TiffSerializer {
     }
   }
 
-  // What is written next starts at an even place, and the four bytes at `position` point to it.
+  // Pads to an even offset and stores it in the four bytes at `position`.
   void PutOffset(size_t position) {
     bytes_.resize(bytes_.size() + bytes_.size() % 2);
     std::vector<uint8_t> offset;

@@ -1,4 +1,4 @@
-// TIFF files in the making: the container of all our RAW files.
+// Builds TIFF files, the container of our RAW files.
 #ifndef LUMVIK_TESTS_SUPPORT_TIFF_WRITER_H_
 #define LUMVIK_TESTS_SUPPORT_TIFF_WRITER_H_
 
@@ -14,7 +14,7 @@ struct Rational {
   uint32_t denominator = 1;
 };
 
-// One image file directory of a TIFF file in the making. Setting a tag again replaces its value.
+// An image file directory. Setting a tag again replaces its value.
 class TiffDirectory {
  public:
   void SetBytes(uint16_t tag, const std::vector<uint8_t>& values);
@@ -25,13 +25,13 @@ class TiffDirectory {
   // Written as signed fractions of ten million.
   void SetReals(uint16_t tag, const std::vector<double>& values);
 
-  // `offset_tag` points to the directory, which comes behind this one in the file.
+  // `offset_tag` points to the directory, which follows this one in the file.
   void SetDirectory(uint16_t offset_tag, TiffDirectory directory);
-  // `offset_tag` points to the bytes and `length_tag` counts them.
+  // `offset_tag` holds the offset of the bytes, `length_tag` their number.
   void SetData(uint16_t offset_tag, uint16_t length_tag, std::vector<uint8_t> bytes);
 
-  // A little-endian file: header, the directories, then the data blocks, those of the directory before
-  // those of its sub-directories.
+  // A little-endian file: header, directories, then data blocks, each directory's before those of its
+  // subdirectories.
   std::vector<uint8_t> Serialize() const;
 
  private:
@@ -46,7 +46,7 @@ class TiffDirectory {
 
   void Set(uint16_t tag, Field field);
 
-  std::map<uint16_t, Field> fields_;  // TIFF wants them in the order of their tags
+  std::map<uint16_t, Field> fields_;  // TIFF requires ascending tags
   std::map<uint16_t, std::vector<uint8_t>> data_;
   std::vector<Child> children_;
 };

@@ -32,7 +32,7 @@ TEST(TiffWriter, WritesWhatOthersRead) {
 
 TEST(TiffWriter, ValuesStartAtEvenPlaces) {
   TiffDirectory directory;
-  directory.SetAscii(tag::kMake, "even");  // five bytes with its end
+  directory.SetAscii(tag::kMake, "even");  // five bytes with the NUL
   directory.SetLongs(tag::kModel, {0x11223344, 0x55667788});
   const std::vector<uint8_t> file = directory.Serialize();
   const std::vector<uint8_t> value = {0x44, 0x33, 0x22, 0x11, 0x88, 0x77, 0x66, 0x55};
