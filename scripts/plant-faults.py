@@ -51,6 +51,7 @@ CPU_LIMIT_EXTRA = 10  # seconds
 # Programs in the order in which they run, after the one for the folder of the fault.
 PROGRAMS = {
     "base": "tests/base_tests",
+    "examples": "tests/examples_tests",
     "bindings": "tests/bindings/bindings_tests",
     "pipeline": "tests/pipeline_tests",
     "api": "tests/api_tests",

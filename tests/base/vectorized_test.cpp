@@ -36,6 +36,15 @@ TEST(Vectorized, NoSetFusesAMultiplicationWithAnAddition) {
   });
 }
 
+TEST(Vectorized, NoSetIsWiderThanTheWidestAllowed) {
+  const InstructionSet usual = widest_instruction_set;
+  for (const auto widest : {InstructionSet::kBaseline, InstructionSet::kAvx2}) {
+    widest_instruction_set = widest;
+    EXPECT_LE(BestInstructionSet(), widest);
+  }
+  widest_instruction_set = usual;
+}
+
 TEST(Vectorized, TheUsualSetIsBackAfterwards) {
   const InstructionSet usual = BestInstructionSet();
   test::WithEachInstructionSet([] {});

@@ -22,6 +22,7 @@ using ::testing::Each;
 constexpr uint16_t kKodakCfaPattern = 0xFD09;
 constexpr uint16_t kUniqueCameraModel = 0xC614;
 constexpr uint16_t kLocalizedCameraModel = 0xC615;
+constexpr uint16_t kImageDescription = 0x010E;
 constexpr uint16_t kHasselbladOnly = 0xC51A;
 constexpr int kSixBySix = 36;
 constexpr int kModelLength = 20;
@@ -120,6 +121,13 @@ TEST_F(GuardedLibRawTest, ALongNameOfAnotherMaker) {
   EXPECT_EQ(raw_->imgdata.idata.model, std::string(63, 'x'));
 }
 
+TEST_F(GuardedLibRawTest, AHasselbladWithALongDescription) {
+  TiffDirectory dng = Dng();
+  dng.SetAscii(tag::kMake, "Hasselblad");
+  dng.SetAscii(kImageDescription, std::string(200, 'x'));
+  EXPECT_EQ(Open(dng.Serialize()), LIBRAW_SUCCESS);
+}
+
 // The start of an entry with one value.
 Bytes Entry(uint16_t tag, uint8_t type) {
   return {static_cast<uint8_t>(tag & 0xFF), static_cast<uint8_t>(tag >> 8), type, 0, 1, 0, 0, 0};
@@ -147,6 +155,14 @@ TEST_F(GuardedLibRawTest, StripsWhoseSumOverflows) {
   file = WithTwoValues(std::move(file), tag::kStripByteCounts, {200, static_cast<uint32_t>(-100)});
   ASSERT_EQ(Open(file), LIBRAW_SUCCESS);
   EXPECT_EQ(raw_->UnpackPreview(), LIBRAW_UNSUPPORTED_THUMBNAIL);
+}
+
+TEST_F(GuardedLibRawTest, AnEmptyStrip) {
+  Bytes file = WithTwoValues(MakeBitmapPreviewRaw(kPicture), tag::kStripOffsets, {1000, 1000});
+  file = WithTwoValues(std::move(file), tag::kStripByteCounts, {200, 0});
+  ASSERT_EQ(Open(file), LIBRAW_SUCCESS);
+  EXPECT_EQ(raw_->UnpackPreview(), LIBRAW_SUCCESS);
+  EXPECT_EQ(std::memcmp(preview().thumb, file.data() + 1000, 200), 0);
 }
 
 TEST_F(GuardedLibRawTest, TheMissingPartOfATruncatedBitmapIsZero) {
