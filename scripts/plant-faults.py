@@ -119,7 +119,7 @@ class Results:
 
 
 class Tree:
-    """A private copy of the tree with a build of its own, kept from run to run."""
+    """A private copy of the tree with its own build, kept between runs."""
 
     def __init__(self, folder, programs):
         self.source = folder / "source"

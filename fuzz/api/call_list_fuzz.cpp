@@ -160,7 +160,7 @@ class Player {
     }
   }
 
-  // Every buffer is as large as the call is told, which may be too small.
+  // Every buffer has exactly the size passed to the call, which may be too small.
   int Read() {
     const auto pixels =
         static_cast<size_t>(lumvik_get_width(context_)) * static_cast<size_t>(lumvik_get_height(context_));

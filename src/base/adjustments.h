@@ -75,7 +75,7 @@ struct Adjustments {
   float lens_vignette = 0;
   float defringe = 0;
   CropRectangle crop;
-  float rotation = 0;  // degrees, positive turns the picture counter-clockwise
+  float rotation = 0;  // degrees, positive is counter-clockwise
   float perspective_h = 0;
   float perspective_v = 0;
   int flip_h = 0;

@@ -18,7 +18,7 @@ namespace lumvik::test {
 namespace {
 
 // How the process of one failure ends.
-enum Ending { kAsDocumented, kWrong, kLibraryCrashed, kNothingFailed };
+enum Outcome { kAsDocumented, kWrong, kLibraryCrashed, kNothingFailed };
 
 constexpr int kThrew = 1;  // not a status of the interface
 
@@ -82,7 +82,7 @@ bool Check(bool condition, const std::string& otherwise) {
 
 // Makes the call with the allocation after `successes` failing. The same call runs on another context first:
 // it gives the expected result, and the libraries make the allocations that they keep.
-Ending Fail(const Call& call, int successes) {
+Outcome Fail(const Call& call, int successes) {
   cv::setNumThreads(1);  // only this thread's allocations are counted
   const auto prepared = [&call] {
     ContextPtr context = CreateContext();
@@ -132,9 +132,9 @@ class AllocationFailureTest : public ApiTest {
  protected:
   static void FailEach(const Call& call) {
     SCOPED_TRACE(call.name);
-    int ending = kAsDocumented;
+    int outcome = kAsDocumented;
     int failures = 0;
-    for (; ending != kNothingFailed && failures < kMostAllocations; ++failures) {
+    for (; outcome != kNothingFailed && failures < kMostAllocations; ++failures) {
       const pid_t child = fork();
       ASSERT_GE(child, 0);
       if (child == 0) _exit(Fail(call, failures));
@@ -143,10 +143,10 @@ class AllocationFailureTest : public ApiTest {
       // When libjpeg cannot allocate its first structures, OpenCV's encoder jumps to an address not yet set.
       if (call.writes_jpeg && WIFSIGNALED(state)) continue;
       ASSERT_TRUE(WIFEXITED(state)) << "allocation " << failures << ": signal " << WTERMSIG(state);
-      ending = WEXITSTATUS(state);
-      EXPECT_NE(ending, kWrong) << "allocation " << failures;
+      outcome = WEXITSTATUS(state);
+      EXPECT_NE(outcome, kWrong) << "allocation " << failures;
     }
-    EXPECT_EQ(ending, kNothingFailed);
+    EXPECT_EQ(outcome, kNothingFailed);
     EXPECT_GT(failures, 1);
   }
 

@@ -45,7 +45,7 @@ class BatchMemoryTest : public CommandTest {};
 // Compares with the peak memory of the only child process so far.
 TEST_F(BatchMemoryTest, DevelopingStaysWithinTheEstimate) {
 #if defined(LUMVIK_SANITIZE_ADDRESS) || defined(LUMVIK_SANITIZE_THREAD)
-  GTEST_SKIP() << "the sanitizer needs memory of its own";
+  GTEST_SKIP() << "the sanitizer itself needs memory";
 #endif
   const cv::Size size(5000, 3500);
   cv::Mat noise(size, CV_8UC3);

@@ -1,4 +1,4 @@
-// Worked examples of the whole pipeline, and of the two stages without files of their own in the reference.
+// Worked examples of the whole pipeline, and of the two stages that the reference implements in its driver.
 #include <gtest/gtest.h>
 
 #include <cmath>

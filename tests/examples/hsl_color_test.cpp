@@ -91,7 +91,7 @@ TEST_P(HslToRgbExample, HuesOutsideATurn) {
   EXPECT_EQ(negative[0], 1.0F);
   EXPECT_EQ(negative[1], 0.0F);
   EXPECT_EQ(negative[2], 0.0F);
-  // A hue beyond the range of integers and a NaN have no sector of their own.
+  // A hue beyond the range of integers and NaN have no sector.
   EXPECT_EQ(GetParam().run({1e30F, 1, 0.5F})[0], 1.0F);
   EXPECT_TRUE(std::isnan(GetParam().run({NAN, 1, 0.5F})[2]));
 }

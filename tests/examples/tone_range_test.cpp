@@ -22,7 +22,7 @@ class HighlightsShadowsExample : public test::PointStageExample {
 
 class WhitesBlacksExample : public test::PointStageExample {
  protected:
-  cv::Vec4f Levelled(float whites, float blacks, const cv::Vec4f& color) const {
+  cv::Vec4f Leveled(float whites, float blacks, const cv::Vec4f& color) const {
     Adjustments adjustments = NeutralAdjustments();
     adjustments.whites = whites;
     adjustments.blacks = blacks;
@@ -100,27 +100,27 @@ TEST_P(HighlightsShadowsExample, KeepsAlpha) {
 }
 
 TEST_P(WhitesBlacksExample, BlacksMoveTheBlackPoint) {
-  EXPECT_NEAR(Levelled(0, -100, Gray(0))[0], 0.0909, 5e-5);
-  EXPECT_NEAR(Levelled(0, 100, Gray(0.1F))[0], 0, 1e-7);
-  EXPECT_EQ(Levelled(0, 100, Gray(0.05F)), Gray(0));
-  EXPECT_NEAR(Levelled(0, 100, Gray(1))[0], 1, 1e-6);
+  EXPECT_NEAR(Leveled(0, -100, Gray(0))[0], 0.0909, 5e-5);
+  EXPECT_NEAR(Leveled(0, 100, Gray(0.1F))[0], 0, 1e-7);
+  EXPECT_EQ(Leveled(0, 100, Gray(0.05F)), Gray(0));
+  EXPECT_NEAR(Leveled(0, 100, Gray(1))[0], 1, 1e-6);
 }
 
 TEST_P(WhitesBlacksExample, PositiveWhitesDarken) {
-  EXPECT_NEAR(Levelled(100, 0, Gray(1))[0], 0.8333, 5e-5);
-  EXPECT_NEAR(Levelled(-100, 0, Gray(0.4F))[0], 0.5, 1e-6);
-  EXPECT_EQ(Levelled(-100, 0, Gray(0.9F)), Gray(1));
+  EXPECT_NEAR(Leveled(100, 0, Gray(1))[0], 0.8333, 5e-5);
+  EXPECT_NEAR(Leveled(-100, 0, Gray(0.4F))[0], 0.5, 1e-6);
+  EXPECT_EQ(Leveled(-100, 0, Gray(0.9F)), Gray(1));
 }
 
 TEST_P(WhitesBlacksExample, BothPoints) {
-  EXPECT_NEAR(Levelled(50, 50, Gray(0.575F))[0], (0.575 - 0.05) / (1.1 - 0.05), 1e-6);
+  EXPECT_NEAR(Leveled(50, 50, Gray(0.575F))[0], (0.575 - 0.05) / (1.1 - 0.05), 1e-6);
 }
 
 TEST_P(WhitesBlacksExample, OnlyNeutralSettingsKeepOverflow) {
-  EXPECT_EQ(Levelled(0, 0, {1.5F, -0.5F, 0.5F, 1}), cv::Vec4f(1.5F, -0.5F, 0.5F, 1));
-  EXPECT_EQ(Levelled(1, 0, {1.5F, -0.5F, 0.5F, 1.5F})[0], 1.0F);
-  EXPECT_EQ(Levelled(1, 0, {1.5F, -0.5F, 0.5F, 1.5F})[1], 0.0F);
-  EXPECT_EQ(Levelled(1, 0, {1.5F, -0.5F, 0.5F, 1.5F})[3], 1.5F);
+  EXPECT_EQ(Leveled(0, 0, {1.5F, -0.5F, 0.5F, 1}), cv::Vec4f(1.5F, -0.5F, 0.5F, 1));
+  EXPECT_EQ(Leveled(1, 0, {1.5F, -0.5F, 0.5F, 1.5F})[0], 1.0F);
+  EXPECT_EQ(Leveled(1, 0, {1.5F, -0.5F, 0.5F, 1.5F})[1], 0.0F);
+  EXPECT_EQ(Leveled(1, 0, {1.5F, -0.5F, 0.5F, 1.5F})[3], 1.5F);
 }
 
 INSTANTIATE_TEST_SUITE_P(Subjects, HighlightsShadowsExample, test::StageSubjects(), test::SubjectName());

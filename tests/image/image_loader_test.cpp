@@ -20,7 +20,7 @@ namespace fs = std::filesystem;
 
 using Rgba16 = cv::Vec<uint16_t, 4>;
 
-const char* const kEndings[] = {".jpg", ".jpeg", ".png", ".tif", ".tiff", ".bmp", ".webp"};
+const char* const kExtensions[] = {".jpg", ".jpeg", ".png", ".tif", ".tiff", ".bmp", ".webp"};
 
 cv::Mat Noise(int type, int rows, int cols) {
   cv::Mat image(rows, cols, type);
@@ -33,9 +33,10 @@ cv::Mat Flat(int rows = 40, int cols = 60) {
   return {rows, cols, CV_8UC3, cv::Scalar(40, 120, 200)};
 }
 
-std::vector<uint8_t> Encoded(const char* ending, const cv::Mat& image, const std::vector<int>& params = {}) {
+std::vector<uint8_t> Encoded(const char* extension, const cv::Mat& image,
+                             const std::vector<int>& params = {}) {
   std::vector<uint8_t> bytes;
-  cv::imencode(ending, image, bytes, params);
+  cv::imencode(extension, image, bytes, params);
   return bytes;
 }
 
@@ -66,12 +67,12 @@ class ImageLoader : public ::testing::Test {
 };
 
 TEST(IsStandardImagePath, EveryEndingInAnyCase) {
-  for (const std::string ending : kEndings) {
-    EXPECT_TRUE(IsStandardImagePath("/photos/a" + ending)) << ending;
-    std::string upper = ending;
+  for (const std::string extension : kExtensions) {
+    EXPECT_TRUE(IsStandardImagePath("/photos/a" + extension)) << extension;
+    std::string upper = extension;
     for (char& c : upper) c = static_cast<char>(std::toupper(c));
     EXPECT_TRUE(IsStandardImagePath("/photos/a" + upper)) << upper;
-    EXPECT_TRUE(IsStandardImagePath(ending)) << ending;
+    EXPECT_TRUE(IsStandardImagePath(extension)) << extension;
   }
   for (const char* path : {"photo.JPG", "IMG.JPEG", "a.jPeG", "x.arw.Tif", "no folder/\xC3\xA9.WebP"}) {
     EXPECT_TRUE(IsStandardImagePath(path)) << path;
@@ -79,10 +80,10 @@ TEST(IsStandardImagePath, EveryEndingInAnyCase) {
 }
 
 TEST(IsStandardImagePath, EverythingElseIsRaw) {
-  for (const std::string ending : kEndings) {
-    EXPECT_FALSE(IsStandardImagePath("photo" + ending.substr(1))) << ending;
-    EXPECT_FALSE(IsStandardImagePath("photo" + ending + "x")) << ending;
-    EXPECT_FALSE(IsStandardImagePath("photo" + ending + ".arw")) << ending;
+  for (const std::string extension : kExtensions) {
+    EXPECT_FALSE(IsStandardImagePath("photo" + extension.substr(1))) << extension;
+    EXPECT_FALSE(IsStandardImagePath("photo" + extension + "x")) << extension;
+    EXPECT_FALSE(IsStandardImagePath("photo" + extension + ".arw")) << extension;
   }
   for (const char* path : {"IMG.ARW", "IMG.dng", "x.jpg.arw", "x.jpg/y", "jpg", "photojpg", "photo.jpg ",
                            "photo.jp", "a.jpgx", "a.gif", "a.webp.", "", ".", "g", "jpeg", "noending"}) {
@@ -259,10 +260,11 @@ TEST_F(ImageLoader, WhatCannotBeReadIsEmpty) {
 TEST_F(ImageLoader, WhatIsNoImageIsEmpty) {
   const cv::Mat noise = Noise(CV_8UC1, 1, 5000);
   const std::vector<uint8_t> random(noise.begin<uint8_t>(), noise.end<uint8_t>());
-  for (const std::string ending : kEndings) {
-    EXPECT_TRUE(LoadStandardImage(Write("random" + ending, random)).empty()) << ending;
-    EXPECT_TRUE(LoadStandardImage(Write("zeros" + ending, std::vector<uint8_t>(5000))).empty()) << ending;
-    EXPECT_TRUE(LoadStandardImage(Write("byte" + ending, {0xFF})).empty()) << ending;
+  for (const std::string extension : kExtensions) {
+    EXPECT_TRUE(LoadStandardImage(Write("random" + extension, random)).empty()) << extension;
+    EXPECT_TRUE(LoadStandardImage(Write("zeros" + extension, std::vector<uint8_t>(5000))).empty())
+        << extension;
+    EXPECT_TRUE(LoadStandardImage(Write("byte" + extension, {0xFF})).empty()) << extension;
   }
 }
 
@@ -273,14 +275,14 @@ TEST_F(ImageLoader, FilesOfFourGibibytesAreEmpty) {
 }
 
 TEST_F(ImageLoader, ACutFileIsEmptyOrOfFullSize) {
-  for (const char* ending : {".jpg", ".png", ".tif", ".bmp", ".webp"}) {
+  for (const char* extension : {".jpg", ".png", ".tif", ".bmp", ".webp"}) {
     const cv::Mat bgr = Noise(CV_8UC3, 24, 32);
-    const std::vector<uint8_t> whole = Encoded(ending, bgr);
+    const std::vector<uint8_t> whole = Encoded(extension, bgr);
     for (size_t size = 0; size < whole.size(); size += 1 + size / 8) {
       const std::vector<uint8_t> cut(whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size));
-      const ImageBuffer image = LoadStandardImage(Write(std::string("cut") + ending, cut));
+      const ImageBuffer image = LoadStandardImage(Write(std::string("cut") + extension, cut));
       EXPECT_TRUE(image.empty() || (size >= 16 && image.size() == bgr.size() && image.type() == CV_16UC4))
-          << ending << " " << size;
+          << extension << " " << size;
     }
   }
 }

@@ -13,7 +13,7 @@ cv::Mat ToWorkingImage(const ImageBuffer& source);
 // CV_16UC4 of a working image, rounded and clamped.
 ImageBuffer FromWorkingImage(const cv::Mat& working);
 
-// Too small for files of their own. 0 is not the identity; DevelopWorkingImage() skips it.
+// Too small for separate files. 0 is not the identity; DevelopWorkingImage() skips it.
 void Brightness(cv::Mat& working, float brightness);
 void Contrast(cv::Mat& working, float contrast);
 

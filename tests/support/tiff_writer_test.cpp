@@ -50,15 +50,15 @@ TEST(TiffWriter, TheLastValueOfATagCounts) {
 }
 
 TEST(TiffWriter, AnOffsetCanBeSpoilt) {
-  TiffDirectory plain, spoilt;
+  TiffDirectory plain, overridden;
   plain.SetLongs(tag::kStripOffsets, {123456});
   plain.SetLongs(tag::kStripByteCounts, {3});
   plain.SetLongs(tag::kSubIfds, {234567});
-  spoilt.SetData(tag::kStripOffsets, tag::kStripByteCounts, {1, 2, 3});
-  spoilt.SetDirectory(tag::kSubIfds, plain);
-  spoilt.SetLongs(tag::kStripOffsets, {123456});
-  spoilt.SetLongs(tag::kSubIfds, {234567});
-  EXPECT_EQ(spoilt.Serialize(), plain.Serialize());
+  overridden.SetData(tag::kStripOffsets, tag::kStripByteCounts, {1, 2, 3});
+  overridden.SetDirectory(tag::kSubIfds, plain);
+  overridden.SetLongs(tag::kStripOffsets, {123456});
+  overridden.SetLongs(tag::kSubIfds, {234567});
+  EXPECT_EQ(overridden.Serialize(), plain.Serialize());
 }
 
 }  // namespace

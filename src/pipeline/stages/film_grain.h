@@ -16,7 +16,7 @@ struct GrainNoise {
 
 // Normal noise of standard deviation 0.05 at an `amount` of 100 percent, drawn from the current state of the
 // calling thread's OpenCV generator, so that two renders differ. A generator draws in sequence: start early,
-// on a thread of its own. If OpenCV is limited to one thread, the noise is drawn when the result is
+// on a separate thread. If OpenCV is limited to one thread, the noise is drawn when the result is
 // requested.
 std::future<GrainNoise> DrawGrain(cv::Size frame, float amount);
 
