@@ -13,7 +13,7 @@ constexpr float kShadowTop = 0.55F;
 constexpr float kHighlightBottom = 0.45F;
 constexpr float kShadowStrength = 1.2F;
 constexpr float kHighlightStrength = 0.5F;
-constexpr float kMinLuminance = 1e-6F;
+constexpr float kMinScaledLuminance = 1e-6F;
 
 float LiftShadows(float luminance, float shadows) {
   const float d = (kShadowTop - luminance) / kShadowTop;
@@ -37,7 +37,7 @@ void HighlightsShadows(cv::Mat& working, const Adjustments& adjustments) {
     for (int x = 0; x < working.cols; ++x) {
       cv::Vec4f& pixel = row[x];
       const float luminance = Luminance(pixel);
-      if (luminance < kMinLuminance) continue;
+      if (luminance < kMinScaledLuminance) continue;
       float target = luminance;
       if (s != 0.0F && luminance < kShadowTop) target = LiftShadows(luminance, s);
       if (h != 0.0F && luminance > kHighlightBottom) {

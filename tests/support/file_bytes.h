@@ -1,10 +1,11 @@
-// Reading and writing whole files.
+// Bytes of files and images.
 #ifndef LUMVIK_TESTS_SUPPORT_FILE_BYTES_H_
 #define LUMVIK_TESTS_SUPPORT_FILE_BYTES_H_
 
 #include <cstdint>
 #include <fstream>
 #include <iterator>
+#include <opencv2/core.hpp>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -15,6 +16,11 @@ inline std::vector<uint8_t> ReadBytes(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   if (!file) throw std::runtime_error("cannot read " + path);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+}
+
+// `image` must be continuous.
+inline std::vector<uint8_t> BytesOf(const cv::Mat& image) {
+  return {image.datastart, image.dataend};
 }
 
 // Returns the path.

@@ -3,6 +3,7 @@
 #include <opencv2/core.hpp>
 #include <opencv2/imgcodecs.hpp>
 
+#include "support/file_bytes.h"
 #include "support/lossless_jpeg.h"
 #include "support/raw_previews.h"
 #include "support/raw_writer.h"
@@ -18,16 +19,11 @@ constexpr int kColumns = 64;
 constexpr uint16_t kLinearRaw = 34892;  // a photometric interpretation
 constexpr uint16_t kLosslessJpeg = 7;   // compressions
 constexpr uint16_t kLossyJpeg = 34892;
-constexpr uint16_t kSonyCompressed = 32767;
 
 cv::Mat Noise(int type, int limit) {
   cv::Mat noise(kRows, kColumns, type);
   cv::RNG(7).fill(noise, cv::RNG::UNIFORM, 0, limit);
   return noise;
-}
-
-Bytes BytesOf(const cv::Mat& image) {
-  return {image.datastart, image.dataend};
 }
 
 TiffDirectory Raw(RawFormat format, RawPreview preview) {
@@ -78,11 +74,11 @@ Bytes LossyDng() {
 
 // Of Sony's lossless code: the codes of +1, -1 and 0, over and over.
 Bytes Arw1Samples() {
-  constexpr uint32_t kCodes = 0b111'110'011;
-  constexpr size_t kCodeBits = 9;
+  constexpr uint32_t kPattern = 0b111'110'011;
+  constexpr size_t kPatternBits = 9;
   Bytes samples(size_t{kRows} * kColumns);
   for (size_t bit = 0; bit < 8 * samples.size(); ++bit) {
-    const auto value = static_cast<uint8_t>(kCodes >> (kCodeBits - 1 - bit % kCodeBits) & 1);
+    const auto value = static_cast<uint8_t>(kPattern >> (kPatternBits - 1 - bit % kPatternBits) & 1);
     samples[bit / 8] = static_cast<uint8_t>(samples[bit / 8] << 1 | value);
   }
   samples.pop_back();

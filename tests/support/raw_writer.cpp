@@ -7,6 +7,7 @@
 #include <stdexcept>
 #include <utility>
 
+#include "support/file_bytes.h"
 #include "support/sensor_mosaic.h"
 #include "support/sony_arw2.h"
 #include "support/tiff_tags.h"
@@ -27,7 +28,7 @@ constexpr int kPreviewQuality = 90;
 
 constexpr uint16_t kPhotometricRgb = 2, kPhotometricYcbcr = 6, kPhotometricCfa = 32803,
                    kPhotometricLinearRaw = 34892;
-constexpr uint16_t kUncompressed = 1, kOldJpeg = 6, kJpeg = 7, kSonyCompressed = 32767;
+constexpr uint16_t kUncompressed = 1, kOldJpeg = 6, kJpeg = 7;
 constexpr uint16_t kIlluminantD65 = 21;
 
 bool IsDng(const RawOptions& options) {
@@ -55,10 +56,6 @@ void Check(const cv::Mat& rgb, const RawOptions& options) {
 
 uint32_t Unsigned(int value) {
   return static_cast<uint32_t>(value);
-}
-
-std::vector<uint8_t> BytesOf(const cv::Mat& plane) {
-  return {plane.datastart, plane.dataend};
 }
 
 cv::Mat PreviewPicture(const cv::Mat& rgb, const RawOptions& options) {

@@ -4,6 +4,13 @@
 
 #include <cstdint>
 
+namespace lumvik::test {
+
+// A value of the compression tag.
+inline constexpr uint16_t kSonyCompressed = 32767;
+
+}  // namespace lumvik::test
+
 namespace lumvik::test::tag {
 
 inline constexpr uint16_t kNewSubfileType = 0x00fe;
