@@ -15,7 +15,7 @@ constexpr float kBandRadius = 0.09F;
 constexpr float kMinSaturation = 0.0001F;
 constexpr float kMinWeight = 0.0001F;
 
-bool IsNeutral(const HslBand& band) {
+bool IsUnshifted(const HslBand& band) {
   return band.hue == 0 && band.saturation == 0 && band.luminance == 0;
 }
 
@@ -53,7 +53,7 @@ void ShiftPixel(cv::Vec4f& pixel, const std::array<HslBand, kHslBandCount>& band
 }  // namespace
 
 void HslBands(cv::Mat& working, const Adjustments& adjustments) {
-  if (std::all_of(adjustments.hsl.begin(), adjustments.hsl.end(), IsNeutral)) return;
+  if (std::all_of(adjustments.hsl.begin(), adjustments.hsl.end(), IsUnshifted)) return;
   for (int y = 0; y < working.rows; ++y) {
     auto* row = working.ptr<cv::Vec4f>(y);
     for (int x = 0; x < working.cols; ++x) ShiftPixel(row[x], adjustments.hsl);

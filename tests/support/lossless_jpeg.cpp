@@ -10,9 +10,9 @@ constexpr uint8_t kCategories = 16;  // bit lengths of a difference, 0 to 15
 constexpr int kCodeBits = 5;         // of each category's code, which is the category itself
 
 // A most-significant-bit-first stream in which a zero byte follows each 0xFF.
-class BitWriter {
+class ScanWriter {
  public:
-  explicit BitWriter(std::vector<uint8_t>& bytes) : bytes_(bytes) {}
+  explicit ScanWriter(std::vector<uint8_t>& bytes) : bytes_(bytes) {}
 
   void Put(uint32_t value, int bits) {
     for (int bit = bits - 1; bit >= 0; --bit) {
@@ -45,7 +45,7 @@ int BitLength(int magnitude) {
   return length;
 }
 
-void PutDifference(BitWriter& writer, int difference) {
+void PutDifference(ScanWriter& writer, int difference) {
   const int length = BitLength(std::abs(difference));
   writer.Put(static_cast<uint32_t>(length), kCodeBits);
   const int value = difference < 0 ? difference + (1 << length) - 1 : difference;
@@ -69,7 +69,7 @@ std::vector<uint8_t> Header(int rows, int columns) {
 
 std::vector<uint8_t> EncodeLosslessJpeg(const cv::Mat& sensor) {
   std::vector<uint8_t> jpeg = Header(sensor.rows, sensor.cols);
-  BitWriter writer(jpeg);
+  ScanWriter writer(jpeg);
   for (int y = 0; y < sensor.rows; ++y) {
     int predicted = y == 0 ? 1 << (kBits - 1) : sensor.at<uint16_t>(y - 1, 0);
     for (int x = 0; x < sensor.cols; ++x) {

@@ -18,7 +18,7 @@ constexpr int kColumns = 64;
 constexpr uint16_t kLinearRaw = 34892;  // a photometric interpretation
 constexpr uint16_t kLosslessJpeg = 7;   // compressions
 constexpr uint16_t kLossyJpeg = 34892;
-constexpr uint16_t kSonyCompressed = 32767;
+constexpr uint16_t kArwCompressed = 32767;
 
 cv::Mat Noise(int type, int limit) {
   cv::Mat noise(kRows, kColumns, type);
@@ -26,7 +26,7 @@ cv::Mat Noise(int type, int limit) {
   return noise;
 }
 
-Bytes BytesOf(const cv::Mat& image) {
+Bytes PixelBytes(const cv::Mat& image) {
   return {image.datastart, image.dataend};
 }
 
@@ -78,11 +78,11 @@ Bytes LossyDng() {
 
 // Of Sony's lossless code: the codes of +1, -1 and 0, over and over.
 Bytes Arw1Samples() {
-  constexpr uint32_t kCodes = 0b111'110'011;
-  constexpr size_t kCodeBits = 9;
+  constexpr uint32_t kPattern = 0b111'110'011;
+  constexpr size_t kPatternBits = 9;
   Bytes samples(size_t{kRows} * kColumns);
   for (size_t bit = 0; bit < 8 * samples.size(); ++bit) {
-    const auto value = static_cast<uint8_t>(kCodes >> (kCodeBits - 1 - bit % kCodeBits) & 1);
+    const auto value = static_cast<uint8_t>(kPattern >> (kPatternBits - 1 - bit % kPatternBits) & 1);
     samples[bit / 8] = static_cast<uint8_t>(samples[bit / 8] << 1 | value);
   }
   samples.pop_back();
@@ -97,7 +97,7 @@ Bytes Arw(Bytes samples) {
   arw.SetLongs(tag::kImageWidth, {kColumns});
   arw.SetLongs(tag::kImageLength, {kRows});
   arw.SetShorts(tag::kBitsPerSample, {12});
-  arw.SetShorts(tag::kCompression, {kSonyCompressed});
+  arw.SetShorts(tag::kCompression, {kArwCompressed});
   arw.SetShorts(tag::kSamplesPerPixel, {1});
   arw.SetData(tag::kStripOffsets, tag::kStripByteCounts, std::move(samples));
   return arw.Serialize();
@@ -124,11 +124,12 @@ std::vector<RawKind> RawKinds() {
       {"dng_bitmap_preview", "packed_dng_load_raw()", made(RawFormat::kDng, RawPreview::kBitmap)},
       {"dng_preview_missing_a_strip", "packed_dng_load_raw()", MakeMissingStripRaw(Noise(CV_8UC3, 256))},
       {"dng_planar_preview", "packed_dng_load_raw()", PlanarPreviewDng()},
-      {"dng_packed_no_preview", "packed_dng_load_raw()", Dng(12, 1, BytesOf(deep)).Serialize()},
+      {"dng_packed_no_preview", "packed_dng_load_raw()", Dng(12, 1, PixelBytes(deep)).Serialize()},
       {"dng_lossless_no_preview", "lossless_dng_load_raw()",
        Dng(14, kLosslessJpeg, EncodeLosslessJpeg(deep)).Serialize()},
       {"dng_lossless_missing_tile_no_preview", "lossless_dng_load_raw()", MissingTileDng(deep)},
-      {"dng_linear_no_preview", "packed_dng_load_raw()", LinearDng(16, 1, BytesOf(Noise(CV_16UC3, 1 << 16)))},
+      {"dng_linear_no_preview", "packed_dng_load_raw()",
+       LinearDng(16, 1, PixelBytes(Noise(CV_16UC3, 1 << 16)))},
       {"dng_lossy_no_preview", "lossy_dng_load_raw()", LossyDng()},
   };
 }
