@@ -21,19 +21,19 @@ constexpr int kMaxColumns = 5000;
 constexpr int kMaxPixels = 1 << 15;
 constexpr int kMaxRowsPerColumn = 8;  // the automatic tools enlarge narrow images
 
-cv::Mat Picture(cv::Size size) {
-  cv::Mat picture(size, CV_8UC3);
-  cv::RNG(1).fill(picture, cv::RNG::UNIFORM, 0, 256);
-  return picture;
+cv::Mat Noise(cv::Size size) {
+  cv::Mat image(size, CV_8UC3);
+  cv::RNG(1).fill(image, cv::RNG::UNIFORM, 0, 256);
+  return image;
 }
 
 // Files that load, that do not, and one that does not exist.
 std::vector<std::string> WritePhotographs() {
   test::RawOptions dng;
   dng.format = test::RawFormat::kDng;
-  return {WriteFile("a.arw", test::MakeRawFile(Picture({48, 32}))),
-          WriteFile("wide.arw", test::MakeRawFile(Picture({1536, 16}))),
-          WriteFile("a.dng", test::MakeRawFile(Picture({48, 32}), dng)),
+  return {WriteFile("a.arw", test::MakeRawFile(Noise({48, 32}))),
+          WriteFile("wide.arw", test::MakeRawFile(Noise({1536, 16}))),
+          WriteFile("a.dng", test::MakeRawFile(Noise({48, 32}), dng)),
           WriteFile("broken.png", {1, 2, 3}),
           WriteFile("broken.arw", std::vector<uint8_t>(1000, 'Z')),
           FilePath("missing.arw")};
@@ -149,7 +149,7 @@ class Player {
     const int max_rows = std::min(kMaxRowsPerColumn * columns, kMaxPixels / columns);
     const int rows = input_.ConsumeIntegralInRange<int>(1, max_rows);
     std::vector<uint8_t> bytes;
-    cv::imencode(".bmp", Picture({columns, rows}), bytes);
+    cv::imencode(".bmp", Noise({columns, rows}), bytes);
     return WriteFile("any.bmp", bytes);
   }
 
@@ -167,7 +167,7 @@ class Player {
     }
   }
 
-  // Every buffer has exactly the size passed to the call, which may be too small.
+  // The buffers have the capacity that is passed, which may be too small for the result.
   int Read() {
     const auto pixels =
         static_cast<size_t>(lumvik_get_width(context_)) * static_cast<size_t>(lumvik_get_height(context_));

@@ -155,7 +155,7 @@ cv::Mat Developed(const cv::Mat& source, const A& adjustments, int threads) {
 
 class SettingsSweep : public testing::TestWithParam<cv::Size> {
  protected:
-  ~SettingsSweep() override { cv::setNumThreads(usual_threads_); }
+  void TearDown() override { cv::setNumThreads(usual_threads_); }
 
  private:
   int usual_threads_ = cv::getNumThreads();
