@@ -9,7 +9,7 @@ namespace lumvik::reference {
 namespace {
 
 constexpr float kLuminanceStrength = 0.6F;
-constexpr float kMinLuminance = 1e-6F;
+constexpr float kMinDivisor = 1e-6F;
 
 int LuminanceKernelSize(float nr_luminance) {
   return 3 - 2 * static_cast<int>(nr_luminance / -100.0F * 5.0F);
@@ -26,7 +26,7 @@ void SmoothLuminance(std::vector<cv::Mat>& planes, float nr_luminance) {
   cv::GaussianBlur(luminance, smooth, cv::Size(side, side), 0, 0, cv::BORDER_REFLECT_101);
   const double w = nr_luminance / 100.0F * kLuminanceStrength;
   for (size_t c = 0; c < 3; ++c) {
-    const cv::Mat ratio = smooth / (luminance + cv::Scalar(kMinLuminance));
+    const cv::Mat ratio = smooth / (luminance + cv::Scalar(kMinDivisor));
     planes[c] = planes[c] * (1.0 - w) + planes[c].mul(ratio) * w;
   }
 }
