@@ -62,6 +62,9 @@ PROGRAMS = {
     "apps": "tests/apps/lumvik_cli_test",
 }
 
+# Each folder of src/ includes only those before it, so their programs cannot notice its faults.
+LAYERS = ["base", "image", "pipeline", "analysis", "segmentation", "api"]
+
 
 def sources(patterns):
     """The engine's files that are compiled on this platform."""
@@ -272,8 +275,9 @@ def target_of(program):
 
 
 def runs(file, programs):
-    """The runs that may catch a fault in a file, (program, arguments), the likeliest first:
-    the suites of the tests named like the file, then the program of its folder."""
+    """Yields the runs that may catch a fault in a file, (program, arguments), the likeliest
+    first: the suites of the tests named like the file, then the program of its folder.
+    """
     folder, stem = pathlib.PurePath(file).parts[1], pathlib.PurePath(file).stem
     suites = set()
     for test in (ROOT / "tests" / folder).rglob(f"{stem}*_test.cpp"):
@@ -282,7 +286,8 @@ def runs(file, programs):
     if suites and folder in programs:
         patterns = ":".join(f"{s}.*:*/{s}.*" for s in sorted(suites))
         yield folder, [f"--gtest_filter={patterns}"]
-    for program in sorted(programs, key=lambda p: p != folder):
+    above = [p for p in programs if p not in LAYERS[: LAYERS.index(folder)]]
+    for program in sorted(above, key=lambda p: p != folder):
         yield program, []
 
 
