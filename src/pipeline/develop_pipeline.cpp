@@ -2,6 +2,7 @@
 
 #include <cmath>
 #include <initializer_list>
+#include <string_view>
 #include <variant>
 
 #include "pipeline/pipeline_run.h"
@@ -42,7 +43,7 @@ struct Operation {
 };
 
 struct Stage {
-  const char* name;
+  std::string_view name;
   std::initializer_list<Operation> operations;
 };
 
