@@ -58,7 +58,7 @@ std::vector<Setting> AllSettings() {
   return settings;
 }
 
-constexpr size_t kLevels = 17;
+constexpr size_t kLevels = 13;
 
 std::array<float, kLevels> LevelsOf(const Setting& setting) {
   using Float = std::numeric_limits<float>;
@@ -69,14 +69,10 @@ std::array<float, kLevels> LevelsOf(const Setting& setting) {
           Float::denorm_min(),
           -Float::denorm_min(),
           0.7F * low + 0.3F * high,
-          low,
-          high,
           std::nextafter(low, -Float::infinity()),
           std::nextafter(high, Float::infinity()),
-          10 * limit,
           -10 * limit,
           1000 * limit,
-          -1000 * limit,
           1e30F,
           -1e30F,
           Float::infinity(),
