@@ -58,7 +58,7 @@ Comparison Render(cv::Size size, const Setting& setting) {
           2 * bytes};
 }
 
-// As on a processor without wider vectors.
+// Simulates a processor without wider vectors.
 struct NarrowerSet {
   const char* name;
   InstructionSet set;

@@ -66,7 +66,7 @@ class Player {
     Require(status == 0 || status == -1 || status == -2);
     Require(status != -1 || *lumvik_last_error(context_) != '\0');
   } catch (const std::exception&) {
-    // Those of OpenCV and of the runtime leave a call.
+    // Exceptions of OpenCV and of the runtime leave a call.
   }
 
   // Any float: within the range, around its limits, far outside, special, or a random bit pattern.
@@ -143,7 +143,7 @@ class Player {
     return paths[input_.ConsumeIntegralInRange<size_t>(0, paths.size() - 1)];
   }
 
-  // Of any shape.
+  // An image of any shape.
   std::string WriteImage() {
     const int columns = input_.ConsumeIntegralInRange<int>(1, kMaxColumns);
     const int max_rows = std::min(kMaxRowsPerColumn * columns, kMaxPixels / columns);

@@ -54,7 +54,7 @@ class CompletedStream final : public Stream {
   RawFileHooks hooks_;
 };
 
-// Of the kind that LibRaw would choose for a file of that many bytes. Null when it cannot be opened.
+// The kind of stream that LibRaw would choose for a file of `bytes` bytes; null if the file cannot be opened.
 template <typename Character>
 std::unique_ptr<LibRaw_abstract_datastream> OpenCompletedStream(const Character* path, uintmax_t bytes,
                                                                 RawFileHooks hooks) {

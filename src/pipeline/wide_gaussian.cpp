@@ -21,14 +21,14 @@ constexpr int kSmallRadius = 4;
 constexpr int kTaps = 2 * kSmallRadius;        // grid points around a pixel
 constexpr int kTapsBefore = kSmallRadius - 1;  // of them before the last one at or left of it
 
-constexpr int kUsualStep = 2;  // that of clarity
+constexpr int kCommonStep = 2;  // used by clarity
 
-// The widest grid on which the coarse Gaussian still has a smooth shape.
+// The coarse Gaussian must span enough grid points to keep its shape.
 constexpr double kMinCoarseSigma = 8.0;
 
 constexpr int kMinSamplesPerStep = 8;
 
-// At twice the longest side of a mirrored image all but its mean is attenuated to 3e-9.
+// With a sigma of twice the longest side, everything but the mean of a mirrored image is attenuated to 3e-9.
 Gaussian HeldToImage(const Gaussian& blur, cv::Size size) {
   const double limit = std::max(2.0 * std::max(size.width, size.height), Gaussian::kMinWideSigma);
   return blur.Sigma() > limit ? Gaussian::OfSigma(limit) : blur;
@@ -67,7 +67,7 @@ SymmetricKernel CoarseKernel(const Gaussian& blur, int step) {
            (bell_sigma * std::sqrt(2 * CV_PI));
   };
   const int coarse_radius = (radius + step - 1) / step;
-  // On large steps every few pixels give the same fit in a fraction of the time.
+  // With a large step, fitting every few pixels gives the same kernel in a fraction of the time.
   const int stride = std::max(step / kMinSamplesPerStep, 1);
   const int samples = (radius + kTaps * step) / stride;
   cv::Mat bells(samples, coarse_radius + 1, CV_64F);
@@ -87,7 +87,8 @@ SymmetricKernel CoarseKernel(const Gaussian& blur, int step) {
   return coarse;
 }
 
-// out[n * room + i] = the sum of taps[n][k] * rows[k][i], for several n at a time since they share the rows.
+// out[n * room + i] = sum of taps[n][k] * rows[k][i] over k, for several n together, since they share the
+// rows.
 template <int lanes, size_t kOutputs>
 void AddTaps(const Weights* taps, const float* const* rows, int columns, int room, float* __restrict out) {
   Lanes<lanes> weights[kOutputs][kTaps] = {};
@@ -113,14 +114,14 @@ void AddTaps(const Weights* taps, const float* const* rows, int columns, int roo
   }
 }
 
-// Every step-th value of `line` side by side: those of each phase in a row of `phases`.
+// De-interleaves `line`: row p of `phases` receives every step-th value from the p-th on.
 inline void Separate(const float* line, int step, int length, float* __restrict phases) {
   for (int phase = 0; phase < step; ++phase) {
     for (int i = 0; i < length; ++i) phases[phase * length + i] = line[i * step + phase];
   }
 }
 
-// The reverse, for rows of `most` values.
+// The inverse, for rows of `most` values.
 inline void Interleave(const float* phases, int most, int step, int columns, float* __restrict line) {
   for (int n = 0; n < columns / step; ++n) {
     for (int i = 0; i < step; ++i) line[n * step + i] = phases[i * most + n];
@@ -134,7 +135,7 @@ SymmetricKernel SmallKernel(int step) {
   return {kernel.begin<float>() + radius, kernel.end<float>()};
 }
 
-// The plane smoothed by the small Gaussian, at the points of the grid alone.
+// Samples the plane, smoothed by the small Gaussian, at the points of the grid.
 class Sampler {
  public:
   Sampler(const cv::Mat& plane, int step, int margin, int points)
@@ -151,7 +152,7 @@ class Sampler {
       moved_.push_back(phases_.data() + k % step * length + k / step);
   }
 
-  // One row of the grid: down the plane's columns, then along the row.
+  // One row of the grid, vertically first.
   void Sample(int grid_y, float* points) {
     const int radius = Radius(kernel_);
     const int before = margin_ * step_ + radius;
@@ -170,13 +171,13 @@ class Sampler {
   }
 
  private:
-  // Every step_-th pixel side by side, so that neighboring grid points have neighboring addresses.
+  // De-interleaved, so that neighboring grid points have neighboring addresses.
   void AlongLine(float* points) {
     const int length = points_ + 2 * kSmallRadius;
     VectorizedByLanes([&](auto lanes) {
-      // A step known beforehand lets the compiler shuffle whole vectors.
-      if (step_ == kUsualStep) {
-        Separate(line_.data(), kUsualStep, length, phases_.data());
+      // With a constant step the compiler shuffles whole vectors.
+      if (step_ == kCommonStep) {
+        Separate(line_.data(), kCommonStep, length, phases_.data());
       } else {
         Separate(line_.data(), step_, length, phases_.data());
       }
@@ -195,13 +196,13 @@ class Sampler {
   int margin_;
   int points_;
   SymmetricKernel kernel_;
-  std::vector<const float*> rows_;   // that the kernel covers
-  std::vector<float> line_;          // a row with its mirrored ends
-  std::vector<float> phases_;        // the same, every step_-th value side by side
-  std::vector<const float*> moved_;  // there, from the first value on, from the second on, ...
+  std::vector<const float*> rows_;   // under the kernel
+  std::vector<float> line_;          // a row with mirrored ends
+  std::vector<float> phases_;        // the same, de-interleaved
+  std::vector<const float*> moved_;  // into phases_: from the first value on, from the second on, ...
 };
 
-// As many points as cover a side of the plane, with the margins.
+// The points that cover a side of the plane, including the margins.
 int PointsFor(int pixels, int step, int margin) {
   return (pixels - 1) / step + 1 + 2 * margin;
 }
@@ -227,7 +228,7 @@ WideGaussian::WideGaussian(const cv::Mat& plane, const Gaussian& blur)
 
 void WideGaussian::Read(int x, int y, PartColumns columns, float* blurred) const {
   const int first_point = x / step_;
-  // Whole vectors: the grid has more margin than that.
+  // Rounded up to whole vectors, which the margin of the grid has room for.
   const int points =
       ((x + columns - 1) / step_ - first_point + kTaps + kMaxLanes - 1) / kMaxLanes * kMaxLanes;
   float line[kMaxPart + kTaps + kMaxLanes];
@@ -241,10 +242,10 @@ void WideGaussian::Read(int x, int y, PartColumns columns, float* blurred) const
   const int most = (columns - 1) / step_ + 1;
   VectorizedByLanes([&](auto lanes) {
     AddTaps<lanes, 1>(&taps_[static_cast<size_t>(y % step_)], rows, points, 0, line);
-    // A step known beforehand lets the compiler shuffle whole vectors.
-    if (step_ == kUsualStep && x % step_ == 0 && columns % step_ == 0) {
-      AddTaps<lanes, kUsualStep>(taps_.data(), moved, most, most, same_phase);
-      return Interleave(same_phase, most, kUsualStep, columns, blurred);
+    // With a constant step the compiler shuffles whole vectors.
+    if (step_ == kCommonStep && x % step_ == 0 && columns % step_ == 0) {
+      AddTaps<lanes, kCommonStep>(taps_.data(), moved, most, most, same_phase);
+      return Interleave(same_phase, most, kCommonStep, columns, blurred);
     }
     for (int i = 0; i < std::min(step_, int{columns}); ++i) {
       const int first = (x + i) / step_ - first_point;

@@ -32,7 +32,7 @@ cv::Mat NoisePlane(cv::Size size, uint64_t seed) {
   return plane;
 }
 
-// Of a crop in pixels.
+// A crop in pixels as fractions of the frame.
 CropRectangle Fractions(const cv::Rect& crop, cv::Size frame) {
   const auto width = static_cast<float>(frame.width);
   const auto height = static_cast<float>(frame.height);

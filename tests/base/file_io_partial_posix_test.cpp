@@ -72,7 +72,7 @@ TEST_F(FileIoPartial, WritesGoOnToTheEnd) {
   EXPECT_EQ(ReadBytes(dir_.File("a")), bytes_);
 }
 
-// As when another process truncates the file meanwhile.
+// As if another process truncated the file meanwhile.
 TEST_F(FileIoPartial, WhatAReadDoesNotDeliverIsZero) {
   const std::string path = WriteBytes(dir_.File("a"), bytes_);
   transfer = Transfer::kNothing;

@@ -72,7 +72,7 @@ Bytes LossyDng() {
   return LinearDng(8, kLossyJpeg, std::move(jpeg));
 }
 
-// Of Sony's lossless code: the codes of +1, -1 and 0, over and over.
+// Sony's lossless codes of +1, -1 and 0, repeated.
 Bytes Arw1Samples() {
   constexpr uint32_t kPattern = 0b111'110'011;
   constexpr size_t kPatternBits = 9;
