@@ -3,16 +3,7 @@
 #include <new>
 
 #include "api_test.h"
-
-// OpenCV leaks the pixels of a matrix when the allocation of its header fails.
-#ifdef LUMVIK_SANITIZE_ADDRESS
-#include <sanitizer/lsan_interface.h>
-using AllowLeaks = __lsan::ScopedDisabler;
-#else
-struct AllowLeaks {
-  AllowLeaks() {}  // user-provided, to avoid a warning about an unused variable
-};
-#endif
+#include "support/allow_leaks.h"
 
 namespace {
 
@@ -42,7 +33,8 @@ class OutOfMemoryTest : public ApiTest {
   // Runs `call` with one allocation failing after `successes` successful ones. Returns whether one failed.
   template <typename Call>
   static bool Starve(int successes, Call call) {
-    const AllowLeaks allow_leaks;
+    // OpenCV leaks the pixels of a matrix when the allocation of its header fails.
+    const lumvik::test::AllowLeaks allow_leaks;
     allocations_left = successes;
     try {
       call();
