@@ -161,7 +161,7 @@ TEST_F(GuardedLibRawTest, AnEmptyStrip) {
   Bytes file = WithTwoValues(MakeBitmapPreviewRaw(kPicture), tag::kStripOffsets, {1000, 1000});
   file = WithTwoValues(std::move(file), tag::kStripByteCounts, {200, 0});
   ASSERT_EQ(Open(file), LIBRAW_SUCCESS);
-  EXPECT_EQ(raw_->UnpackPreview(), LIBRAW_SUCCESS);
+  ASSERT_EQ(raw_->UnpackPreview(), LIBRAW_SUCCESS);
   EXPECT_EQ(std::memcmp(preview().thumb, file.data() + 1000, 200), 0);
 }
 
