@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <memory>
 
 #include "support/file_bytes.h"
@@ -153,6 +154,13 @@ TEST_F(GuardedLibRawTest, PlanesLargerThanTheirSize) {
 TEST_F(GuardedLibRawTest, StripsWhoseSumOverflows) {
   Bytes file = WithTwoValues(MakeBitmapPreviewRaw(kPicture), tag::kStripOffsets, {1000, 1000});
   file = WithTwoValues(std::move(file), tag::kStripByteCounts, {200, static_cast<uint32_t>(-100)});
+  ASSERT_EQ(Open(file), LIBRAW_SUCCESS);
+  EXPECT_EQ(raw_->UnpackPreview(), LIBRAW_UNSUPPORTED_THUMBNAIL);
+}
+
+TEST_F(GuardedLibRawTest, StripsWhoseSumOverflowsByOne) {
+  Bytes file = WithTwoValues(MakeBitmapPreviewRaw(kPicture), tag::kStripOffsets, {1000, 1000});
+  file = WithTwoValues(std::move(file), tag::kStripByteCounts, {std::numeric_limits<int32_t>::max(), 1});
   ASSERT_EQ(Open(file), LIBRAW_SUCCESS);
   EXPECT_EQ(raw_->UnpackPreview(), LIBRAW_UNSUPPORTED_THUMBNAIL);
 }
