@@ -19,7 +19,8 @@ A fault whose object code equals the original's is equivalent without a test run
 does not compile is replaced by another. The order of the faults depends on the seed and
 on each fault itself, so editing one file leaves those in the others as they were. The
 results are lines of JSON in --results; a later line for the same fault replaces an
-earlier one.
+earlier one. GTEST_FILTER='-*SettingsSweep*' in the environment leaves out the tests that
+take longest.
 """
 
 import argparse

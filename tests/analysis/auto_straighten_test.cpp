@@ -57,6 +57,7 @@ TEST(LeanOf, IgnoresSegmentsSteeperThan30Degrees) {
   EXPECT_EQ(lean_at(30.5), 0);
   EXPECT_NEAR(lean_at(-30), -30, kTolerance);
   EXPECT_EQ(lean_at(-30.5), 0);
+  EXPECT_EQ(LeanOfOne(0, 10864, 18817, 0), 30) << "rounds to the limit itself";
   EXPECT_EQ(LeanOfOne(5, 0, 5, 500), 0);
   EXPECT_EQ(LeanOfOne(5, 500, 5, 0), 0);
 }

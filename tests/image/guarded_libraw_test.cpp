@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <limits>
 #include <memory>
 
 #include "support/file_bytes.h"
@@ -157,11 +158,18 @@ TEST_F(GuardedLibRawTest, StripsWhoseSumOverflows) {
   EXPECT_EQ(raw_->UnpackPreview(), LIBRAW_UNSUPPORTED_THUMBNAIL);
 }
 
+TEST_F(GuardedLibRawTest, StripsWhoseSumOverflowsByOne) {
+  Bytes file = WithTwoValues(MakeBitmapPreviewRaw(kPicture), tag::kStripOffsets, {1000, 1000});
+  file = WithTwoValues(std::move(file), tag::kStripByteCounts, {std::numeric_limits<int32_t>::max(), 1});
+  ASSERT_EQ(Open(file), LIBRAW_SUCCESS);
+  EXPECT_EQ(raw_->UnpackPreview(), LIBRAW_UNSUPPORTED_THUMBNAIL);
+}
+
 TEST_F(GuardedLibRawTest, AnEmptyStrip) {
   Bytes file = WithTwoValues(MakeBitmapPreviewRaw(kPicture), tag::kStripOffsets, {1000, 1000});
   file = WithTwoValues(std::move(file), tag::kStripByteCounts, {200, 0});
   ASSERT_EQ(Open(file), LIBRAW_SUCCESS);
-  EXPECT_EQ(raw_->UnpackPreview(), LIBRAW_SUCCESS);
+  ASSERT_EQ(raw_->UnpackPreview(), LIBRAW_SUCCESS);
   EXPECT_EQ(std::memcmp(preview().thumb, file.data() + 1000, 200), 0);
 }
 

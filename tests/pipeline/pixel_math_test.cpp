@@ -41,7 +41,7 @@ TEST(FastExp2, StaysWithinItsErrorAndSaturates) {
   EXPECT_EQ(FastExp2(0.0F), 1.0F);
   EXPECT_LT(FastExp2(-1000.0F), 1.2e-38F);
   EXPECT_LT(FastExp2(kQuietNaN), 1.2e-38F);
-  EXPECT_GE(FastExp2(1000.0F), 1.7e38F);
+  EXPECT_EQ(FastExp2(1000.0F), 0x1p127F);
 }
 
 float Power(float value, float exponent) {

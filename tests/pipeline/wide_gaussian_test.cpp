@@ -40,6 +40,19 @@ TEST(WideGaussian, ImagesSmallerThanTheKernel) {
   }
 }
 
+TEST(WideGaussian, APartHoldsTheValuesOfThePlaneWhereverItBegins) {
+  const cv::Mat plane = NoisePlane({331, 40});
+  for (const double sigma : {16.0, 20.0, 57.0, 100.0}) {
+    const WideGaussian blur(plane, Gaussian::OfSigma(sigma));
+    const cv::Mat whole = blur.Plane();
+    for (const cv::Range columns : {cv::Range(0, 331), {1, 101}, {7, 57}, {131, 331}, {330, 331}}) {
+      cv::Mat part(1, columns.size(), CV_32F);
+      blur.Read(columns.start, 21, PartColumns(columns.size()), part.ptr<float>());
+      EXPECT_TRUE(test::SameBytes(part, whole(cv::Range(21, 22), columns))) << sigma << ' ' << columns.start;
+    }
+  }
+}
+
 // One white pixel shows the weights. The image that is white where they are too large and black where they
 // are too small has the largest possible error.
 TEST(WideGaussian, TheWorstImageIsStillClose) {
