@@ -126,6 +126,9 @@ TEST_F(BatchFailureTest, AnInputInAnInaccessibleFolder) {
 
 // A limit on open files allows pipes for only some of the workers.
 TEST_F(BatchFailureTest, ContinuesWithFewerWorkers) {
+#ifdef LUMVIK_SANITIZE_UNDEFINED
+  GTEST_SKIP() << "the sanitizer itself needs a pipe to check the type of an object";
+#endif
   for (char name = 'a'; name < 'q'; ++name) Photograph(std::string("photos/") + name + ".png");
   const ProcessResult result = Batch({"--jobs", "16", "--grain-amount", "5"},
                                      {"sh", "-c", "ulimit -n 20; exec \"$0\" \"$@\"", LUMVIK_COMMAND});
