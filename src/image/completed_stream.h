@@ -30,7 +30,7 @@ class CompletedStream final : public Stream {
     const int delivered = Stream::read(bytes, 1, std::min(wanted, kMaxRead));
     const auto present = static_cast<size_t>(std::max(delivered, 0));
     std::memset(bytes + present, wanted <= kMaxInteger ? kMissingInteger : 0, wanted - present);
-    hooks_.after_read(bytes + wanted);
+    hooks_.after_read(bytes, wanted);
     return static_cast<int>(present / std::max(size, size_t{1}));
   }
 

@@ -84,7 +84,8 @@ int GuardedLibRaw::OpenFile(const std::string& path) {
   recycle();
   is_hasselblad_ = false;
   has_long_name_ = false;
-  auto file = OpenRawFile(path, {[this] { BeforeSeek(); }, [this](uint8_t* end) { AfterRead(end); }});
+  auto file = OpenRawFile(
+      path, {[this] { BeforeSeek(); }, [this](uint8_t* bytes, size_t wanted) { AfterRead(bytes, wanted); }});
   if (!file) return LIBRAW_IO_ERROR;
   const int status = open_datastream(file.get());
   if (status != LIBRAW_SUCCESS) return status;
@@ -130,8 +131,9 @@ void GuardedLibRaw::BeforeSeek() {
   }
 }
 
-void GuardedLibRaw::AfterRead(uint8_t* end) const {
-  if (clears_byte_after_row_) *end = 0;
+// Only a row's buffer is known to have a byte more than was read.
+void GuardedLibRaw::AfterRead(uint8_t* bytes, size_t wanted) const {
+  if (clears_byte_after_row_ && wanted == imgdata.sizes.raw_width) bytes[wanted] = 0;
 }
 
 // As LibRaw computes it, without the rows it adds for safety.

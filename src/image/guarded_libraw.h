@@ -26,7 +26,7 @@ class GuardedLibRaw : public LibRaw {
   void NoteName(int name, int count, LibRaw_abstract_datastream& stream);
   bool MakePreviewFit();
   void BeforeSeek();
-  void AfterRead(uint8_t* end) const;
+  void AfterRead(uint8_t* bytes, size_t wanted) const;
   size_t SensorBufferSize() const;
 
   bool is_hasselblad_ = false;

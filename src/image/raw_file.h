@@ -4,6 +4,7 @@
 
 #include <libraw/libraw.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -13,7 +14,7 @@ namespace lumvik {
 
 struct RawFileHooks {
   std::function<void()> before_seek;
-  std::function<void(uint8_t* end)> after_read;  // `end` of the bytes LibRaw asked for
+  std::function<void(uint8_t* bytes, size_t wanted)> after_read;  // `wanted`: as LibRaw asked for
 };
 
 // LibRaw's own stream, except that memory is set where the file ends too early. Null for a path that cannot
