@@ -8,9 +8,10 @@
 #ifdef LUMVIK_SANITIZE_THREAD
 // False positives in uninstrumented libraries: the C library's time zone lock, OpenCV's one-time creation of
 // its matrix operators, GDAL's initialization. One true race: LibRaw takes the date of the EXIF header that
-// it adds to a preview from a buffer shared by all threads.
+// it adds to a preview from a buffer shared by all threads. The functions named are exported, so that they
+// are found without debug symbols: LibRaw's get_timestamp is what takes the time zone lock.
 extern "C" __attribute__((visibility("default"))) const char* __tsan_default_suppressions() {
-  return "race:tzset_internal\nrace:LibRaw::tiff_head\nrace:cv::MatExpr::operator\ndeadlock:"
+  return "race:LibRaw::get_timestamp\nrace:LibRaw::tiff_head\nrace:cv::MatExpr::operator\ndeadlock:"
          "CPLAcquireMutex\n";
 }
 #endif
