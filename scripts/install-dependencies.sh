@@ -28,6 +28,7 @@ build_packages=(
   liblcms2-dev             # color profiles
   libcli11-dev             # command-line options
   nlohmann-json3-dev       # settings files
+  libjpeg-dev              # checks of JPEG files
   libpng-dev               # PNG files of previews, masks and histograms
   libexiv2-dev             # metadata of exported images, XMP files
   libgtest-dev             # the tests, which are part of a release build

@@ -1,0 +1,37 @@
+// The frame of every exported function.
+#ifndef LUMVIK_HOST_API_GUARD_H_
+#define LUMVIK_HOST_API_GUARD_H_
+
+#include <string>
+
+#include "base/failure.h"
+
+namespace lumvik::host {
+
+// The status and text of the exception being handled.
+struct Described {
+  Status status;
+  std::string text;
+};
+Described DescribeException();
+
+// Sets the text of the calling thread for the exception being handled, and returns its status.
+Status ReportException() noexcept;
+
+// The text of the calling thread.
+const char* ThreadText() noexcept;
+
+// Runs the body of an exported function.
+template <typename Call>
+Status Guarded(const Call& call) noexcept {
+  try {
+    call();
+    return LUMVIK_HOST_OK;
+  } catch (...) {
+    return ReportException();
+  }
+}
+
+}  // namespace lumvik::host
+
+#endif  // LUMVIK_HOST_API_GUARD_H_

@@ -1,0 +1,20 @@
+#include "api/settings_handle.h"
+
+#include <memory>
+#include <utility>
+
+namespace lumvik::host {
+
+lumvik_host_settings* OpenSettings(Settings values) {
+  auto object = std::make_shared<SettingsObject>();
+  object->values = std::move(values);
+  return reinterpret_cast<lumvik_host_settings*>(OpenHandle(HandleKind::kSettings, std::move(object)));
+}
+
+Settings ValuesOf(lumvik_host_settings* handle) {
+  Settings values;
+  ChangeSettings(handle, [&](const Settings& held) { values = held; });
+  return values;
+}
+
+}  // namespace lumvik::host

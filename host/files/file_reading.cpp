@@ -1,0 +1,60 @@
+#include "files/file_reading.h"
+
+#include <algorithm>
+#include <fstream>
+
+#include "base/failure.h"
+
+namespace lumvik::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+Failure Unreadable(Status status, const std::string& path, const std::string& why) {
+  return {status, "cannot read '" + path + "': " + why};
+}
+
+std::ifstream OpenReadable(const std::string& path) {
+  RequireReadable(path);
+  return std::ifstream(PathOf(path), std::ios::binary);
+}
+
+}  // namespace
+
+void RequireReadable(const std::string& path) {
+  std::error_code error;
+  const fs::file_status status = fs::status(PathOf(path), error);
+  if (status.type() == fs::file_type::not_found) {
+    throw Unreadable(LUMVIK_HOST_NOT_FOUND, path, "there is no such file");
+  }
+  if (error) throw FileFailure("read", path, error);
+  if (fs::is_directory(status)) throw Unreadable(LUMVIK_HOST_INVALID_ARGUMENT, path, "it is a folder");
+  if (!fs::is_regular_file(status)) {
+    throw Unreadable(LUMVIK_HOST_INVALID_ARGUMENT, path, "it is not a regular file");
+  }
+  if (!std::ifstream(PathOf(path))) throw FileFailure("read", path, LastSystemError());
+}
+
+std::string ReadBeginning(const std::string& path, std::size_t count) {
+  std::ifstream file = OpenReadable(path);
+  std::string bytes(count, '\0');
+  file.read(bytes.data(), static_cast<std::streamsize>(count));
+  if (file.bad()) throw FileFailure("read", path, LastSystemError());
+  bytes.resize(static_cast<std::size_t>(file.gcount()));
+  return bytes;
+}
+
+std::string ReadFile(const std::string& path, std::uintmax_t max_bytes) {
+  std::ifstream file = OpenReadable(path);
+  file.seekg(0, std::ios::end);
+  const auto size = static_cast<std::uintmax_t>(std::max<std::streamoff>(file.tellg(), 0));
+  if (size > max_bytes) throw Unreadable(LUMVIK_HOST_INVALID_ARGUMENT, path, "the file is too large");
+  file.seekg(0);
+  std::string bytes(static_cast<std::size_t>(size), '\0');
+  file.read(bytes.data(), static_cast<std::streamsize>(size));
+  if (file.bad()) throw FileFailure("read", path, LastSystemError());
+  bytes.resize(static_cast<std::size_t>(file.gcount()));
+  return bytes;
+}
+
+}  // namespace lumvik::host

@@ -1,0 +1,27 @@
+// Reading files. Each function throws Failure.
+#ifndef LUMVIK_HOST_FILES_FILE_READING_H_
+#define LUMVIK_HOST_FILES_FILE_READING_H_
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+namespace lumvik::host {
+
+// Paths of the interface are UTF-8.
+inline std::filesystem::path PathOf(const std::string& utf8) {
+  return std::filesystem::u8path(utf8);
+}
+
+// Requires a regular file that can be read. A pipe or a device could block a decoder forever.
+void RequireReadable(const std::string& path);
+
+// The first bytes of a file, at most `count`.
+std::string ReadBeginning(const std::string& path, std::size_t count);
+
+// A whole file. One of more than `max_bytes` is not read but refused as LUMVIK_HOST_INVALID_ARGUMENT.
+std::string ReadFile(const std::string& path, std::uintmax_t max_bytes);
+
+}  // namespace lumvik::host
+
+#endif  // LUMVIK_HOST_FILES_FILE_READING_H_

@@ -1,0 +1,102 @@
+#include "files/safe_file.h"
+
+#include <fstream>
+#include <random>
+#include <system_error>
+
+#include "base/failure.h"
+#include "files/file_reading.h"
+
+namespace lumvik::host {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr int kMaxLinks = 40;  // the kernel's own limit
+
+Failure Unwritable(Status status, const std::string& path, const std::string& why) {
+  return {status, "cannot write '" + path + "': " + why};
+}
+
+fs::path FollowLinks(const std::string& path) {
+  std::error_code error;
+  fs::path target = fs::absolute(PathOf(path), error);
+  for (int followed = 0; !error && followed <= kMaxLinks; ++followed) {
+    const fs::file_status status = fs::symlink_status(target, error);
+    if (status.type() == fs::file_type::not_found || (!error && !fs::is_symlink(status))) return target;
+    if (!error) target = target.parent_path() / fs::read_symlink(target, error);
+  }
+  if (error) throw FileFailure("write", path, error);
+  throw Unwritable(LUMVIK_HOST_INVALID_ARGUMENT, path, "too many levels of symbolic links");
+}
+
+void CheckFolder(const std::string& path, const fs::path& folder) {
+  std::error_code error;
+  const fs::file_status status = fs::status(folder, error);
+  if (status.type() == fs::file_type::not_found) {
+    throw Unwritable(LUMVIK_HOST_NOT_FOUND, path, "there is no folder '" + folder.u8string() + "'");
+  }
+  if (error) throw FileFailure("write into the folder", folder.u8string(), error);
+  if (!fs::is_directory(status)) {
+    throw Unwritable(LUMVIK_HOST_INVALID_ARGUMENT, path, "'" + folder.u8string() + "' is not a folder");
+  }
+}
+
+void CheckTarget(const std::string& path, const fs::path& target, Overwrite overwrite) {
+  std::error_code error;
+  const fs::file_status status = fs::status(target, error);
+  if (status.type() == fs::file_type::not_found) return;
+  if (error) throw FileFailure("write", path, error);
+  if (fs::is_directory(status)) throw Unwritable(LUMVIK_HOST_INVALID_ARGUMENT, path, "it is a folder");
+  if (!fs::is_regular_file(status)) {
+    throw Unwritable(LUMVIK_HOST_INVALID_ARGUMENT, path, "it is not a regular file");
+  }
+  if (overwrite == Overwrite::kNo) throw Unwritable(LUMVIK_HOST_EXISTS, path, "the file exists");
+  // Replacing the file by renaming needs no write permission on it, so check by opening it unchanged.
+  if (!std::ofstream(target, std::ios::app)) throw FileFailure("write", path, LastSystemError());
+}
+
+fs::path ReserveFile(const fs::path& folder, const fs::path& extension) {
+  std::random_device random;
+  for (;;) {
+    fs::path path = folder / (".lumvik-" + std::to_string(random()));
+    path += extension;
+    const std::error_code error = CreateNewFile(path);
+    if (!error) return path;
+    if (error != std::errc::file_exists) throw FileFailure("write into the folder", folder.u8string(), error);
+  }
+}
+
+}  // namespace
+
+SafeFile::SafeFile(const std::string& path, Overwrite overwrite)
+    : shown_(path), overwrite_(overwrite), target_(FollowLinks(path)) {
+  CheckFolder(path, target_.parent_path());
+  CheckTarget(path, target_, overwrite);
+  temporary_ = ReserveFile(target_.parent_path(), target_.extension());
+}
+
+SafeFile::~SafeFile() {
+  std::error_code ignored;  // gone after a Commit
+  fs::remove(temporary_, ignored);
+}
+
+void SafeFile::Write(std::string_view bytes) const {
+  if (const std::error_code error = FillFile(temporary_, bytes)) throw FileFailure("write", shown_, error);
+}
+
+void SafeFile::Commit() {
+  std::error_code error;
+  if (fs::exists(target_, error)) fs::permissions(temporary_, fs::status(target_).permissions(), error);
+  if (!error) error = RenameFile(temporary_, target_, overwrite_);
+  if (error == std::errc::file_exists) throw Unwritable(LUMVIK_HOST_EXISTS, shown_, "the file exists");
+  if (error) throw FileFailure("write", shown_, error);
+}
+
+void WriteSafely(const std::string& path, std::string_view bytes, Overwrite overwrite) {
+  SafeFile file(path, overwrite);
+  file.Write(bytes);
+  file.Commit();
+}
+
+}  // namespace lumvik::host

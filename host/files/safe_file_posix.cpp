@@ -1,0 +1,57 @@
+#include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+#include "base/failure.h"
+#include "files/safe_file.h"
+
+namespace lumvik::host {
+namespace {
+
+std::error_code WriteAll(int file, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = ::write(file, bytes.data(), bytes.size());
+    if (written < 0 && errno == EINTR) continue;
+    if (written < 0) return LastSystemError();
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return {};
+}
+
+}  // namespace
+
+std::error_code CreateNewFile(const std::filesystem::path& path) {
+  constexpr mode_t kNewFileMode = 0666;
+  const int file = ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kNewFileMode);
+  if (file < 0) return LastSystemError();
+  ::close(file);
+  return {};
+}
+
+std::error_code FillFile(const std::filesystem::path& path, std::string_view bytes) {
+  const int file = ::open(path.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
+  if (file < 0) return LastSystemError();
+  const std::error_code error = WriteAll(file, bytes);
+  // A network file system may report a full disk only now.
+  if (::close(file) != 0 && !error) return LastSystemError();
+  return error;
+}
+
+std::error_code RenameFile(const std::filesystem::path& from, const std::filesystem::path& to,
+                           Overwrite overwrite) {
+  if (overwrite == Overwrite::kYes) {
+    return ::rename(from.c_str(), to.c_str()) == 0 ? std::error_code() : LastSystemError();
+  }
+  if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return {};
+  if (errno != EINVAL && errno != ENOSYS) return LastSystemError();
+  // File systems without it have hard links, or at least an answer to whether the file exists.
+  if (::link(from.c_str(), to.c_str()) == 0) return {};
+  if (errno == EEXIST || ::access(to.c_str(), F_OK) == 0) return std::make_error_code(std::errc::file_exists);
+  return ::rename(from.c_str(), to.c_str()) == 0 ? std::error_code() : LastSystemError();
+}
+
+}  // namespace lumvik::host

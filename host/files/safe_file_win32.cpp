@@ -1,0 +1,51 @@
+#include <windows.h>
+
+#include <algorithm>
+#include <limits>
+
+#include "files/safe_file.h"
+
+namespace lumvik::host {
+namespace {
+
+std::error_code LastError() {
+  return {static_cast<int>(GetLastError()), std::system_category()};
+}
+
+std::error_code WriteAll(HANDLE file, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const auto part =
+        static_cast<DWORD>(std::min<std::size_t>(bytes.size(), std::numeric_limits<int>::max()));
+    DWORD written = 0;
+    if (WriteFile(file, bytes.data(), part, &written, nullptr) == 0) return LastError();
+    bytes.remove_prefix(written);
+  }
+  return {};
+}
+
+}  // namespace
+
+std::error_code CreateNewFile(const std::filesystem::path& path) {
+  HANDLE file =
+      CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return LastError();
+  ::CloseHandle(file);
+  return {};
+}
+
+std::error_code FillFile(const std::filesystem::path& path, std::string_view bytes) {
+  HANDLE file =
+      CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) return LastError();
+  const std::error_code error = WriteAll(file, bytes);
+  if (::CloseHandle(file) == 0 && !error) return LastError();
+  return error;
+}
+
+std::error_code RenameFile(const std::filesystem::path& from, const std::filesystem::path& to,
+                           Overwrite overwrite) {
+  const DWORD flags = overwrite == Overwrite::kYes ? MOVEFILE_REPLACE_EXISTING : 0;
+  return MoveFileExW(from.c_str(), to.c_str(), flags) != 0 ? std::error_code() : LastError();
+}
+
+}  // namespace lumvik::host

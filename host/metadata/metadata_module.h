@@ -1,0 +1,56 @@
+// What takes the metadata module, a separate library that is loaded at run time. Without it, every function
+// but ReadModuleExif throws Failure with LUMVIK_HOST_UNSUPPORTED.
+#ifndef LUMVIK_HOST_METADATA_METADATA_MODULE_H_
+#define LUMVIK_HOST_METADATA_METADATA_MODULE_H_
+
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "lumvik_host.h"
+
+namespace lumvik::host {
+
+void RequireMetadataModule();
+
+// The image as stored by the camera, to which crop coordinates refer.
+struct StoredFrame {
+  int width = 0;  // pixels; 0 when unknown
+  int height = 0;
+  int orientation = 1;  // EXIF code, 1..8
+};
+
+// Camera Raw settings, as stored in XMP.
+struct CameraRawSettings {
+  std::string file;  // where they were found
+  StoredFrame frame;
+  // By name without the prefix "crs:", in file order. A value has one part, or the items of a list.
+  std::vector<std::pair<std::string, std::vector<std::string>>> properties;
+  // The same of the namespace "lumvik", see lumvik_host_settings_to_xmp().
+  std::vector<std::pair<std::string, std::vector<std::string>>> own_properties;
+};
+
+// Reads the settings of an .xmp file, or of a photograph: from its XMP sidecar, else from its own metadata.
+CameraRawSettings ReadCameraRawSettings(const std::string& path);
+
+struct MetadataOptions {
+  bool keep_position = true;
+  std::optional<std::string> copyright;
+  bool is_raw =
+      false;  // the photograph is a RAW file, which is developed to sRGB whatever the camera's setting
+};
+
+// Copies metadata about the shot and its author from a photograph to an image fresh from the engine.
+void CopyMetadata(const std::string& photograph, const std::string& image, const MetadataOptions& options);
+
+// What the module knows of a photograph; "" where it does not.
+struct ModuleExif {
+  std::string lens;
+  std::string datetime;  // "2024:05:31 18:20:00"
+};
+ModuleExif ReadModuleExif(const std::string& path);
+
+}  // namespace lumvik::host
+
+#endif  // LUMVIK_HOST_METADATA_METADATA_MODULE_H_
