@@ -11,9 +11,13 @@ lumvik_host_settings* OpenSettings(Settings values) {
   return reinterpret_cast<lumvik_host_settings*>(OpenHandle(HandleKind::kSettings, std::move(object)));
 }
 
+void CloseSettings(lumvik_host_settings* handle) {
+  CloseHandle(HandleKind::kSettings, reinterpret_cast<HandleValue>(handle));
+}
+
 Settings ValuesOf(lumvik_host_settings* handle) {
   Settings values;
-  ChangeSettings(handle, [&](const Settings& held) { values = held; });
+  WithSettings(handle, [&](const Settings& held) { values = held; });
   return values;
 }
 

@@ -20,16 +20,18 @@ struct SettingsObject {
 
 lumvik_host_settings* OpenSettings(Settings values);
 
+void CloseSettings(lumvik_host_settings* handle);
+
 // A copy of the values, so that no call ever waits for two objects at once.
 Settings ValuesOf(lumvik_host_settings* handle);
 
-// Calls `change` with the values of a handle.
-template <typename Change>
-void ChangeSettings(lumvik_host_settings* handle, const Change& change) {
+// Calls `use` with the values of a handle, which it may change.
+template <typename Use>
+void WithSettings(lumvik_host_settings* handle, const Use& use) {
   const auto object = std::static_pointer_cast<SettingsObject>(
       FindHandle(HandleKind::kSettings, reinterpret_cast<HandleValue>(handle)));
   const std::lock_guard<TurnLock> turn(object->turn);
-  change(object->values);
+  use(object->values);
 }
 
 }  // namespace lumvik::host

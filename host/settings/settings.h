@@ -1,50 +1,48 @@
-// Develop settings: values for a fixed set of keys.
+// Develop settings: values for some of the keys of the setting table.
 #ifndef LUMVIK_HOST_SETTINGS_SETTINGS_H_
 #define LUMVIK_HOST_SETTINGS_SETTINGS_H_
 
-#include <array>
 #include <cstddef>
 #include <map>
 #include <string>
 #include <variant>
-#include <vector>
 
+#include "base/failure.h"
 #include "lumvik.h"
-#include "settings/range.h"
+#include "settings/setting_table.h"
 
 namespace lumvik::host {
 
-using ToneCurve = std::vector<std::array<float, 2>>;  // points (x, y); empty: linear
-using SettingValue = std::variant<float, bool, ToneCurve>;
-
-// By key, such as "exposure" or "hsl.red.hue". The settings of one source, such as a file, hold only what it
-// gives; sources are combined with std::map::merge, where the first one wins.
+// By key. A setting without a value is neutral.
 using Settings = std::map<std::string, SettingValue>;
 
-struct SettingRule {
-  std::string key;
-  SettingValue initial;  // the engine's default; determines the type
-  Range<float> range{};  // for numbers
-};
+// A value for every setting: neutral, or those of a context with a newly loaded photograph.
+Settings NeutralSettings();
+Settings EngineSettings();
 
-inline constexpr Range<float> kCurveLevels = {0, 1};
-inline constexpr std::size_t kMaxCurvePoints = 1024;  // keeps a settings file within its size limit
-inline constexpr const char* kCurveNames[] = {"master", "red", "green",
-                                              "blue"};  // indexed by the engine's channel
+// A value for every setting, neutral where none is held.
+Settings Completed(Settings held);
 
-// One rule per setting, in the order of a settings file.
-const std::vector<SettingRule>& SettingRules();
+void RemoveNeutral(Settings* held);
 
-// The rule for a key; null for an unknown key.
-const SettingRule* FindSettingRule(const std::string& key);
+// The functions below throw Failure for an unknown key, for a setting of another kind, and for a value out of
+// range.
+
+const SettingRule& RequireSetting(const std::string& key);
+
+void SetNumber(Settings* held, const std::string& key, float value);
+void SetFlag(Settings* held, const std::string& key, bool value);
+// `points` are `count` points, x and y in turn.
+void SetCurve(Settings* held, const std::string& key, const float* points, std::size_t count);
+
+// The value of a setting, as float, bool or ToneCurve: neutral if none is held.
+template <typename Value>
+Value ValueOf(const Settings& held, const std::string& key);
 
 // An error message for an invalid curve; "" for a valid one.
 std::string CurveFault(const ToneCurve& curve);
 
-// A value for every setting: those of a context with a newly loaded photograph.
-Settings DefaultSettings();
-
-// Applies a value for every setting to a context with a newly loaded photograph.
+// Applies a value for every setting to a context with a newly loaded photograph, or one that was reset.
 void Apply(const Settings& complete, EngineContext* context);
 
 }  // namespace lumvik::host
