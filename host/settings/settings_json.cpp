@@ -20,6 +20,7 @@ class SettingsJsonParser {
   explicit SettingsJsonParser(const std::string& text) : text_(text), stream_(text), counted_(text.begin()) {}
 
   LocatedJson Parse() {
+    RefuseNul();
     const auto note = [this](int depth, Json::parse_event_t event, const Json& parsed) {
       const auto level = static_cast<std::size_t>(depth);
       if (event == Json::parse_event_t::object_start) EnterObject(level);
@@ -39,6 +40,14 @@ class SettingsJsonParser {
   }
 
  private:
+  // The library takes it for the end of the text.
+  void RefuseNul() {
+    const std::size_t nul = text_.find('\0');
+    if (nul == std::string::npos) return;
+    const auto before = std::count(text_.begin(), text_.begin() + static_cast<std::ptrdiff_t>(nul), '\n');
+    throw JsonFault(1 + static_cast<int>(before), "", "a NUL character is not JSON");
+  }
+
   // The line of the last character read, which may be one past the current token.
   int Line() {
     const std::streamoff read = stream_.rdbuf()->pubseekoff(0, std::ios::cur, std::ios::in);
