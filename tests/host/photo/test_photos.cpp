@@ -84,8 +84,10 @@ TestPreview PreviewForTest(const PhotoHandle& photo, const lumvik_host_preview_o
   lumvik_host_preview_options used = options;
   used.struct_size = sizeof(used);
   TestPreview preview;
-  EXPECT_EQ(lumvik_host_get_preview_size(photo.get(), &used, &preview.width, &preview.height), LUMVIK_HOST_OK)
-      << lumvik_host_last_error();
+  const lumvik_host_status measured =
+      lumvik_host_get_preview_size(photo.get(), &used, &preview.width, &preview.height);
+  EXPECT_EQ(measured, LUMVIK_HOST_OK) << lumvik_host_last_error();
+  if (measured != LUMVIK_HOST_OK) return preview;
   const int channels = used.channels == 0 ? 4 : used.channels;
   const auto row = static_cast<std::size_t>(preview.width * channels);
   preview.pixels.resize(
