@@ -1,32 +1,21 @@
 #include "api/guard.h"
 
-#include <algorithm>
-#include <array>
-#include <cstring>
 #include <exception>
 #include <filesystem>
 #include <new>
 #include <string_view>
 
+#include "base/text_cut.h"
+
 namespace lumvik::host {
 namespace {
 
 constexpr char kNoMemory[] = "not enough memory";
-constexpr std::size_t kMaxText = 2048;  // bytes, more than a path and a reason take
 
-// Fixed, so that running out of memory can be reported.
-thread_local std::array<char, kMaxText> thread_text{};
-
-bool IsContinuation(char c) {
-  return (static_cast<unsigned char>(c) & 0xC0U) == 0x80;
-}
+thread_local TextBuffer thread_text{};
 
 void SetThreadText(std::string_view text) noexcept {
-  std::size_t size = std::min(text.size(), kMaxText - 1);
-  // Cut between characters.
-  while (size > 0 && size < text.size() && IsContinuation(text[size])) --size;
-  std::memcpy(thread_text.data(), text.data(), size);
-  thread_text[size] = '\0';
+  CopyCut(text, thread_text.data(), thread_text.size());
 }
 
 }  // namespace

@@ -1,0 +1,37 @@
+#include "api/photo_handle.h"
+
+#include "api/registry.h"
+#include "base/text_cut.h"
+
+namespace lumvik::host {
+namespace {
+
+HandleValue ValueOf(lumvik_host_photo* handle) {
+  return reinterpret_cast<HandleValue>(handle);
+}
+
+}  // namespace
+
+lumvik_host_photo* OpenPhoto(std::shared_ptr<PhotoObject> object) {
+  return reinterpret_cast<lumvik_host_photo*>(OpenHandle(HandleKind::kPhoto, std::move(object)));
+}
+
+std::shared_ptr<PhotoObject> FindPhoto(lumvik_host_photo* handle) {
+  return std::static_pointer_cast<PhotoObject>(FindHandle(HandleKind::kPhoto, ValueOf(handle)));
+}
+
+void ClosePhoto(lumvik_host_photo* handle) {
+  const auto object = std::static_pointer_cast<PhotoObject>(CloseHandle(HandleKind::kPhoto, ValueOf(handle)));
+  object->is_closed = true;
+  const std::lock_guard<TurnLock> turn(object->turn);
+}
+
+void RequireOpen(const PhotoObject& object) {
+  if (object.is_closed) throw Failure(LUMVIK_HOST_INVALID_HANDLE, "the photo was closed by another thread");
+}
+
+void RecordError(PhotoObject& object) noexcept {
+  CopyCut(ThreadText(), object.error.data(), object.error.size());
+}
+
+}  // namespace lumvik::host

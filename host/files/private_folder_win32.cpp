@@ -1,0 +1,25 @@
+#include <random>
+#include <string>
+
+#include "files/private_folder.h"
+
+namespace lumvik::host {
+
+// The user's folder for temporary files is private already.
+PrivateFolder::PrivateFolder() {
+  std::random_device random;
+  do {
+    path_ = std::filesystem::temp_directory_path() / ("lumvik-" + std::to_string(random()));
+  } while (!std::filesystem::create_directory(path_));  // false when it exists
+}
+
+PrivateFolder::~PrivateFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+void PointTo(const std::filesystem::path& name, const std::filesystem::path& target) {
+  std::filesystem::copy_file(target, name, std::filesystem::copy_options::overwrite_existing);
+}
+
+}  // namespace lumvik::host

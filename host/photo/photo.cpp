@@ -1,0 +1,79 @@
+#include "photo/photo.h"
+
+#include <cstring>
+#include <utility>
+
+#include "base/text_cut.h"
+#include "photo/engine_call.h"
+
+namespace lumvik::host {
+namespace {
+
+Settings Completed(Settings held) {
+  held.merge(DefaultSettings());
+  return held;
+}
+
+}  // namespace
+
+Photo::Photo(std::unique_ptr<PhotoSource> source, const lumvik_host_open_options& options)
+    : source_(std::move(source)) {
+  if (IsRaw() || options.keep_colors != 0) {
+    image_ = source_->Load(IsRaw() ? options.quality : 1);
+    return;
+  }
+  PhotoSource::Converted converted = source_->LoadConverted();
+  image_ = std::move(converted.image);
+  profile_ = std::move(converted.profile);
+  is_converted_ = converted.is_converted;
+}
+
+lumvik_host_photo_info Photo::Info() const {
+  lumvik_host_photo_info info{};
+  info.struct_size = sizeof(info);
+  info.format = source_->Format();
+  info.width = image_->Width();
+  info.height = image_->Height();
+  info.quality = image_->Quality();
+  info.is_converted = is_converted_ ? 1 : 0;
+  CopyCut(profile_, info.profile, sizeof(info.profile));
+  return info;
+}
+
+void Photo::SetValues(Settings settings) {
+  settings_ = std::move(settings);
+}
+
+void Photo::RenderIfStale() {
+  Settings complete = Completed(settings_);
+  if (!rendered_ || rendered_->settings != complete) Render(std::move(complete), 0);
+}
+
+std::shared_ptr<const Frame> Photo::RenderedFrame(float background_blur) {
+  const float blur = has_mask_ ? background_blur : 0;
+  Settings complete = Completed(settings_);
+  if (!rendered_ || rendered_->settings != complete || rendered_->background_blur != blur) {
+    Render(std::move(complete), blur);
+  }
+  return frame_;
+}
+
+void Photo::Render(Settings complete, float background_blur) {
+  rendered_.reset();
+  frame_.reset();
+  const std::size_t capacity =
+      static_cast<std::size_t>(image_->Width()) * static_cast<std::size_t>(image_->Height()) * kFrameChannels;
+  const std::shared_ptr<Frame> frame = memory_.Take(capacity);
+  CallEngine(Engine(), "cannot render " + Shown(), [&](EngineContext* context) {
+    lumvik_reset_adjustments(context);
+    Apply(complete, context);
+    lumvik_set_bg_blur(context, background_blur);
+    return lumvik_get_preview(context, frame->pixels.get(), static_cast<int>(capacity));
+  });
+  frame->width = lumvik_get_width(Engine());
+  frame->height = lumvik_get_height(Engine());
+  frame_ = frame;
+  rendered_ = Rendered{std::move(complete), background_blur};
+}
+
+}  // namespace lumvik::host

@@ -1,0 +1,66 @@
+// An open photograph with its settings and its latest render.
+#ifndef LUMVIK_HOST_PHOTO_PHOTO_H_
+#define LUMVIK_HOST_PHOTO_PHOTO_H_
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "lumvik.h"
+#include "lumvik_host.h"
+#include "photo/engine_image.h"
+#include "photo/frame.h"
+#include "photo/photo_source.h"
+#include "settings/settings.h"
+
+namespace lumvik::host {
+
+// For one thread at a time. Each function throws Failure.
+class Photo {
+ public:
+  // `options` with the defaults filled in.
+  Photo(std::unique_ptr<PhotoSource> source, const lumvik_host_open_options& options);
+
+  EngineContext* Engine() const { return image_->Context(); }
+  lumvik_host_photo_info Info() const;
+  bool IsRaw() const { return source_->IsRaw(); }
+  // What the engine reads, and the photograph with its metadata: the same but for a name that contradicts the
+  // content. Absolute.
+  const std::string& SourcePath() const { return source_->ServedPath(); }
+  const std::string& OriginalPath() const { return source_->OriginalPath(); }
+  // For messages: "'a.jpg'".
+  const std::string& Shown() const { return source_->Shown(); }
+
+  const Settings& Values() const { return settings_; }
+  void SetValues(Settings settings);
+
+  // Makes the engine's render that of the present settings, for what reads it from the engine. What is
+  // rendered once is not rendered again: grain would differ.
+  void RenderIfStale();
+
+  // The render of the present settings as a frame.
+  std::shared_ptr<const Frame> RenderedFrame(float background_blur);
+
+ private:
+  struct Rendered {
+    Settings settings;  // a value for every setting
+    float background_blur;
+  };
+
+  void Render(Settings complete, float background_blur);
+
+  std::unique_ptr<PhotoSource> source_;
+  std::unique_ptr<EngineImage> image_;
+  std::string profile_;
+  bool is_converted_ = false;
+  bool has_mask_ = false;
+  Settings settings_;
+  std::optional<Rendered> rendered_;
+  FrameMemory memory_;
+  std::shared_ptr<const Frame> frame_;
+};
+
+}  // namespace lumvik::host
+
+#endif  // LUMVIK_HOST_PHOTO_PHOTO_H_
