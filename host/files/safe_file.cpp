@@ -19,6 +19,7 @@ Failure Unwritable(Status status, const std::string& path, const std::string& wh
 }
 
 fs::path FollowLinks(const std::string& path) {
+  if (path.empty()) throw Failure(LUMVIK_HOST_INVALID_ARGUMENT, "the path is empty");
   std::error_code error;
   fs::path target = fs::absolute(PathOf(path), error);
   for (int followed = 0; !error && followed <= kMaxLinks; ++followed) {
@@ -82,7 +83,22 @@ SafeFile::~SafeFile() {
 }
 
 void SafeFile::Write(std::string_view bytes) const {
-  if (const std::error_code error = FillFile(temporary_, bytes)) throw FileFailure("write", shown_, error);
+  Fill(bytes, WriteMode::kReplace);
+}
+
+void SafeFile::WriteWith(const std::function<bool(const std::string& temporary_path)>& writer) const {
+  bool is_written = false;
+  WithoutFileSizeSignal([&] { is_written = writer(TemporaryPath()); });
+  if (is_written) return;
+  constexpr std::size_t kMoreThanABlock = 1 << 16;
+  Fill(std::string(kMoreThanABlock, '\0'), WriteMode::kAppend);
+  throw Unwritable(LUMVIK_HOST_IO_ERROR, shown_, "the reason is unknown");
+}
+
+void SafeFile::Fill(std::string_view bytes, WriteMode mode) const {
+  std::error_code error;
+  WithoutFileSizeSignal([&] { error = FillFile(temporary_, bytes, mode); });
+  if (error) throw FileFailure("write", shown_, error);
 }
 
 void SafeFile::Commit() {

@@ -3,12 +3,15 @@
 #define LUMVIK_HOST_FILES_SAFE_FILE_H_
 
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
+#include <system_error>
 
 namespace lumvik::host {
 
 enum class Overwrite { kNo, kYes };
+enum class WriteMode { kReplace, kAppend };
 
 // A temporary file next to its target, with the target's extension, by which writers choose the format.
 // Commit renames it to the target. Without a Commit it is removed and the target stays as it was. Each
@@ -28,9 +31,15 @@ class SafeFile {
   // Replaces the content of the temporary file.
   void Write(std::string_view bytes) const;
 
+  // Lets `writer` replace the content. It returns false if writing failed for a reason it does not know, such
+  // as a full disk; the reason is then found by writing more.
+  void WriteWith(const std::function<bool(const std::string& temporary_path)>& writer) const;
+
   void Commit();
 
  private:
+  void Fill(std::string_view bytes, WriteMode mode) const;
+
   std::string shown_;  // the path in messages
   Overwrite overwrite_;
   std::filesystem::path target_;
@@ -45,8 +54,11 @@ void WriteSafely(const std::string& path, std::string_view bytes, Overwrite over
 // Creates an empty file that did not exist. Returns the error.
 std::error_code CreateNewFile(const std::filesystem::path& path);
 
-// Replaces the content of a file. Returns the error of writing or closing it.
-std::error_code FillFile(const std::filesystem::path& path, std::string_view bytes);
+// Writes to an existing file. Returns the error of writing or closing it.
+std::error_code FillFile(const std::filesystem::path& path, std::string_view bytes, WriteMode mode);
+
+// Makes writing beyond a file-size limit an error in this thread, not a signal that ends the process.
+void WithoutFileSizeSignal(const std::function<void()>& call);
 
 // Renames a file. With kNo an existing target is left alone, and the error is file_exists.
 std::error_code RenameFile(const std::filesystem::path& from, const std::filesystem::path& to,

@@ -1,10 +1,13 @@
 #include <fcntl.h>
 #include <linux/fs.h>
+#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
+#include <ctime>
 
 #include "base/failure.h"
 #include "files/safe_file.h"
@@ -22,7 +25,35 @@ std::error_code WriteAll(int file, std::string_view bytes) {
   return {};
 }
 
+// Blocks SIGXFSZ in this thread, to which the system sends it, and discards one that was sent meanwhile.
+class FileSizeSignalBlock {
+ public:
+  FileSizeSignalBlock() {
+    ::sigemptyset(&signal_);
+    ::sigaddset(&signal_, SIGXFSZ);
+    ::pthread_sigmask(SIG_BLOCK, &signal_, &before_);
+  }
+  ~FileSizeSignalBlock() {
+    if (::sigismember(&before_, SIGXFSZ) == 1) return;
+    const timespec at_once{};
+    while (::sigtimedwait(&signal_, nullptr, &at_once) < 0 && errno == EINTR) {
+    }
+    ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+  }
+  FileSizeSignalBlock(const FileSizeSignalBlock&) = delete;
+  FileSizeSignalBlock& operator=(const FileSizeSignalBlock&) = delete;
+
+ private:
+  sigset_t signal_{};
+  sigset_t before_{};
+};
+
 }  // namespace
+
+void WithoutFileSizeSignal(const std::function<void()>& call) {
+  const FileSizeSignalBlock block;
+  call();
+}
 
 std::error_code CreateNewFile(const std::filesystem::path& path) {
   constexpr mode_t kNewFileMode = 0666;
@@ -32,8 +63,9 @@ std::error_code CreateNewFile(const std::filesystem::path& path) {
   return {};
 }
 
-std::error_code FillFile(const std::filesystem::path& path, std::string_view bytes) {
-  const int file = ::open(path.c_str(), O_WRONLY | O_TRUNC | O_CLOEXEC);
+std::error_code FillFile(const std::filesystem::path& path, std::string_view bytes, WriteMode mode) {
+  const int position = mode == WriteMode::kReplace ? O_TRUNC : O_APPEND;
+  const int file = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | position);
   if (file < 0) return LastSystemError();
   const std::error_code error = WriteAll(file, bytes);
   // A network file system may report a full disk only now.

@@ -33,9 +33,15 @@ std::error_code CreateNewFile(const std::filesystem::path& path) {
   return {};
 }
 
-std::error_code FillFile(const std::filesystem::path& path, std::string_view bytes) {
+void WithoutFileSizeSignal(const std::function<void()>& call) {
+  call();  // Windows has no such limit
+}
+
+std::error_code FillFile(const std::filesystem::path& path, std::string_view bytes, WriteMode mode) {
+  const bool replaces = mode == WriteMode::kReplace;
   HANDLE file =
-      CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, TRUNCATE_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+      CreateFileW(path.c_str(), replaces ? GENERIC_WRITE : FILE_APPEND_DATA, 0, nullptr,
+                  replaces ? TRUNCATE_EXISTING : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) return LastError();
   const std::error_code error = WriteAll(file, bytes);
   if (::CloseHandle(file) == 0 && !error) return LastError();
