@@ -17,7 +17,7 @@
 namespace lumvik::host {
 namespace {
 
-constexpr Range<int> kQualities = {1, 4};
+constexpr RangeOf<int> kQualities = {1, 4};
 
 lumvik_host_open_options OpenOptionsOf(const lumvik_host_open_options* given) {
   lumvik_host_open_options options = OptionsOf(given);

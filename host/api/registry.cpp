@@ -1,8 +1,11 @@
 #include "api/registry.h"
 
+#include <array>
+#include <cstddef>
 #include <cstring>
 #include <mutex>
 #include <new>
+#include <string>
 #include <unordered_map>
 #include <utility>
 
@@ -26,14 +29,17 @@ struct Entry {
 
 class Registry {
  public:
+  // Never destroyed: workers may run until the process ends, and a forked child must not destroy the parent's
+  // objects, whose threads it lacks. In static memory, so that no call needs an allocation to find it.
   static Registry& Instance() {
-    // Never destroyed: workers may run until the process ends, and a forked child must not destroy the
-    // parent's objects, whose threads it lacks.
-    static Registry* const kInstance = new Registry();
-    return *kInstance;
+    alignas(Registry) static std::array<std::byte, sizeof(Registry)> memory;
+    static auto* const instance = new (memory.data()) Registry();
+    return *instance;
   }
 
   HandleValue Open(HandleKind kind, std::shared_ptr<void> object) {
+    // Without the handlers a forked child would take the handles of its parent for its own.
+    if (!watches_forks_) throw std::bad_alloc();
     const std::lock_guard<std::mutex> guard(mutex_);
     const HandleValue handle = last_handle_ + kHandleStep;
     entries_.emplace(handle, Entry{kind, process_, std::move(object)});
@@ -55,7 +61,7 @@ class Registry {
   }
 
   void* Lend(const void* data, std::size_t size) {
-    auto memory = std::make_unique<std::byte[]>(size + 1);  // never 0 bytes
+    std::unique_ptr<std::byte[]> memory(new std::byte[size + 1]);  // never 0 bytes, and not zeroed
     if (size > 0) std::memcpy(memory.get(), data, size);
     void* const address = memory.get();
     const std::lock_guard<std::mutex> guard(mutex_);
@@ -74,11 +80,11 @@ class Registry {
   Registry() {
 #if !defined(_WIN32)
     // Another thread may hold the mutex during a fork: the child would never get it.
-    pthread_atfork([] { Instance().mutex_.lock(); }, [] { Instance().mutex_.unlock(); },
-                   [] {
-                     ++Instance().process_;
-                     Instance().mutex_.unlock();
-                   });
+    watches_forks_ = pthread_atfork([] { Instance().mutex_.lock(); }, [] { Instance().mutex_.unlock(); },
+                                    [] {
+                                      ++Instance().process_;
+                                      Instance().mutex_.unlock();
+                                    }) == 0;
 #endif
   }
 
@@ -100,7 +106,11 @@ class Registry {
   std::unordered_map<void*, std::unique_ptr<std::byte[]>> lent_;
   HandleValue last_handle_ = 0;
   unsigned process_ = 0;  // counts forks
+  bool watches_forks_ = true;
 };
+
+// Made when the library is loaded: a thread may fork while another makes its first call.
+[[maybe_unused]] const Registry& made_at_load = Registry::Instance();
 
 }  // namespace
 

@@ -10,8 +10,7 @@ namespace {
 constexpr unsigned kPngFieldSize = 4;  // of the length, the type and the checksum
 
 std::uint32_t ChecksumOf(std::string_view bytes) {
-  return static_cast<std::uint32_t>(
-      crc32_z(0, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
+  return static_cast<std::uint32_t>(crc32_z(0, reinterpret_cast<const Bytef*>(bytes.data()), bytes.size()));
 }
 
 std::string BigEndian(std::uint32_t number) {

@@ -39,9 +39,8 @@ void WithoutFileSizeSignal(const std::function<void()>& call) {
 
 std::error_code FillFile(const std::filesystem::path& path, std::string_view bytes, WriteMode mode) {
   const bool replaces = mode == WriteMode::kReplace;
-  HANDLE file =
-      CreateFileW(path.c_str(), replaces ? GENERIC_WRITE : FILE_APPEND_DATA, 0, nullptr,
-                  replaces ? TRUNCATE_EXISTING : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
+  HANDLE file = CreateFileW(path.c_str(), replaces ? GENERIC_WRITE : FILE_APPEND_DATA, 0, nullptr,
+                            replaces ? TRUNCATE_EXISTING : OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) return LastError();
   const std::error_code error = WriteAll(file, bytes);
   if (::CloseHandle(file) == 0 && !error) return LastError();

@@ -36,7 +36,7 @@ std::uint64_t EndOfBmpPixels(std::string_view bmp, std::uint64_t pixels) {
 
 std::optional<Damage> CheckBmp(std::string_view bmp) {
   constexpr std::uint64_t kSmallestHeader = 26;
-  constexpr std::uint64_t kOldHeaderSize = 12;  // of OS/2, with fields of other sizes
+  constexpr std::uint64_t kOldHeaderSize = 12;                // of OS/2, with fields of other sizes
   const std::uint64_t stated = BmpField(bmp, 2).value_or(0);  // often 0
   const std::uint64_t pixels = BmpField(bmp, 10).value_or(0);
   const bool is_old = BmpField(bmp, 14) == kOldHeaderSize;

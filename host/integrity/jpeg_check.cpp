@@ -60,8 +60,9 @@ void DecodeJpeg(std::string_view bytes, jpeg_decompress_struct& jpeg, JpegErrors
   jpeg.dct_method = JDCT_IFAST;
   jpeg.do_fancy_upsampling = FALSE;
   jpeg_start_decompress(&jpeg);
-  JSAMPARRAY row = (*jpeg.mem->alloc_sarray)(reinterpret_cast<j_common_ptr>(&jpeg), JPOOL_IMAGE,
-                                             jpeg.output_width * static_cast<JDIMENSION>(jpeg.output_components), 1);
+  JSAMPARRAY row =
+      (*jpeg.mem->alloc_sarray)(reinterpret_cast<j_common_ptr>(&jpeg), JPOOL_IMAGE,
+                                jpeg.output_width * static_cast<JDIMENSION>(jpeg.output_components), 1);
   while (jpeg.output_scanline < jpeg.output_height) jpeg_read_scanlines(&jpeg, row, 1);
   jpeg_finish_decompress(&jpeg);  // reads up to the end marker
 }

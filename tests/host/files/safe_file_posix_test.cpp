@@ -150,9 +150,8 @@ TEST(SafeFilePosixTest, FindsTheReasonThatAWriterDoesNotKnow) {
   const SafeFile file(dir.File("a"), Overwrite::kNo);
   const FileSizeLimit limit(1000);
   try {
-    file.WriteWith([](const std::string& path) {
-      return !FillFile(path, std::string(1001, 'a'), WriteMode::kReplace);
-    });
+    file.WriteWith(
+        [](const std::string& path) { return !FillFile(path, std::string(1001, 'a'), WriteMode::kReplace); });
     FAIL() << "written";
   } catch (const Failure& failure) {
     EXPECT_EQ(failure.GetStatus(), LUMVIK_HOST_DISK_FULL) << failure.what();

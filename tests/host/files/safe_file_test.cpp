@@ -100,9 +100,8 @@ TEST(SafeFileTest, WritingAgainReplacesTheContent) {
 TEST(SafeFileTest, OtherWritersFillTheTemporaryFile) {
   const TempDir dir;
   SafeFile file(dir.File("a.txt"), Overwrite::kNo);
-  file.WriteWith([](const std::string& path) {
-    return !FillFile(PathOf(path), "theirs", WriteMode::kReplace);
-  });
+  file.WriteWith(
+      [](const std::string& path) { return !FillFile(PathOf(path), "theirs", WriteMode::kReplace); });
   file.Commit();
   EXPECT_EQ(ReadFile(dir.File("a.txt"), kMuch), "theirs");
 }

@@ -278,7 +278,8 @@ TEST(IntegrityTest, MutatedFilesAreSurvived) {
   for (const CheckedFile& file : WholeFiles()) {
     for (int i = 0; i < kMutants; ++i) {
       CheckedFile mutant = file;
-      const std::size_t range = i % 2 == 0 ? std::min<std::size_t>(file.bytes.size(), 600) : file.bytes.size();
+      const std::size_t range =
+          i % 2 == 0 ? std::min<std::size_t>(file.bytes.size(), 600) : file.bytes.size();
       for (int changes = 0; changes < 8; ++changes) {
         mutant.bytes[random() % range] = static_cast<std::uint8_t>(random());
       }
