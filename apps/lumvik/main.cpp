@@ -6,23 +6,23 @@
 #include <stdexcept>
 #include <string>
 
-#include "cutout_command.h"
-#include "develop_command.h"
-#include "hash_command.h"
-#include "histogram_command.h"
-#include "image_sizes_command.h"
+#include "commands/cutout.h"
+#include "commands/develop.h"
+#include "commands/hash.h"
+#include "commands/histogram.h"
+#include "commands/image_sizes.h"
+#include "commands/mask.h"
+#include "commands/settings.h"
+#include "commands/similar.h"
+#include "commands/suggest.h"
+#include "commands/thumb.h"
 #include "lumvik.h"
-#include "mask_command.h"
-#include "reported_failure.h"
-#include "settings_command.h"
-#include "similar_command.h"
-#include "suggest_command.h"
-#include "thumb_command.h"
+#include "terminal/reported_failure.h"
 #if defined(_WIN32)
-#include "console_win32.h"
+#include "terminal/console_win32.h"
 #else
-#include "batch_command.h"
-#include "worker_process.h"
+#include "batch/worker_process.h"
+#include "commands/batch.h"
 #endif
 
 namespace {

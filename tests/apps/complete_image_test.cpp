@@ -1,5 +1,5 @@
 // Detection of truncated images.
-#include "lumvik/complete_image.h"
+#include "develop/complete_image.h"
 
 #include <filesystem>
 

@@ -3,8 +3,8 @@
 #include <nlohmann/json.hpp>
 
 #include "command_test.h"
+#include "develop/camera_raw_names.h"
 #include "exif_file.h"
-#include "lumvik/camera_raw_names.h"
 #include "xmp_file.h"
 
 namespace lumvik::test {

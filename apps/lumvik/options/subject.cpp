@@ -1,0 +1,43 @@
+#include "options/subject.h"
+
+#include <CLI/CLI.hpp>
+#include <stdexcept>
+#include <vector>
+
+#include "lumvik.h"
+#include "options/number_list.h"
+
+namespace lumvik {
+namespace {
+
+constexpr Range<float> kWithinImage = {0, 1};
+constexpr int kNoRawImage = -1;  // from lumvik_segment_subject(), when a photograph is loaded
+
+}  // namespace
+
+CLI::Option* AddSubjectOption(CLI::App& command, SubjectPoint& point) {
+  const auto keep = [&point](const std::string& text) {
+    try {
+      const std::vector<float> numbers = ReadNumbers(text, {kWithinImage, kWithinImage});
+      point = {numbers[0], numbers[1]};
+    } catch (const std::invalid_argument& fault) {
+      throw CLI::ValidationError("--at", fault.what());
+    }
+  };
+  return command
+      .add_option_function<std::string>("--at", keep,
+                                        "Where to look for the subject, as fractions 0..1 of width and "
+                                        "height from the top left corner (default: the center)")
+      ->type_name("X,Y");
+}
+
+void FindSubject(const std::string& input, SubjectPoint point, Engine& engine) {
+  const std::string failure = "cannot find the subject of '" + input + "'";
+  engine.Run(failure, [&](EngineContext* context) {
+    const int status = lumvik_segment_subject(context, point.x, point.y);
+    if (status == kNoRawImage) throw std::runtime_error("it is not a camera RAW file");
+    return status;
+  });
+}
+
+}  // namespace lumvik
