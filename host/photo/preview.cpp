@@ -17,7 +17,7 @@ namespace {
 
 constexpr char kFailure[] = "cannot make a preview";
 constexpr int kRgbChannels = 3;
-constexpr Range<float> kBackgroundBlur = {0, 100};
+constexpr Range kBackgroundBlur = {0, 100};
 
 Failure OutOfRange(const std::string& option, const std::string& value, const std::string& wanted) {
   return {LUMVIK_HOST_INVALID_ARGUMENT, option + " is " + value + ", which is not " + wanted};

@@ -77,7 +77,7 @@ PhotoHandle OpenBytesForTest(const Bytes& bytes) {
 void SetForTest(const PhotoHandle& photo, const Settings& settings) {
   lumvik_host_settings* const handle = OpenSettings(settings);
   EXPECT_EQ(lumvik_host_set_settings(photo.get(), handle), LUMVIK_HOST_OK) << lumvik_host_last_error();
-  CloseHandle(HandleKind::kSettings, reinterpret_cast<HandleValue>(handle));
+  CloseSettings(handle);
 }
 
 TestPreview PreviewForTest(const PhotoHandle& photo, const lumvik_host_preview_options& options) {
@@ -103,9 +103,7 @@ TestPreview EnginePreview(const std::string& path, const Settings& settings) {
   const std::unique_ptr<EngineContext, decltype(&lumvik_destroy_context)> context(lumvik_create_context(),
                                                                                   lumvik_destroy_context);
   EXPECT_EQ(lumvik_load_arw(context.get(), path.c_str(), 1), 0);
-  Settings complete = settings;
-  complete.merge(DefaultSettings());
-  Apply(complete, context.get());
+  Apply(Completed(settings), context.get());
   TestPreview preview = EmptyPreview(lumvik_get_width(context.get()), lumvik_get_height(context.get()));
   EXPECT_EQ(lumvik_get_preview(context.get(), preview.pixels.data(), static_cast<int>(preview.pixels.size())),
             0);
