@@ -59,7 +59,7 @@ class HostPreview {
   void operator()() {
     lumvik_host_settings* const settings = host::OpenSettings(slider_.Next());
     Check(lumvik_host_set_settings(photo_, settings));
-    host::CloseHandle(host::HandleKind::kSettings, reinterpret_cast<host::HandleValue>(settings));
+    host::CloseSettings(settings);
     Check(lumvik_host_get_preview(photo_, nullptr, pixels_.data(), pixels_.size(), nullptr, nullptr));
   }
 
@@ -82,9 +82,7 @@ class EnginePreview {
         image_(source_->Load(1)) {}
 
   void operator()() {
-    host::Settings complete = slider_.Next();
-    complete.merge(host::DefaultSettings());
-    host::Apply(complete, image_->Context());
+    host::Apply(host::Completed(slider_.Next()), image_->Context());
     lumvik_get_preview(image_->Context(), pixels_.data(), static_cast<int>(pixels_.size()));
   }
 

@@ -12,19 +12,19 @@
 #include "lumvik.h"
 #include "photo/engine_call.h"
 #include "photo/preview.h"
-#include "settings/range.h"
 
 namespace lumvik::host {
 namespace {
 
-constexpr RangeOf<int> kQualities = {1, 4};
+constexpr int kFullQuality = 1;
+constexpr int kLowestQuality = 4;
 
 lumvik_host_open_options OpenOptionsOf(const lumvik_host_open_options* given) {
   lumvik_host_open_options options = OptionsOf(given);
-  if (options.quality == 0) options.quality = kQualities.lowest;
-  if (!kQualities.Holds(options.quality)) {
+  if (options.quality == 0) options.quality = kFullQuality;
+  if (options.quality < kFullQuality || options.quality > kLowestQuality) {
     throw Failure(LUMVIK_HOST_INVALID_ARGUMENT,
-                  "quality is " + std::to_string(options.quality) + ", not in " + kQualities.Text());
+                  "quality is " + std::to_string(options.quality) + ", which is not in 1..4");
   }
   return options;
 }

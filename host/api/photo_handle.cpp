@@ -6,7 +6,7 @@
 namespace lumvik::host {
 namespace {
 
-HandleValue ValueOf(lumvik_host_photo* handle) {
+HandleValue HandleValueOf(lumvik_host_photo* handle) {
   return reinterpret_cast<HandleValue>(handle);
 }
 
@@ -17,11 +17,12 @@ lumvik_host_photo* OpenPhoto(std::shared_ptr<PhotoObject> object) {
 }
 
 std::shared_ptr<PhotoObject> FindPhoto(lumvik_host_photo* handle) {
-  return std::static_pointer_cast<PhotoObject>(FindHandle(HandleKind::kPhoto, ValueOf(handle)));
+  return std::static_pointer_cast<PhotoObject>(FindHandle(HandleKind::kPhoto, HandleValueOf(handle)));
 }
 
 void ClosePhoto(lumvik_host_photo* handle) {
-  const auto object = std::static_pointer_cast<PhotoObject>(CloseHandle(HandleKind::kPhoto, ValueOf(handle)));
+  const auto object =
+      std::static_pointer_cast<PhotoObject>(CloseHandle(HandleKind::kPhoto, HandleValueOf(handle)));
   object->is_closed = true;
   const std::lock_guard<TurnLock> turn(object->turn);
 }

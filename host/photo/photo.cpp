@@ -7,7 +7,6 @@
 #include "photo/engine_call.h"
 
 namespace lumvik::host {
-
 Photo::Photo(std::unique_ptr<PhotoSource> source, const lumvik_host_open_options& options)
     : source_(std::move(source)) {
   if (IsRaw() || options.keep_colors != 0) {

@@ -17,21 +17,18 @@ std::string NumberText(Number number) {
   return {text.data(), result.ptr};
 }
 
-template <typename Number>
-struct RangeOf {
-  Number lowest = 0;
-  Number highest = 0;
+struct Range {
+  float lowest = 0;
+  float highest = 0;
 
   // False for NaN.
-  bool Holds(Number value) const { return value >= lowest && value <= highest; }
+  bool Holds(float value) const { return value >= lowest && value <= highest; }
 
   std::string Text() const { return NumberText(lowest) + ".." + NumberText(highest); }
 
   // The error message for the user's input `shown`.
   std::string Fault(const std::string& shown) const { return shown + " is not a number in " + Text(); }
 };
-
-using Range = RangeOf<float>;
 
 }  // namespace lumvik::host
 

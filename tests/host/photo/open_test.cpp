@@ -160,25 +160,5 @@ TEST_F(OpenTest, TheServedPathStaysValid) {
   EXPECT_STREQ(info.make, "Maker");
 }
 
-TEST_F(OpenTest, NothingIsLeftInTheFolderForTemporaryFiles) {
-  const auto count = [&] {
-    const std::filesystem::directory_iterator entries(folder_.path());
-    return std::distance(begin(entries), end(entries));
-  };
-  const Bytes bytes = PhotoBytes(LUMVIK_HOST_FORMAT_JPEG);
-  const char* const given = std::getenv("TMPDIR");
-  const std::string before = given == nullptr ? "" : given;
-  ::setenv("TMPDIR", folder_.path().c_str(), 1);
-  {
-    const PhotoHandle photo = OpenBytesForTest(bytes);
-    EXPECT_EQ(count(), 1);
-    EXPECT_EQ(std::filesystem::status(begin(std::filesystem::directory_iterator(folder_.path()))->path())
-                  .permissions(),
-              std::filesystem::perms::owner_all);
-  }
-  EXPECT_EQ(count(), 0);
-  given == nullptr ? ::unsetenv("TMPDIR") : ::setenv("TMPDIR", before.c_str(), 1);
-}
-
 }  // namespace
 }  // namespace lumvik::host::test

@@ -77,7 +77,7 @@ PhotoHandle OpenBytesForTest(const Bytes& bytes) {
 void SetForTest(const PhotoHandle& photo, const Settings& settings) {
   lumvik_host_settings* const handle = OpenSettings(settings);
   EXPECT_EQ(lumvik_host_set_settings(photo.get(), handle), LUMVIK_HOST_OK) << lumvik_host_last_error();
-  CloseHandle(HandleKind::kSettings, reinterpret_cast<HandleValue>(handle));
+  CloseSettings(handle);
 }
 
 TestPreview PreviewForTest(const PhotoHandle& photo, const lumvik_host_preview_options& options) {
