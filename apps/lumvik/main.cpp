@@ -6,23 +6,23 @@
 #include <stdexcept>
 #include <string>
 
-#include "cutout_command.h"
-#include "develop_command.h"
-#include "hash_command.h"
-#include "histogram_command.h"
-#include "image_sizes_command.h"
-#include "lumvik.h"
-#include "mask_command.h"
-#include "reported_failure.h"
-#include "settings_command.h"
-#include "similar_command.h"
-#include "suggest_command.h"
-#include "thumb_command.h"
+#include "commands/cutout.h"
+#include "commands/develop.h"
+#include "commands/hash.h"
+#include "commands/histogram.h"
+#include "commands/image_sizes.h"
+#include "commands/mask.h"
+#include "commands/settings.h"
+#include "commands/similar.h"
+#include "commands/suggest.h"
+#include "commands/thumb.h"
+#include "lumvik_host.hpp"
+#include "terminal/reported_failure.h"
 #if defined(_WIN32)
-#include "console_win32.h"
+#include "terminal/console_win32.h"
 #else
-#include "batch_command.h"
-#include "worker_process.h"
+#include "batch/worker_process.h"
+#include "commands/batch.h"
 #endif
 
 namespace {
@@ -36,7 +36,7 @@ int Fail(const std::exception& error, ExitStatus status) {
 
 void RunCommand(int argc, char** argv) {
   CLI::App app("Develops photographs.", "lumvik");
-  app.set_version_flag("--version", std::string("lumvik ") + lumvik_version(), "Print the version and exit");
+  app.set_version_flag("--version", "lumvik " + lumvik::api::Version(), "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.allow_windows_style_options(false);  // paths may start with a slash
   app.require_subcommand(0, 1);            // (1, 1) would hide the name of an unknown command

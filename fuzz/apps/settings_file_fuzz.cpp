@@ -1,8 +1,8 @@
 // Settings files are refused with a one-line message, or read and written back unchanged.
 #include <stdexcept>
 
+#include "develop/settings_file.h"
 #include "fuzz_input.h"
-#include "lumvik/settings_file.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using lumvik::fuzz::Require;

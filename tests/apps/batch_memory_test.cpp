@@ -1,10 +1,9 @@
 // Memory estimates of a batch and the number of workers they allow.
-#include "lumvik/batch_memory.h"
-
 #include <sys/resource.h>
 
 #include <opencv2/imgcodecs.hpp>
 
+#include "batch/memory.h"
 #include "command_test.h"
 
 namespace lumvik::test {

@@ -1,5 +1,5 @@
 // Free memory, read from a fake /proc and /sys.
-#include "lumvik/free_memory.h"
+#include "batch/free_memory.h"
 
 #include <limits>
 

@@ -1,4 +1,4 @@
-#include "lumvik/hamming_groups.h"
+#include "similar/hamming_groups.h"
 
 #include <gtest/gtest.h>
 

@@ -7,7 +7,7 @@
 #include <sstream>
 #include <string>
 
-#include "lumvik/single_settings.h"
+#include "develop/single_settings.h"
 
 namespace lumvik::test {
 namespace {

@@ -1,0 +1,84 @@
+#include "commands/suggest.h"
+
+#include <CLI/CLI.hpp>
+#include <cstdint>
+#include <iomanip>
+#include <iostream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "files/file_paths.h"
+#include "lumvik_host.hpp"
+#include "options/photograph.h"
+#include "terminal/json.h"
+
+namespace lumvik {
+namespace {
+
+struct SuggestOptions {
+  Photograph photograph;
+  bool json = false;
+};
+
+struct Tool {
+  const char* name;
+  std::uint32_t suggests;
+};
+
+// In output order.
+constexpr Tool kTools[] = {{"exposure", LUMVIK_HOST_SUGGEST_EXPOSURE},
+                           {"white_balance", LUMVIK_HOST_SUGGEST_WHITE_BALANCE},
+                           {"enhance", LUMVIK_HOST_SUGGEST_ENHANCEMENT},
+                           {"crop", LUMVIK_HOST_SUGGEST_CROP},
+                           {"straighten", LUMVIK_HOST_SUGGEST_ROTATION}};
+
+// Calls `print(tool, key, value)` for each value. Keys are in the order of a settings file.
+template <typename Print>
+void ForEachValue(api::Photo& photo, const Print& print) {
+  const std::vector<api::SettingInfo> known = api::DescribeSettings();
+  for (const Tool& tool : kTools) {
+    const api::Settings suggested = photo.Suggest(tool.suggests);
+    for (const api::SettingInfo& info : known) {
+      if (suggested.Has(info.key)) print(tool.name, std::string(info.key), suggested.Number(info.key));
+    }
+  }
+}
+
+void PrintJson(api::Photo& photo) {
+  Json root = Json::object();
+  ForEachValue(photo, [&](const char* tool, const std::string& key, float value) {
+    root[tool][key.substr(key.find('.') + 1)] = value;
+  });
+  PrintIndented(root);
+}
+
+void PrintTable(api::Photo& photo) {
+  std::cout << std::fixed << std::setprecision(4);
+  ForEachValue(photo, [](const char* tool, const std::string& key, float value) {
+    std::cout << std::left << std::setw(15) << tool << std::setw(22) << key << std::right << std::setw(10)
+              << value << '\n';
+  });
+}
+
+void Suggest(const SuggestOptions& options) {
+  RequireReadable(options.photograph.input);
+  api::Photo photo = Open(options.photograph);
+  if (options.json) {
+    PrintJson(photo);
+  } else {
+    PrintTable(photo);
+  }
+}
+
+}  // namespace
+
+void AddSuggestCommand(CLI::App& app) {
+  CLI::App* command = app.add_subcommand("suggest", "Print the settings suggested by the automatic tools");
+  auto options = std::make_shared<SuggestOptions>();
+  AddInputOptions(*command, options->photograph);
+  command->add_flag("--json", options->json, "Print JSON instead of a table");
+  command->callback([options] { Suggest(*options); });
+}
+
+}  // namespace lumvik

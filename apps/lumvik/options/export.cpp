@@ -1,0 +1,58 @@
+#include "options/export.h"
+
+#include <CLI/CLI.hpp>
+#include <string>
+
+#include "options/in_range.h"
+#include "options/range.h"
+
+namespace lumvik {
+namespace {
+
+constexpr Range<int> kJpegQualities = {1, 100};
+
+std::string CheckBitDepth(const std::string& text) {
+  if (text == "8" || text == "16") return {};
+  return "'" + text + "' is not 8 or 16";
+}
+
+}  // namespace
+
+void AddExportOptions(CLI::App& command, ExportOptions& options) {
+  command.add_option("--jpeg-quality", options.jpeg_quality, "JPEG quality (default 90)")
+      ->type_name("QUALITY")
+      ->check(InRange(kJpegQualities))
+      ->group(kOutputGroup);
+  command
+      .add_option("--bits", options.bits,
+                  "Bits per channel: 8 or 16 for PNG (default 8); JPEG has 8, TIFF 16")
+      ->type_name("BITS")
+      ->check(CLI::Validator(CheckBitDepth, ""))
+      ->group(kOutputGroup);
+  command.add_flag("--no-exif", options.no_exif, "Do not copy the photograph's metadata")
+      ->group(kOutputGroup);
+  command.add_flag("--strip-gps", options.strip_gps, "Do not copy GPS data")->group(kOutputGroup);
+}
+
+void CheckBits(const ExportOptions& options, lumvik_host_format format) {
+  if (format == LUMVIK_HOST_FORMAT_JPEG && options.bits == 16) {
+    throw CLI::ValidationError("--bits", "JPEG has 8 bits per channel; write a PNG or TIFF for 16");
+  }
+  if (format == LUMVIK_HOST_FORMAT_TIFF && options.bits == 8) {
+    throw CLI::ValidationError("--bits", "TIFF is written with 16 bits per channel; write a PNG for 8");
+  }
+}
+
+api::SaveOptions SaveOptionsOf(const ExportOptions& options) {
+  api::SaveOptions save;
+  save.quality = options.jpeg_quality;
+  save.bits = options.bits.value_or(0);
+  save.metadata = LUMVIK_HOST_METADATA_KEEP;
+  if (options.strip_gps) save.metadata = LUMVIK_HOST_METADATA_NO_POSITION;
+  if (options.no_exif) save.metadata = LUMVIK_HOST_METADATA_NONE;
+  save.overwrite = 1;
+  save.no_profile = 1;
+  return save;
+}
+
+}  // namespace lumvik
