@@ -402,7 +402,7 @@ LUMVIK_API void lumvik_reset_adjustments(EngineContext* ctx);
 
 /**
  * Exposure in stops: 1 doubles, -1 halves. Default 0; useful from -5 to 5, and suggested values lie
- * between -0.25 and 1. At -10 everything is black in 8 bits, at 16 everything but pure black is white;
+ * between -0.25 and 1. At -10 everything is black in 8 bits, at 16 what is not black is nearly white;
  * from 128 on everything is black.
  * Any value except 0 also rolls off levels above 0.75, which desaturates them: with a value near 0,
  * white becomes 0.875.
