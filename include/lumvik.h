@@ -6,12 +6,16 @@
  * adjustments, returns previews, histograms, metadata and suggestions, cuts out the subject, and
  * writes the result as JPEG, PNG or TIFF. One EngineContext holds one photograph.
  *
+ * New hosts should use lumvik_host.h, which drives this interface and adds checked handles, locking,
+ * failures that are always statuses, safe files and a neutral start. This one is fixed: it trusts its
+ * caller and lets exceptions through.
+ *
  * @code{.c}
  * EngineContext* ctx = lumvik_create_context();
  * if (ctx == NULL) return 1;
  * int status = lumvik_load_arw(ctx, "in.arw", 1);
  * if (status == LUMVIK_OK) {
- *   lumvik_set_temperature(ctx, 6500.0f);  // after the load, which resets all adjustments
+ *   lumvik_set_temperature(ctx, 6500.0f);  // neutral; the default after a load, 5500, tints the photograph
  *   lumvik_set_exposure(ctx, 0.5f);
  *   status = lumvik_export_jpeg(ctx, "out.jpg", 90, 0, 1);
  * }
@@ -59,6 +63,16 @@
  * There are no locks. Use a context from one thread at a time; different contexts, and the functions
  * without a context, may be used in parallel. A call may use worker threads, and returns when all
  * its work is done.
+ *
+ * @par Processes
+ * A child process made with fork() may use the library. It may use contexts of its parent only if no
+ * other thread was in a call when it was forked.
+ *
+ * @par Standard error
+ * lumvik writes nothing to standard output or standard error. The codecs of ordinary images do, when
+ * they decode a damaged file: libjpeg and libpng print a line, OpenCV a warning and the failure of a
+ * codec that throws, such as that of TIFF. LibRaw's messages are turned off: a truncated RAW file or JPEG
+ * loads without any sign, its missing part black or of one color.
  *
  * @par Exceptions
  * Exceptions thrown by the image library (cv::Exception) and the C++ runtime propagate to the caller;
@@ -164,7 +178,11 @@ LUMVIK_API int lumvik_get_height(EngineContext* ctx);
  *   dropped), turned upright by its EXIF orientation, reduced to a long side of at most 4096 pixels.
  * - RAW: sRGB, as-shot white balance, a fixed base curve that lifts the mid-tones (0.5 becomes 0.58).
  *   @p quality, clamped to 1..4, trades detail for speed: 1 decodes at full resolution, 2 and 3 at
- *   half, both reduced to a long side of at most 2000 pixels; 4 at a quarter, at most 1000.
+ *   half, both reduced to a long side of at most 2000 pixels; 4 at a quarter, at most 1000. Time and
+ *   memory of each are in docs/performance.md: 1 takes 3 to 4 times the time of 2.
+ *
+ * Both are upright: RAW files are turned by the orientation that the camera recorded. Both are taken for
+ * sRGB: a color profile embedded in an ordinary image is ignored.
  *
  * Success resets the adjustments as lumvik_reset_adjustments() does. The subject mask and the
  * background blur are kept, although they belong to the previous image. Failure keeps the previous
@@ -257,7 +275,7 @@ typedef struct ExifInfo {
   char datetime[32];    /**< Capture time as stored ("2024:05:31 18:20:00"); fallback: "". */
   int32_t width;        /**< Pixels, from the EXIF tag (SHORT or LONG); fallback: as held in memory. */
   int32_t height;       /**< Same as width. */
-  int32_t orientation;  /**< EXIF code, 1 to 8; fallback: LibRaw's code, 0, 3, 5 or 6. */
+  int32_t orientation;  /**< EXIF code, 1 to 8; fallback: LibRaw's code, 0, 3, 5 or 6. Do not apply. */
   int32_t reserved;     /**< 0. */
   double gps_latitude;  /**< Degrees, south negative; fallback: NaN. */
   double gps_longitude; /**< Degrees, west negative; fallback: NaN. */
@@ -297,6 +315,9 @@ LUMVIK_STATIC_ASSERT(sizeof(ExifInfo) == 336, "ExifInfo has 336 bytes");
  *
  * If the file is gone or has no EXIF that libexif can load, @p info is filled from what the RAW
  * decoder reported (the fallback); for an ordinary image all of it is then unknown.
+ *
+ * @c orientation describes the file. The image in memory, its previews and exports are upright already:
+ * applying it would turn them twice.
  *
  * @retval  0 filled
  * @retval -1 "no file loaded"
@@ -380,7 +401,9 @@ LUMVIK_API int lumvik_export_tiff(EngineContext* ctx, const char* path);
 LUMVIK_API void lumvik_reset_adjustments(EngineContext* ctx);
 
 /**
- * Exposure in stops: 1 doubles, -1 halves. Default 0; suggested values lie between -0.25 and 1.
+ * Exposure in stops: 1 doubles, -1 halves. Default 0; useful from -5 to 5, and suggested values lie
+ * between -0.25 and 1. At -10 everything is black in 8 bits, at 16 what is not black is nearly white;
+ * from 128 on everything is black.
  * Any value except 0 also rolls off levels above 0.75, which desaturates them: with a value near 0,
  * white becomes 0.875.
  */
@@ -531,7 +554,8 @@ LUMVIK_API void lumvik_set_nr_color(EngineContext* ctx, float percent);
 LUMVIK_API void lumvik_set_sharpening_amount(EngineContext* ctx, float amount);
 
 /**
- * Radius of sharpening, a Gaussian sigma. Pixels, positive, default 1.
+ * Radius of sharpening, a Gaussian sigma. Pixels, positive, default 1; useful from 0.5 to 3. Below about 0.3
+ * nothing is sharpened; above some 10 the effect is local contrast. More than 4096 counts as 4096.
  * <b>With a positive amount and a radius of 0 or less, every render throws cv::Exception.</b>
  */
 LUMVIK_API void lumvik_set_sharpening_radius(EngineContext* ctx, float pixels);
@@ -566,7 +590,9 @@ LUMVIK_API void lumvik_set_flip_v(EngineContext* ctx, int flip);
 
 /**
  * Rotates the image around its center. Degrees, positive is counter-clockwise, default 0.
- * The size does not change; mirrored content fills the corners and should be cropped away.
+ * Meant for leveling, up to some 45 degrees. Any angle works, and full turns count as 0, but the size never
+ * changes: a quarter turn cuts off the ends of the long side. Mirrored content fills the corners and should
+ * be cropped away.
  */
 LUMVIK_API void lumvik_set_rotation(EngineContext* ctx, float degrees);
 
@@ -584,7 +610,8 @@ LUMVIK_API void lumvik_set_perspective_v(EngineContext* ctx, float percent);
 
 /**
  * Crops to a rectangle, in fractions of width and height of the rotated image. Default 0, 0, 0, 0.
- * @p x and @p y are the top left corner. The rectangle is clipped at the right and bottom edges.
+ * @p x and @p y are the top left corner. The rectangle is clipped at the right and bottom edges; a negative
+ * @p x or @p y counts as 0, which moves the rectangle inward with its size.
  * Nothing is cropped if @p w or @p h is 0 or less, if @p x and @p y are 0 and @p w and @p h at least
  * 0.99, or if the result would be <b>less than 11 pixels</b> wide or high.
  */
@@ -668,7 +695,9 @@ LUMVIK_API int lumvik_auto_enhance(EngineContext* ctx, float* slots);
 
 /**
  * Suggests a 3:2 landscape crop, in the fractions of lumvik_set_crop().
- * It stays at least 2 % away from every edge; if no crop fits, it is 0, 0, 1, 1.
+ * It is found in a copy 512 pixels wide and leaves a margin along every edge: 2 % of the side of that copy,
+ * rounded down to whole pixels. That is between 1 and 2 %, and nothing if the copy is less than 50 pixels
+ * high. If no crop fits, it is 0, 0, 1, 1.
  *
  * @retval  0 suggested
  * @retval -1 "no image loaded"
@@ -702,8 +731,9 @@ LUMVIK_API int lumvik_auto_straighten(EngineContext* ctx, float* angle);
 /**
  * Finds the subject around a point and stores the mask. RAW files only.
  *
- * The point is given in fractions of width and height; a negative value or NaN means the center. The
- * subject is searched for in a rectangle around it of 60 % of each side, clipped at the image border.
+ * The point is given in fractions of width and height of the loaded image: before crop, rotation and any
+ * other geometry, unlike a point that a user picks in a preview. A negative value or NaN means the center.
+ * The subject is searched for in a rectangle around it of 60 % of each side, clipped at the image border.
  * Failure keeps the previous mask. The render does not become stale.
  *
  * @retval  0 found

@@ -1,12 +1,14 @@
 /**
  * @file lumvik.hpp
  * The C++17 interface of lumvik: lumvik.h with a class that owns the context, exceptions instead of
- * statuses, and results returned by value. Everything is inline; a host links the same as for lumvik.h.
+ * statuses, and results returned by value. Everything is inline; a host links the same as for lumvik.h. New
+ * hosts should use lumvik_host.hpp.
  *
  * @code{.cpp}
  * lumvik::engine::Context photo;
  * photo.Load("in.arw");
- * photo.SetExposure(0.5F);  // after the load, which resets all adjustments
+ * photo.SetTemperature(6500);  // neutral; the default after a load, 5500, tints the photograph
+ * photo.SetExposure(0.5F);
  * photo.ExportJpeg("out.jpg");
  * @endcode
  *
@@ -200,7 +202,8 @@ class Context {
   /** The size of the loaded image before cropping, 0 without one. No render is larger. */
   Size loaded_size() const noexcept { return loaded_size_; }
 
-  /** The shooting data of the loaded file. @throws Error -1: nothing is loaded */
+  /** The shooting data of the loaded file. Images are upright whatever its orientation. @throws Error -1:
+   * nothing is loaded */
   ExifInfo Exif() const {
     ExifInfo info = {};
     Check(lumvik_get_exif(context_.get(), &info));
@@ -277,7 +280,7 @@ class Context {
   /** Restores the default of everything but the background blur. */
   void ResetAdjustments() { lumvik_reset_adjustments(context_.get()); }
 
-  /** Stops; 1 doubles. Default 0. */
+  /** Stops; 1 doubles. Default 0, useful from -5 to 5. */
   void SetExposure(float stops) { lumvik_set_exposure(context_.get(), stops); }
   /** Percent; acts on the mid-tones. */
   void SetBrightness(float percent) { lumvik_set_brightness(context_.get(), percent); }
@@ -339,7 +342,10 @@ class Context {
   void SetNrColor(float percent) { lumvik_set_nr_color(context_.get(), percent); }
   /** 0 to 150, default 0. */
   void SetSharpeningAmount(float amount) { lumvik_set_sharpening_amount(context_.get(), amount); }
-  /** Pixels, default 1. Must be positive: otherwise every render with a positive amount throws. */
+  /**
+   * Pixels, default 1, useful from 0.5 to 3. Must be positive: otherwise every render with a positive amount
+   * throws.
+   */
   void SetSharpeningRadius(float pixels) { lumvik_set_sharpening_radius(context_.get(), pixels); }
   /** 0 to 65535, default 0. */
   void SetSharpeningThreshold(float level) { lumvik_set_sharpening_threshold(context_.get(), level); }
@@ -444,7 +450,8 @@ class Context {
    * @{ */
 
   /**
-   * Finds the subject around a point, in fractions of width and height; negative means the center.
+   * Finds the subject around a point, in fractions of width and height of the loaded image, before any
+   * geometry; negative means the center.
    * @throws Error -1: no RAW file is loaded; -2: nothing was found. The previous mask stays
    */
   void SegmentSubject(float x = -1, float y = -1) {

@@ -20,8 +20,6 @@ wanted=" $* "
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir -p "$PICTURES"
-# The default temperature tints the picture: panels for other settings start from the neutral one.
-echo '{"lumvik": 1, "temperature": 6500}' >"$work/neutral.json"
 
 # compose NAME REGION PANEL...: PANEL is a string of options of `lumvik develop`. REGION is "whole" or a part of the
 # developed photograph (WIDTHxHEIGHT+X+Y), shown at 100 % if it has the size of a panel.
@@ -34,7 +32,7 @@ compose() {
   rm -f "$work"/panel*
   for panel in "$@"; do
     eval "options=($panel)"
-    "$LUMVIK" develop "$PHOTO" -o "$work/developed.tif" --settings "$work/neutral.json" "${options[@]}" >/dev/null
+    "$LUMVIK" develop "$PHOTO" -o "$work/developed.tif" "${options[@]}" >/dev/null
     convert "$work/developed.tif" "${crop[@]}" -resize "$PANEL" -gravity center -background white \
       -extent "$PANEL" -depth 8 "$work/panel$((number++)).png"
   done

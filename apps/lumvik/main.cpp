@@ -16,7 +16,7 @@
 #include "commands/similar.h"
 #include "commands/suggest.h"
 #include "commands/thumb.h"
-#include "lumvik.h"
+#include "lumvik_host.hpp"
 #include "terminal/reported_failure.h"
 #if defined(_WIN32)
 #include "terminal/console_win32.h"
@@ -36,7 +36,7 @@ int Fail(const std::exception& error, ExitStatus status) {
 
 void RunCommand(int argc, char** argv) {
   CLI::App app("Develops photographs.", "lumvik");
-  app.set_version_flag("--version", std::string("lumvik ") + lumvik_version(), "Print the version and exit");
+  app.set_version_flag("--version", "lumvik " + lumvik::api::Version(), "Print the version and exit");
   app.set_help_flag("-h,--help", "Print this help and exit");
   app.allow_windows_style_options(false);  // paths may start with a slash
   app.require_subcommand(0, 1);            // (1, 1) would hide the name of an unknown command

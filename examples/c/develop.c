@@ -9,9 +9,9 @@
 static int Develop(EngineContext* photo, const char* in, const char* out) {
   int status = lumvik_load_arw(photo, in, 1); /* 1: the best RAW decode */
   if (status != LUMVIK_OK) return status;
-  lumvik_set_exposure(photo, 0.5f); /* stops; after the load, which resets all adjustments */
+  lumvik_set_temperature(photo, 6500.0f); /* neutral; after the load, which resets it to 5500 */
+  lumvik_set_exposure(photo, 0.5f);       /* stops */
   lumvik_set_contrast(photo, 20.0f);
-  lumvik_set_temperature(photo, 6000.0f);
   return lumvik_export_jpeg(photo, out, 90, 0, 1); /* quality 90, keeping the EXIF */
 }
 

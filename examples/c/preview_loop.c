@@ -25,6 +25,7 @@ int main(int argc, char** argv) {
   int status =
       lumvik_load_arw(photo, argv[1], 4); /* 4: a small proxy of a RAW file, large enough for a screen */
   if (status == LUMVIK_OK) {
+    lumvik_set_temperature(photo, 6500.0f); /* neutral */
     /* A render can be smaller than the loaded image, because of a crop, but never larger. */
     const int capacity = 4 * lumvik_get_width(photo) * lumvik_get_height(photo);
     uint8_t* rgba = malloc((size_t)capacity);

@@ -20,6 +20,7 @@ static int Develop(void* argument) {
   if (photo == NULL) return -1;
   int status = lumvik_load_arw(photo, job->in, 1);
   if (status == LUMVIK_OK) {
+    lumvik_set_temperature(photo, 6500.0f); /* neutral */
     lumvik_set_exposure(photo, job->exposure);
     status = lumvik_export_jpeg(photo, job->out, 90, 0, 1);
   }

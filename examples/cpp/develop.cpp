@@ -13,9 +13,9 @@ int main(int argc, char** argv) {
   try {
     lumvik::engine::Context photo;
     photo.Load(argv[1]);
-    photo.SetExposure(0.5F);  // stops; after the load, which resets all adjustments
+    photo.SetTemperature(6500);  // neutral; after the load, which resets it to 5500
+    photo.SetExposure(0.5F);     // stops
     photo.SetContrast(20);
-    photo.SetTemperature(6000);
     photo.ExportJpeg(argv[2]);
   } catch (const std::exception& error) {
     std::cerr << error.what() << '\n';

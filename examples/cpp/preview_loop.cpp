@@ -22,6 +22,7 @@ int main(int argc, char** argv) {
     lumvik::engine::Context photo;
     photo.Load(argv[1],
                lumvik::engine::RawQuality::kQuarter);  // a small proxy of a RAW file, enough for a screen
+    photo.SetTemperature(6500);                        // neutral
     // A render can be smaller than the loaded image, because of a crop, but never larger.
     const auto [width, height] = photo.loaded_size();
     std::vector<std::uint8_t> rgba(4 * static_cast<std::size_t>(width) * static_cast<std::size_t>(height));

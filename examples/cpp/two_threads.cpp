@@ -10,6 +10,7 @@
 static void Develop(const std::string& in, const std::string& out, float exposure) {
   lumvik::engine::Context photo;
   photo.Load(in);
+  photo.SetTemperature(6500);  // neutral
   photo.SetExposure(exposure);
   photo.ExportJpeg(out);
 }

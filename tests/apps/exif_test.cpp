@@ -12,8 +12,7 @@ const std::string kMake = "Exif.Image.Make";
 const std::string kComment = "Exif.Photo.UserComment";
 const std::string kOrientation = "Exif.Image.Orientation";
 
-// Neutral settings and the highest quality.
-const std::vector<std::string> kFaithful = {"--temperature", "6500", "--jpeg-quality", "100"};
+const std::vector<std::string> kFaithful = {"--jpeg-quality", "100"};
 
 using ExifTest = CommandTest;
 

@@ -29,7 +29,7 @@ class HistogramTest : public CommandTest {
 
 TEST_F(HistogramTest, CountsEveryPixelOfTheDevelopedImage) {
   const std::string in = Photograph("in.png");
-  const Json numbers = Numbers({in, "--temperature", "6500"});
+  const Json numbers = Numbers({in});
   EXPECT_EQ(numbers.at("width"), 60);
   EXPECT_EQ(numbers.at("height"), 40);
   for (const char* name : {"red", "green", "blue", "luminance"}) {
@@ -59,7 +59,7 @@ TEST_F(HistogramTest, TheImageShowsTheCurves) {
   cv::Mat two_levels(10, 10, CV_8UC3, cv::Scalar(100, 100, 100));
   two_levels.rowRange(0, 5) = cv::Scalar(100, 100, 200);
   cv::imwrite(in, two_levels);
-  const ProcessResult result = Histogram({in, "-o", Path("curves.png"), "--temperature", "6500"});
+  const ProcessResult result = Histogram({in, "-o", Path("curves.png")});
   ASSERT_EQ(result.status, kSuccess) << result.err;
   EXPECT_EQ(Json::parse(result.out).at("red").at(200), 50);
   const cv::Mat curves = cv::imread(Path("curves.png"), cv::IMREAD_UNCHANGED);

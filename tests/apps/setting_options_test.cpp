@@ -14,6 +14,8 @@ namespace {
 using Setter = void (*)(EngineContext*, float);
 using Options = std::vector<std::string>;
 
+constexpr float kNeutralTemperature = 6500;  // the engine starts with another
+
 struct SingleCase {
   const char* option;
   Setter set;
@@ -89,6 +91,7 @@ class SettingOptionsTest : public CommandTest {
     const std::unique_ptr<EngineContext, decltype(&lumvik_destroy_context)> context(lumvik_create_context(),
                                                                                     lumvik_destroy_context);
     EXPECT_EQ(lumvik_load_arw(context.get(), in_.c_str(), 1), 0);
+    lumvik_set_temperature(context.get(), kNeutralTemperature);
     set(context.get());
     EXPECT_EQ(lumvik_export_png(context.get(), Path("engine.png").c_str(), 8), 0);
     return ReadFile(Path("engine.png"));
@@ -108,7 +111,7 @@ class SettingOptionsTest : public CommandTest {
   void SetUp() override { plain_ = ByCommand({}); }
 };
 
-TEST_F(SettingOptionsTest, WithoutOptionsNothingIsSet) {
+TEST_F(SettingOptionsTest, WithoutOptionsSettingsAreNeutral) {
   EXPECT_EQ(plain_, ByEngine([](EngineContext*) {}));
 }
 

@@ -77,11 +77,11 @@ class SettingsFileTest : public CommandTest {
   const std::string in_ = Photograph("in.png");
 };
 
-TEST_F(SettingsFileTest, AllDefaultsAreSaved) {
+TEST_F(SettingsFileTest, NeutralSettingsAreSaved) {
   const Json band = {{"hue", 0}, {"saturation", 0}, {"luminance", 0}};
   Json expected = {
-      {"lumvik", 1},
-      {"temperature", 5500},
+      {"lumvik", 2},
+      {"temperature", 6500},
       {"sharpening_radius", 1},
       {"vignette_midpoint", 50},
       {"grain_size", 25},
@@ -168,15 +168,22 @@ TEST_F(SettingsFileTest, SavedSettingsReproduceImageAndFile) {
   EXPECT_EQ(ReadFile(Path("second.json")), ReadFile(Path("first.json")));
 }
 
-TEST_F(SettingsFileTest, MissingKeysKeepTheirDefaults) {
-  EXPECT_EQ(Picture({"--settings", Settings(R"({"lumvik": 1})")}), Picture({}));
-  EXPECT_EQ(Picture({"--settings", Settings(R"({"lumvik": 1, "hsl": {"red": {"hue": 40}}, "crop": {}})")}),
+TEST_F(SettingsFileTest, MissingKeysAreNeutral) {
+  EXPECT_EQ(Picture({"--settings", Settings(R"({"lumvik": 2})")}), Picture({}));
+  EXPECT_EQ(Picture({"--settings", Settings(R"({"lumvik": 2, "hsl": {"red": {"hue": 40}}, "crop": {}})")}),
             Picture({"--hsl", "red=40,0,0"}));
+}
+
+// A file of version 1 without a temperature was made with that of the engine.
+TEST_F(SettingsFileTest, VersionOneKeepsItsTemperature) {
+  EXPECT_EQ(Saved({"--settings", Settings(R"({"lumvik": 1})")})["temperature"], 5500);
+  EXPECT_EQ(Saved({"--settings", Settings(R"({"lumvik": 1, "temperature": 4000})")})["temperature"], 4000);
+  EXPECT_EQ(Picture({"--settings", Settings(R"({"lumvik": 1})")}), Picture({"--temperature", "5500"}));
 }
 
 TEST_F(SettingsFileTest, OptionsOverrideSingleValuesOfTheFile) {
   const std::string file = Settings(
-      R"({"lumvik": 1, "exposure": 1, "tint": 20, "flip_h": true, "hsl": {"red": {"hue": 40}, "blue": {"hue": 9}},
+      R"({"lumvik": 2, "exposure": 1, "tint": 20, "flip_h": true, "hsl": {"red": {"hue": 40}, "blue": {"hue": 9}},
           "tone_curves": {"master": [[0, 1], [1, 0]], "red": [[0, 0.2], [1, 1]]}, "split_toning": {"balance": 5}})");
   EXPECT_EQ(Picture({"--settings", file, "--exposure=-1", "--no-flip-h", "--hsl=red=0,-50,0",
                      "--tone-curve=none", "--split-highlights=40,30"}),
@@ -186,7 +193,7 @@ TEST_F(SettingsFileTest, OptionsOverrideSingleValuesOfTheFile) {
 
 // An empty curve is exactly linear, while two points are not next to another curve.
 TEST_F(SettingsFileTest, AnEmptyCurveDiffersFromTwoPoints) {
-  const char* const form = R"({"lumvik": 1, "tone_curves": {"master": [[0, 0], [0.5, 0.6], [1, 1]], "red": )";
+  const char* const form = R"({"lumvik": 2, "tone_curves": {"master": [[0, 0], [0.5, 0.6], [1, 1]], "red": )";
   const std::string empty = Picture({"--settings", Settings(std::string(form) + "[]}}")});
   const std::string straight = Picture({"--settings", Settings(std::string(form) + "[[0, 0], [1, 1]]}}")});
   EXPECT_EQ(empty, Picture({"--tone-curve=0,0 0.5,0.6 1,1"}));
@@ -210,9 +217,9 @@ struct Fault {
 constexpr Fault kFaults[] = {
     {"", "line 1: syntax error while parsing value - unexpected end of input"},
     {"[]", "line 1: a settings file must be an object"},
-    {"{}", "line 1: lumvik: missing; it must be 1"},
-    {"{\n\"lumvik\": 2, \"sepia\": 1}", "line 2: lumvik: 2 is not the supported version"},
-    {"{\"lumvik\": true}", "line 1: lumvik: true is not the supported version"},
+    {"{}", "line 1: lumvik: missing; it must be 2"},
+    {"{\n\"lumvik\": 3, \"sepia\": 1}", "line 2: lumvik: 3 is not a supported version"},
+    {"{\"lumvik\": true}", "line 1: lumvik: true is not a supported version"},
     {"{\"lumvik\": 1,\n\"sepia\": 1\n}", "line 2: sepia: there is no such setting"},
     {"{\"lumvik\": 1, \"a\\nb\": 1}", "line 1: a\\nb: there is no such setting"},
     {"{\"lumvik\": 1,\n\"hsl\": {\n\"rod\": {}}}", "line 3: hsl.rod: there is no such setting"},

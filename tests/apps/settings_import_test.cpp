@@ -3,7 +3,6 @@
 #include <nlohmann/json.hpp>
 
 #include "command_test.h"
-#include "develop/camera_raw_names.h"
 #include "exif_file.h"
 #include "xmp_file.h"
 
@@ -227,14 +226,47 @@ TEST_F(SettingsImportTest, TheFileEqualsTheOptions) {
   EXPECT_EQ(picture.size(), cv::Size(48, 24));
 }
 
+constexpr const char* kNumberNames[] = {"Exposure2012",
+                                        "Contrast2012",
+                                        "Highlights2012",
+                                        "Shadows2012",
+                                        "Whites2012",
+                                        "Blacks2012",
+                                        "Temperature",
+                                        "Tint",
+                                        "Saturation",
+                                        "Vibrance",
+                                        "Clarity2012",
+                                        "Texture",
+                                        "Dehaze",
+                                        "Sharpness",
+                                        "SharpenRadius",
+                                        "LuminanceSmoothing",
+                                        "ColorNoiseReduction",
+                                        "LensManualDistortionAmount",
+                                        "VignetteAmount",
+                                        "DefringePurpleAmount",
+                                        "DefringeGreenAmount",
+                                        "PerspectiveVertical",
+                                        "PostCropVignetteAmount",
+                                        "PostCropVignetteMidpoint",
+                                        "PostCropVignetteRoundness",
+                                        "GrainAmount",
+                                        "GrainSize",
+                                        "SplitToningHighlightHue",
+                                        "SplitToningHighlightSaturation",
+                                        "SplitToningShadowHue",
+                                        "SplitToningShadowSaturation",
+                                        "SplitToningBalance"};
+
 // Sets every imported property to this value.
 std::string AllWith(const std::string& value) {
   std::string attributes = "crs:HasCrop=\"True\"";
   const auto add = [&](const std::string& name) { attributes += " crs:" + name + "=\"" + value + "\""; };
-  for (const CameraRawNumber& number : kCameraRawNumbers) add(number.name);
-  for (const CameraRawBandNumber& number : kCameraRawBandNumbers) {
+  for (const char* name : kNumberNames) add(name);
+  for (const char* name : {"HueAdjustment", "SaturationAdjustment", "LuminanceAdjustment"}) {
     for (const char* color : {"Red", "Orange", "Yellow", "Green", "Aqua", "Blue", "Purple", "Magenta"}) {
-      add(std::string(number.name) + color);
+      add(std::string(name) + color);
     }
   }
   for (const char* name : {"CropLeft", "CropTop", "CropRight", "CropBottom", "CropAngle"}) add(name);

@@ -63,7 +63,7 @@ TEST_F(SimilarTest, RawFilesAreGroupedWithTheirExports) {
   Copy(kData + "tower_orientation8.jpg", "tower.jpg");
   for (const char* name : {"a.ARW", "b.arw", "c.DNG", "tower.jpg"}) {
     const std::string developed = Path("developed.png");
-    ASSERT_EQ(Develop(In(name), developed, {"--temperature", "6500"}).status, kSuccess);
+    ASSERT_EQ(Develop(In(name), developed).status, kSuccess);
     Recompress(developed, std::string("export/") + name[0] + "-half.jpg", 0.5, 60);
     Recompress(developed, std::string("export/") + name[0] + "-third.jpg", 0.33, 85);
   }

@@ -45,7 +45,7 @@ constexpr AdjustmentRange kRanges[] = {
     {"--nr-color", "PERCENT", "0", "100", "-1", "101"},
     {"--sharpening-amount", "AMOUNT", "0", "150", "-1", "151"},
     {"--sharpening-radius", "PIXELS", "0.01", "100", "0", "101"},
-    {"--sharpening-threshold", "LEVEL", "0", "65535", "-1", "65536"},
+    {"--sharpening-threshold", "THRESHOLD", "0", "65535", "-1", "65536"},
     {"--distortion", "PERCENT", "-100", "100", "-101", "101"},
     {"--ca-correction", "PERCENT", "0", "100", "-1", "101"},
     {"--lens-vignette", "PERCENT", "0", "100", "-1", "101"},

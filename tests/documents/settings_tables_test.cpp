@@ -1,4 +1,4 @@
-// The tables of settings in the documentation have a row for each single setting, with its range and default.
+// The documentation of the settings agrees with what the host library says of them.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -6,8 +6,9 @@
 #include <iterator>
 #include <sstream>
 #include <string>
+#include <vector>
 
-#include "develop/single_settings.h"
+#include "lumvik_host.h"
 
 namespace lumvik::test {
 namespace {
@@ -17,20 +18,32 @@ std::string Document(const std::string& name) {
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
 }
 
-std::string Option(std::string key) {
-  std::replace(key.begin(), key.end(), '_', '-');
-  return "--" + key;
+// The settings that are an option with one number. Keys with a dot share an option with others.
+std::vector<lumvik_host_setting_info> SingleNumbers() {
+  std::vector<lumvik_host_setting_info> numbers;
+  for (size_t i = 0; i < lumvik_host_setting_count(); ++i) {
+    lumvik_host_setting_info info{};
+    info.struct_size = sizeof(info);
+    EXPECT_EQ(lumvik_host_describe_setting(i, &info), LUMVIK_HOST_OK);
+    const bool is_single = std::string(info.key).find('.') == std::string::npos;
+    if (info.kind == LUMVIK_HOST_NUMBER && is_single) numbers.push_back(info);
+  }
+  return numbers;
 }
 
 // The start of a row: "| `--exposure` | -10..10". A unit may follow.
-std::string RowStart(const SingleSetting& setting) {
-  return "| `" + Option(setting.key) + "` | " + setting.range.Text();
+std::string RowStart(const lumvik_host_setting_info& setting) {
+  std::string option = setting.key;
+  std::replace(option.begin(), option.end(), '_', '-');
+  std::ostringstream row;
+  row << "| `--" << option << "` | " << setting.minimum << ".." << setting.maximum;
+  return row.str();
 }
 
 // The next field: " | 0 |".
-std::string Default(const SingleSetting& setting) {
+std::string Default(const lumvik_host_setting_info& setting) {
   std::ostringstream field;
-  field << " | " << setting.initial << " |";
+  field << " | " << setting.neutral_value << " |";
   return field.str();
 }
 
@@ -38,7 +51,9 @@ class SettingsTablesTest : public testing::TestWithParam<const char*> {};
 
 TEST_P(SettingsTablesTest, HaveARowForEverySetting) {
   const std::string document = Document(GetParam());
-  for (const SingleSetting& setting : kSingleSettings) {
+  const std::vector<lumvik_host_setting_info> settings = SingleNumbers();
+  ASSERT_FALSE(settings.empty());
+  for (const lumvik_host_setting_info& setting : settings) {
     const size_t row = document.find(RowStart(setting));
     ASSERT_NE(row, std::string::npos) << GetParam() << " has no row " << RowStart(setting);
     const size_t unit = document.find(" | ", row + RowStart(setting).size());
@@ -52,6 +67,19 @@ INSTANTIATE_TEST_SUITE_P(, SettingsTablesTest, testing::Values("adjustments.md",
                            const std::string name = document.param;
                            return name.substr(0, name.find('.'));
                          });
+
+TEST(SettingsFileExampleTest, IsASettingsFile) {
+  const std::string document = Document("command_line.md");
+  const std::string fence = "```json\n";
+  const size_t begin = document.find(fence, document.find("### Settings files"));
+  ASSERT_NE(begin, std::string::npos);
+  const size_t start = begin + fence.size();
+  const std::string json = document.substr(start, document.find("```", start) - start);
+  lumvik_host_settings* settings = nullptr;
+  EXPECT_EQ(lumvik_host_settings_from_json(json.data(), json.size(), &settings), LUMVIK_HOST_OK)
+      << lumvik_host_last_error();
+  lumvik_host_settings_close(settings);
+}
 
 }  // namespace
 }  // namespace lumvik::test

@@ -37,11 +37,11 @@ std::string Padded(std::size_t number, std::size_t width) {
   return std::string(width - std::min(width, digits.size()), '0') + digits;
 }
 
-Values ValuesFor(const BatchInput& photograph, const std::string& number, OutputFormat format) {
+Values ValuesFor(const BatchInput& photograph, const std::string& number, lumvik_host_format format) {
   return [=](const std::string& field) -> std::optional<std::string> {
     if (field == "stem") return fs::path(photograph.path).stem().string();
     if (field == "n") return number;
-    if (field == "ext") return std::string(ExtensionOf(format) + 1);  // without the dot
+    if (field == "ext") return api::ExtensionOf(format).substr(1);  // without the dot
     if (field == "folder") return photograph.folder;
     return std::nullopt;
   };
@@ -53,18 +53,19 @@ bool LeavesFolder(const fs::path& name) {
 
 }  // namespace
 
-std::string NamePatternFault(const std::string& pattern, OutputFormat format) {
+std::string NamePatternFault(const std::string& pattern, lumvik_host_format format) {
   const std::string shown = "'" + pattern + "'";
   const std::optional<std::string> example = Replaced(pattern, ValuesFor({"stem", "folder"}, "1", format));
   if (!example) return shown + " has a brace that is not part of {stem}, {n}, {ext} or {folder}";
   if (LeavesFolder(*example)) return shown + " leads out of the output folder";
-  if (OutputFormatOf(*example) != format)
+  if (api::FormatOf(*example) != format)
     return shown + " does not end in an extension of the format, such as .{ext}";
   return {};
 }
 
 std::vector<std::string> NamesByPattern(const std::string& pattern,
-                                        const std::vector<BatchInput>& photographs, OutputFormat format) {
+                                        const std::vector<BatchInput>& photographs,
+                                        lumvik_host_format format) {
   const std::size_t width = std::to_string(photographs.size()).size();
   std::vector<std::string> names;
   names.reserve(photographs.size());

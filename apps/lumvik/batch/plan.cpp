@@ -8,7 +8,6 @@
 #include <system_error>
 
 #include "batch/names.h"
-#include "develop/complete_image.h"
 
 namespace lumvik {
 namespace {
@@ -24,10 +23,18 @@ bool IsNewer(const fs::path& file, const fs::path& than) {
   return !error && time > other;
 }
 
+bool IsWhole(const std::string& photograph) {
+  try {
+    return api::CheckFile(photograph).is_whole != 0;
+  } catch (const api::Error&) {
+    return false;
+  }
+}
+
 }  // namespace
 
 std::vector<BatchTask> PlanBatch(const BatchInputs& inputs, const std::string& output_folder,
-                                 const std::string& name_pattern, OutputFormat format) {
+                                 const std::string& name_pattern, lumvik_host_format format) {
   const std::vector<std::string> names = NamesByPattern(name_pattern, inputs.photographs, format);
   std::vector<BatchTask> tasks;
   std::map<std::string, std::string> input_of;  // by output
@@ -47,11 +54,11 @@ std::vector<BatchTask> PlanBatch(const BatchInputs& inputs, const std::string& o
   return tasks;
 }
 
-bool IsDone(const BatchTask& task, const std::vector<std::string>& settings, OutputFormat format) {
+bool IsDone(const BatchTask& task, const std::vector<std::string>& settings) {
   return IsNewer(task.output, task.input) &&
          std::all_of(settings.begin(), settings.end(),
                      [&](const std::string& file) { return IsNewer(task.output, file); }) &&
-         IsCompleteImage(task.output, format);
+         IsWhole(task.output);
 }
 
 }  // namespace lumvik

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "batch/inputs.h"
-#include "develop/output_format.h"
+#include "lumvik_host.hpp"
 
 namespace lumvik {
 
@@ -18,10 +18,10 @@ struct BatchTask {
 // One task per photograph. Throws std::runtime_error with a message for the user when two outputs, or an
 // output and an input, would be the same file.
 std::vector<BatchTask> PlanBatch(const BatchInputs& inputs, const std::string& output_folder,
-                                 const std::string& name_pattern, OutputFormat format);
+                                 const std::string& name_pattern, lumvik_host_format format);
 
-// Whether the output exists, is complete, and is newer than the photograph and its settings files.
-bool IsDone(const BatchTask& task, const std::vector<std::string>& settings, OutputFormat format);
+// Whether the output exists, is whole, and is newer than the photograph and its settings files.
+bool IsDone(const BatchTask& task, const std::vector<std::string>& settings);
 
 }  // namespace lumvik
 

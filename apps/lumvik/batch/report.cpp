@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
+#include "terminal/json.h"
 #include "terminal/reported_failure.h"
 
 namespace lumvik {
@@ -61,8 +62,7 @@ void PrintBatchJson(const BatchReport& report) {
     json["photographs"].push_back(JsonOf(report.work.tasks[i], report.outcomes[i]));
   }
   json["unreadable"] = report.failures;
-  // File names need not be valid UTF-8, but JSON must.
-  std::cout << json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+  PrintIndented(json);
 }
 
 void ReportBatch(const BatchReport& report) {

@@ -1,18 +1,19 @@
 #include "batch/run.h"
 
 #include <chrono>
-#include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <map>
 #include <memory>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
 
+#include "batch/staging_folder.h"
 #include "batch/worker_process.h"
-#include "develop/staged_file.h"
+#include "batch/worker_report.h"
 #include "files/file_paths.h"
 
 namespace lumvik {
@@ -22,51 +23,6 @@ namespace fs = std::filesystem;
 using Clock = std::chrono::steady_clock;
 
 constexpr char kMessageStart[] = "lumvik: ";
-
-// A folder next to the target for the files of a worker, removed with its contents however the worker ended.
-// The name is derived from the target's, so that leftovers of a killed batch are found and removed.
-class StagingFolder {
- public:
-  explicit StagingFolder(fs::path target) : target_(std::move(target)) {
-    std::ostringstream name;
-    name << ".lumvik-" << std::hex << std::hash<std::string>()(target_.filename().string());
-    name_ = name.str();
-    std::error_code error;
-    fs::remove_all(Folder(), error);
-    if (!error) fs::create_directory(Folder(), error);
-    if (error) {
-      throw std::runtime_error("cannot write into the folder '" + target_.parent_path().string() +
-                               "': " + error.message());
-    }
-  }
-  ~StagingFolder() {
-    std::error_code ignored;
-    fs::remove_all(Folder(), ignored);
-  }
-  StagingFolder(const StagingFolder&) = delete;
-  StagingFolder& operator=(const StagingFolder&) = delete;
-
-  std::string StagedPath() const { return (Folder() / target_.filename()).string(); }
-  void Commit() const { MoveIntoPlace(StagedPath(), target_); }
-
-  // Replaces the staged path in a worker's message with the target's.
-  std::string InTermsOfTarget(std::string text) const {
-    const std::string step = name_ + '/';
-    const std::string end = '/' + name_;
-    for (const std::string& part : {step, end}) {
-      for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part)) {
-        text.erase(at, part.size());
-      }
-    }
-    return text;
-  }
-
- private:
-  fs::path Folder() const { return target_.parent_path() / name_; }
-
-  fs::path target_;
-  std::string name_;
-};
 
 // The worker's error message; libraries may have printed other lines.
 std::string FailureOf(const WorkerEnd& end, const std::string& input) {
@@ -110,7 +66,8 @@ class Run {
       auto staging = std::make_unique<StagingFolder>(ResolveOutput(task.output, task.input));
       std::vector<std::string> arguments = {"develop"};
       arguments.insert(arguments.end(), work_.develop_options.begin(), work_.develop_options.end());
-      arguments.insert(arguments.end(), {"--output=" + staging->StagedPath(), "--", task.input});
+      arguments.insert(arguments.end(),
+                       {kWorkerReportOption, "--output=" + staging->StagedPath(), "--", task.input});
       begun_[i] = {std::move(staging), Clock::now()};
       StartWorker(i, arguments);
     } catch (const std::exception& error) {
@@ -143,10 +100,10 @@ class Run {
     } catch (const std::exception& error) {
       return Fail(end.id, error.what());
     }
-    const std::size_t size = begun.staging->StagedPath().size();  // "name 2000x1333", followed by other lines
-    if (size < end.out.size()) {
-      std::sscanf(end.out.c_str() + size, "%dx%d", &outcome.width, &outcome.height);
-    }
+    const std::optional<WorkerReport> report = FindWorkerReport(end.out);
+    if (!report) return Fail(end.id, "cannot develop '" + input + "': its process reported no size");
+    outcome.width = report->width;
+    outcome.height = report->height;
     outcome.state = BatchState::kDeveloped;
     Done(end.id);
   }

@@ -22,8 +22,8 @@
 #include "batch/report.h"
 #include "batch/run.h"
 #include "batch/worker_process.h"
-#include "develop/output_format.h"
 #include "files/file_paths.h"
+#include "lumvik_host.hpp"
 #include "options/export.h"
 #include "options/jobs.h"
 #include "options/passed_options.h"
@@ -49,7 +49,7 @@ struct BatchOptions {
   ExportOptions how;
   std::vector<const CLI::Option*> develop_options;
 
-  OutputFormat Format() const { return *OutputFormatOf("file." + format); }
+  lumvik_host_format Format() const { return api::FormatOf("file." + format); }
 };
 
 void CheckUsage(const BatchOptions& options) {
@@ -59,10 +59,9 @@ void CheckUsage(const BatchOptions& options) {
 }
 
 // The files that provide settings for a photograph.
-std::vector<std::string> SettingsFiles(Photograph photograph, const std::string& input) {
-  photograph.input = input;
+std::vector<std::string> SettingsFiles(const Photograph& photograph, const std::string& input) {
   std::vector<std::string> files;
-  for (const auto& file : {photograph.settings, SidecarOf(photograph)}) {
+  for (const auto& file : {photograph.settings, SidecarOf(photograph, input)}) {
     if (file) files.push_back(*file);
   }
   return files;
@@ -72,7 +71,7 @@ std::vector<BatchOutcome> FirstOutcomes(const BatchOptions& options, const std::
   std::vector<BatchOutcome> outcomes(tasks.size());
   for (std::size_t i = 0; options.resume && i < tasks.size(); ++i) {
     const auto settings = SettingsFiles(options.photograph, tasks[i].input);
-    if (IsDone(tasks[i], settings, options.Format())) outcomes[i].state = BatchState::kSkipped;
+    if (IsDone(tasks[i], settings)) outcomes[i].state = BatchState::kSkipped;
   }
   return outcomes;
 }
@@ -111,7 +110,7 @@ std::optional<Interruption> RunWithProgress(const BatchOptions& options, BatchWo
     RunBatch(work, outcomes, [&](std::size_t i) {
       if (!options.json && outcomes[i].state == BatchState::kDeveloped) {
         bar.Wipe();
-        PrintResult(work.tasks[i].output, outcomes[i].width, outcomes[i].height);
+        PrintResult(work.tasks[i].output, {outcomes[i].width, outcomes[i].height});
         std::cout.flush();
       }
       bar.Advance();

@@ -6,17 +6,10 @@
 #include <memory>
 #include <optional>
 #include <string>
-#include <utility>
 
-#include "develop/engine.h"
-#include "develop/image_metadata.h"
-#include "develop/output_format.h"
-#include "develop/png_file.h"
-#include "develop/settings.h"
-#include "develop/settings_file.h"
-#include "develop/staged_file.h"
+#include "batch/worker_report.h"
 #include "files/file_paths.h"
-#include "lumvik.h"
+#include "lumvik_host.hpp"
 #include "options/export.h"
 #include "options/in_range.h"
 #include "options/photograph.h"
@@ -31,6 +24,7 @@ namespace {
 
 constexpr Range<float> kBlurs = {0, 100};
 constexpr char kPreview[] = "Preview";  // heading of its options in the help
+constexpr char kHidden[] = "";
 
 struct DevelopOptions {
   Photograph photograph;
@@ -40,54 +34,19 @@ struct DevelopOptions {
   std::optional<std::string> preview;
   float background_blur = 0;
   SubjectPoint subject;
+  bool worker_report = false;
 };
 
-Pixels PreviewOf(const DevelopOptions& options, Engine& engine) {
-  EngineContext* const context = engine.Context();
-  if (options.background_blur > 0) {
-    FindSubject(options.photograph.input, options.subject, engine);
-    lumvik_set_bg_blur(context, options.background_blur);
-  }
-  Pixels preview{lumvik_get_width(context), lumvik_get_height(context), 4, {}};
-  preview.data.resize(static_cast<size_t>(preview.width) * static_cast<size_t>(preview.height) * 4);
-  engine.Run("cannot preview '" + options.photograph.input + "'", [&](EngineContext*) {
-    return lumvik_get_preview(context, preview.data.data(), static_cast<int>(preview.data.size()));
-  });
-  return preview;
-}
-
-void WriteOutput(const DevelopOptions& options, const std::filesystem::path& target, OutputFormat format,
-                 Engine& engine) {
-  StagedFile file(target, ExtensionOf(format));
-  engine.Run("cannot write '" + *options.output + "'", [&](EngineContext* context) {
-    const int status = Export(context, options.how, format, file.TemporaryPath().c_str());
-    if (status == 0 && !options.how.no_exif) {
-      CopyMetadata(options.photograph.input, file.TemporaryPath(), options.how.strip_gps);
-    }
-    return status;
-  });
-  file.Commit();
-  PrintResult(*options.output, lumvik_get_width(engine.Context()), lumvik_get_height(engine.Context()));
-}
-
-// The files to write, resolved before any work is done.
-struct Targets {
-  std::filesystem::path output;
-  std::filesystem::path preview;
-  std::filesystem::path settings;
-};
-
-Targets ResolveTargets(const DevelopOptions& options) {
+// Fails before any work is done if a file cannot be written.
+void CheckTargets(const DevelopOptions& options) {
   const auto resolve = [&](const std::optional<std::string>& path) {
     return path ? ResolveOutput(*path, options.photograph.input) : std::filesystem::path();
   };
-  return {resolve(options.output), resolve(options.preview), resolve(options.save_settings)};
-}
-
-void RequireTwoFiles(const DevelopOptions& options, const Targets& targets) {
+  const std::filesystem::path output = resolve(options.output);
+  const std::filesystem::path preview = resolve(options.preview);
+  resolve(options.save_settings);
   if (!options.output || !options.preview) return;
-  if (std::filesystem::weakly_canonical(targets.output) ==
-      std::filesystem::weakly_canonical(targets.preview)) {
+  if (std::filesystem::weakly_canonical(output) == std::filesystem::weakly_canonical(preview)) {
     throw CLI::ValidationError("--preview", "'" + *options.preview + "' is also the file of --output");
   }
 }
@@ -95,36 +54,48 @@ void RequireTwoFiles(const DevelopOptions& options, const Targets& targets) {
 void CheckUsage(const DevelopOptions& options) {
   if (!options.output && !options.preview) throw CLI::RequiredError("--output or --preview");
   if (options.background_blur > 0 && !options.preview) throw CLI::RequiresError("--bg-blur", "--preview");
-  if (options.output) CheckBits(options.how, *OutputFormatOf(*options.output));
+  if (options.output) CheckBits(options.how, api::FormatOf(*options.output));
+}
+
+void WriteOutput(const DevelopOptions& options, api::Photo& photo) {
+  photo.Save(*options.output, SaveOptionsOf(options.how));
+  const api::Size size = photo.PreviewSize();
+  if (options.worker_report) {
+    std::cout << LineOf({size.width, size.height}) << '\n';
+  } else {
+    PrintResult(*options.output, size);
+  }
+}
+
+void WritePreview(const DevelopOptions& options, api::Photo& photo) {
+  api::PreviewOptions how;
+  how.background_blur = options.background_blur;
+  const api::Image preview = photo.Preview(how);
+  api::WritePng(*options.preview, preview, true);
+  PrintResult(*options.preview, {preview.width, preview.height});
 }
 
 void Develop(const DevelopOptions& options) {
   CheckUsage(options);
   RequireReadable(options.photograph.input);
-  const Targets targets = ResolveTargets(options);
-  RequireTwoFiles(options, targets);
-  const std::optional<std::string> sidecar = SidecarOf(options.photograph);
-  Settings given = GivenSettings(options.photograph, sidecar);
+  CheckTargets(options);
+  const std::optional<std::string> sidecar = SidecarOf(options.photograph, options.photograph.input);
+  const api::Settings given = GivenSettings(options.photograph, sidecar);
 
-  Engine engine;
-  Load(options.photograph, engine);
-  const Settings settings = Adjust(options.photograph, std::move(given), engine);
-  engine.Run("cannot develop '" + options.photograph.input + "'", lumvik_process);
+  api::Photo photo = Open(options.photograph);
+  // The point refers to the photograph as it is before development.
+  if (options.background_blur > 0) photo.FindSubject(options.subject.x, options.subject.y);
+  const api::Settings settings = Adjust(options.photograph, given, photo);
+  photo.Render();
 
-  std::unique_ptr<StagedFile> settings_file;
-  if (options.save_settings) settings_file = StageSettings(settings, targets.settings);
-  if (options.output) WriteOutput(options, targets.output, *OutputFormatOf(*options.output), engine);
-  if (options.preview) {
-    const Pixels preview = PreviewOf(options, engine);
-    WritePng(preview, targets.preview);
-    PrintResult(*options.preview, preview.width, preview.height);
-  }
-  PrintSidecar(sidecar);
-  if (settings_file) settings_file->Commit();
+  if (options.save_settings) settings.Write(*options.save_settings, true);
+  if (options.output) WriteOutput(options, photo);
+  if (options.preview) WritePreview(options, photo);
+  if (!options.worker_report) PrintSidecar(sidecar);
 }
 
 std::string CheckExtension(const std::string& path) {
-  if (OutputFormatOf(path)) return {};
+  if (api::FormatOf(path) != LUMVIK_HOST_FORMAT_UNKNOWN) return {};
   return "'" + path + "' does not end in .jpg, .jpeg, .png, .tif or .tiff";
 }
 
@@ -136,6 +107,10 @@ void AddOutputOptions(CLI::App& command, DevelopOptions& options) {
       ->check(CLI::Validator(CheckExtension, ""))
       ->group(kOutputGroup);
   AddExportOptions(command, options.how);
+  AddSettingsOption(command, "--save-settings", options.save_settings,
+                    "Write all settings used to this .json file")
+      ->group(kOutputGroup);
+  command.add_flag(kWorkerReportOption, options.worker_report)->group(kHidden);
 }
 
 void AddPreviewOptions(CLI::App& command, DevelopOptions& options) {
@@ -159,9 +134,6 @@ void AddDevelopCommand(CLI::App& app) {
   AddInputOptions(*command, options->photograph);
   AddDevelopOptions(*command, options->photograph);
   AddOutputOptions(*command, *options);
-  AddSettingsOption(*command, "--save-settings", options->save_settings,
-                    "Write all settings used to this .json file")
-      ->group(kOutputGroup);
   AddPreviewOptions(*command, *options);
   command->callback([options] { Develop(*options); });
 }

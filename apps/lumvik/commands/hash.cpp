@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "develop/path_tools.h"
+#include "similar/photograph_hash.h"
 #include "terminal/reported_failure.h"
 
 namespace lumvik {

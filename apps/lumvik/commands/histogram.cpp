@@ -1,18 +1,15 @@
 #include "commands/histogram.h"
 
 #include <CLI/CLI.hpp>
-#include <filesystem>
 #include <iostream>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <string>
-#include <utility>
 
 #include "commands/histogram_image.h"
-#include "develop/png_file.h"
-#include "develop/settings_json.h"
 #include "files/file_paths.h"
-#include "lumvik.h"
+#include "lumvik_host.hpp"
 #include "options/photograph.h"
 #include "options/png_output.h"
 
@@ -24,37 +21,23 @@ struct HistogramOptions {
   std::optional<std::string> output;
 };
 
-Histograms Count(Engine& engine, const std::string& input) {
-  Histograms counts;
-  engine.Run("cannot develop '" + input + "'", [&](EngineContext* context) {
-    return lumvik_get_histogram(context, counts.red.data(), counts.green.data(), counts.blue.data(),
-                                counts.luminance.data());
-  });
-  return counts;
-}
-
-void Print(const Histograms& counts, int width, int height) {
-  Json root = Json::object();
-  root["width"] = width;
-  root["height"] = height;
-  root["red"] = counts.red;
-  root["green"] = counts.green;
-  root["blue"] = counts.blue;
-  root["luminance"] = counts.luminance;
-  std::cout << root.dump() << '\n';
+void Print(const api::Histogram& counts, api::Size size) {
+  const nlohmann::ordered_json json = {{"width", size.width}, {"height", size.height},
+                                       {"red", counts.red},   {"green", counts.green},
+                                       {"blue", counts.blue}, {"luminance", counts.luminance}};
+  std::cout << json.dump() << '\n';
 }
 
 void ShowHistogram(const HistogramOptions& options) {
-  RequireReadable(options.photograph.input);
-  std::filesystem::path target;
-  if (options.output) target = ResolveOutput(*options.output, options.photograph.input);
-  Settings given = GivenSettings(options.photograph, SidecarOf(options.photograph));
-  Engine engine;
-  Load(options.photograph, engine);
-  Adjust(options.photograph, std::move(given), engine);
-  const Histograms counts = Count(engine, options.photograph.input);
-  if (options.output) WritePng(HistogramImage(counts), target);
-  Print(counts, lumvik_get_width(engine.Context()), lumvik_get_height(engine.Context()));
+  const std::string& input = options.photograph.input;
+  RequireReadable(input);
+  if (options.output) ResolveOutput(*options.output, input);
+  const api::Settings given = GivenSettings(options.photograph, SidecarOf(options.photograph, input));
+  api::Photo photo = Open(options.photograph);
+  Adjust(options.photograph, given, photo);
+  const api::Histogram counts = photo.GetHistogram();
+  if (options.output) api::WritePng(*options.output, HistogramImage(counts), true);
+  Print(counts, photo.PreviewSize());
 }
 
 }  // namespace

@@ -7,8 +7,8 @@
 #include <string>
 #include <vector>
 
-#include "develop/metadata_file.h"
 #include "files/file_paths.h"
+#include "files/metadata_file.h"
 
 namespace lumvik {
 namespace {

@@ -4,9 +4,8 @@
 #include <memory>
 #include <string>
 
-#include "develop/png_file.h"
 #include "files/file_paths.h"
-#include "lumvik.h"
+#include "lumvik_host.hpp"
 #include "options/photograph.h"
 #include "options/png_output.h"
 #include "options/subject.h"
@@ -21,25 +20,14 @@ struct MaskOptions {
   std::string output;
 };
 
-// At the size of the photograph before development.
-Pixels MaskOf(Engine& engine) {
-  Pixels mask{lumvik_get_width(engine.Context()), lumvik_get_height(engine.Context()), 1, {}};
-  mask.data.resize(static_cast<size_t>(mask.width) * static_cast<size_t>(mask.height));
-  engine.Run("cannot get the mask", [&](EngineContext* context) {
-    return lumvik_get_mask(context, mask.data.data(), static_cast<int>(mask.data.size()));
-  });
-  return mask;
-}
-
 void WriteMask(const MaskOptions& options) {
   RequireReadable(options.photograph.input);
-  const auto target = ResolveOutput(options.output, options.photograph.input);
-  Engine engine;
-  Load(options.photograph, engine);
-  FindSubject(options.photograph.input, options.point, engine);
-  const Pixels mask = MaskOf(engine);
-  WritePng(mask, target);
-  PrintResult(options.output, mask.width, mask.height);
+  ResolveOutput(options.output, options.photograph.input);
+  api::Photo photo = Open(options.photograph);
+  photo.FindSubject(options.point.x, options.point.y);
+  const api::Image mask = photo.Mask();
+  api::WritePng(options.output, mask, true);
+  PrintResult(options.output, {mask.width, mask.height});
 }
 
 }  // namespace

@@ -2,19 +2,16 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <string>
 
-#include "develop/camera_raw_settings.h"
-#include "develop/settings_file.h"
-#include "develop/settings_import.h"
-#include "develop/settings_json.h"
 #include "files/file_paths.h"
+#include "lumvik_host.hpp"
 #include "options/settings_output.h"
+#include "terminal/json.h"
 
 namespace lumvik {
 namespace {
@@ -25,54 +22,44 @@ struct ImportOptions {
   bool json = false;
 };
 
-const char* NameOf(Outcome outcome) {
-  switch (outcome) {
-    case Outcome::kTaken:
-      return "taken";
-    case Outcome::kScaled:
-      return "scaled";
-    default:
-      return "ignored";
-  }
-}
-
 // Lines such as "scaled   Whites2012 +20: whites (times -1)". Control characters in values become spaces.
-void PrintList(const SettingsImport& import) {
-  for (const ImportedProperty& property : import.properties) {
-    std::string value = property.value;
+void PrintList(const Json& report) {
+  for (const Json& property : report["properties"]) {
+    const auto text = [&](const char* name) { return property[name].get<std::string>(); };
+    std::string value = text("value");
     std::replace_if(
         value.begin(), value.end(), [](unsigned char c) { return c < ' '; }, ' ');
-    std::cerr << std::left << std::setw(9) << NameOf(property.outcome) << property.name << ' ' << value;
-    if (!property.key.empty()) std::cerr << ": " << property.key;
-    if (!property.note.empty()) std::cerr << " (" << property.note << ')';
+    std::cerr << std::left << std::setw(9) << text("outcome") << text("name") << ' ' << value;
+    if (!text("key").empty()) std::cerr << ": " << text("key");
+    if (!text("note").empty()) std::cerr << " (" << text("note") << ')';
     std::cerr << '\n';
   }
 }
 
-void PrintJson(const std::string& file, const SettingsImport& import) {
-  Json root = {{"file", file}, {"settings", Json::parse(SettingsText(import.settings))}};
+void PrintReport(const Json& report, const api::Settings& settings) {
+  Json root = {{"file", report["file"]}, {"settings", Json::parse(settings.ToJson())}};
   Json& properties = root["properties"] = Json::array();
-  for (const ImportedProperty& property : import.properties) {
-    properties.push_back({{"name", property.name},
-                          {"value", property.value},
-                          {"outcome", NameOf(property.outcome)},
-                          {"setting", property.key},
-                          {"note", property.note}});
+  for (const Json& property : report["properties"]) {
+    properties.push_back({{"name", property["name"]},
+                          {"value", property["value"]},
+                          {"outcome", property["outcome"]},
+                          {"setting", property["key"]},
+                          {"note", property["note"]}});
   }
-  // File names need not be valid UTF-8, but JSON must.
-  std::cout << root.dump(2, ' ', false, Json::error_handler_t::replace) << '\n';
+  PrintIndented(root);
 }
 
 void ImportFile(const ImportOptions& options) {
-  const CameraRawSettings found = ReadCameraRawSettings(options.input);
-  const SettingsImport import = ImportSettings(found);
-  if (options.output) StageSettings(import.settings, ResolveOutput(*options.output, options.input))->Commit();
-  if (options.json) {
-    PrintJson(found.file, import);
-    return;
+  std::string report_text;
+  const api::Settings settings = api::Settings::ImportXmp(options.input, &report_text);
+  const Json report = Json::parse(report_text);
+  if (options.output) {
+    ResolveOutput(*options.output, options.input);
+    settings.Write(*options.output, true);
   }
-  if (!options.output) std::cout << SettingsText(import.settings);
-  PrintList(import);
+  if (options.json) return PrintReport(report, settings);
+  if (!options.output) std::cout << settings.ToJson();
+  PrintList(report);
 }
 
 }  // namespace

@@ -10,13 +10,14 @@
 #include <utility>
 #include <vector>
 
-#include "develop/path_tools.h"
 #include "files/photograph_walk.h"
 #include "options/in_range.h"
 #include "options/jobs.h"
 #include "options/range.h"
 #include "similar/hamming_groups.h"
 #include "similar/parallel_hashes.h"
+#include "similar/photograph_hash.h"
+#include "terminal/json.h"
 #include "terminal/progress_bar.h"
 #include "terminal/reported_failure.h"
 
@@ -99,8 +100,7 @@ void PrintJson(const std::vector<Group>& groups, int threshold) {
       members.push_back({{"hash", HexOf(photograph.hash)}, {"path", photograph.path}});
     }
   }
-  // File names need not be valid UTF-8, but JSON must.
-  std::cout << json.dump(2, ' ', false, nlohmann::ordered_json::error_handler_t::replace) << '\n';
+  PrintIndented(json);
 }
 
 void PrintSimilar(const SimilarOptions& options) {

@@ -1,18 +1,17 @@
 #include "commands/suggest.h"
 
 #include <CLI/CLI.hpp>
+#include <cstdint>
 #include <iomanip>
 #include <iostream>
 #include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
-#include "develop/engine.h"
-#include "develop/settings_json.h"
-#include "develop/suggestions.h"
 #include "files/file_paths.h"
+#include "lumvik_host.hpp"
 #include "options/photograph.h"
+#include "terminal/json.h"
 
 namespace lumvik {
 namespace {
@@ -22,39 +21,41 @@ struct SuggestOptions {
   bool json = false;
 };
 
-// By tool, in output order.
-using Suggestions = std::vector<std::pair<std::string, Settings>>;
+struct Tool {
+  const char* name;
+  std::uint32_t suggests;
+};
 
-Suggestions Collect(Engine& engine) {
-  return {{"exposure", SuggestedExposure(engine)},
-          {"white_balance", SuggestedWhiteBalance(engine)},
-          {"enhance", SuggestedEnhancement(engine)},
-          {"crop", SuggestedCrop(engine)},
-          {"straighten", SuggestedRotation(engine)}};
-}
+// In output order.
+constexpr Tool kTools[] = {{"exposure", LUMVIK_HOST_SUGGEST_EXPOSURE},
+                           {"white_balance", LUMVIK_HOST_SUGGEST_WHITE_BALANCE},
+                           {"enhance", LUMVIK_HOST_SUGGEST_ENHANCEMENT},
+                           {"crop", LUMVIK_HOST_SUGGEST_CROP},
+                           {"straighten", LUMVIK_HOST_SUGGEST_ROTATION}};
 
 // Calls `print(tool, key, value)` for each value. Keys are in the order of a settings file.
 template <typename Print>
-void ForEachValue(const Suggestions& suggestions, const Print& print) {
-  for (const auto& [tool, settings] : suggestions) {
-    for (const SettingRule& rule : SettingRules()) {
-      const auto setting = settings.find(rule.key);
-      if (setting != settings.end()) print(tool, rule.key, std::get<float>(setting->second));
+void ForEachValue(api::Photo& photo, const Print& print) {
+  const std::vector<api::SettingInfo> known = api::DescribeSettings();
+  for (const Tool& tool : kTools) {
+    const api::Settings suggested = photo.Suggest(tool.suggests);
+    for (const api::SettingInfo& info : known) {
+      if (suggested.Has(info.key)) print(tool.name, std::string(info.key), suggested.Number(info.key));
     }
   }
 }
 
-void PrintJson(const Suggestions& suggestions) {
+void PrintJson(api::Photo& photo) {
   Json root = Json::object();
-  ForEachValue(suggestions, [&](const std::string& tool, const std::string& key, float value) {
+  ForEachValue(photo, [&](const char* tool, const std::string& key, float value) {
     root[tool][key.substr(key.find('.') + 1)] = value;
   });
-  std::cout << root.dump(2) << '\n';
+  PrintIndented(root);
 }
 
-void PrintTable(const Suggestions& suggestions) {
+void PrintTable(api::Photo& photo) {
   std::cout << std::fixed << std::setprecision(4);
-  ForEachValue(suggestions, [](const std::string& tool, const std::string& key, float value) {
+  ForEachValue(photo, [](const char* tool, const std::string& key, float value) {
     std::cout << std::left << std::setw(15) << tool << std::setw(22) << key << std::right << std::setw(10)
               << value << '\n';
   });
@@ -62,13 +63,11 @@ void PrintTable(const Suggestions& suggestions) {
 
 void Suggest(const SuggestOptions& options) {
   RequireReadable(options.photograph.input);
-  Engine engine;
-  Load(options.photograph, engine);
-  const Suggestions suggestions = Collect(engine);
+  api::Photo photo = Open(options.photograph);
   if (options.json) {
-    PrintJson(suggestions);
+    PrintJson(photo);
   } else {
-    PrintTable(suggestions);
+    PrintTable(photo);
   }
 }
 

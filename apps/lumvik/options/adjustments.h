@@ -4,12 +4,12 @@
 
 #include <CLI/App.hpp>
 
-#include "develop/settings.h"
+#include "lumvik_host.hpp"
 
 namespace lumvik {
 
 // Adds an option for every setting. Parsing stores the values in `given`, which must outlive `command`.
-void AddAdjustmentOptions(CLI::App& command, Settings& given);
+void AddAdjustmentOptions(CLI::App& command, api::Settings& given);
 
 }  // namespace lumvik
 

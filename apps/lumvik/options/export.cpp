@@ -10,7 +10,6 @@ namespace lumvik {
 namespace {
 
 constexpr Range<int> kJpegQualities = {1, 100};
-constexpr int kNoExif = 0;  // the engine copies EXIF from JPEG to JPEG only; see CopyMetadata
 
 std::string CheckBitDepth(const std::string& text) {
   if (text == "8" || text == "16") return {};
@@ -35,25 +34,25 @@ void AddExportOptions(CLI::App& command, ExportOptions& options) {
   command.add_flag("--strip-gps", options.strip_gps, "Do not copy GPS data")->group(kOutputGroup);
 }
 
-void CheckBits(const ExportOptions& options, OutputFormat format) {
-  if (format == OutputFormat::kJpeg && options.bits == 16) {
+void CheckBits(const ExportOptions& options, lumvik_host_format format) {
+  if (format == LUMVIK_HOST_FORMAT_JPEG && options.bits == 16) {
     throw CLI::ValidationError("--bits", "JPEG has 8 bits per channel; write a PNG or TIFF for 16");
   }
-  if (format == OutputFormat::kTiff && options.bits == 8) {
+  if (format == LUMVIK_HOST_FORMAT_TIFF && options.bits == 8) {
     throw CLI::ValidationError("--bits", "TIFF is written with 16 bits per channel; write a PNG for 8");
   }
 }
 
-int Export(EngineContext* context, const ExportOptions& options, OutputFormat format, const char* path) {
-  switch (format) {
-    case OutputFormat::kJpeg:
-      return lumvik_export_jpeg(context, path, options.jpeg_quality, 0, kNoExif);
-    case OutputFormat::kPng:
-      return lumvik_export_png(context, path, options.bits.value_or(8));
-    case OutputFormat::kTiff:
-      return lumvik_export_tiff(context, path);
-  }
-  return -1;
+api::SaveOptions SaveOptionsOf(const ExportOptions& options) {
+  api::SaveOptions save;
+  save.quality = options.jpeg_quality;
+  save.bits = options.bits.value_or(0);
+  save.metadata = LUMVIK_HOST_METADATA_KEEP;
+  if (options.strip_gps) save.metadata = LUMVIK_HOST_METADATA_NO_POSITION;
+  if (options.no_exif) save.metadata = LUMVIK_HOST_METADATA_NONE;
+  save.overwrite = 1;
+  save.no_profile = 1;
+  return save;
 }
 
 }  // namespace lumvik

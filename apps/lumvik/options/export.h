@@ -5,8 +5,7 @@
 #include <CLI/App.hpp>
 #include <optional>
 
-#include "develop/output_format.h"
-#include "lumvik.h"
+#include "lumvik_host.hpp"
 
 namespace lumvik {
 
@@ -24,10 +23,10 @@ struct ExportOptions {
 void AddExportOptions(CLI::App& command, ExportOptions& options);
 
 // Throws CLI::ValidationError for a bit depth that the format does not support.
-void CheckBits(const ExportOptions& options, OutputFormat format);
+void CheckBits(const ExportOptions& options, lumvik_host_format format);
 
-// Writes the developed image to `path`, without metadata. Returns the engine's status.
-int Export(EngineContext* context, const ExportOptions& options, OutputFormat format, const char* path);
+// The options for saving, which replaces existing files.
+api::SaveOptions SaveOptionsOf(const ExportOptions& options);
 
 }  // namespace lumvik
 

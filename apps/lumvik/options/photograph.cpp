@@ -1,12 +1,9 @@
 #include "options/photograph.h"
 
 #include <CLI/CLI.hpp>
+#include <cstdint>
 
-#include "develop/settings_file.h"
-#include "develop/sidecar.h"
-#include "develop/suggestions.h"
 #include "files/file_paths.h"
-#include "lumvik.h"
 #include "options/adjustments.h"
 #include "options/in_range.h"
 #include "options/range.h"
@@ -15,11 +12,30 @@ namespace lumvik {
 namespace {
 
 constexpr Range<int> kDecodeQualities = {1, 4};
+constexpr char kSettingsSidecar[] = ".lumvik.json";
 
 // Headings in the help.
 constexpr char kInput[] = "Input";
 constexpr char kSettingsFile[] = "Settings file";
 constexpr char kAutomatic[] = "Automatic";
+
+std::uint32_t WhatToSuggest(const Photograph& photograph) {
+  std::uint32_t what = 0;
+  if (photograph.auto_enhance) what |= LUMVIK_HOST_SUGGEST_ENHANCEMENT;
+  if (photograph.auto_crop) what |= LUMVIK_HOST_SUGGEST_CROP;
+  if (photograph.auto_straighten) what |= LUMVIK_HOST_SUGGEST_ROTATION;
+  return what;
+}
+
+// A value for every setting.
+api::Settings NeutralSettings() {
+  api::Settings settings;
+  settings.SetEngineValues();
+  for (const api::SettingInfo& info : api::DescribeSettings()) {
+    if (info.engine_value != info.neutral_value) settings.SetNumber(info.key, info.neutral_value);
+  }
+  return settings;
+}
 
 }  // namespace
 
@@ -59,33 +75,35 @@ void AddDevelopOptions(CLI::App& command, Photograph& photograph) {
       ->group(kAutomatic);
 }
 
-std::optional<std::string> SidecarOf(const Photograph& photograph) {
-  return photograph.no_sidecar ? std::nullopt : FindSidecar(photograph.input, kSettingsSidecar);
+std::optional<std::string> SidecarOf(const Photograph& photograph, const std::string& input) {
+  return photograph.no_sidecar ? std::nullopt : api::FindSidecar(input, kSettingsSidecar);
 }
 
-Settings GivenSettings(const Photograph& photograph, const std::optional<std::string>& sidecar) {
-  Settings settings = photograph.given;
-  for (const auto& file : {photograph.settings, sidecar}) {
+api::Settings GivenSettings(const Photograph& photograph, const std::optional<std::string>& sidecar) {
+  api::Settings settings;
+  for (const auto& file : {sidecar, photograph.settings}) {
     if (!file) continue;
     RequireReadable(*file);
-    settings.merge(ReadSettings(*file));
+    settings.Merge(api::Settings::Read(*file));
   }
+  settings.Merge(photograph.given);
   return settings;
 }
 
-void Load(const Photograph& photograph, Engine& engine) {
-  engine.Run("cannot read '" + photograph.input + "'", [&](EngineContext* context) {
-    return lumvik_load_arw(context, photograph.input.c_str(), photograph.decode_quality);
-  });
+api::Photo Open(const Photograph& photograph) {
+  api::OpenOptions options;
+  options.quality = photograph.decode_quality;
+  options.keep_colors = 1;
+  return api::Photo(photograph.input, options);
 }
 
-Settings Adjust(const Photograph& photograph, Settings given, Engine& engine) {
-  if (photograph.auto_enhance) given.merge(SuggestedEnhancement(engine));
-  if (photograph.auto_crop) given.merge(SuggestedCrop(engine));
-  if (photograph.auto_straighten) given.merge(SuggestedRotation(engine));
-  given.merge(DefaultSettings());
-  Apply(given, engine.Context());
-  return given;
+api::Settings Adjust(const Photograph& photograph, const api::Settings& given, api::Photo& photo) {
+  api::Settings settings = NeutralSettings();
+  const std::uint32_t what = WhatToSuggest(photograph);
+  if (what != 0) settings.Merge(photo.Suggest(what));
+  settings.Merge(given);
+  photo.SetSettings(settings);
+  return settings;
 }
 
 }  // namespace lumvik

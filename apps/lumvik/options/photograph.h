@@ -6,8 +6,7 @@
 #include <optional>
 #include <string>
 
-#include "develop/engine.h"
-#include "develop/settings.h"
+#include "lumvik_host.hpp"
 
 namespace lumvik {
 
@@ -15,7 +14,7 @@ namespace lumvik {
 struct Photograph {
   std::string input;
   int decode_quality = 1;
-  Settings given;                       // by single options
+  api::Settings given;                  // by single options
   std::optional<std::string> settings;  // settings file
   bool no_sidecar = false;
   bool auto_enhance = false;
@@ -29,18 +28,18 @@ void AddInputOptions(CLI::App& command, Photograph& photograph);
 void AddDecodingOption(CLI::App& command, Photograph& photograph);
 void AddDevelopOptions(CLI::App& command, Photograph& photograph);
 
-// The settings file next to the photograph, unless there is none or it is disabled.
-std::optional<std::string> SidecarOf(const Photograph& photograph);
+// The settings file next to the file `input`, unless there is none or it is disabled.
+std::optional<std::string> SidecarOf(const Photograph& photograph, const std::string& input);
 
 // The settings that were given. Options override the settings file, which overrides the sidecar. This and the
 // functions below throw std::runtime_error.
-Settings GivenSettings(const Photograph& photograph, const std::optional<std::string>& sidecar);
+api::Settings GivenSettings(const Photograph& photograph, const std::optional<std::string>& sidecar);
 
-void Load(const Photograph& photograph, Engine& engine);
+api::Photo Open(const Photograph& photograph);
 
-// Applies settings to the photograph just loaded: those given override the suggestions of the engine, where
-// requested, and these override the defaults. Returns a value for every setting.
-Settings Adjust(const Photograph& photograph, Settings given, Engine& engine);
+// Sets the settings of the photo: those given override suggestions, where requested, and these override the
+// neutral ones. Returns a value for every setting.
+api::Settings Adjust(const Photograph& photograph, const api::Settings& given, api::Photo& photo);
 
 }  // namespace lumvik
 

@@ -5,7 +5,7 @@
 #include <CLI/CLI.hpp>
 #include <string>
 
-#include "develop/output_format.h"
+#include "lumvik_host.hpp"
 
 namespace lumvik {
 
@@ -13,7 +13,7 @@ namespace lumvik {
 template <typename Path>
 CLI::Option* AddPngOption(CLI::App& command, const std::string& name, Path& path, const std::string& help) {
   const auto check = [](const std::string& text) {
-    return OutputFormatOf(text) == OutputFormat::kPng ? "" : "'" + text + "' does not end in .png";
+    return api::FormatOf(text) == LUMVIK_HOST_FORMAT_PNG ? "" : "'" + text + "' does not end in .png";
   };
   return command.add_option(name, path, help)->type_name("OUT")->check(CLI::Validator(check, ""));
 }

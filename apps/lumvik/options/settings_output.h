@@ -7,9 +7,9 @@
 #include <optional>
 #include <string>
 
-#include "develop/settings_file.h"
-
 namespace lumvik {
+
+inline constexpr char kSettingsExtension[] = ".json";
 
 // `path` must outlive the command. Requiring the extension keeps a slip from overwriting a photograph.
 inline CLI::Option* AddSettingsOption(CLI::App& command, const std::string& name,

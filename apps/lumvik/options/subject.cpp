@@ -4,14 +4,12 @@
 #include <stdexcept>
 #include <vector>
 
-#include "lumvik.h"
 #include "options/number_list.h"
 
 namespace lumvik {
 namespace {
 
 constexpr Range<float> kWithinImage = {0, 1};
-constexpr int kNoRawImage = -1;  // from lumvik_segment_subject(), when a photograph is loaded
 
 }  // namespace
 
@@ -29,15 +27,6 @@ CLI::Option* AddSubjectOption(CLI::App& command, SubjectPoint& point) {
                                         "Where to look for the subject, as fractions 0..1 of width and "
                                         "height from the top left corner (default: the center)")
       ->type_name("X,Y");
-}
-
-void FindSubject(const std::string& input, SubjectPoint point, Engine& engine) {
-  const std::string failure = "cannot find the subject of '" + input + "'";
-  engine.Run(failure, [&](EngineContext* context) {
-    const int status = lumvik_segment_subject(context, point.x, point.y);
-    if (status == kNoRawImage) throw std::runtime_error("it is not a camera RAW file");
-    return status;
-  });
 }
 
 }  // namespace lumvik

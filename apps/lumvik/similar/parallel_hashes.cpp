@@ -7,7 +7,7 @@
 #include <future>
 #include <system_error>
 
-#include "develop/path_tools.h"
+#include "similar/photograph_hash.h"
 
 namespace lumvik {
 namespace {

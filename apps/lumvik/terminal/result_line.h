@@ -6,10 +6,12 @@
 #include <optional>
 #include <string>
 
+#include "lumvik_host.hpp"
+
 namespace lumvik {
 
-inline void PrintResult(const std::string& file, int width, int height) {
-  std::cout << file << ' ' << width << 'x' << height << '\n';
+inline void PrintResult(const std::string& file, api::Size size) {
+  std::cout << file << ' ' << size.width << 'x' << size.height << '\n';
 }
 
 // The user may be unaware of the file.

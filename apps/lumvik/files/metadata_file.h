@@ -1,6 +1,6 @@
 // Reads files with exiv2.
-#ifndef LUMVIK_APPS_DEVELOP_METADATA_FILE_H_
-#define LUMVIK_APPS_DEVELOP_METADATA_FILE_H_
+#ifndef LUMVIK_APPS_FILES_METADATA_FILE_H_
+#define LUMVIK_APPS_FILES_METADATA_FILE_H_
 
 #include <exiv2/exiv2.hpp>
 #include <memory>
@@ -16,4 +16,4 @@ MetadataFile ReadMetadata(const std::string& path);
 
 }  // namespace lumvik
 
-#endif  // LUMVIK_APPS_DEVELOP_METADATA_FILE_H_
+#endif  // LUMVIK_APPS_FILES_METADATA_FILE_H_

@@ -1,4 +1,4 @@
-#include "develop/metadata_file.h"
+#include "files/metadata_file.h"
 
 #include <filesystem>
 
