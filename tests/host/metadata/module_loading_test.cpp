@@ -34,7 +34,7 @@ TEST(ModuleLoadingTest, ManyThreadsMayLoadIt) {
 
 #if !defined(_WIN32)
 
-// A process can load a module only once, so each of these tests runs in a process of its own.
+// A process loads a module only once, so each of these tests starts another.
 class UnusableModuleTest : public ::testing::Test {
  protected:
   UnusableModuleTest() { ::testing::FLAGS_gtest_death_test_style = "threadsafe"; }
