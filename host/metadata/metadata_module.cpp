@@ -1,25 +1,169 @@
 #include "metadata/metadata_module.h"
 
+#include <algorithm>
+#include <cstdint>
+#include <exception>
+#include <filesystem>
+#include <iterator>
+#include <limits>
+#include <new>
+#include <string_view>
+
 #include "base/failure.h"
+#include "files/file_reading.h"
+#include "files/safe_file.h"
+#include "metadata/loaded_module.h"
 
 namespace lumvik::host {
+namespace {
+
+constexpr const char* kXmpExtensions[] = {".xmp", ".XMP"};
+constexpr char kOwnPrefix[] = "lumvik";
+
+// Far more than masks take in any sidecar.
+constexpr std::uintmax_t kMaxXmpBytes = std::uintmax_t{64} << 20;
+
+Failure UnreadableSettings(Status status, const std::string& path, const std::string& why) {
+  return {status, "cannot read '" + path + "': " + why};
+}
+
+// Turns the status of a module function into a failure. `what` was attempted.
+void RequireSuccess(std::int32_t status, const std::string& what, const lumvik_metadata_error& error) {
+  switch (status) {
+    case LUMVIK_METADATA_OK:
+    case LUMVIK_METADATA_NONE:
+      return;
+    case LUMVIK_METADATA_DAMAGED:
+      throw Failure(LUMVIK_HOST_DAMAGED, what + ": " + OneLine(error.text));
+    case LUMVIK_METADATA_UNWRITABLE:
+      throw Failure(LUMVIK_HOST_UNSUPPORTED, what + ": " + OneLine(error.text));
+    default:
+      throw std::bad_alloc();
+  }
+}
+
+// Receives properties. No exception may leave a callback: it returns 0, which ends as std::bad_alloc.
+std::int32_t ReceiveProperty(void* user, const char* prefix, const char* name, const char* const* parts,
+                             std::size_t count) noexcept {
+  try {
+    auto& settings = *static_cast<CameraRawSettings*>(user);
+    auto& list = prefix == std::string_view(kOwnPrefix) ? settings.own_properties : settings.properties;
+    list.emplace_back(name, std::vector<std::string>(parts, parts + count));
+    return 1;
+  } catch (const std::exception&) {
+    return 0;
+  }
+}
+
+std::int32_t ReceiveFile(void* user, const void* data, std::size_t size) noexcept {
+  try {
+    static_cast<std::string*>(user)->assign(static_cast<const char*>(data), size);
+    return 1;
+  } catch (const std::exception&) {
+    return 0;
+  }
+}
+
+void ReadPacket(const std::string& path, CameraRawSettings& settings) {
+  const std::string packet = ReadFile(path, kMaxXmpBytes);
+  lumvik_metadata_frame frame{};
+  lumvik_metadata_error error{};
+  RequireSuccess(
+      ModuleCalls()->read_packet(packet.data(), packet.size(), &frame, ReceiveProperty, &settings, &error),
+      "cannot read '" + path + "'", error);
+  settings.file = path;
+  settings.frame = {frame.width, frame.height, frame.orientation};
+}
+
+void ReadPhotograph(const std::string& path, CameraRawSettings& settings) {
+  RequireReadable(path);
+  lumvik_metadata_frame frame{};
+  lumvik_metadata_error error{};
+  const std::int32_t status =
+      ModuleCalls()->read_photograph(path.c_str(), &frame, ReceiveProperty, &settings, &error);
+  RequireSuccess(status, "cannot read '" + path + "'", error);
+  if (status == LUMVIK_METADATA_NONE) {
+    throw UnreadableSettings(LUMVIK_HOST_NOT_FOUND, path,
+                             "it is neither an XMP file nor a photograph with metadata");
+  }
+  settings.file = path;
+  settings.frame = {frame.width, frame.height, frame.orientation};
+}
+
+bool IsXmp(const std::string& path) {
+  const std::string extension = PathOf(path).extension().u8string();
+  return std::find(std::begin(kXmpExtensions), std::end(kXmpExtensions), extension) !=
+         std::end(kXmpExtensions);
+}
+
+std::optional<std::string> XmpSidecar(const std::string& photograph) {
+  const std::filesystem::path path = PathOf(photograph);
+  for (const char* extension : kXmpExtensions) {
+    for (const std::filesystem::path& stem : {path, path.parent_path() / path.stem()}) {
+      std::error_code ignored;  // an inaccessible file counts as found; reading it reports the reason
+      const std::filesystem::path sidecar = stem.u8string() + extension;
+      if (symlink_status(sidecar, ignored).type() != std::filesystem::file_type::not_found) {
+        return sidecar.u8string();
+      }
+    }
+  }
+  return std::nullopt;
+}
+
+}  // namespace
 
 void RequireMetadataModule() {
-  throw Failure(LUMVIK_HOST_UNSUPPORTED, "the metadata module is not installed");
+  const ModuleCalls loaded;
 }
 
-CameraRawSettings ReadCameraRawSettings(const std::string& /*path*/) {
-  RequireMetadataModule();
-  return {};
+CameraRawSettings ReadCameraRawSettings(const std::string& path) {
+  CameraRawSettings settings;
+  if (IsXmp(path)) {
+    ReadPacket(path, settings);
+  } else {
+    ReadPhotograph(path, settings);
+    if (const auto sidecar = XmpSidecar(path)) {
+      const StoredFrame frame = settings.frame;
+      settings = {};
+      ReadPacket(*sidecar, settings);
+      settings.frame = frame;
+    }
+  }
+  if (settings.properties.empty() && settings.own_properties.empty()) {
+    throw UnreadableSettings(LUMVIK_HOST_NOT_FOUND, settings.file,
+                             "it has no Camera Raw or Lightroom settings");
+  }
+  return settings;
 }
 
-void CopyMetadata(const std::string& /*photograph*/, const std::string& /*image*/,
-                  const MetadataOptions& /*options*/) {
-  RequireMetadataModule();
+void CopyMetadata(const std::string& photograph, const std::string& image, const MetadataOptions& options) {
+  RequireReadable(photograph);
+  const std::string bytes = ReadFile(image, std::numeric_limits<std::uintmax_t>::max());
+  const lumvik_metadata_copy_options copy = {options.keep_position ? 1 : 0, options.is_raw ? 1 : 0,
+                                             options.copyright ? options.copyright->c_str() : nullptr};
+  std::string written;
+  lumvik_metadata_error error{};
+  const std::int32_t status = ModuleCalls()->copy(photograph.c_str(), bytes.data(), bytes.size(), &copy,
+                                                  ReceiveFile, &written, &error);
+  const bool damaged = status == LUMVIK_METADATA_DAMAGED;
+  RequireSuccess(status,
+                 damaged ? "cannot read the metadata of '" + photograph + "'" : "cannot write the metadata",
+                 error);
+  if (written.empty()) return;
+  if (const std::error_code failure = FillFile(PathOf(image), written)) {
+    throw Failure(StatusOf(failure), "cannot write the metadata: " + failure.message());
+  }
 }
 
-ModuleExif ReadModuleExif(const std::string& /*path*/) {
-  return {};
+ModuleExif ReadModuleExif(const std::string& path) {
+  lumvik_metadata_exif exif{};
+  lumvik_metadata_error ignored{};
+  try {
+    ModuleCalls()->read_exif(path.c_str(), &exif, &ignored);
+  } catch (const Failure&) {
+    return {};  // without the module
+  }
+  return {exif.lens, exif.datetime};
 }
 
 }  // namespace lumvik::host

@@ -1,4 +1,4 @@
-// What takes the metadata module, a separate library that is loaded at run time. Without it, every function
+// What needs the metadata module, a separate library that is loaded at run time. Without it, every function
 // but ReadModuleExif throws Failure with LUMVIK_HOST_UNSUPPORTED.
 #ifndef LUMVIK_HOST_METADATA_METADATA_MODULE_H_
 #define LUMVIK_HOST_METADATA_METADATA_MODULE_H_
@@ -32,19 +32,23 @@ struct CameraRawSettings {
 };
 
 // Reads the settings of an .xmp file, or of a photograph: from its XMP sidecar, else from its own metadata.
+// Throws Failure: LUMVIK_HOST_NOT_FOUND if there are none.
 CameraRawSettings ReadCameraRawSettings(const std::string& path);
 
 struct MetadataOptions {
   bool keep_position = true;
   std::optional<std::string> copyright;
-  bool is_raw =
-      false;  // the photograph is a RAW file, which is developed to sRGB whatever the camera's setting
+  bool is_raw = false;  // developed to sRGB, whatever the camera's setting
 };
 
-// Copies metadata about the shot and its author from a photograph to an image fresh from the engine.
+// Copies metadata about the shot and its author from a photograph to an image fresh from the engine. Size and
+// orientation are set to those of the image, whose pixels are upright. Data about the original file, such as
+// thumbnails and maker notes, is dropped. A photograph in a format without metadata is not an error. Throws
+// Failure: LUMVIK_HOST_DAMAGED for metadata that cannot be read, LUMVIK_HOST_UNSUPPORTED for metadata that
+// the format of the image cannot hold.
 void CopyMetadata(const std::string& photograph, const std::string& image, const MetadataOptions& options);
 
-// What the module knows of a photograph; "" where it does not.
+// What the module knows of a photograph; "" for what it does not.
 struct ModuleExif {
   std::string lens;
   std::string datetime;  // "2024:05:31 18:20:00"

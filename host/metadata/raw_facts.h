@@ -1,0 +1,27 @@
+// What LibRaw knows of a RAW file beyond what the engine reports.
+#ifndef LUMVIK_HOST_METADATA_RAW_FACTS_H_
+#define LUMVIK_HOST_METADATA_RAW_FACTS_H_
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace lumvik::host {
+
+struct RawFacts {
+  std::int32_t width = 0;  // pixels at full size, as stored
+  std::int32_t height = 0;
+  std::int32_t orientation = 1;  // EXIF code, 1 to 8
+  std::string lens;              // "" if unknown
+  std::string datetime;          // "2024:05:31 18:20:00", as stored; "" if unknown
+  double latitude;               // degrees, south negative; NaN if unknown
+  double longitude;              // degrees, west negative; NaN if unknown
+};
+
+// Nothing for a file that LibRaw rejects. Only for files that the engine has loaded: it protects LibRaw from
+// damaged ones.
+std::optional<RawFacts> ReadRawFacts(const std::string& path);
+
+}  // namespace lumvik::host
+
+#endif  // LUMVIK_HOST_METADATA_RAW_FACTS_H_

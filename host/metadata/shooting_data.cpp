@@ -1,0 +1,71 @@
+#include "metadata/shooting_data.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+
+#include "metadata/metadata_module.h"
+#include "metadata/raw_facts.h"
+
+namespace lumvik::host {
+namespace {
+
+constexpr std::int32_t kUpright = 1;  // EXIF orientations
+constexpr std::int32_t kLastOrientation = 8;
+
+template <std::size_t kSize>
+void FillIfEmpty(char (&field)[kSize], const std::string& text) {
+  if (field[0] != '\0') return;
+  const std::size_t size = std::min(text.size(), kSize - 1);
+  std::memcpy(field, text.data(), size);
+  field[size] = '\0';
+}
+
+void FillIfUnknown(double& coordinate, double degrees) {
+  if (std::isnan(coordinate)) coordinate = degrees;
+}
+
+lumvik_host_exif HostExifOf(const ExifInfo& reported) {
+  lumvik_host_exif exif{};
+  exif.struct_size = sizeof(exif);
+  exif.iso = reported.iso;
+  FillIfEmpty(exif.make, reported.make);
+  FillIfEmpty(exif.model, reported.model);
+  FillIfEmpty(exif.lens, reported.lens);
+  FillIfEmpty(exif.datetime, reported.datetime);
+  exif.focal_length = reported.focal_length;
+  exif.f_number = reported.f_number;
+  exif.exposure_time = reported.exposure_time;
+  exif.orientation = std::clamp(reported.orientation, kUpright, kLastOrientation);
+  if (exif.orientation != reported.orientation) exif.orientation = kUpright;
+  exif.width = reported.width;
+  exif.height = reported.height;
+  exif.gps_latitude = reported.gps_latitude;
+  exif.gps_longitude = reported.gps_longitude;
+  return exif;
+}
+
+}  // namespace
+
+lumvik_host_exif CompleteShootingData(const ExifInfo& reported, const std::string& path, bool is_raw) {
+  lumvik_host_exif exif = HostExifOf(reported);
+  if (!is_raw) return exif;
+  if (const std::optional<RawFacts> facts = ReadRawFacts(path)) {
+    // The engine reports the size in memory, which depends on the quality, and LibRaw's own orientation code.
+    exif.width = facts->width;
+    exif.height = facts->height;
+    exif.orientation = facts->orientation;
+    FillIfEmpty(exif.lens, facts->lens);
+    FillIfEmpty(exif.datetime, facts->datetime);
+    FillIfUnknown(exif.gps_latitude, facts->latitude);
+    FillIfUnknown(exif.gps_longitude, facts->longitude);
+  }
+  if (exif.lens[0] == '\0' || exif.datetime[0] == '\0') {
+    const ModuleExif more = ReadModuleExif(path);
+    FillIfEmpty(exif.lens, more.lens);
+    FillIfEmpty(exif.datetime, more.datetime);
+  }
+  return exif;
+}
+
+}  // namespace lumvik::host
