@@ -150,7 +150,7 @@ void CopyMetadata(const std::string& photograph, const std::string& image, const
                  damaged ? "cannot read the metadata of '" + photograph + "'" : "cannot write the metadata",
                  error);
   if (written.empty()) return;
-  if (const std::error_code failure = FillFile(PathOf(image), written)) {
+  if (const std::error_code failure = FillFile(PathOf(image), written, WriteMode::kReplace)) {
     throw Failure(StatusOf(failure), "cannot write the metadata: " + failure.message());
   }
 }
