@@ -15,7 +15,7 @@
 namespace lumvik::host::test {
 namespace {
 
-lumvik_host_preview_options Options() {
+lumvik_host_preview_options PreviewOptions() {
   lumvik_host_preview_options options{};
   options.struct_size = sizeof(options);
   return options;
@@ -87,7 +87,7 @@ TEST_F(PreviewTest, IsReducedToFitByAveragingAreas) {
   for (const Case& c : {Case{48, 0, 48, 32}, Case{0, 16, 24, 16}, Case{48, 16, 24, 16}, Case{10, 100, 10, 7},
                         Case{1, 0, 1, 1}, Case{0, 1, 2, 1}, Case{96, 64, 96, 64}, Case{500, 500, 96, 64},
                         Case{95, 64, 95, 63}}) {
-    lumvik_host_preview_options options = Options();
+    lumvik_host_preview_options options = PreviewOptions();
     options.max_width = c.max_width;
     options.max_height = c.max_height;
     const TestPreview preview = PreviewForTest(photo_, options);
@@ -105,7 +105,7 @@ TEST_F(PreviewTest, IsReducedToFitByAveragingAreas) {
 
 TEST_F(PreviewTest, AveragesAreas) {
   const TestPreview whole = PreviewForTest(photo_);
-  lumvik_host_preview_options options = Options();
+  lumvik_host_preview_options options = PreviewOptions();
   options.max_width = 48;
   const TestPreview half = PreviewForTest(photo_, options);
   const cv::Mat view = View(whole);
@@ -121,7 +121,7 @@ TEST_F(PreviewTest, RowsMayBePadded) {
   constexpr std::size_t kStride = 400;
   for (const int max_width : {0, 48}) {
     for (const int channels : {3, 4}) {
-      lumvik_host_preview_options options = Options();
+      lumvik_host_preview_options options = PreviewOptions();
       options.max_width = max_width;
       options.channels = channels;
       const TestPreview packed = PreviewForTest(photo_, options);
@@ -167,7 +167,7 @@ TEST_F(PreviewTest, OptionsOutOfRangeAreRefused) {
     EXPECT_EQ(width, 0);
     return status;
   };
-  std::vector<lumvik_host_preview_options> wrong(9, Options());
+  std::vector<lumvik_host_preview_options> wrong(9, PreviewOptions());
   wrong[0].max_width = -1;
   wrong[1].max_height = std::numeric_limits<int>::min();
   wrong[2].channels = 1;
