@@ -1,4 +1,5 @@
 // Settings as JSON and in files.
+#include <optional>
 #include <string>
 
 #include "api/arguments.h"
@@ -7,6 +8,7 @@
 #include "files/safe_file.h"
 #include "lumvik_host.h"
 #include "settings/settings_file.h"
+#include "settings/sidecar.h"
 
 using namespace lumvik::host;
 
@@ -39,5 +41,15 @@ lumvik_host_status lumvik_host_settings_write(lumvik_host_settings* settings, co
   return Guarded([&] {
     RequireArgument(path, "path");
     WriteSafely(path, SettingsText(ValuesOf(settings)), overwrite != 0 ? Overwrite::kYes : Overwrite::kNo);
+  });
+}
+
+lumvik_host_status lumvik_host_find_sidecar(const char* photograph, const char* extension, char** sidecar) {
+  return Guarded([&] {
+    RequireArgument(photograph, "photograph");
+    RequireArgument(extension, "extension");
+    RequireArgument(sidecar, "sidecar");
+    const std::optional<std::string> found = FindSidecar(photograph, extension);
+    *sidecar = found ? LendText(*found) : nullptr;
   });
 }
