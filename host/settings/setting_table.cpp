@@ -134,11 +134,6 @@ constexpr BandRow kBandRows[] = {
     {"luminance", kFull, "percent", "Darken or brighten the colors in this band"},
 };
 
-std::string Capitalized(std::string name) {
-  name[0] = static_cast<char>(name[0] - 'a' + 'A');
-  return name;
-}
-
 std::vector<SettingRule> RulesOfBands() {
   std::vector<SettingRule> rules;
   for (const std::string name : kBandNames) {
@@ -188,6 +183,11 @@ const SettingRule* FindSettingRule(const std::string& key) {
   const auto rule = std::find_if(SettingRules().begin(), SettingRules().end(),
                                  [&](const SettingRule& candidate) { return candidate.key == key; });
   return rule == SettingRules().end() ? nullptr : &*rule;
+}
+
+std::string Capitalized(std::string name) {
+  name[0] = static_cast<char>(name[0] - 'a' + 'A');
+  return name;
 }
 
 }  // namespace lumvik::host

@@ -53,6 +53,9 @@ inline constexpr const char* kCurveNames[] = {"master", "red", "green", "blue"};
 inline constexpr const char* kBandNames[LUMVIK_BAND_COUNT] = {"red",  "orange", "yellow", "green",
                                                               "aqua", "blue",   "purple", "magenta"};
 
+// "Red" for "red".
+std::string Capitalized(std::string name);
+
 // One rule per setting, in the order of a settings file.
 const std::vector<SettingRule>& SettingRules();
 

@@ -1,0 +1,66 @@
+#include <string>
+
+#include "settings/camera_raw_names.h"
+#include "settings/settings_export.h"
+
+namespace lumvik::host {
+namespace {
+
+std::string XmlText(const std::string& text) {
+  std::string escaped;
+  for (const char c : text) {
+    switch (c) {
+      case '&':
+        escaped += "&amp;";
+        break;
+      case '<':
+        escaped += "&lt;";
+        break;
+      case '>':
+        escaped += "&gt;";
+        break;
+      default:
+        escaped += c;
+    }
+  }
+  return escaped;
+}
+
+using Properties = decltype(CameraRawSettings::properties);
+
+// A property of several parts is a list.
+std::string XmlElements(const std::string& prefix, const Properties& properties) {
+  std::string elements;
+  for (const auto& [name, parts] : properties) {
+    const std::string tag = prefix + ':' + name;
+    elements += "   <" + tag + '>';
+    if (parts.size() == 1) {
+      elements += XmlText(parts.front());
+    } else {
+      elements += "<rdf:Seq>";
+      for (const std::string& part : parts) elements += "<rdf:li>" + XmlText(part) + "</rdf:li>";
+      elements += "</rdf:Seq>";
+    }
+    elements += "</" + tag + ">\n";
+  }
+  return elements;
+}
+
+}  // namespace
+
+std::string XmpPacket(const CameraRawSettings& settings) {
+  return "<?xpacket begin=\"\xEF\xBB\xBF\" id=\"W5M0MpCehiHzreSzNTczkc9d\"?>\n"
+         "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\">\n"
+         " <rdf:RDF xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">\n"
+         "  <rdf:Description rdf:about=\"\"\n"
+         "    xmlns:crs=\"http://ns.adobe.com/camera-raw-settings/1.0/\"\n"
+         "    xmlns:" +
+         std::string(kOwnPrefix) + "=\"" + kOwnNamespace + "\">\n" + XmlElements("crs", settings.properties) +
+         XmlElements(kOwnPrefix, settings.own_properties) +
+         "  </rdf:Description>\n"
+         " </rdf:RDF>\n"
+         "</x:xmpmeta>\n"
+         "<?xpacket end=\"w\"?>\n";
+}
+
+}  // namespace lumvik::host
