@@ -55,7 +55,8 @@ void WriteSafely(const std::string& path, std::string_view bytes, Overwrite over
 std::error_code CreateNewFile(const std::filesystem::path& path);
 
 // Writes to an existing file. Returns the error of writing or closing it.
-std::error_code FillFile(const std::filesystem::path& path, std::string_view bytes, WriteMode mode);
+std::error_code FillFile(const std::filesystem::path& path, std::string_view bytes,
+                         WriteMode mode = WriteMode::kReplace);
 
 // Makes writing beyond a file-size limit an error in this thread, not a signal that ends the process.
 void WithoutFileSizeSignal(const std::function<void()>& call);
