@@ -130,6 +130,11 @@ LUMVIK_API int lumvik_init(void);
 /** Does nothing. Contexts stay valid. */
 LUMVIK_API void lumvik_shutdown(void);
 
+/** The version of this header: major, minor, patch. Compare with lumvik_version(). */
+#define LUMVIK_VERSION_MAJOR 1
+#define LUMVIK_VERSION_MINOR 0 /**< See LUMVIK_VERSION_MAJOR. */
+#define LUMVIK_VERSION_PATCH 0 /**< See LUMVIK_VERSION_MAJOR. */
+
 /** Returns the static string "1.0.0". */
 LUMVIK_API const char* lumvik_version(void);
 

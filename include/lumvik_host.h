@@ -103,7 +103,7 @@ extern "C" {
 
 /** How a call ended. */
 typedef enum lumvik_host_status {
-  LUMVIK_HOST_OK = 0,
+  LUMVIK_HOST_OK = 0,               /**< Success. */
   LUMVIK_HOST_INVALID_ARGUMENT = 1, /**< A null pointer, a value out of range, an unknown key. */
   LUMVIK_HOST_INVALID_HANDLE = 2,   /**< A null, closed or made-up handle, or one of another kind. */
   LUMVIK_HOST_FORKED = 3,           /**< A handle of the parent process. */
@@ -159,14 +159,13 @@ LUMVIK_HOST_API void lumvik_host_free(void* memory);
 /** Develop settings. A handle. */
 typedef struct lumvik_host_settings lumvik_host_settings;
 
-/** The kind of a setting. Numbers, bands and zones have a float; a band is one of eight hues, a zone one of
- * the two of split toning. */
+/** The kind of a setting. Numbers, bands and zones have a float. */
 typedef enum lumvik_host_setting_kind {
-  LUMVIK_HOST_NUMBER = 0,
-  LUMVIK_HOST_FLAG = 1,  /**< True or false. */
-  LUMVIK_HOST_CURVE = 2, /**< Points (x, y) in 0 to 1, in ascending order of x; no points: linear. */
-  LUMVIK_HOST_BAND = 3,
-  LUMVIK_HOST_ZONE = 4
+  LUMVIK_HOST_NUMBER = 0, /**< A number in a range. */
+  LUMVIK_HOST_FLAG = 1,   /**< True or false. */
+  LUMVIK_HOST_CURVE = 2,  /**< Points (x, y) in 0 to 1, in ascending order of x; no points: linear. */
+  LUMVIK_HOST_BAND = 3,   /**< A number for one of eight bands of hue. */
+  LUMVIK_HOST_ZONE = 4    /**< A number for the highlights or the shadows. */
 } lumvik_host_setting_kind;
 
 /** The description of a setting. */
@@ -337,26 +336,26 @@ typedef struct lumvik_host_photo lumvik_host_photo;
 
 /** The formats of photographs, recognized by content. */
 typedef enum lumvik_host_format {
-  LUMVIK_HOST_FORMAT_UNKNOWN = 0,
-  LUMVIK_HOST_FORMAT_RAW = 1,
-  LUMVIK_HOST_FORMAT_JPEG = 2,
-  LUMVIK_HOST_FORMAT_PNG = 3,
-  LUMVIK_HOST_FORMAT_TIFF = 4,
-  LUMVIK_HOST_FORMAT_BMP = 5,
-  LUMVIK_HOST_FORMAT_WEBP = 6
+  LUMVIK_HOST_FORMAT_UNKNOWN = 0, /**< Not a photograph. */
+  LUMVIK_HOST_FORMAT_RAW = 1,     /**< A camera RAW file. */
+  LUMVIK_HOST_FORMAT_JPEG = 2,    /**< JPEG. */
+  LUMVIK_HOST_FORMAT_PNG = 3,     /**< PNG. */
+  LUMVIK_HOST_FORMAT_TIFF = 4,    /**< TIFF, but not a RAW file based on it. */
+  LUMVIK_HOST_FORMAT_BMP = 5,     /**< Windows bitmap. */
+  LUMVIK_HOST_FORMAT_WEBP = 6     /**< WebP. */
 } lumvik_host_format;
 
 /** How to open a photograph. */
 typedef struct lumvik_host_open_options {
-  uint32_t struct_size;
-  int32_t quality;     /**< Of a RAW file: 1 full size (default), 2 and 3 half, 4 a quarter of the size. */
-  int32_t proxy_first; /**< Not 0: open at quality 4 and load @c quality in the background. */
-  int32_t keep_colors; /**< Not 0: do not convert an image with an embedded profile to sRGB. */
+  uint32_t struct_size; /**< Set by the host. */
+  int32_t quality;      /**< Of a RAW file: 1 full size (default), 2 and 3 half, 4 a quarter of the size. */
+  int32_t proxy_first;  /**< Not 0: open at quality 4 and load @c quality in the background. */
+  int32_t keep_colors;  /**< Not 0: do not convert an image with an embedded profile to sRGB. */
 } lumvik_host_open_options;
 
 /** What is known of an open photograph. */
 typedef struct lumvik_host_photo_info {
-  uint32_t struct_size;
+  uint32_t struct_size; /**< Set by the host. */
   int32_t format;       /**< A ::lumvik_host_format. */
   int32_t width;        /**< Pixels of the image held in memory, upright and before cropping. */
   int32_t height;       /**< See width. */
@@ -420,7 +419,7 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_get_settings(lumvik_host_photo* p
 
 /** How to make a preview. */
 typedef struct lumvik_host_preview_options {
-  uint32_t struct_size;
+  uint32_t struct_size;  /**< Set by the host. */
   int32_t max_width;     /**< The preview is reduced to fit, keeping its proportions, by averaging areas. */
   int32_t max_height;    /**< 0: no limit. Previews are never enlarged. */
   int32_t channels;      /**< 4 for RGBA (default), with alpha 255, or 3 for RGB. */
@@ -451,9 +450,9 @@ enum { LUMVIK_HOST_HISTOGRAM_BINS = 256 };
 
 /** The pixels of a render by 8-bit level. Every array sums to the number of pixels. */
 typedef struct lumvik_host_histogram {
-  uint32_t red[256];
-  uint32_t green[256];
-  uint32_t blue[256];
+  uint32_t red[256];       /**< Of the red channel. */
+  uint32_t green[256];     /**< Of the green channel. */
+  uint32_t blue[256];      /**< Of the blue channel. */
   uint32_t luminance[256]; /**< 0.2126 R + 0.7152 G + 0.0722 B. */
 } lumvik_host_histogram;
 
@@ -518,11 +517,11 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_cancel(lumvik_host_photo* photo);
 
 /** What to suggest; combine with "or". */
 enum {
-  LUMVIK_HOST_SUGGEST_EXPOSURE = 1,
-  LUMVIK_HOST_SUGGEST_WHITE_BALANCE = 2,
-  LUMVIK_HOST_SUGGEST_ENHANCEMENT = 4, /**< Tone, color and detail. */
-  LUMVIK_HOST_SUGGEST_CROP = 8,        /**< A 3:2 landscape crop. */
-  LUMVIK_HOST_SUGGEST_ROTATION = 16    /**< Levels near-horizontal lines. */
+  LUMVIK_HOST_SUGGEST_EXPOSURE = 1,      /**< Exposure. */
+  LUMVIK_HOST_SUGGEST_WHITE_BALANCE = 2, /**< Temperature and tint. */
+  LUMVIK_HOST_SUGGEST_ENHANCEMENT = 4,   /**< Tone, color and detail. */
+  LUMVIK_HOST_SUGGEST_CROP = 8,          /**< A 3:2 landscape crop. */
+  LUMVIK_HOST_SUGGEST_ROTATION = 16      /**< Levels near-horizontal lines. */
 };
 
 /** Analyzes the photo and makes an object with the suggested values only. The photo stays as it is. */
@@ -559,12 +558,12 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_get_mask(lumvik_host_photo* photo
 typedef enum lumvik_host_metadata_policy {
   LUMVIK_HOST_METADATA_KEEP = 0,        /**< EXIF, IPTC and XMP about the shot and its author. */
   LUMVIK_HOST_METADATA_NO_POSITION = 1, /**< The same without GPS data. */
-  LUMVIK_HOST_METADATA_NONE = 2
+  LUMVIK_HOST_METADATA_NONE = 2         /**< No metadata. */
 } lumvik_host_metadata_policy;
 
 /** How to save a render. */
 typedef struct lumvik_host_save_options {
-  uint32_t struct_size;
+  uint32_t struct_size;  /**< Set by the host. */
   int32_t format;        /**< JPEG, PNG or TIFF of ::lumvik_host_format; 0: by the extension. */
   int32_t quality;       /**< Of a JPEG: 1 to 100, default 90. */
   int32_t bits;          /**< Per channel: 8 (default) or 16 for PNG, 8 for JPEG, 16 for TIFF. */
@@ -623,7 +622,7 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_write_png(const char* path, const
 
 /** Shooting data. Unknown numbers are 0, unknown texts "", unknown coordinates NaN. */
 typedef struct lumvik_host_exif {
-  uint32_t struct_size;
+  uint32_t struct_size; /**< Set by the host. */
   int32_t iso;          /**< ISO speed. */
   char make[64];        /**< Camera maker. */
   char model[64];       /**< Camera model. */
@@ -633,7 +632,7 @@ typedef struct lumvik_host_exif {
   float f_number;       /**< F-number. */
   float exposure_time;  /**< Seconds. */
   int32_t orientation;  /**< EXIF code of the file, 1 to 8. Pixels are upright: do not apply it again. */
-  int32_t width;        /**< Pixels, as stated in the file. */
+  int32_t width;        /**< Pixels at full size, as stored: before the orientation is applied. */
   int32_t height;       /**< See width. */
   double gps_latitude;  /**< Degrees, south negative. */
   double gps_longitude; /**< Degrees, west negative. */
@@ -647,7 +646,7 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_get_exif(lumvik_host_photo* photo
 
 /** Whether a file is whole. */
 typedef struct lumvik_host_integrity {
-  uint32_t struct_size;
+  uint32_t struct_size;   /**< Set by the host. */
   int32_t format;         /**< A ::lumvik_host_format. */
   int32_t is_whole;       /**< 1 if nothing is known to be missing or corrupt. */
   int32_t reserved;       /**< 0. */
@@ -686,8 +685,8 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_hash(const char* path, uint64_t* 
 /**
  * Returns ::LUMVIK_HOST_OK if the metadata module is installed, otherwise ::LUMVIK_HOST_UNSUPPORTED and a
  * text with the reason. The module is a separate library, since it uses one with a license that would apply
- * to every host that links it. It is searched for next to this library, in the subfolder "lumvik", and in the
- * folder named by the environment variable LUMVIK_MODULES.
+ * to every host that links it. It is searched for in the folder named by the environment variable
+ * LUMVIK_MODULES, in the subfolder "lumvik" of the folder of this library, and in that folder.
  */
 LUMVIK_HOST_API lumvik_host_status lumvik_host_has_metadata_module(void);
 

@@ -167,7 +167,9 @@ class Settings {
   ~Settings() { lumvik_host_settings_close(handle_); }
   Settings(const Settings&) = delete;
   Settings& operator=(const Settings&) = delete;
+  /** Takes over the handle. */
   Settings(Settings&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
+  /** Exchanges the handles. */
   Settings& operator=(Settings&& other) noexcept {
     std::swap(handle_, other.handle_);
     return *this;
@@ -312,7 +314,9 @@ class Photo {
   ~Photo() { lumvik_host_close(handle_); }
   Photo(const Photo&) = delete;
   Photo& operator=(const Photo&) = delete;
+  /** Takes over the handle. */
   Photo(Photo&& other) noexcept : handle_(std::exchange(other.handle_, nullptr)) {}
+  /** Exchanges the handles. */
   Photo& operator=(Photo&& other) noexcept {
     std::swap(handle_, other.handle_);
     return *this;

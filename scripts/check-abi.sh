@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# Fails if the binary interface of the release build, which must be up to date, differs from the one recorded in
-# tests/api/lumvik.abi: functions added or removed, signatures or record layouts changed. Types that lumvik.h only
-# declares, such as EngineContext, may change.
+# Fails if the binary interface of a library of the release build, which must be up to date, differs from the recorded
+# one, tests/api/lumvik.abi or tests/host/lumvik_host.abi: functions added or removed, signatures or record layouts
+# changed. Types that a header only declares, such as EngineContext, may change.
 #
 #   scripts/check-abi.sh            check
-#   scripts/check-abi.sh --update   record the interface after an intended change
+#   scripts/check-abi.sh --update   record the interfaces after an intended change
 #
 # BUILD names a folder other than build/release.
 set -euo pipefail
@@ -12,19 +12,23 @@ set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 build=${BUILD:-$ROOT/build/release}
-interface=$ROOT/tests/api/lumvik.abi
+libraries=(src/liblumvik.so host/liblumvik_host.so)
+interfaces=(tests/api/lumvik.abi tests/host/lumvik_host.abi)
 
 # Leaves out what differs between machines and between builds.
 describe() {
   abidw --headers-dir "$ROOT/include" --drop-private-types --exported-interfaces-only --no-architecture \
-    --no-corpus-path --no-comp-dir-path --no-show-locs --short-locs --no-elf-needed "$build/src/liblumvik.so"
+    --no-corpus-path --no-comp-dir-path --no-show-locs --short-locs --no-elf-needed "$build/$1"
 }
 
-case ${1:-} in
-  '')
-    describe >"$build/lumvik.abi"
-    abidiff "$interface" "$build/lumvik.abi" || fail "the interface differs from ${interface#"$ROOT"/}"
-    ;;
-  --update) describe >"$interface" ;;
-  *) fail "usage: scripts/check-abi.sh [--update]" ;;
-esac
+for i in "${!libraries[@]}"; do
+  case ${1:-} in
+    '')
+      actual=$build/$(basename "${interfaces[i]}")
+      describe "${libraries[i]}" >"$actual"
+      abidiff "$ROOT/${interfaces[i]}" "$actual" || fail "the interface differs from ${interfaces[i]}"
+      ;;
+    --update) describe "${libraries[i]}" >"$ROOT/${interfaces[i]}" ;;
+    *) fail "usage: scripts/check-abi.sh [--update]" ;;
+  esac
+done

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Builds the Debian packages liblumvik1, liblumvik-dev and lumvik in build/package/packages, installing first what that
-# takes. The same commit gives the same bytes: all timestamps are those of the commit.
+# Builds the Debian packages liblumvik1, lumvik-metadata, liblumvik-dev and lumvik in build/package/packages, installing
+# first what that takes. The same commit gives the same bytes: all timestamps are those of the commit.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"

@@ -1,37 +1,54 @@
-// Functions on files: thumbnail, perceptual hash, and whether the metadata module is installed.
+// Shooting data, and functions on files: thumbnail, perceptual hash, whether the metadata module is
+// installed.
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 
 #include "api/arguments.h"
 #include "api/guard.h"
+#include "api/photo_handle.h"
 #include "api/registry.h"
-#include "files/file_reading.h"
+#include "files/format.h"
 #include "files/jpeg_size.h"
+#include "files/served_file.h"
 #include "lumvik.h"
 #include "lumvik_host.h"
 #include "metadata/metadata_module.h"
+#include "metadata/shooting_data.h"
+#include "photo/engine_call.h"
 
 namespace lumvik::host {
 namespace {
 
-// What the status -4 of a path-only tool means depends on the tool.
+// A path-only tool of the engine. Its status -1 does not tell a damaged file from one that is no photograph,
+// but the latter are sorted out before; what -4 means depends on the tool.
 enum class PathTool { kThumbnail, kHash };
 
-[[noreturn]] void ThrowPathToolFailure(int status, PathTool tool, const std::string& path) {
-  const std::string failure = "cannot read '" + path + "': ";
+[[noreturn]] void ThrowPathToolFailure(int status, PathTool tool, const std::string& what) {
   switch (status) {
     case -1:
-      throw Failure(LUMVIK_HOST_NOT_A_PHOTOGRAPH, failure + "it is not a photograph, or it is damaged");
+      throw Failure(LUMVIK_HOST_DAMAGED, what + ": it is damaged");
     case -2:
-      throw Failure(LUMVIK_HOST_UNSUPPORTED, failure + "the RAW file has no preview");
+      throw Failure(LUMVIK_HOST_UNSUPPORTED, what + ": the RAW file has no preview");
     case -3:
       throw Failure(LUMVIK_HOST_DAMAGED,
-                    failure + "the preview in the RAW file is damaged or in an unknown format");
+                    what + ": the preview in the RAW file is damaged or in an unknown format");
     default:
       if (tool == PathTool::kThumbnail) throw std::bad_alloc();
-      throw Failure(LUMVIK_HOST_DAMAGED, failure + "the preview in the RAW file cannot be decoded");
+      throw Failure(LUMVIK_HOST_DAMAGED, what + ": the preview in the RAW file cannot be decoded");
   }
+}
+
+// Calls the tool with a path whose name matches the content of the file.
+void RunPathTool(PathTool tool, const std::string& path, const std::function<int(const char*)>& call) {
+  const std::string what = "cannot read '" + path + "'";
+  const lumvik_host_format format = IdentifyFormat(path, "'" + path + "'");
+  const ServedFile served(path, format == LUMVIK_HOST_FORMAT_RAW ? Decoder::kRaw : Decoder::kImage);
+  const int status = CallLibrary(what, [&] { return call(served.Path().c_str()); });
+  if (status != LUMVIK_OK) ThrowPathToolFailure(status, tool, what);
 }
 
 struct ThumbnailBytes {
@@ -40,19 +57,31 @@ struct ThumbnailBytes {
 };
 
 ThumbnailBytes ExtractThumbnail(const std::string& path) {
-  RequireReadable(path);
-  std::uint8_t* data = nullptr;
-  int size = 0;
-  const int status = lumvik_extract_thumbnail(path.c_str(), &data, &size);
-  if (status != 0) ThrowPathToolFailure(status, PathTool::kThumbnail, path);
   ThumbnailBytes bytes;
-  bytes.data.reset(data);
-  bytes.size = static_cast<std::size_t>(size);
+  RunPathTool(PathTool::kThumbnail, path, [&](const char* served) {
+    std::uint8_t* data = nullptr;
+    int size = 0;
+    const int status = lumvik_extract_thumbnail(served, &data, &size);
+    bytes.data.reset(data);
+    bytes.size = static_cast<std::size_t>(size);
+    return status;
+  });
   return bytes;
 }
 
 }  // namespace
 }  // namespace lumvik::host
+
+lumvik_host_status lumvik_host_get_exif(lumvik_host_photo* photo, lumvik_host_exif* exif) {
+  using namespace lumvik::host;
+  return WithPhoto(photo, [&](Photo& opened) {
+    RequireResult(exif, "exif");
+    ExifInfo reported{};
+    CallEngine(opened.Engine(), "cannot read the metadata of " + opened.Shown(),
+               [&](EngineContext* context) { return lumvik_get_exif(context, &reported); });
+    StoreResult(CompleteShootingData(reported, opened.SourcePath(), opened.IsRaw()), exif);
+  });
+}
 
 lumvik_host_status lumvik_host_extract_thumbnail(const char* path, uint8_t** data, size_t* size,
                                                  int32_t* width, int32_t* height) {
@@ -63,7 +92,9 @@ lumvik_host_status lumvik_host_extract_thumbnail(const char* path, uint8_t** dat
     RequireArgument(size, "size");
     const ThumbnailBytes bytes = ExtractThumbnail(path);
     const std::optional<JpegSize> pixels = JpegSizeOf(bytes.data.get(), bytes.size);
-    if (!pixels) ThrowPathToolFailure(-3, PathTool::kThumbnail, path);
+    if (!pixels) {
+      throw Failure(LUMVIK_HOST_DAMAGED, "cannot read '" + std::string(path) + "': its preview is damaged");
+    }
     *data = static_cast<std::uint8_t*>(Lend(bytes.data.get(), bytes.size));
     *size = bytes.size;
     if (width != nullptr) *width = pixels->width;
@@ -76,10 +107,8 @@ lumvik_host_status lumvik_host_hash(const char* path, uint64_t* hash) {
   return Guarded([&] {
     RequireArgument(path, "path");
     RequireArgument(hash, "hash");
-    RequireReadable(path);
     std::uint64_t computed = 0;
-    const int status = lumvik_phash(path, &computed);
-    if (status != 0) ThrowPathToolFailure(status, PathTool::kHash, path);
+    RunPathTool(PathTool::kHash, path, [&](const char* served) { return lumvik_phash(served, &computed); });
     *hash = computed;
   });
 }

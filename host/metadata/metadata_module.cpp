@@ -150,9 +150,9 @@ void CopyMetadata(const std::string& photograph, const std::string& image, const
                  damaged ? "cannot read the metadata of '" + photograph + "'" : "cannot write the metadata",
                  error);
   if (written.empty()) return;
-  if (const std::error_code failure = FillFile(PathOf(image), written, WriteMode::kReplace)) {
-    throw Failure(StatusOf(failure), "cannot write the metadata: " + failure.message());
-  }
+  std::error_code failure;
+  WithoutFileSizeSignal([&] { failure = FillFile(PathOf(image), written, WriteMode::kReplace); });
+  if (failure) throw Failure(StatusOf(failure), "cannot write the metadata: " + failure.message());
 }
 
 ModuleExif ReadModuleExif(const std::string& path) {

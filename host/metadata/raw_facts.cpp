@@ -1,15 +1,14 @@
 #include "metadata/raw_facts.h"
 
-#include <libraw/libraw.h>
-
 #include <algorithm>
 #include <array>
 #include <cctype>
 #include <cstddef>
+#include <cstdio>
 #include <limits>
 #include <memory>
 
-#include "files/file_reading.h"
+#include "image/guarded_libraw.h"
 
 namespace lumvik::host {
 namespace {
@@ -19,31 +18,39 @@ constexpr double kNoPosition = std::numeric_limits<double>::quiet_NaN();
 
 // LibRaw keeps the capture time as seconds, by the time zone of this process. In an hour that daylight saving
 // skips, the text cannot be recovered from it, so take it from the tags.
-class DatetimeReader {
+class DatedLibRaw : public GuardedLibRaw {
  public:
-  static void InspectTag(void* reader, int tag, int /*type*/, int length, unsigned /*order*/, void* stream,
-                         INT64 /*base*/) {
-    constexpr int kTagMask = 0xFFFF;  // the higher bits identify the directory
-    constexpr int kDateTime = 0x0132;
-    constexpr int kDateTimeOriginal = 0x9003;
-    auto& self = *static_cast<DatetimeReader*>(reader);
-    auto& input = *static_cast<LibRaw_abstract_datastream*>(stream);
-    if ((tag & kTagMask) == kDateTimeOriginal) ReadText(input, length, self.original_);
-    if ((tag & kTagMask) == kDateTime) ReadText(input, length, self.changed_);
+  DatedLibRaw() : guard_(callbacks.exif_cb), guard_data_(callbacks.exifparser_data) {
+    set_exifparser_handler(ReadTag, this);
   }
 
-  std::string Text() const { return original_[0] != '\0' ? original_.data() : changed_.data(); }
+  std::string Datetime() const { return original_[0] != '\0' ? original_.data() : changed_.data(); }
 
  private:
   using TextBuffer = std::array<char, kDatetimeLength + 1>;
 
-  // The first of several, which is that of the photograph.
-  static void ReadText(LibRaw_abstract_datastream& stream, int length, TextBuffer& text) {
-    if (text[0] != '\0' || length < static_cast<int>(kDatetimeLength)) return;
+  static void ReadTag(void* self, int tag, int type, int count, unsigned order, void* stream, INT64 base) {
+    constexpr int kTagMask = 0xFFFF;  // the higher bits identify the directory
+    constexpr int kDateTime = 0x0132;
+    constexpr int kDateTimeOriginal = 0x9003;
+    auto& raw = *static_cast<DatedLibRaw*>(self);
+    auto& input = *static_cast<LibRaw_abstract_datastream*>(stream);
+    if ((tag & kTagMask) == kDateTimeOriginal) ReadText(input, count, raw.original_);
+    if ((tag & kTagMask) == kDateTime) ReadText(input, count, raw.changed_);
+    raw.guard_(raw.guard_data_, tag, type, count, order, stream, base);
+  }
+
+  // Leaves the stream where it was. The first of several texts is that of the photograph.
+  static void ReadText(LibRaw_abstract_datastream& stream, int count, TextBuffer& text) {
+    if (text[0] != '\0' || count < static_cast<int>(kDatetimeLength)) return;
+    const INT64 position = stream.tell();
     stream.read(text.data(), 1, kDatetimeLength);
+    stream.seek(position, SEEK_SET);
     if (std::isdigit(static_cast<unsigned char>(text[0])) == 0) text = {};  // blanks: unknown
   }
 
+  exif_parser_callback guard_;
+  void* guard_data_;
   TextBuffer original_{};
   TextBuffer changed_{};
 };
@@ -93,13 +100,10 @@ RawFacts FactsOf(const libraw_data_t& data, const std::string& datetime) {
 }  // namespace
 
 std::optional<RawFacts> ReadRawFacts(const std::string& path) {
-  DatetimeReader datetime;
-  const auto raw = std::make_unique<LibRaw>();   // too large for the stack
-  raw->set_dataerror_handler(nullptr, nullptr);  // the default one writes to standard error
-  raw->set_exifparser_handler(&DatetimeReader::InspectTag, &datetime);
-  if (raw->open_file(PathOf(path).c_str()) != LIBRAW_SUCCESS) return std::nullopt;
+  const auto raw = std::make_unique<DatedLibRaw>();  // too large for the stack
+  if (raw->OpenFile(path) != LIBRAW_SUCCESS) return std::nullopt;
   if (raw->adjust_sizes_info_only() != LIBRAW_SUCCESS) return std::nullopt;
-  return FactsOf(raw->imgdata, datetime.Text());
+  return FactsOf(raw->imgdata, raw->Datetime());
 }
 
 }  // namespace lumvik::host

@@ -18,8 +18,7 @@ struct RawFacts {
   double longitude;              // degrees, west negative; NaN if unknown
 };
 
-// Nothing for a file that LibRaw rejects. Only for files that the engine has loaded: it protects LibRaw from
-// damaged ones.
+// Nothing for a file that LibRaw rejects.
 std::optional<RawFacts> ReadRawFacts(const std::string& path);
 
 }  // namespace lumvik::host

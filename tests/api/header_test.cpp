@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <string>
 #include <type_traits>
 
 #include "lumvik.h"
@@ -165,6 +166,12 @@ TEST(HeaderTest, ExifInfoTextFieldSizes) {
   EXPECT_EQ(sizeof(ExifInfo::model), 64U);
   EXPECT_EQ(sizeof(ExifInfo::lens), 128U);
   EXPECT_EQ(sizeof(ExifInfo::datetime), 32U);
+}
+
+TEST(HeaderTest, StatesTheVersionOfTheLibrary) {
+  EXPECT_EQ(lumvik_version(), std::to_string(LUMVIK_VERSION_MAJOR) + '.' +
+                                  std::to_string(LUMVIK_VERSION_MINOR) + '.' +
+                                  std::to_string(LUMVIK_VERSION_PATCH));
 }
 
 TEST(HeaderTest, ConstantValues) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <opencv2/imgcodecs.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "lumvik.h"
@@ -13,6 +14,9 @@
 
 namespace lumvik::host::test {
 namespace {
+
+using lumvik::test::ReadBytes;
+using lumvik::test::WriteBytes;
 
 const std::string kRaw = LUMVIK_SAMPLES "/sample_small.ARW";
 
@@ -93,6 +97,33 @@ TEST_F(FileToolsTest, FailuresStateTheReasonAndWriteNothing) {
     EXPECT_EQ(Text(), text);
     EXPECT_EQ(hash, 7U);
   }
+}
+
+TEST_F(FileToolsTest, TheContentCountsNotTheName) {
+  for (const auto& [path, name] : {std::pair<std::string, std::string>{kRaw, "raw.jpg"},
+                                   {LUMVIK_TEST_DATA "/tower_orientation8.jpg", "image.ARW"},
+                                   {LUMVIK_TEST_DATA "/tower_orientation8.jpg", "image"}}) {
+    const std::string misnamed = WriteBytes(Path(name), ReadBytes(path));
+    const HostThumbnail thumbnail = ThumbnailOf(misnamed);
+    EXPECT_EQ(thumbnail.status, LUMVIK_HOST_OK) << Text();
+    EXPECT_EQ(thumbnail.jpeg, ThumbnailOf(path).jpeg);
+    std::uint64_t expected = 0;
+    std::uint64_t hash = 1;
+    EXPECT_EQ(lumvik_host_hash(path.c_str(), &expected), LUMVIK_HOST_OK);
+    EXPECT_EQ(lumvik_host_hash(misnamed.c_str(), &hash), LUMVIK_HOST_OK);
+    EXPECT_EQ(hash, expected);
+  }
+}
+
+TEST_F(FileToolsTest, WhatIsNoPhotographIsNotCalledDamaged) {
+  const std::string text = WriteBytes(Path("in.jpg"), {'t', 'e', 'x', 't'});
+  EXPECT_EQ(ThumbnailOf(text).status, LUMVIK_HOST_NOT_A_PHOTOGRAPH);
+  const std::vector<std::uint8_t> jpeg = ReadBytes(PlainImage("whole.jpg"));
+  const std::string cut = WriteBytes(Path("cut.jpg"), {jpeg.begin(), jpeg.begin() + 20});
+  EXPECT_EQ(ThumbnailOf(cut).status, LUMVIK_HOST_DAMAGED);
+  EXPECT_EQ(Text(), "cannot read '" + cut + "': it is damaged");
+  std::uint64_t hash = 0;
+  EXPECT_EQ(lumvik_host_hash(cut.c_str(), &hash), LUMVIK_HOST_DAMAGED);
 }
 
 TEST_F(FileToolsTest, NullArgumentsAreRefused) {

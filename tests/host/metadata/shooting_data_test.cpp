@@ -4,15 +4,20 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdint>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <ctime>
 #include <memory>
 #include <opencv2/core.hpp>
 #include <string>
+#include <vector>
 
 #include "lumvik.h"
 #include "metadata/metadata_fixture.h"
 #include "metadata/raw_facts.h"
+#include "photo/test_photos.h"
 #include "support/file_bytes.h"
 #include "support/raw_writer.h"
 
@@ -22,8 +27,10 @@ namespace {
 using lumvik::test::MakeRawFile;
 using lumvik::test::RawFormat;
 using lumvik::test::RawOptions;
+using lumvik::test::ReadBytes;
 using lumvik::test::WriteBytes;
 
+const std::string kSample = LUMVIK_SAMPLES "/sample_small.ARW";
 constexpr int kRawWidth = 64;
 constexpr int kRawHeight = 48;
 
@@ -45,7 +52,7 @@ class ShootingDataTest : public MetadataFixture {
 };
 
 TEST_F(ShootingDataTest, ARawFileHasAllOfIt) {
-  const lumvik_host_exif exif = ShootingData(LUMVIK_SAMPLES "/sample_small.ARW", 4, true);
+  const lumvik_host_exif exif = ShootingData(kSample, 4, true);
   EXPECT_EQ(exif.struct_size, sizeof(exif));
   EXPECT_STREQ(exif.make, "Sony");
   EXPECT_STREQ(exif.model, "ILCE-7M3");
@@ -162,6 +169,30 @@ TEST_F(ShootingDataTest, TheModuleKnowsWhatOthersDoNot) {
   exif = CompleteShootingData(reported, path, true);
   EXPECT_STREQ(exif.lens, "A lens");
   EXPECT_STREQ(exif.datetime, "2013:05:31 18:20:00");
+}
+
+// The same data for the file, the file under another name, and its bytes.
+TEST_F(ShootingDataTest, APhotoReportsIt) {
+  const std::vector<std::uint8_t> bytes = ReadBytes(kSample);
+  const std::string misnamed = WriteBytes(Path("in.jpg"), bytes);
+  const lumvik_host_exif expected = ShootingData(kSample, 4, true);
+  const PhotoHandle photos[] = {OpenForTest(kSample), OpenForTest(misnamed), OpenBytesForTest(bytes)};
+  for (const PhotoHandle& photo : photos) {
+    lumvik_host_exif exif{};
+    exif.struct_size = sizeof(exif);
+    ASSERT_EQ(lumvik_host_get_exif(photo.get(), &exif), LUMVIK_HOST_OK) << lumvik_host_last_error();
+    EXPECT_EQ(std::memcmp(&exif, &expected, sizeof(exif)), 0);
+  }
+}
+
+TEST_F(ShootingDataTest, MisuseIsRefused) {
+  const PhotoHandle photo = OpenForTest(PlainImage("in.jpg"));
+  lumvik_host_exif exif{};
+  EXPECT_EQ(lumvik_host_get_exif(photo.get(), &exif), LUMVIK_HOST_INVALID_ARGUMENT);
+  EXPECT_EQ(lumvik_host_get_exif(photo.get(), nullptr), LUMVIK_HOST_INVALID_ARGUMENT);
+  exif.struct_size = sizeof(exif);
+  EXPECT_EQ(lumvik_host_get_exif(nullptr, &exif), LUMVIK_HOST_INVALID_HANDLE);
+  EXPECT_EQ(exif.orientation, 0);
 }
 
 }  // namespace

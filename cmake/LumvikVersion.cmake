@@ -1,0 +1,16 @@
+# The headers state the version for the preprocessor. Fails unless it is that of the project.
+foreach(interface LUMVIK LUMVIK_HOST)
+  string(TOLOWER include/${interface}.h header)
+  # Changing a header configures again.
+  set_property(DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${header})
+  set(stated)
+  foreach(part MAJOR MINOR PATCH)
+    file(STRINGS ${PROJECT_SOURCE_DIR}/${header} line REGEX "^#define ${interface}_VERSION_${part} [0-9]+")
+    string(REGEX REPLACE "^#define [A-Z_]+ ([0-9]+).*" "\\1" number "${line}")
+    list(APPEND stated "${number}")
+  endforeach()
+  list(JOIN stated . stated)
+  if(NOT stated STREQUAL PROJECT_VERSION)
+    message(FATAL_ERROR "${header} states version ${stated}, CMakeLists.txt ${PROJECT_VERSION}")
+  endif()
+endforeach()
