@@ -4,7 +4,6 @@
 
 #include <array>
 #include <cstddef>
-#include <string>
 
 #include "base/failure.h"
 
@@ -13,13 +12,6 @@ namespace lumvik::host {
 // A bounded text, so that running out of memory can be reported.
 inline constexpr std::size_t kMaxText = 2048;  // bytes, more than a path and a reason take
 using TextBuffer = std::array<char, kMaxText>;
-
-// The status and text of the exception being handled.
-struct Described {
-  Status status;
-  std::string text;
-};
-Described DescribeException();
 
 // Sets the text of the calling thread for the exception being handled, and returns its status.
 Status ReportException() noexcept;

@@ -12,16 +12,16 @@
 namespace lumvik::host::test {
 namespace {
 
-using Options = lumvik_host_open_options;
+using OpenOptions = lumvik_host_open_options;
 
 // A struct of a later version of the library.
 struct LaterOptions {
-  Options options;
+  OpenOptions options;
   int32_t later_field;
 };
 
 Status StatusOfSize(std::uint32_t struct_size) {
-  Options options{};
+  OpenOptions options{};
   options.struct_size = struct_size;
   try {
     OptionsOf(&options);
@@ -44,17 +44,17 @@ TEST(ArgumentsTest, NullPointersAreNamed) {
 }
 
 TEST(ArgumentsTest, NoOptionsAreZeros) {
-  const Options options = OptionsOf<Options>(nullptr);
+  const OpenOptions options = OptionsOf<OpenOptions>(nullptr);
   EXPECT_EQ(options.quality, 0);
   EXPECT_EQ(options.proxy_first, 0);
   EXPECT_EQ(options.keep_colors, 0);
 }
 
 TEST(ArgumentsTest, StructSizesBelowThatOfTheFirstVersionAreInvalid) {
-  for (const std::size_t size : {std::size_t{0}, std::size_t{4}, sizeof(Options) - 1}) {
+  for (const std::size_t size : {std::size_t{0}, std::size_t{4}, sizeof(OpenOptions) - 1}) {
     EXPECT_EQ(StatusOfSize(static_cast<std::uint32_t>(size)), LUMVIK_HOST_INVALID_ARGUMENT) << size;
   }
-  EXPECT_EQ(StatusOfSize(sizeof(Options)), LUMVIK_HOST_OK);
+  EXPECT_EQ(StatusOfSize(sizeof(OpenOptions)), LUMVIK_HOST_OK);
   EXPECT_EQ(StatusOfSize(std::numeric_limits<std::uint32_t>::max()), LUMVIK_HOST_OK);
 }
 
@@ -64,8 +64,8 @@ TEST(ArgumentsTest, OptionsOfALaterVersionAreRead) {
   later.options.quality = 3;
   later.options.keep_colors = 1;
   later.later_field = 5;
-  const Options options = OptionsOf(&later.options);
-  EXPECT_EQ(options.struct_size, sizeof(Options));
+  const OpenOptions options = OptionsOf(&later.options);
+  EXPECT_EQ(options.struct_size, sizeof(OpenOptions));
   EXPECT_EQ(options.quality, 3);
   EXPECT_EQ(options.keep_colors, 1);
 }
@@ -74,7 +74,7 @@ TEST(ArgumentsTest, ResultsLeaveFieldsOfALaterVersionAlone) {
   LaterOptions later{};
   later.options.struct_size = sizeof(later);
   later.later_field = 5;
-  Options result{};
+  OpenOptions result{};
   result.quality = 2;
   RequireResult(&later.options, "options");
   StoreResult(result, &later.options);
@@ -84,9 +84,9 @@ TEST(ArgumentsTest, ResultsLeaveFieldsOfALaterVersionAlone) {
 }
 
 TEST(ArgumentsTest, ResultsNeedAStructSize) {
-  Options result{};
+  OpenOptions result{};
   EXPECT_THROW(RequireResult(&result, "result"), Failure);
-  EXPECT_THROW(RequireResult<Options>(nullptr, "result"), Failure);
+  EXPECT_THROW(RequireResult<OpenOptions>(nullptr, "result"), Failure);
 }
 
 TEST(ArgumentsTest, LentTextsEndWithNul) {
