@@ -64,8 +64,8 @@
  * photos itself.
  *
  * @par Standard error
- * The library writes nothing to standard output or standard error. The decoders that the engine uses may:
- * LibRaw reports damaged data, libtiff unknown tags.
+ * The library writes nothing to standard output or standard error. The decoders that it uses may, for a
+ * damaged image: libjpeg and libpng a line, OpenCV a warning and the failure of a codec.
  */
 #ifndef LUMVIK_HOST_H_
 #define LUMVIK_HOST_H_

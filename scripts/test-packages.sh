@@ -36,7 +36,7 @@ step "The command"
 inside "apt-get -q update && $install ./packages/lumvik_*.deb ./packages/liblumvik1_*.deb" &>"$root/lumvik/log" ||
   fail "$(cat "$root/lumvik/log")"
 [[ $(inside 'lumvik --version') == "lumvik $version" ]] || fail "the version of the command is not $version"
-inside 'lumvik develop sample_small.ARW -o command.jpg --no-exif --exposure 0.5 --contrast 20 --temperature 6000'
+inside 'lumvik develop sample_small.ARW -o command.jpg --no-exif --exposure 0.5 --contrast 20 --temperature 6500'
 inside 'ls /usr/share/man/man1/lumvik.1 /usr/share/bash-completion/completions/lumvik' >/dev/null
 ! inside 'find /usr -name lumvik.h' | grep . || fail "the command installs the headers"
 

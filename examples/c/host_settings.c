@@ -1,4 +1,4 @@
-/* Lists the settings with their ranges, writes some to a file and reads them back.
+/* Lists the numeric settings with their ranges, writes some to a file and reads them back.
  *
  *   cc host_settings.c $(pkg-config --cflags --libs lumvik_host) -o host_settings
  *   ./host_settings look.json
@@ -11,8 +11,9 @@ static lumvik_host_status ListSettings(void) {
     lumvik_host_setting_info info = {.struct_size = sizeof info};
     const lumvik_host_status status = lumvik_host_describe_setting(i, &info);
     if (status != LUMVIK_HOST_OK) return status;
-    printf("%-32s %7g to %5g, neutral %4g %s\n", info.key, (double)info.minimum, (double)info.maximum,
-           (double)info.neutral_value, info.unit);
+    if (info.kind == LUMVIK_HOST_CURVE) continue; /* points instead of a number */
+    printf("%s: %g to %g, neutral %g\n", info.key, (double)info.minimum, (double)info.maximum,
+           (double)info.neutral_value);
   }
   return LUMVIK_HOST_OK;
 }

@@ -1,4 +1,4 @@
-// Lists the settings with their ranges, writes some to a file and reads them back.
+// Lists the numeric settings with their ranges, writes some to a file and reads them back.
 //
 //   c++ -std=c++17 host_settings.cpp $(pkg-config --cflags --libs lumvik_host) -o host_settings
 //   ./host_settings look.json
@@ -12,8 +12,9 @@ int main(int argc, char** argv) {
   }
   try {
     for (const lumvik::api::SettingInfo& info : lumvik::api::DescribeSettings()) {
-      std::printf("%-32s %7g to %5g, neutral %4g %s\n", info.key, static_cast<double>(info.minimum),
-                  static_cast<double>(info.maximum), static_cast<double>(info.neutral_value), info.unit);
+      if (info.kind == LUMVIK_HOST_CURVE) continue;  // points instead of a number
+      std::printf("%s: %g to %g, neutral %g\n", info.key, static_cast<double>(info.minimum),
+                  static_cast<double>(info.maximum), static_cast<double>(info.neutral_value));
     }
     lumvik::api::Settings look;
     look.SetNumber("vibrance", 30);

@@ -35,15 +35,23 @@ for language in c cpp; do
   build/two_threads_$language "$photo" dark_$language.jpg bright_$language.jpg
   build/auto_tools_$language "$photo" auto_tools_$language.jpg >auto_tools_$language.txt
   ! build/develop_$language missing.ARW out.jpg 2>error_$language.txt || fail "a missing photograph was developed"
+  build/host_develop_$language "$photo" host_develop_$language.jpg
+  build/host_settings_$language look_$language.json >host_settings_$language.txt
+  build/host_live_preview_$language "$photo" >host_live_preview_$language.txt
+  build/host_inspect_$language "$photo" >host_inspect_$language.txt
+  ! build/host_inspect_$language missing.ARW >host_error_$language.txt || fail "a missing photograph was inspected"
 done
-for picture in develop dark bright auto_tools; do
+for picture in develop dark bright auto_tools host_develop; do
   expect_jpeg ${picture}_c.jpg
   expect_same ${picture}_c.jpg ${picture}_cpp.jpg
 done
-for text in preview_loop auto_tools error; do
+for text in preview_loop auto_tools error host_settings host_live_preview host_inspect host_error; do
   [[ -s ${text}_c.txt ]] || fail "${text}_c.txt is empty"
   expect_same ${text}_c.txt ${text}_cpp.txt
 done
+expect_same look_c.json look_cpp.json
+[[ $(tail -n 1 host_settings_c.txt) == "read back: equal" ]] || fail "a settings file gave other settings"
+[[ $(tail -n 1 host_inspect_c.txt) == "  whole" ]] || fail "a whole photograph seems damaged"
 [[ $(sort -u preview_loop_c.txt | wc -l) == 5 ]] || fail "the five previews do not differ"
 ! cmp -s dark_c.jpg bright_c.jpg || fail "the two threads wrote the same image"
 
