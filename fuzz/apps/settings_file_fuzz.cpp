@@ -1,23 +1,22 @@
 // Settings files are refused with a one-line message, or read and written back unchanged.
-#include <stdexcept>
-
-#include "develop/settings_file.h"
 #include "fuzz_input.h"
+#include "lumvik_host.hpp"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  using lumvik::api::Settings;
   using lumvik::fuzz::Require;
-  const std::string path = lumvik::fuzz::WriteFile("input.json", lumvik::fuzz::ToBytes(data, size));
-  lumvik::Settings settings;
+  const std::string json(reinterpret_cast<const char*>(data), size);
+  Settings settings;
   try {
-    settings = lumvik::ReadSettings(path);
-  } catch (const std::runtime_error& error) {
+    settings = Settings::FromJson(json);
+  } catch (const lumvik::api::Error& error) {
     const std::string sentence = error.what();
+    Require(error.status() == LUMVIK_HOST_INVALID_ARGUMENT);
     Require(!sentence.empty() && sentence.find('\n') == std::string::npos);
     return 0;
   }
-  settings.merge(lumvik::DefaultSettings());
-  const std::string text = lumvik::SettingsText(settings);
-  const std::string written = lumvik::fuzz::WriteFile("written.json", {text.begin(), text.end()});
-  Require(lumvik::ReadSettings(written) == settings);
+  const std::string text = settings.ToJson();
+  const Settings again = Settings::FromJson(text);
+  Require(again.Equals(settings) && again.ToJson() == text);
   return 0;
 }
