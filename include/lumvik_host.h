@@ -319,7 +319,10 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_list_presets(const char* folder, 
 LUMVIK_HOST_API lumvik_host_status lumvik_host_read_preset(const char* folder, const char* name,
                                                            lumvik_host_settings** settings);
 
-/** Writes a preset and, if necessary, its folder. A name has no slash and does not start with a dot. */
+/**
+ * Writes a preset and, if necessary, its folder. A name is UTF-8, has no slash, backslash or colon, and does
+ * not start with a dot.
+ */
 LUMVIK_HOST_API lumvik_host_status lumvik_host_write_preset(const char* folder, const char* name,
                                                             lumvik_host_settings* settings,
                                                             int32_t overwrite);

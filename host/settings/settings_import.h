@@ -20,7 +20,7 @@ struct ImportedProperty {
   std::string name;   // in Camera Raw, or with the prefix "lumvik:"
   std::string value;  // as found in the file
   Outcome outcome;
-  std::string key;  // of our setting; "" when ignored, and for all of our own
+  std::string key;  // of the setting; "" when ignored or when the property holds several
   std::string note;
 };
 
