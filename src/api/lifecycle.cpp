@@ -1,5 +1,15 @@
 // The library and the lifetime of a context; the last error.
 #include "api/engine_context.h"
+#include "base/after_fork.h"
+
+namespace lumvik {
+namespace {
+
+// When the library is loaded: the functions without a context use threads too.
+[[maybe_unused]] const bool kWorksInForkedChildren = WorkInForkedChildren();
+
+}  // namespace
+}  // namespace lumvik
 
 int lumvik_init() {
   return lumvik::kSuccess;
