@@ -96,7 +96,8 @@ void SafeFile::WriteWith(const std::function<bool(const std::string& temporary_p
 }
 
 void SafeFile::Fill(std::string_view bytes, WriteMode mode) const {
-  if (const std::error_code error = FillFile(temporary_, bytes, mode)) throw FileFailure("write", shown_, error);
+  if (const std::error_code error = FillFile(temporary_, bytes, mode))
+    throw FileFailure("write", shown_, error);
 }
 
 void SafeFile::Commit() {

@@ -55,7 +55,8 @@ void WriteSafely(const std::string& path, std::string_view bytes, Overwrite over
 // Creates an empty file that did not exist. Returns the error.
 std::error_code CreateNewFile(const std::filesystem::path& path);
 
-// Writes to an existing file. A file-size limit is an error, not a signal that ends the process. Returns the error of writing or closing it.
+// Writes to an existing file. A file-size limit is an error, not a signal that ends the process. Returns the
+// error of writing or closing it.
 std::error_code FillFile(const std::filesystem::path& path, std::string_view bytes,
                          WriteMode mode = WriteMode::kReplace);
 

@@ -35,9 +35,8 @@ int ExportByEngine(EngineContext* context, const SavePlan& plan, const char* pat
 
 void ExportWholeImage(Photo& photo, const SavePlan& plan, const SafeFile& file) {
   file.WriteWith([&](const std::string& path) {
-    return CallLibrary("cannot encode " + photo.Shown(), [&] {
-             return ExportByEngine(photo.Engine(), plan, path.c_str());
-           }) == LUMVIK_OK;
+    return CallLibrary("cannot encode " + photo.Shown(),
+                       [&] { return ExportByEngine(photo.Engine(), plan, path.c_str()); }) == LUMVIK_OK;
   });
 }
 
@@ -84,9 +83,9 @@ void ExportImage(Photo& photo, const SavePlan& plan, const SafeFile& file) {
   }
   std::string bytes;
   CallLibrary("cannot encode " + photo.Shown(), [&] {
-    bytes = EncodeImage(plan.bits == kDeepBits ? ReducedExport(photo, plan, layout, file)
-                                               : ReducedFrame(*frame, layout),
-                        plan);
+    bytes = EncodeImage(
+        plan.bits == kDeepBits ? ReducedExport(photo, plan, layout, file) : ReducedFrame(*frame, layout),
+        plan);
     return LUMVIK_OK;
   });
   file.Write(bytes);

@@ -32,7 +32,8 @@ int BitsOf(const lumvik_host_save_options& options, lumvik_host_format format) {
 }
 
 int SideOf(const char* name, int side) {
-  if (side < 0) throw InvalidOption(std::string(name) + " is " + std::to_string(side) + ", which is negative");
+  if (side < 0)
+    throw InvalidOption(std::string(name) + " is " + std::to_string(side) + ", which is negative");
   return side;
 }
 
@@ -65,7 +66,8 @@ SavePlan PlanFor(const lumvik_host_save_options& options, lumvik_host_format for
 // The format that the options state; unknown if they state none.
 lumvik_host_format StatedFormat(const lumvik_host_save_options& options) {
   if (options.format != LUMVIK_HOST_FORMAT_UNKNOWN && ExtensionOf(options.format) == nullptr) {
-    throw InvalidOption("format is " + std::to_string(options.format) + "; JPEG, PNG and TIFF can be written");
+    throw InvalidOption("format is " + std::to_string(options.format) +
+                        "; JPEG, PNG and TIFF can be written");
   }
   return static_cast<lumvik_host_format>(options.format);
 }
@@ -80,7 +82,8 @@ SavePlan PlanForFile(const lumvik_host_save_options& options, const std::string&
     throw InvalidOption("cannot write '" + path + "': the extension is not .jpg, .jpeg, .png, .tif or .tiff");
   }
   if (stated != LUMVIK_HOST_FORMAT_UNKNOWN && has_extension && stated != named) {
-    throw InvalidOption("cannot write '" + path + "': the extension is not that of a " + NameOfFormat(stated));
+    throw InvalidOption("cannot write '" + path + "': the extension is not that of a " +
+                        NameOfFormat(stated));
   }
   return PlanFor(options, stated == LUMVIK_HOST_FORMAT_UNKNOWN ? named : stated);
 }

@@ -22,9 +22,9 @@ lumvik_host_integrity EmptyIntegrity() {
   return integrity;
 }
 
-constexpr lumvik_host_format kCheckedFormats[] = {LUMVIK_HOST_FORMAT_RAW,  LUMVIK_HOST_FORMAT_JPEG,
-                                                  LUMVIK_HOST_FORMAT_PNG,  LUMVIK_HOST_FORMAT_TIFF,
-                                                  LUMVIK_HOST_FORMAT_BMP,  LUMVIK_HOST_FORMAT_WEBP};
+constexpr lumvik_host_format kCheckedFormats[] = {LUMVIK_HOST_FORMAT_RAW, LUMVIK_HOST_FORMAT_JPEG,
+                                                  LUMVIK_HOST_FORMAT_PNG, LUMVIK_HOST_FORMAT_TIFF,
+                                                  LUMVIK_HOST_FORMAT_BMP, LUMVIK_HOST_FORMAT_WEBP};
 
 TEST(CheckTest, WholeFilesAndPhotosAreOk) {
   const TempDir dir;

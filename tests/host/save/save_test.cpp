@@ -45,9 +45,7 @@ constexpr SavedKind kSavedKinds[] = {{"a.jpg", LUMVIK_HOST_FORMAT_JPEG, 8},
 
 class SaveTest : public ::testing::Test {
  protected:
-  SaveTest() {
-    SetForTest(photo_, {{"exposure", SettingValue(0.4F)}, {"saturation", SettingValue(20.0F)}});
-  }
+  SaveTest() { SetForTest(photo_, {{"exposure", SettingValue(0.4F)}, {"saturation", SettingValue(20.0F)}}); }
 
   std::string File(const std::string& name) const { return dir_.File(name); }
 
@@ -59,11 +57,10 @@ class SaveTest : public ::testing::Test {
   Bytes EngineExport(const SavedKind& kind, int quality = 90) {
     const std::string path = File(std::string("engine_") + kind.name);
     EngineContext* const context = FindPhoto(photo_.get())->photo.Engine();
-    const int status = kind.format == LUMVIK_HOST_FORMAT_JPEG
-                           ? lumvik_export_jpeg(context, path.c_str(), quality, 0, 0)
-                       : kind.format == LUMVIK_HOST_FORMAT_PNG
-                           ? lumvik_export_png(context, path.c_str(), kind.bits)
-                           : lumvik_export_tiff(context, path.c_str());
+    const int status =
+        kind.format == LUMVIK_HOST_FORMAT_JPEG  ? lumvik_export_jpeg(context, path.c_str(), quality, 0, 0)
+        : kind.format == LUMVIK_HOST_FORMAT_PNG ? lumvik_export_png(context, path.c_str(), kind.bits)
+                                                : lumvik_export_tiff(context, path.c_str());
     EXPECT_EQ(status, 0);
     return ReadBytes(path);
   }
@@ -271,7 +268,8 @@ TEST_F(SaveTest, EveryFormatHasMetadataAndProfile) {
     EXPECT_EQ(Read(kind.name).cols, 100) << kind.name;
     lumvik_host_integrity integrity{};
     integrity.struct_size = sizeof(integrity);
-    EXPECT_EQ(lumvik_host_check_file(File(kind.name).c_str(), &integrity), LUMVIK_HOST_OK) << integrity.reason;
+    EXPECT_EQ(lumvik_host_check_file(File(kind.name).c_str(), &integrity), LUMVIK_HOST_OK)
+        << integrity.reason;
   }
 }
 
@@ -295,7 +293,8 @@ TEST_F(SaveTest, CutoutIsTransparentOutsideTheMask) {
   EXPECT_EQ(cv::norm(alpha, mask, cv::NORM_INF), 0);
 
   EXPECT_EQ(lumvik_host_save_cutout(photo.get(), File("a.png").c_str(), nullptr), LUMVIK_HOST_EXISTS);
-  EXPECT_EQ(lumvik_host_save_cutout(photo.get(), File("a.jpg").c_str(), nullptr), LUMVIK_HOST_INVALID_ARGUMENT);
+  EXPECT_EQ(lumvik_host_save_cutout(photo.get(), File("a.jpg").c_str(), nullptr),
+            LUMVIK_HOST_INVALID_ARGUMENT);
   SetForTest(photo, {{"rotation", SettingValue(2.0F)}});
   EXPECT_EQ(lumvik_host_save_cutout(photo.get(), File("b.png").c_str(), nullptr), LUMVIK_HOST_UNSUPPORTED);
   EXPECT_THAT(lumvik_host_last_error(), HasSubstr("'rotation'"));
