@@ -1,22 +1,69 @@
 // Saving.
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 #include "api/arguments.h"
-#include "api/guard.h"
+#include "api/photo_handle.h"
+#include "api/registry.h"
 #include "files/safe_file.h"
 #include "lumvik_host.h"
+#include "save/output_format.h"
 #include "save/png_encoding.h"
+#include "save/save_plan.h"
+#include "save/saving.h"
 
+namespace lumvik::host {
 namespace {
-
-using namespace lumvik::host;
 
 Overwrite OverwriteOf(std::int32_t flag) {
   return flag != 0 ? Overwrite::kYes : Overwrite::kNo;
 }
 
 }  // namespace
+}  // namespace lumvik::host
+
+using namespace lumvik::host;
+
+int32_t lumvik_host_format_of(const char* path) {
+  int32_t format = LUMVIK_HOST_FORMAT_UNKNOWN;
+  Guarded([&] {
+    RequireArgument(path, "path");
+    format = OutputFormatOf(path);
+  });
+  return format;
+}
+
+const char* lumvik_host_extension_of(int32_t format) {
+  return ExtensionOf(format);
+}
+
+lumvik_host_status lumvik_host_save(lumvik_host_photo* photo, const char* path,
+                                    const lumvik_host_save_options* options) {
+  return WithPhoto(photo, [&](Photo& opened) {
+    RequireArgument(path, "path");
+    SaveToFile(opened, PlanForFile(OptionsOf(options), path), path);
+  });
+}
+
+lumvik_host_status lumvik_host_save_bytes(lumvik_host_photo* photo, const lumvik_host_save_options* options,
+                                          uint8_t** data, size_t* size) {
+  return WithPhoto(photo, [&](Photo& opened) {
+    RequireArgument(data, "data");
+    RequireArgument(size, "size");
+    const std::string bytes = SaveToBytes(opened, PlanForBytes(OptionsOf(options)));
+    *data = static_cast<uint8_t*>(Lend(bytes.data(), bytes.size()));
+    *size = bytes.size();
+  });
+}
+
+lumvik_host_status lumvik_host_save_cutout(lumvik_host_photo* photo, const char* path,
+                                           const lumvik_host_save_options* options) {
+  return WithPhoto(photo, [&](Photo& opened) {
+    RequireArgument(path, "path");
+    SaveCutout(opened, path, OverwriteOf(OptionsOf(options).overwrite));
+  });
+}
 
 lumvik_host_status lumvik_host_write_file(const char* path, const void* data, size_t size,
                                           int32_t overwrite) {

@@ -24,7 +24,8 @@ std::string JpegProfile(std::string_view jpeg) {
     if (segment.marker != kJpegApp2 || mark != kJpegProfileMark) continue;
     const auto number = NumberAt(segment.payload, kJpegProfileMark.size(), 1, ByteOrder::kBig);
     count = NumberAt(segment.payload, kJpegProfileMark.size() + 1, 1, ByteOrder::kBig).value_or(0);
-    if (number) parts.emplace(*number, PartOf(segment.payload, kJpegProfileMark.size() + 2, kMaxProfileBytes));
+    if (number)
+      parts.emplace(*number, PartOf(segment.payload, kJpegProfileMark.size() + 2, kMaxProfileBytes));
   }
   std::string profile;
   for (std::uint64_t number = 1; number <= count; ++number) {
@@ -41,9 +42,9 @@ std::string InflateProfile(std::string_view compressed) {
   for (std::size_t size = 1U << 16U; size <= kMaxProfileBytes; size *= 4) {
     profile.resize(size);
     uLongf length = static_cast<uLongf>(size);
-    const int status = uncompress(reinterpret_cast<Bytef*>(profile.data()), &length,
-                                  reinterpret_cast<const Bytef*>(compressed.data()),
-                                  static_cast<uLong>(compressed.size()));
+    const int status =
+        uncompress(reinterpret_cast<Bytef*>(profile.data()), &length,
+                   reinterpret_cast<const Bytef*>(compressed.data()), static_cast<uLong>(compressed.size()));
     if (status == Z_BUF_ERROR) continue;  // it is longer
     if (status != Z_OK) return {};
     profile.resize(length);

@@ -18,8 +18,8 @@ inline constexpr std::uint16_t kTiffProfileTag = 34675;
 // The ICC profile embedded in an image; "" without one.
 std::string FindIccProfile(std::string_view image, lumvik_host_format format);
 
-// Whether a JPEG states by EXIF that its colors are those of Adobe RGB (1998), as cameras do without a profile
-// (DCF 2.0, section 3.3).
+// Whether a JPEG states by EXIF that its colors are those of Adobe RGB (1998), as cameras do without a
+// profile (DCF 2.0, section 3.3).
 bool StatesAdobeRgb(std::string_view jpeg);
 
 }  // namespace lumvik::host

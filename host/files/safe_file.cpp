@@ -70,11 +70,11 @@ fs::path ReserveFile(const fs::path& folder, const fs::path& extension) {
 
 }  // namespace
 
-SafeFile::SafeFile(const std::string& path, Overwrite overwrite)
+SafeFile::SafeFile(const std::string& path, Overwrite overwrite, const char* extension)
     : shown_(path), overwrite_(overwrite), target_(FollowLinks(path)) {
   CheckFolder(path, target_.parent_path());
   CheckTarget(path, target_, overwrite);
-  temporary_ = ReserveFile(target_.parent_path(), target_.extension());
+  temporary_ = ReserveFile(target_.parent_path(), extension != nullptr ? extension : target_.extension());
 }
 
 SafeFile::~SafeFile() {
@@ -96,9 +96,8 @@ void SafeFile::WriteWith(const std::function<bool(const std::string& temporary_p
 }
 
 void SafeFile::Fill(std::string_view bytes, WriteMode mode) const {
-  std::error_code error;
-  WithoutFileSizeSignal([&] { error = FillFile(temporary_, bytes, mode); });
-  if (error) throw FileFailure("write", shown_, error);
+  if (const std::error_code error = FillFile(temporary_, bytes, mode))
+    throw FileFailure("write", shown_, error);
 }
 
 void SafeFile::Commit() {

@@ -13,14 +13,15 @@ namespace lumvik::host {
 enum class Overwrite { kNo, kYes };
 enum class WriteMode { kReplace, kAppend };
 
-// A temporary file next to its target, with the target's extension, by which writers choose the format.
+// A temporary file next to its target, with an extension by which writers choose the format.
 // Commit renames it to the target. Without a Commit it is removed and the target stays as it was. Each
 // function throws Failure.
 class SafeFile {
  public:
   // The target is the file that `path` refers to, symbolic links followed. It is checked at once: its folder
-  // must exist, and the file itself must be regular and writable, and absent unless `overwrite` is kYes.
-  SafeFile(const std::string& path, Overwrite overwrite);
+  // must exist, and the file itself must be regular and writable, and absent unless `overwrite` is kYes. The
+  // temporary file has the extension of the target, or the given one.
+  SafeFile(const std::string& path, Overwrite overwrite, const char* extension = nullptr);
   ~SafeFile();
   SafeFile(const SafeFile&) = delete;
   SafeFile& operator=(const SafeFile&) = delete;
@@ -54,11 +55,12 @@ void WriteSafely(const std::string& path, std::string_view bytes, Overwrite over
 // Creates an empty file that did not exist. Returns the error.
 std::error_code CreateNewFile(const std::filesystem::path& path);
 
-// Writes to an existing file. Returns the error of writing or closing it.
+// Writes to an existing file. A file-size limit is an error, not a signal that ends the process. Returns the
+// error of writing or closing it.
 std::error_code FillFile(const std::filesystem::path& path, std::string_view bytes,
                          WriteMode mode = WriteMode::kReplace);
 
-// Makes writing beyond a file-size limit an error in this thread, not a signal that ends the process.
+// The same for other code that writes, in this thread.
 void WithoutFileSizeSignal(const std::function<void()>& call);
 
 // Renames a file. With kNo an existing target is left alone, and the error is file_exists.

@@ -64,6 +64,7 @@ std::error_code CreateNewFile(const std::filesystem::path& path) {
 }
 
 std::error_code FillFile(const std::filesystem::path& path, std::string_view bytes, WriteMode mode) {
+  const FileSizeSignalBlock block;
   const int position = mode == WriteMode::kReplace ? O_TRUNC : O_APPEND;
   const int file = ::open(path.c_str(), O_WRONLY | O_CLOEXEC | position);
   if (file < 0) return LastSystemError();

@@ -48,7 +48,7 @@ std::uint64_t EndOfData(const TiffReader& reader, const TiffIfd& directory, cons
 }
 
 std::uint64_t EndOfImages(const TiffReader& reader, const TiffIfd& directory) {
-  // Panasonic's strips are meaningless: the data starts at an offset of its own and fills the file.
+  // Panasonic's strips are meaningless: the data starts at a separate offset and fills the file.
   if (reader.Version() == kPanasonicVersion) {
     const TiffEntry* const data = directory.Find(kPanasonicRawOffset);
     const auto starts = data == nullptr ? std::vector<std::uint64_t>() : reader.Numbers(*data);

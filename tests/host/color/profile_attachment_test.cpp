@@ -4,12 +4,12 @@
 #include <gtest/gtest.h>
 
 // jpeglib.h needs these two.
-#include <cstddef>
-#include <cstdio>
 #include <jpeglib.h>
 #include <png.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <opencv2/imgcodecs.hpp>
@@ -72,7 +72,8 @@ std::string ProfileByLibpng(const std::string& bytes) {
   png_uint_32 size = 0;
   int method = 0;
   std::string profile;
-  if (png_get_iCCP(png, info, &name, &method, &data, &size) != 0) profile.assign(reinterpret_cast<char*>(data), size);
+  if (png_get_iCCP(png, info, &name, &method, &data, &size) != 0)
+    profile.assign(reinterpret_cast<char*>(data), size);
   png_destroy_read_struct(&png, &info, nullptr);
   return profile;
 }

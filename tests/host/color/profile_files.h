@@ -24,8 +24,10 @@ struct TestSpace {
 
 inline constexpr std::array<double, 2> kWhiteD65 = {0.3127, 0.3290};
 inline constexpr std::array<double, 2> kWhiteD50 = {0.3457, 0.3585};
-inline constexpr TestSpace kAdobeLike = {"Adobe-like", {{{0.64, 0.33}, {0.21, 0.71}, {0.15, 0.06}}}, kWhiteD65, 2.2};
-inline constexpr TestSpace kP3Like = {"P3-like", {{{0.68, 0.32}, {0.265, 0.69}, {0.15, 0.06}}}, kWhiteD65, 2.2};
+inline constexpr TestSpace kAdobeLike = {
+    "Adobe-like", {{{0.64, 0.33}, {0.21, 0.71}, {0.15, 0.06}}}, kWhiteD65, 2.2};
+inline constexpr TestSpace kP3Like = {
+    "P3-like", {{{0.68, 0.32}, {0.265, 0.69}, {0.15, 0.06}}}, kWhiteD65, 2.2};
 inline constexpr TestSpace kProPhotoLike = {
     "ProPhoto-like", {{{0.7347, 0.2653}, {0.1596, 0.8404}, {0.0366, 0.0001}}}, kWhiteD50, 1.8};
 
@@ -41,7 +43,8 @@ inline std::string SaveProfile(cmsHPROFILE profile) {
 inline std::string MakeRgbProfile(const TestSpace& space) {
   const auto xyy = [](const std::array<double, 2>& xy) { return cmsCIExyY{xy[0], xy[1], 1}; };
   const cmsCIExyY white = xyy(space.white);
-  const cmsCIExyYTRIPLE primaries = {xyy(space.primaries[0]), xyy(space.primaries[1]), xyy(space.primaries[2])};
+  const cmsCIExyYTRIPLE primaries = {xyy(space.primaries[0]), xyy(space.primaries[1]),
+                                     xyy(space.primaries[2])};
   cmsToneCurve* const curve = cmsBuildGamma(nullptr, space.gamma);
   const std::array<cmsToneCurve*, 3> curves = {curve, curve, curve};
   cmsHPROFILE profile = cmsCreateRGBProfile(&white, &primaries, curves.data());

@@ -39,7 +39,7 @@ cv::Mat Decode(const std::string& image) {
 // Fields of one color, large enough for JPEG to keep it.
 cv::Mat ColorFields(int depth) {
   constexpr int kSide = 16;
-  const cv::Vec3d colors[] = {{255, 255, 255}, {0, 0, 0},    {128, 128, 128}, {60, 90, 200},
+  const cv::Vec3d colors[] = {{255, 255, 255}, {0, 0, 0},     {128, 128, 128}, {60, 90, 200},
                               {30, 120, 60},   {200, 40, 30}, {10, 20, 30},    {250, 220, 180}};
   cv::Mat image(kSide, kSide * 8, CV_64FC3);
   for (int i = 0; i < 8; ++i) image.colRange(i * kSide, (i + 1) * kSide) = cv::Scalar(colors[i]);
@@ -88,7 +88,8 @@ cv::Vec3d Expected(const TestSpace& space, const cv::Vec3d& bgr) {
   return {SrgbLevel(rgb[2]), SrgbLevel(rgb[1]), SrgbLevel(rgb[0])};
 }
 
-void ExpectConverted(const TestSpace& space, const cv::Mat& source, const cv::Mat& converted, double tolerance) {
+void ExpectConverted(const TestSpace& space, const cv::Mat& source, const cv::Mat& converted,
+                     double tolerance) {
   ASSERT_EQ(converted.size(), source.size());
   ASSERT_EQ(converted.type(), CV_8UC3);
   for (int x = 8; x < source.cols; x += 16) {
@@ -105,8 +106,8 @@ TEST(SrgbConversionTest, ColorsAreThoseOfThePrimaries) {
   for (const TestSpace& space : {kAdobeLike, kP3Like, kProPhotoLike}) {
     for (const int depth : {CV_8U, CV_16U}) {
       const cv::Mat fields = ColorFields(depth);
-      const std::string png = AttachProfile(EncodeTestImage(fields, ".png"), LUMVIK_HOST_FORMAT_PNG,
-                                            MakeRgbProfile(space));
+      const std::string png =
+          AttachProfile(EncodeTestImage(fields, ".png"), LUMVIK_HOST_FORMAT_PNG, MakeRgbProfile(space));
       const SrgbConversion conversion = Convert(png, LUMVIK_HOST_FORMAT_PNG);
       EXPECT_EQ(conversion.profile, space.name);
       ASSERT_FALSE(conversion.converted.empty()) << space.name;
@@ -118,9 +119,10 @@ TEST(SrgbConversionTest, ColorsAreThoseOfThePrimaries) {
 TEST(SrgbConversionTest, EveryFormatWithProfilesIsConverted) {
   const std::string icc = MakeRgbProfile(kAdobeLike);
   const cv::Mat fields = ColorFields(CV_8U);
-  const std::string jpeg =
-      AttachProfile(EncodeTestImage(fields, ".jpg", {cv::IMWRITE_JPEG_QUALITY, 98}), LUMVIK_HOST_FORMAT_JPEG, icc);
-  ExpectConverted(kAdobeLike, Decode(jpeg), Decode(Convert(jpeg, LUMVIK_HOST_FORMAT_JPEG).converted), kRounding);
+  const std::string jpeg = AttachProfile(EncodeTestImage(fields, ".jpg", {cv::IMWRITE_JPEG_QUALITY, 98}),
+                                         LUMVIK_HOST_FORMAT_JPEG, icc);
+  ExpectConverted(kAdobeLike, Decode(jpeg), Decode(Convert(jpeg, LUMVIK_HOST_FORMAT_JPEG).converted),
+                  kRounding);
   const std::string tiff = AttachProfile(EncodeTestImage(fields, ".tif"), LUMVIK_HOST_FORMAT_TIFF, icc);
   ExpectConverted(kAdobeLike, fields, Decode(Convert(tiff, LUMVIK_HOST_FORMAT_TIFF).converted), kRounding);
 }
@@ -134,8 +136,8 @@ TEST(SrgbConversionTest, WebpIsConverted) {
     for (unsigned shift = 0; shift < 32; shift += 8) bytes.push_back(static_cast<char>(data.size() >> shift));
     return bytes + data + std::string(data.size() % 2, '\0');
   };
-  const std::string header = {0x20, 0, 0, 0, static_cast<char>(fields.cols - 1), 0, 0,
-                              static_cast<char>(fields.rows - 1), 0, 0};
+  const std::string header = {
+      0x20, 0, 0, 0, static_cast<char>(fields.cols - 1), 0, 0, static_cast<char>(fields.rows - 1), 0, 0};
   icc.push_back('\0');  // an odd size, if it was even
   const std::string body = "WEBP" + chunk("VP8X", header) + chunk("ICCP", icc) + simple.substr(12);
   const std::string webp = chunk("RIFF", body);
@@ -167,7 +169,8 @@ TEST(SrgbConversionTest, GrayImagesWithGrayProfilesAreConverted) {
 TEST(SrgbConversionTest, SrgbIsRecognizedByItsEffect) {
   const std::string image = EncodeTestImage(ColorFields(CV_8U), ".png");
   const std::string srgb = ColorProfile::Srgb().Serialize();
-  const SrgbConversion own = Convert(AttachProfile(image, LUMVIK_HOST_FORMAT_PNG, srgb), LUMVIK_HOST_FORMAT_PNG);
+  const SrgbConversion own =
+      Convert(AttachProfile(image, LUMVIK_HOST_FORMAT_PNG, srgb), LUMVIK_HOST_FORMAT_PNG);
   EXPECT_EQ(own.profile, "sRGB");
   EXPECT_TRUE(own.converted.empty());
   // Another space under that name.
@@ -183,9 +186,9 @@ TEST(SrgbConversionTest, ImagesWithoutAUsableProfileAreLeftAlone) {
   const std::string image = EncodeTestImage(ColorFields(CV_8U), ".png");
   const std::string garbage(1000, 'x');
   const std::string truncated = MakeRgbProfile(kP3Like).substr(0, 200);
-  for (const std::string& file :
-       {image, AttachProfile(image, LUMVIK_HOST_FORMAT_PNG, garbage),
-        AttachProfile(image, LUMVIK_HOST_FORMAT_PNG, truncated), image.substr(0, image.size() / 2), std::string("x")}) {
+  for (const std::string& file : {image, AttachProfile(image, LUMVIK_HOST_FORMAT_PNG, garbage),
+                                  AttachProfile(image, LUMVIK_HOST_FORMAT_PNG, truncated),
+                                  image.substr(0, image.size() / 2), std::string("x")}) {
     const SrgbConversion conversion = Convert(file, LUMVIK_HOST_FORMAT_PNG);
     EXPECT_EQ(conversion.profile, "");
     EXPECT_TRUE(conversion.converted.empty());
@@ -204,8 +207,8 @@ TEST(SrgbConversionTest, ConvertedImageIsUpright) {
   ExifBlock exif;
   exif.Shorts(Ifd::kZero, kOrientation, {6});
   const auto turned = lumvik::test::JpegWithExif(exif.Serialize(), {plain.begin(), plain.end()});
-  const std::string jpeg = AttachProfile({turned.begin(), turned.end()}, LUMVIK_HOST_FORMAT_JPEG,
-                                         MakeRgbProfile(kAdobeLike));
+  const std::string jpeg =
+      AttachProfile({turned.begin(), turned.end()}, LUMVIK_HOST_FORMAT_JPEG, MakeRgbProfile(kAdobeLike));
   const cv::Mat converted = Decode(Convert(jpeg, LUMVIK_HOST_FORMAT_JPEG).converted);
   EXPECT_EQ(converted.size(), cv::Size(16, 16 * 8));
 }
@@ -233,8 +236,8 @@ TEST(SrgbConversionTest, AdobeRgbOfCamerasIsConverted) {
 TEST(SrgbConversionTest, SameBytesForAnyNumberOfThreads) {
   cv::Mat noise(301, 203, CV_8UC3);
   cv::RNG(5).fill(noise, cv::RNG::UNIFORM, 0, 256);
-  const std::string png = AttachProfile(EncodeTestImage(noise, ".png"), LUMVIK_HOST_FORMAT_PNG,
-                                        MakeRgbProfile(kProPhotoLike));
+  const std::string png =
+      AttachProfile(EncodeTestImage(noise, ".png"), LUMVIK_HOST_FORMAT_PNG, MakeRgbProfile(kProPhotoLike));
   const int threads = cv::getNumThreads();
   cv::setNumThreads(1);
   const std::string one = Convert(png, LUMVIK_HOST_FORMAT_PNG).converted;

@@ -1,0 +1,96 @@
+#include "save/saving.h"
+
+#include <cstdint>
+#include <limits>
+
+#include "base/failure.h"
+#include "color/color_profile.h"
+#include "color/profile_attachment.h"
+#include "files/file_reading.h"
+#include "files/private_folder.h"
+#include "lumvik.h"
+#include "metadata/metadata_module.h"
+#include "photo/engine_call.h"
+#include "save/image_export.h"
+#include "save/output_format.h"
+
+namespace lumvik::host {
+namespace {
+
+std::string Content(const SafeFile& file) {
+  return ReadFile(file.TemporaryPath(), std::numeric_limits<std::uintmax_t>::max());
+}
+
+void AddMetadata(const Photo& photo, const SavePlan& plan, const SafeFile& file) {
+  if (plan.metadata == LUMVIK_HOST_METADATA_NONE) return;
+  MetadataOptions options;
+  options.keep_position = plan.metadata == LUMVIK_HOST_METADATA_KEEP;
+  options.copyright = plan.copyright;
+  options.is_raw = photo.IsRaw();
+  CopyMetadata(photo.OriginalPath(), file.TemporaryPath(), options);
+}
+
+void AddProfile(const SavePlan& plan, const SafeFile& file) {
+  static const std::string kSrgb = ColorProfile::Srgb().Serialize();
+  if (plan.has_profile) file.Write(AttachProfile(Content(file), plan.format, kSrgb));
+}
+
+void Produce(Photo& photo, const SavePlan& plan, const SafeFile& file) {
+  ExportImage(photo, plan, file);
+  AddMetadata(photo, plan, file);
+  AddProfile(plan, file);
+}
+
+// These move pixels away from the mask, which is made before any geometric correction.
+constexpr const char* kGeometrySettings[] = {"distortion", "rotation", "perspective_h", "perspective_v",
+                                             "crop.x",     "crop.y",   "crop.w",        "crop.h",
+                                             "flip_h",     "flip_v"};
+
+void RequireNoGeometry(const Settings& settings) {
+  const Settings complete = Completed(settings);
+  for (const char* key : kGeometrySettings) {
+    if (complete.at(key) == RequireSetting(key).NeutralValue()) continue;
+    throw Failure(LUMVIK_HOST_UNSUPPORTED, "a cutout does not support '" + std::string(key) +
+                                               "': the mask is made before any geometric correction");
+  }
+}
+
+void RequireMask(const Photo& photo) {
+  constexpr int kNoMask = -1;
+  std::uint8_t nothing = 0;
+  if (lumvik_get_mask(photo.Engine(), &nothing, 0) != kNoMask) return;
+  throw Failure(LUMVIK_HOST_NOT_FOUND, photo.Shown() + " has no subject mask");
+}
+
+}  // namespace
+
+void SaveToFile(Photo& photo, const SavePlan& plan, const std::string& path) {
+  SafeFile file(path, plan.overwrite, ExtensionOf(plan.format));
+  Produce(photo, plan, file);
+  file.Commit();
+}
+
+std::string SaveToBytes(Photo& photo, const SavePlan& plan) {
+  const PrivateFolder folder;
+  const SafeFile file((folder.Path() / "image").u8string(), Overwrite::kNo, ExtensionOf(plan.format));
+  Produce(photo, plan, file);
+  return Content(file);
+}
+
+void SaveCutout(Photo& photo, const std::string& path, Overwrite overwrite) {
+  if (OutputFormatOf(path) != LUMVIK_HOST_FORMAT_PNG) {
+    throw Failure(LUMVIK_HOST_INVALID_ARGUMENT, "cannot write '" + path + "': the extension is not .png");
+  }
+  RequireMask(photo);
+  RequireNoGeometry(photo.Values());
+  SafeFile file(path, overwrite, ExtensionOf(LUMVIK_HOST_FORMAT_PNG));
+  photo.RenderIfStale();
+  file.WriteWith([&](const std::string& temporary) {
+    return CallLibrary("cannot cut out the subject of " + photo.Shown(), [&] {
+             return lumvik_export_subject_png(photo.Engine(), temporary.c_str());
+           }) == LUMVIK_OK;
+  });
+  file.Commit();
+}
+
+}  // namespace lumvik::host
