@@ -1,5 +1,6 @@
 #include "metadata/loaded_module.h"
 
+#include <new>
 #include <system_error>
 #include <vector>
 
@@ -58,13 +59,16 @@ class ModuleState {
  public:
   static ModuleState& Instance() {
     // Never destroyed: other threads may run until the process ends.
-    static ModuleState* const kInstance = new ModuleState();
+    // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): the module is loaded once for all
+    static auto* const kInstance = new ModuleState();
     return *kInstance;
   }
 
   std::mutex& Mutex() { return mutex_; }
 
   const lumvik_metadata_functions* Functions() {
+    // Without the handlers a forked child might wait forever for a thread that it lacks.
+    if (!watches_forks_) throw std::bad_alloc();
     if (functions_ == nullptr) functions_ = LoadModule();
     return functions_;
   }
@@ -72,13 +76,13 @@ class ModuleState {
  private:
   ModuleState() {
 #if !defined(_WIN32)
-    // Another thread may hold the mutex during a fork: the child would never get it.
-    pthread_atfork([] { Instance().mutex_.lock(); }, [] { Instance().mutex_.unlock(); },
-                   [] { Instance().mutex_.unlock(); });
+    watches_forks_ = pthread_atfork([] { Instance().mutex_.lock(); }, [] { Instance().mutex_.unlock(); },
+                                    [] { Instance().mutex_.unlock(); }) == 0;
 #endif
   }
 
   std::mutex mutex_;
+  bool watches_forks_ = true;
   const lumvik_metadata_functions* functions_ = nullptr;
 };
 

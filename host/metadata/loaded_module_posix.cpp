@@ -34,7 +34,7 @@ void* LoadFunction(const std::filesystem::path& file, const char* name, std::str
   void* const library = dlopen(file.c_str(), RTLD_NOW | RTLD_LOCAL);
   void* const function = library == nullptr ? nullptr : dlsym(library, name);
   if (function != nullptr) return function;
-  reason = dlerror();
+  reason = dlerror();  // NOLINT(concurrency-mt-unsafe): of this thread
   if (library != nullptr) dlclose(library);
   return nullptr;
 }

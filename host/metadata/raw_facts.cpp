@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <limits>
 #include <memory>
+#include <string_view>
 
 #include "image/guarded_libraw.h"
 
@@ -62,13 +63,13 @@ std::int32_t ExifOrientation(int flip) {
 }
 
 // Cameras without an electronic lens write zeros or dashes.
-bool IsName(const std::string& lens) {
+bool IsName(std::string_view lens) {
   return std::any_of(lens.begin(), lens.end(), [](unsigned char c) { return c >= '1' && c <= '9'; }) &&
          std::any_of(lens.begin(), lens.end(), [](unsigned char c) { return std::isalpha(c) != 0; });
 }
 
 std::string LensOfRaw(const libraw_lensinfo_t& lens) {
-  for (const std::string name : {lens.Lens, lens.makernotes.Lens}) {
+  for (const char* name : {lens.Lens, lens.makernotes.Lens}) {
     if (IsName(name)) return name;
   }
   return {};
