@@ -674,6 +674,12 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_check_file(const char* path, lumv
 LUMVIK_HOST_API lumvik_host_status lumvik_host_identify(const char* path, int32_t* format);
 
 /**
+ * Reads the size of the photograph at @p path in pixels, as stored, without decoding it; of a RAW file the
+ * full size. A header that is damaged gives ::LUMVIK_HOST_DAMAGED.
+ */
+LUMVIK_HOST_API lumvik_host_status lumvik_host_read_size(const char* path, int32_t* width, int32_t* height);
+
+/**
  * Makes a small JPEG of an ordinary image, or extracts the preview of a RAW file, whatever its size.
  * A RAW file without a preview gives ::LUMVIK_HOST_UNSUPPORTED. Release @p *data with lumvik_host_free().
  * @p width and @p height (optional) are the size in pixels, as stored.

@@ -553,6 +553,13 @@ inline lumvik_host_format Identify(const std::string& path) {
   return static_cast<lumvik_host_format>(format);
 }
 
+/** Reads the size of a photograph, as stored, without decoding it. */
+inline Size ReadSize(const std::string& path) {
+  Size size;
+  Check(lumvik_host_read_size(path.c_str(), &size.width, &size.height));
+  return size;
+}
+
 /** Checks whether the photograph in a file is whole. Damage is a result, not an error. */
 inline Integrity CheckFile(const std::string& path) {
   Integrity integrity;

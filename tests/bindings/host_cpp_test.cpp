@@ -264,6 +264,7 @@ TEST(HostCppTest, FilesAreReadAndWritten) {
   WriteFile(folder.File("thumb.jpg"), thumbnail.data.data(), thumbnail.data.size());
   EXPECT_EQ(Identify(folder.File("thumb.jpg")), LUMVIK_HOST_FORMAT_JPEG);
   EXPECT_NE(Hash(kPhotograph), Hash(kRawWithSubject));
+  EXPECT_EQ(ReadSize(kPhotograph).width, 600);
   EXPECT_EQ(FormatOf("a.TIFF"), LUMVIK_HOST_FORMAT_TIFF);
   EXPECT_EQ(ExtensionOf(LUMVIK_HOST_FORMAT_TIFF), ".tif");
   EXPECT_EQ(ExtensionOf(LUMVIK_HOST_FORMAT_RAW), "");

@@ -1,37 +1,27 @@
 #include "commands/image_sizes.h"
 
 #include <CLI/CLI.hpp>
-#include <exception>
 #include <iostream>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "files/file_paths.h"
-#include "files/metadata_file.h"
+#include "lumvik_host.hpp"
 
 namespace lumvik {
 namespace {
 
-struct ImageSize {
-  int width = 0;
-  int height = 0;
-};
-
-ImageSize SizeOf(const std::string& file) {
+api::Size SizeOf(const std::string& file) {
   try {
-    RequireReadable(file);
-    const MetadataFile image = ReadMetadata(file);
-    if (image) return {image->pixelWidth(), image->pixelHeight()};
-  } catch (const std::exception&) {
-    // The size stays unknown.
+    return api::ReadSize(file);
+  } catch (const api::Error&) {
+    return {};  // unknown
   }
-  return {};
 }
 
 void PrintSizes(const std::vector<std::string>& files) {
   for (const std::string& file : files) {
-    const ImageSize size = SizeOf(file);
+    const api::Size size = SizeOf(file);
     std::cout << size.width << ' ' << size.height << std::endl;
   }
 }
