@@ -7,6 +7,7 @@
 #include <memory>
 #include <opencv2/core.hpp>
 #include <opencv2/imgcodecs.hpp>
+#include <opencv2/imgproc.hpp>
 #include <random>
 #include <string>
 
@@ -14,6 +15,7 @@
 #include "photo/source_point.h"
 #include "photo/test_photos.h"
 #include "support/file_bytes.h"
+#include "support/raw_writer.h"
 #include "support/temp_dir.h"
 
 namespace lumvik::host::test {
@@ -25,6 +27,17 @@ ContextForTest LoadForTest(const std::string& path) {
   ContextForTest context(lumvik_create_context(), lumvik_destroy_context);
   EXPECT_EQ(lumvik_load_arw(context.get(), path.c_str(), 1), LUMVIK_OK);
   return context;
+}
+
+// Two disks on a dark background.
+Bytes TwoSubjects() {
+  cv::Mat image(64, 96, CV_8UC3);
+  cv::randu(image, cv::Scalar::all(20), cv::Scalar::all(40));
+  cv::circle(image, {24, 36}, 9, {60, 120, 220}, cv::FILLED);
+  cv::circle(image, {74, 26}, 9, {220, 180, 60}, cv::FILLED);
+  lumvik::test::RawOptions options;
+  options.format = lumvik::test::RawFormat::kDng;
+  return lumvik::test::MakeRawFile(image, options);
 }
 
 class ToolsTest : public testing::Test {
@@ -65,7 +78,7 @@ class ToolsTest : public testing::Test {
   }
 
   lumvik::test::TempDir folder_;
-  std::string path_ = lumvik::test::WriteBytes(folder_.File("a.dng"), PhotoBytes(LUMVIK_HOST_FORMAT_RAW));
+  std::string path_ = lumvik::test::WriteBytes(folder_.File("a.dng"), TwoSubjects());
   PhotoHandle photo_ = OpenForTest(path_);
 };
 
@@ -111,14 +124,25 @@ TEST_F(ToolsTest, SuggestedRotationLevels) {
 }
 
 TEST_F(ToolsTest, TheMaskIsThatOfTheMappedPoint) {
+  constexpr std::size_t kInFirst = 36 * 96 + 24;
+  constexpr std::size_t kInSecond = 26 * 96 + 74;
+  const auto expect_mask = [&](bool first, bool second) {
+    const Bytes mask = Mask();
+    ASSERT_FALSE(mask.empty());
+    EXPECT_EQ(mask[kInFirst], first ? 255 : 0);
+    EXPECT_EQ(mask[kInSecond], second ? 255 : 0);
+  };
   EXPECT_TRUE(Mask().empty());
-  EXPECT_EQ(FindSubject(0.26F, 0.4F), LUMVIK_HOST_OK) << lumvik_host_last_error();
-  EXPECT_EQ(Mask(), EngineMask(0.26F, 0.4F));
+  EXPECT_EQ(FindSubject(0.26F, 0.55F), LUMVIK_HOST_OK) << lumvik_host_last_error();
+  expect_mask(true, false);
+  EXPECT_EQ(Mask(), EngineMask(0.26F, 0.55F));
   SetForTest(photo_, {{"flip_h", true}});
-  EXPECT_EQ(FindSubject(0.26F, 0.4F), LUMVIK_HOST_OK);
-  EXPECT_EQ(Mask(), EngineMask(0.74F, 0.4F));
+  EXPECT_EQ(FindSubject(0.24F, 0.4F), LUMVIK_HOST_OK);
+  expect_mask(false, true);
+  EXPECT_EQ(Mask(), EngineMask(0.76F, 0.4F));
   SetForTest(photo_, {{"crop.x", 0.5F}, {"crop.w", 0.5F}, {"crop.h", 0.5F}});
   EXPECT_EQ(FindSubject(0.52F, 0.9F), LUMVIK_HOST_OK);
+  expect_mask(false, true);
   EXPECT_EQ(Mask(), EngineMask(0.76F, 0.45F));
   EXPECT_EQ(FindSubject(-1, 0.9F), LUMVIK_HOST_OK);
   EXPECT_EQ(Mask(), EngineMask(-1, -1));
@@ -151,11 +175,11 @@ TEST_F(ToolsTest, TheBackgroundIsBlurredAroundTheMask) {
   blurred.background_blur = 60;
   const TestPreview sharp = PreviewForTest(photo_);
   EXPECT_EQ(PreviewForTest(photo_, blurred), sharp);
-  FindSubject(0, 0);
+  FindSubject(0.25F, 0.55F);
   const Bytes mask = Mask();
   const TestPreview first = PreviewForTest(photo_, blurred);
   EXPECT_FALSE(first == sharp);
-  FindSubject(1, 1);
+  FindSubject(0.75F, 0.4F);
   ASSERT_NE(Mask(), mask);
   EXPECT_FALSE(PreviewForTest(photo_, blurred) == first);
   EXPECT_EQ(PreviewForTest(photo_), sharp);
