@@ -6,6 +6,7 @@
 
 #include "api/arguments.h"
 #include "api/photo_handle.h"
+#include "api/quality.h"
 #include "api/settings_handle.h"
 #include "base/text_cut.h"
 #include "files/format.h"
@@ -17,20 +18,20 @@ namespace lumvik::host {
 namespace {
 
 constexpr int kFullQuality = 1;
-constexpr int kLowestQuality = 4;
 
 lumvik_host_open_options OpenOptionsOf(const lumvik_host_open_options* given) {
   lumvik_host_open_options options = OptionsOf(given);
   if (options.quality == 0) options.quality = kFullQuality;
-  if (options.quality < kFullQuality || options.quality > kLowestQuality) {
-    throw Failure(LUMVIK_HOST_INVALID_ARGUMENT,
-                  "quality is " + std::to_string(options.quality) + ", which is not in 1..4");
-  }
+  CheckQuality(options.quality);
   return options;
 }
 
 lumvik_host_photo* Open(std::unique_ptr<PhotoSource> source, const lumvik_host_open_options& options) {
-  return OpenPhoto(std::make_shared<PhotoObject>(std::move(source), options));
+  auto object = std::make_shared<PhotoObject>(std::move(source), options);
+  if (object->photo.Info().quality != options.quality && object->photo.IsRaw()) {
+    LoadInBackground(object, options.quality);
+  }
+  return OpenPhoto(std::move(object));
 }
 
 lumvik_host_preview_options PreviewOptionsOf(const lumvik_host_preview_options* given) {
@@ -76,29 +77,33 @@ lumvik_host_status lumvik_host_close(lumvik_host_photo* photo) {
 }
 
 lumvik_host_status lumvik_host_get_error(lumvik_host_photo* photo, char* text, size_t capacity) {
-  return WithPhotoObject(photo, [&](PhotoObject& object) {
+  return WithPhotoAtOnce(photo, [&](const std::shared_ptr<PhotoObject>& object) {
     RequireArgument(text, "text");
     if (capacity == 0) throw Failure(LUMVIK_HOST_BUFFER_TOO_SMALL, "capacity is 0");
-    CopyCut(object.error.data(), text, capacity);
+    CopyCut(object->error.Get().data(), text, capacity);
   });
 }
 
 lumvik_host_status lumvik_host_get_info(lumvik_host_photo* photo, lumvik_host_photo_info* info) {
-  return WithPhoto(photo, [&](const Photo& opened) {
+  return WithPhotoObject(photo, [&](const std::shared_ptr<PhotoObject>& object) {
     RequireResult(info, "info");
-    StoreResult(opened.Info(), info);
+    lumvik_host_photo_info present = object->photo.Info();
+    present.is_proxy = object->load->IsWanted() ? 1 : 0;
+    StoreResult(present, info);
   });
 }
 
 lumvik_host_status lumvik_host_set_settings(lumvik_host_photo* photo, lumvik_host_settings* settings) {
-  return WithPhoto(
-      photo, [&](Photo& opened) { opened.SetValues(settings == nullptr ? Settings() : ValuesOf(settings)); });
+  return WithPhotoAtOnce(photo, [&](const std::shared_ptr<PhotoObject>& object) {
+    object->settings.Set(
+        std::make_shared<const Settings>(settings == nullptr ? Settings() : ValuesOf(settings)));
+  });
 }
 
 lumvik_host_status lumvik_host_get_settings(lumvik_host_photo* photo, lumvik_host_settings** settings) {
-  return WithPhoto(photo, [&](const Photo& opened) {
+  return WithPhotoAtOnce(photo, [&](const std::shared_ptr<PhotoObject>& object) {
     RequireArgument(settings, "settings");
-    *settings = OpenSettings(opened.Values());
+    *settings = OpenSettings(*object->settings.Get());
   });
 }
 

@@ -12,6 +12,16 @@ HandleValue HandleValueOf(lumvik_host_photo* handle) {
 
 }  // namespace
 
+void ErrorText::Set(const char* text) noexcept {
+  const std::lock_guard<std::mutex> guard(mutex_);
+  CopyCut(text, text_.data(), text_.size());
+}
+
+TextBuffer ErrorText::Get() const {
+  const std::lock_guard<std::mutex> guard(mutex_);
+  return text_;
+}
+
 lumvik_host_photo* OpenPhoto(std::shared_ptr<PhotoObject> object) {
   return reinterpret_cast<lumvik_host_photo*>(OpenHandle(HandleKind::kPhoto, std::move(object)));
 }
@@ -24,15 +34,14 @@ void ClosePhoto(lumvik_host_photo* handle) {
   const auto object =
       std::static_pointer_cast<PhotoObject>(CloseHandle(HandleKind::kPhoto, HandleValueOf(handle)));
   object->is_closed = true;
+  object->load->Abandon();
+  object->renders->Close();
+  object->load->WaitForEnd();
   const std::lock_guard<TurnLock> turn(object->turn);
 }
 
 void RequireOpen(const PhotoObject& object) {
   if (object.is_closed) throw Failure(LUMVIK_HOST_INVALID_HANDLE, "the photo was closed by another thread");
-}
-
-void RecordError(PhotoObject& object) noexcept {
-  CopyCut(ThreadText(), object.error.data(), object.error.size());
 }
 
 }  // namespace lumvik::host

@@ -5,12 +5,16 @@
 
 #include "base/text_cut.h"
 #include "photo/engine_call.h"
+#include "photo/source_point.h"
 
 namespace lumvik::host {
+
 Photo::Photo(std::unique_ptr<PhotoSource> source, const lumvik_host_open_options& options)
     : source_(std::move(source)) {
   if (IsRaw() || options.keep_colors != 0) {
-    image_ = source_->Load(IsRaw() ? options.quality : 1);
+    constexpr int kProxyQuality = 4;
+    const int first = options.proxy_first != 0 ? kProxyQuality : options.quality;
+    image_ = source_->Load(IsRaw() ? first : 1);
     return;
   }
   PhotoSource::Converted converted = source_->LoadConverted();
@@ -31,18 +35,37 @@ lumvik_host_photo_info Photo::Info() const {
   return info;
 }
 
-void Photo::SetValues(Settings settings) {
-  settings_ = std::move(settings);
+void Photo::Replace(std::unique_ptr<EngineImage> image) {
+  image_ = std::move(image);
+  has_mask_ = false;
+  rendered_.reset();
+  frame_.reset();
+}
+
+void Photo::FindSubject(cv::Point2d point) {
+  if (!IsRaw()) {
+    throw Failure(LUMVIK_HOST_UNSUPPORTED,
+                  "cannot find the subject of " + Shown() + ", which is not a RAW file");
+  }
+  const cv::Size size(image_->Width(), image_->Height());
+  const cv::Point2d source =
+      point.x < 0 || point.y < 0 ? point : SourcePoint(point, size, Completed(Values()));
+  CallEngine(Engine(), "cannot find the subject of " + Shown(), [&](EngineContext* context) {
+    return lumvik_segment_subject(context, static_cast<float>(source.x), static_cast<float>(source.y));
+  });
+  has_mask_ = true;
+  // What was blurred with another mask is stale.
+  if (rendered_ && rendered_->background_blur > 0) rendered_.reset();
 }
 
 void Photo::RenderIfStale() {
-  Settings complete = Completed(settings_);
+  Settings complete = Completed(Values());
   if (!rendered_ || rendered_->settings != complete) Render(std::move(complete), 0);
 }
 
 std::shared_ptr<const Frame> Photo::RenderedFrame(float background_blur) {
   const float blur = has_mask_ ? background_blur : 0;
-  Settings complete = Completed(settings_);
+  Settings complete = Completed(Values());
   if (!rendered_ || rendered_->settings != complete || rendered_->background_blur != blur) {
     Render(std::move(complete), blur);
   }

@@ -4,8 +4,10 @@
 
 #include <cstdint>
 #include <memory>
+#include <opencv2/core/types.hpp>
 #include <optional>
 #include <string>
+#include <utility>
 
 #include "lumvik.h"
 #include "lumvik_host.h"
@@ -32,8 +34,20 @@ class Photo {
   // For messages: "'a.jpg'".
   const std::string& Shown() const { return source_->Shown(); }
 
-  const Settings& Values() const { return settings_; }
-  void SetValues(Settings settings);
+  bool HasMask() const { return has_mask_; }
+
+  // The settings that the functions below refer to; neutral at first.
+  const Settings& Values() const { return *settings_; }
+  void UseSettings(std::shared_ptr<const Settings> settings) { settings_ = std::move(settings); }
+
+  // A photograph of another quality, which may be loaded while another thread uses this object.
+  std::unique_ptr<EngineImage> Load(int quality) const { return source_->Load(quality); }
+  // The settings stay, the mask does not.
+  void Replace(std::unique_ptr<EngineImage> image);
+
+  // Finds the subject at a point of the render, in fractions of its size; a negative one is the center of the
+  // image.
+  void FindSubject(cv::Point2d point);
 
   // Makes the engine's render that of the present settings, for what reads it from the engine. What is
   // rendered once is not rendered again: grain would differ.
@@ -55,7 +69,7 @@ class Photo {
   std::string profile_;
   bool is_converted_ = false;
   bool has_mask_ = false;
-  Settings settings_;
+  std::shared_ptr<const Settings> settings_ = std::make_shared<const Settings>();
   std::optional<Rendered> rendered_;
   FrameMemory memory_;
   std::shared_ptr<const Frame> frame_;
