@@ -45,7 +45,7 @@ std::string XmlElements(const std::string& prefix, const Properties& properties)
   std::string elements;
   for (const auto& [name, parts] : properties) {
     const std::string content = parts.size() == 1 ? XmlText(parts.front()) : XmlList(parts);
-    elements.append("   ").append(XmlElement(prefix + ':' + name, content)).append("\n");
+    elements.append("   ").append(XmlElement(prefix + name, content)).append("\n");
   }
   return elements;
 }
@@ -59,8 +59,9 @@ std::string XmpPacket(const CameraRawSettings& settings) {
          "  <rdf:Description rdf:about=\"\"\n"
          "    xmlns:crs=\"http://ns.adobe.com/camera-raw-settings/1.0/\"\n"
          "    xmlns:" +
-         std::string(kOwnPrefix) + "=\"" + kOwnNamespace + "\">\n" + XmlElements("crs", settings.properties) +
-         XmlElements(kOwnPrefix, settings.own_properties) +
+         std::string(kOwnPrefix) + "=\"" + kOwnNamespace + "\">\n" +
+         XmlElements("crs:", settings.properties) +
+         XmlElements(std::string(kOwnPrefix) + ":", settings.own_properties) +
          "  </rdf:Description>\n"
          " </rdf:RDF>\n"
          "</x:xmpmeta>\n"
