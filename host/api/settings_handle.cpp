@@ -8,6 +8,7 @@ namespace lumvik::host {
 lumvik_host_settings* OpenSettings(Settings values) {
   auto object = std::make_shared<SettingsObject>();
   object->values = std::move(values);
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle is never dereferenced
   return reinterpret_cast<lumvik_host_settings*>(OpenHandle(HandleKind::kSettings, std::move(object)));
 }
 

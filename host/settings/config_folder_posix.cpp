@@ -16,7 +16,7 @@ std::filesystem::path FolderIn(const char* variable) {
 }  // namespace
 
 std::filesystem::path ConfigFolder() {
-  const std::filesystem::path config = FolderIn("XDG_CONFIG_HOME");
+  std::filesystem::path config = FolderIn("XDG_CONFIG_HOME");
   if (!config.empty()) return config;
   const std::filesystem::path home = FolderIn("HOME");
   if (home.empty()) {

@@ -123,10 +123,10 @@ std::vector<SettingRule> RulesOfAllButBands() {
 
 // The settings that each of the eight bands has, below "hsl.red".
 struct BandRow {
-  const char* key;
+  const char* key = "";
   Range range;
-  const char* unit;
-  const char* help;
+  const char* unit = "";
+  const char* help = "";
 };
 constexpr BandRow kBandRows[] = {
     {"hue", kHueShift, "degrees", "Shift the hue of the colors in this band"},

@@ -1,4 +1,5 @@
 #include <string>
+#include <vector>
 
 #include "settings/camera_raw_names.h"
 #include "settings/settings_export.h"
@@ -28,20 +29,23 @@ std::string XmlText(const std::string& text) {
 
 using Properties = decltype(CameraRawSettings::properties);
 
-// A property of several parts is a list.
+std::string XmlElement(const std::string& tag, const std::string& content) {
+  std::string element = "<";
+  element.append(tag).append(">").append(content).append("</").append(tag).append(">");
+  return element;
+}
+
+std::string XmlList(const std::vector<std::string>& parts) {
+  std::string items;
+  for (const std::string& part : parts) items += XmlElement("rdf:li", XmlText(part));
+  return XmlElement("rdf:Seq", items);
+}
+
 std::string XmlElements(const std::string& prefix, const Properties& properties) {
   std::string elements;
   for (const auto& [name, parts] : properties) {
-    const std::string tag = prefix + ':' + name;
-    elements += "   <" + tag + '>';
-    if (parts.size() == 1) {
-      elements += XmlText(parts.front());
-    } else {
-      elements += "<rdf:Seq>";
-      for (const std::string& part : parts) elements += "<rdf:li>" + XmlText(part) + "</rdf:li>";
-      elements += "</rdf:Seq>";
-    }
-    elements += "</" + tag + ">\n";
+    const std::string content = parts.size() == 1 ? XmlText(parts.front()) : XmlList(parts);
+    elements.append("   ").append(XmlElement(prefix + name, content)).append("\n");
   }
   return elements;
 }
@@ -55,8 +59,9 @@ std::string XmpPacket(const CameraRawSettings& settings) {
          "  <rdf:Description rdf:about=\"\"\n"
          "    xmlns:crs=\"http://ns.adobe.com/camera-raw-settings/1.0/\"\n"
          "    xmlns:" +
-         std::string(kOwnPrefix) + "=\"" + kOwnNamespace + "\">\n" + XmlElements("crs", settings.properties) +
-         XmlElements(kOwnPrefix, settings.own_properties) +
+         std::string(kOwnPrefix) + "=\"" + kOwnNamespace + "\">\n" +
+         XmlElements("crs:", settings.properties) +
+         XmlElements(std::string(kOwnPrefix) + ":", settings.own_properties) +
          "  </rdf:Description>\n"
          " </rdf:RDF>\n"
          "</x:xmpmeta>\n"
