@@ -30,8 +30,10 @@ void AppendBytes(std::string& bytes, std::uint64_t number, unsigned width, ByteO
 
 // After the headers of JFIF and EXIF, which readers expect first.
 std::string AttachToJpeg(const std::string& jpeg, std::string_view icc) {
+  const std::vector<JpegSegment> headers = JpegSegments(jpeg);
+  if (headers.empty()) throw Unattachable("JPEG");
   std::uint64_t position = 2;
-  for (const JpegSegment& segment : JpegSegments(jpeg)) {
+  for (const JpegSegment& segment : headers) {
     if (segment.marker != kJpegApp0 && segment.marker != kJpegApp1) break;
     position = segment.end;
   }
@@ -52,7 +54,7 @@ std::string AttachToJpeg(const std::string& jpeg, std::string_view icc) {
 
 std::string AttachToPng(const std::string& png, std::string_view icc) {
   const std::vector<PngChunk> chunks = PngChunks(png);
-  if (chunks.empty()) throw Unattachable("PNG");
+  if (chunks.empty() || !chunks.front().is_sound) throw Unattachable("PNG");
   uLongf size = compressBound(static_cast<uLong>(icc.size()));
   std::string compressed(size, '\0');
   if (compress2(reinterpret_cast<Bytef*>(compressed.data()), &size,

@@ -14,8 +14,10 @@
 #include <cstring>
 #include <opencv2/imgcodecs.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
+#include "base/failure.h"
 #include "color/color_profile.h"
 #include "color/embedded_profile.h"
 #include "color/profile_files.h"
@@ -121,6 +123,16 @@ TEST(ProfileAttachmentTest, TiffHasTheProfileAndItsOldEntriesInOrder) {
   EXPECT_TRUE(std::is_sorted(tags.begin(), tags.end()));
   EXPECT_EQ(tags.size(), before.Directories()[0].entries.size() + 1);
   EXPECT_EQ(after.DirectoriesEnd(), tiff.size());
+}
+
+TEST(ProfileAttachmentTest, CorruptFilesAreReported) {
+  std::string png = EncodeTestImage(AttachmentImage(CV_8UC3), ".png");
+  png[8] = 'x';  // the length of the first chunk
+  for (const auto& [image, format] :
+       {std::pair{png, LUMVIK_HOST_FORMAT_PNG}, std::pair{std::string("x"), LUMVIK_HOST_FORMAT_JPEG},
+        std::pair{std::string("x"), LUMVIK_HOST_FORMAT_TIFF}}) {
+    EXPECT_THROW(AttachProfile(image, format, "profile"), Failure) << format;
+  }
 }
 
 TEST(ProfileAttachmentTest, SrgbProfileHasTheSameBytesAtAnyTime) {
