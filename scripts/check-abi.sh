@@ -4,7 +4,7 @@
 # changed. Types that a header only declares, such as EngineContext, may change.
 #
 #   scripts/check-abi.sh            check
-#   scripts/check-abi.sh --update   record the interfaces after an intended change
+#   scripts/check-abi.sh --update   record the interfaces that an intended change altered
 #
 # BUILD names a folder other than build/release.
 set -euo pipefail
@@ -21,14 +21,17 @@ describe() {
     --no-corpus-path --no-comp-dir-path --no-show-locs --short-locs --no-elf-needed "$build/$1"
 }
 
+case ${1:-} in
+  '' | --update) ;;
+  *) fail "usage: scripts/check-abi.sh [--update]" ;;
+esac
 for i in "${!libraries[@]}"; do
-  case ${1:-} in
-    '')
-      actual=$build/$(basename "${interfaces[i]}")
-      describe "${libraries[i]}" >"$actual"
-      abidiff "$ROOT/${interfaces[i]}" "$actual" || fail "the interface differs from ${interfaces[i]}"
-      ;;
-    --update) describe "${libraries[i]}" >"$ROOT/${interfaces[i]}" ;;
-    *) fail "usage: scripts/check-abi.sh [--update]" ;;
-  esac
+  recorded=$ROOT/${interfaces[i]}
+  actual=$build/$(basename "$recorded")
+  describe "${libraries[i]}" >"$actual"
+  if [[ ${1:-} != --update ]]; then
+    abidiff "$recorded" "$actual" || fail "the interface differs from ${interfaces[i]}"
+  elif [[ ! -e $recorded ]] || ! abidiff "$recorded" "$actual"; then
+    cp "$actual" "$recorded"
+  fi
 done

@@ -1,5 +1,7 @@
 #include "metadata/loaded_module.h"
 
+#include <array>
+#include <cstddef>
 #include <new>
 #include <system_error>
 #include <vector>
@@ -58,9 +60,11 @@ const lumvik_metadata_functions* LoadModule() {
 class ModuleState {
  public:
   static ModuleState& Instance() {
-    // Never destroyed: other threads may run until the process ends.
+    // Never destroyed: other threads may run until the process ends. Not on the heap, so that it always
+    // exists.
+    alignas(ModuleState) static std::array<std::byte, sizeof(ModuleState)> memory;
     // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): the module is loaded once for all
-    static auto* const kInstance = new ModuleState();
+    static auto* const kInstance = new (memory.data()) ModuleState();
     return *kInstance;
   }
 
@@ -85,6 +89,9 @@ class ModuleState {
   bool watches_forks_ = true;
   const lumvik_metadata_functions* functions_ = nullptr;
 };
+
+// Made when the library is loaded: a thread may fork while another makes its first call.
+[[maybe_unused]] const ModuleState& module_state_at_load = ModuleState::Instance();
 
 }  // namespace
 

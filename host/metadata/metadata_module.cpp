@@ -3,16 +3,20 @@
 #include <algorithm>
 #include <cstdint>
 #include <exception>
-#include <filesystem>
 #include <iterator>
 #include <limits>
 #include <new>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <system_error>
+#include <vector>
 
 #include "base/failure.h"
 #include "files/file_reading.h"
 #include "files/safe_file.h"
 #include "metadata/loaded_module.h"
+#include "settings/sidecar.h"
 
 namespace lumvik::host {
 namespace {
@@ -97,15 +101,8 @@ bool IsXmp(const std::string& path) {
 }
 
 std::optional<std::string> XmpSidecar(const std::string& photograph) {
-  const std::filesystem::path path = PathOf(photograph);
   for (const char* extension : kXmpExtensions) {
-    for (const std::filesystem::path& stem : {path, path.parent_path() / path.stem()}) {
-      std::error_code ignored;  // an inaccessible file counts as found; reading it reports the reason
-      const std::filesystem::path sidecar = stem.u8string() + extension;
-      if (symlink_status(sidecar, ignored).type() != std::filesystem::file_type::not_found) {
-        return sidecar.u8string();
-      }
-    }
+    if (auto sidecar = FindSidecar(photograph, extension)) return sidecar;
   }
   return std::nullopt;
 }

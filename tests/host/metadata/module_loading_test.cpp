@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "base/failure.h"
 #include "lumvik_host.h"
 #include "metadata/loaded_module.h"
 #include "metadata/metadata_module.h"
