@@ -63,8 +63,8 @@ TEST_F(HashTest, AFailureDoesNotStopTheRest) {
   const auto line = [](const std::string& file, const std::string& reason) {
     return "lumvik: cannot read '" + file + "': " + reason + "\n";
   };
-  EXPECT_EQ(result.err, line(files[0], "there is no such file") +
-                            line(files[2], "it is not a photograph, or it is damaged") +
+  EXPECT_EQ(result.err, line(files[0], "there is no such file") + "lumvik: '" + files[2] +
+                            "' is neither a RAW file nor an image of a known format\n" +
                             line(files[3], "it is not a regular file") +
                             line(files[4], "the RAW file has no preview") + line(files[5], "it is a folder"));
 }

@@ -49,7 +49,7 @@ TEST_F(HistogramTest, SettingsAreApplied) {
   const std::string in = Photograph("in.png");
   const Json neutral = Numbers({in});
   EXPECT_NE(Numbers({in, "--exposure", "1"}), neutral);
-  WriteFile(Path("bright.json"), R"({"lumvik": 1, "exposure": 1})");
+  WriteFile(Path("bright.json"), R"({"lumvik": 2, "exposure": 1})");
   EXPECT_EQ(Numbers({in, "--settings", Path("bright.json")}), Numbers({in, "--exposure", "1"}));
   EXPECT_EQ(Numbers({in, "--crop", "0,0,0.5,0.5"}).at("width"), 30);
 }

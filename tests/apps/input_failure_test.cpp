@@ -91,19 +91,23 @@ TEST_F(InputFailureTest, FilesThatAreNotPhotographs) {
   WriteFile(Path("empty.png"), "");
   WriteFile(Path("text.ARW"), "not a photograph either\n");
   WriteFile(Path("empty"), "");
-  ExpectRefusedInput(Path("text.jpg"), "OpenCV could not read: " + Path("text.jpg"));
-  ExpectRefusedInput(Path("empty.png"), "OpenCV could not read: " + Path("empty.png"));
-  ExpectRefusedInput(Path("text.ARW"), "LibRaw open_file failed: ");
-  ExpectRefusedInput(Path("empty"), "LibRaw open_file failed: ");
+  for (const char* name : {"text.jpg", "text.ARW"}) {
+    ExpectRefusal(Develop(Path(name), Path("out.jpg")), kFailure,
+                  "'" + Path(name) + "' is neither a RAW file nor an image of a known format");
+  }
+  for (const char* name : {"empty.png", "empty"}) {
+    ExpectRefusal(Develop(Path(name), Path("out.jpg")), kFailure, "'" + Path(name) + "' is empty");
+  }
 }
 
 TEST_F(InputFailureTest, ASizeBeyondTheDecodersLimits) {
   WriteFile(Path("giant.png"), EmptyPng(60000, 60000));
-  ExpectRefusedInput(Path("giant.png"), "OpenCV could not read: " + Path("giant.png"));
+  ExpectRefusal(Develop(Path("giant.png"), Path("out.jpg")), kFailure,
+                "cannot open '" + Path("giant.png") + "': its image data cannot be decoded");
 }
 
-// The engine passes on the image library's out-of-memory exception: 3 GB of pixels with a limit of 2 GB.
-TEST_F(InputFailureTest, AnExceptionFromTheEngine) {
+// 3 GB of pixels with a limit of 2 GB.
+TEST_F(InputFailureTest, AnImageLargerThanTheMemory) {
 #if defined(LUMVIK_SANITIZE_ADDRESS) || defined(LUMVIK_SANITIZE_THREAD)
   GTEST_SKIP() << "the sanitizer itself needs more memory than the limit leaves";
 #endif
@@ -111,14 +115,13 @@ TEST_F(InputFailureTest, AnExceptionFromTheEngine) {
   const std::vector<std::string> with_little_memory = {"sh", "-c", "ulimit -v 2000000; exec \"$0\" \"$@\"",
                                                        LUMVIK_COMMAND};
   const ProcessResult result = Develop(Path("huge.png"), Path("out.jpg"), {}, with_little_memory);
-  ExpectRefusal(result, kFailure, "cannot read '" + Path("huge.png") + "': OpenCV(");
-  EXPECT_NE(result.err.find("Failed to allocate 3072000000 bytes"), std::string::npos) << result.err;
+  ExpectRefusal(result, kFailure, "cannot open '" + Path("huge.png") + "': not enough memory");
 }
 
 TEST_F(InputFailureTest, AnExistingOutputIsKept) {
   WriteFile(Path("text.jpg"), "not a photograph at all\n");
   WriteFile(Path("good.jpg"), "last year's work");
-  ExpectRefusal(Develop(Path("text.jpg"), Path("good.jpg")), kFailure, "cannot read");
+  ExpectRefusal(Develop(Path("text.jpg"), Path("good.jpg")), kFailure, "is neither");
   EXPECT_EQ(ReadFile(Path("good.jpg")), "last year's work");
 }
 

@@ -193,8 +193,8 @@ TEST_F(MetadataFailureTest, BrokenMetadataIsReported) {
 
   const ProcessResult result = Develop(in, Path("out.jpg"));  // libpng prints another line
   EXPECT_EQ(result.status, kFailure);
-  const std::string failure = "lumvik: cannot write '" + Path("out.jpg") + "': the photograph's metadata";
-  EXPECT_NE(result.err.find(failure + " cannot be read: "), std::string::npos) << result.err;
+  EXPECT_NE(result.err.find("lumvik: cannot read the metadata of '" + in + "': "), std::string::npos)
+      << result.err;
   EXPECT_FALSE(std::filesystem::exists(Path("out.jpg")));
   EXPECT_EQ(Develop(in, Path("out.jpg"), {"--no-exif"}).status, kSuccess);
 }
@@ -205,8 +205,7 @@ TEST_F(MetadataFailureTest, TextTooLongForJpegIsReported) {
   const auto image = Exiv2::ImageFactory::open(in);
   image->xmpData()["Xmp.dc.title"] = std::string(70000, 't');
   image->writeMetadata();
-  ExpectRefusal(Develop(in, Path("out.jpg")), kFailure,
-                "cannot write '" + Path("out.jpg") + "': the photograph's metadata cannot be written: ");
+  ExpectRefusal(Develop(in, Path("out.jpg")), kFailure, "cannot write the metadata: ");
   EXPECT_FALSE(std::filesystem::exists(Path("out.jpg")));
   EXPECT_EQ(Develop(in, Path("out.jpg"), {"--no-exif"}).status, kSuccess);
   EXPECT_EQ(Develop(in, Path("out.png")).status, kSuccess);

@@ -120,11 +120,10 @@ class FullDiskTest : public CommandTest {
   }
 
   // Expects the failure with and without an existing `output`.
-  void ExpectNothingLost(const std::string& output, std::uintmax_t blocks, const std::string& reason) const {
+  void ExpectNothingLost(const std::string& output, std::uintmax_t blocks, const std::string& failure) const {
     const std::vector<std::string> prefix = {
         "sh", "-c", "trap '' XFSZ; ulimit -f " + std::to_string(blocks) + "; exec \"$0\" \"$@\"",
         LUMVIK_COMMAND};
-    const std::string failure = "cannot write '" + output + "': " + reason;
     ExpectRefusal(Develop(photograph_, output, {}, prefix), kFailure, failure);
     EXPECT_FALSE(fs::exists(output));
     WriteFile(output, "last year's work");
@@ -137,9 +136,9 @@ class FullDiskTest : public CommandTest {
 
 TEST_F(FullDiskTest, TheImageDoesNotFit) {
   const std::uintmax_t half = fs::file_size(photograph_) / 2 / kBlock;
-  ExpectNothingLost(Path("out.jpg"), half, "JPEG write failed");
-  ExpectNothingLost(Path("out.png"), half, "PNG write failed");
-  ExpectNothingLost(Path("out.tif"), half, "TIFF write failed");
+  for (const char* name : {"out.jpg", "out.png", "out.tif"}) {
+    ExpectNothingLost(Path(name), half, "cannot write '" + Path(name) + "': File too large");
+  }
 }
 
 TEST_F(FullDiskTest, TheImageFitsWithoutItsMetadata) {
@@ -157,8 +156,7 @@ TEST_F(FullDiskTest, TheImageFitsWithoutItsMetadata) {
   exif["Exif.Photo.UserComment"] = comment;
   WriteExif(photograph_, exif);
   for (std::size_t i = 0; i < names.size(); ++i) {
-    ExpectNothingLost(Path(names[i]), bare[i] + 8,
-                      "the photograph's metadata cannot be written: File too large");
+    ExpectNothingLost(Path(names[i]), bare[i] + 8, "cannot write the metadata: File too large");
   }
 }
 

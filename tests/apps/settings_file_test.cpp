@@ -274,7 +274,7 @@ TEST_F(SettingsFileTest, FilesWithoutJsonAreRefused) {
   refused("", "there is no such file");
   refused(Path("missing.json"), "there is no such file");
   refused(Path("folder"), "it is a folder");
-  refused(in_, "line 1: syntax error");
+  refused(in_, "line 3: a NUL character is not JSON");
   refused(Settings(std::string(300000, ' ')), "the file is too large");
 }
 

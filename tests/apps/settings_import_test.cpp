@@ -201,7 +201,7 @@ TEST_F(SettingsImportTest, SettingsGoToStandardOutputAndTheReportToStandardError
   WriteFile(Path("in.xmp"), Xmp("crs:Exposure2012=\"+0.50\" crs:Whites2012=\"+20\" crs:Sharpen=\"a&#xA;b\""));
   const ProcessResult result = Import(Path("in.xmp"));
   EXPECT_EQ(result.status, kSuccess);
-  EXPECT_EQ(result.out, "{\n  \"lumvik\": 1,\n  \"exposure\": 0.5,\n  \"whites\": -20.0\n}\n");
+  EXPECT_EQ(result.out, "{\n  \"lumvik\": 2,\n  \"exposure\": 0.5,\n  \"whites\": -20.0\n}\n");
   EXPECT_EQ(result.err,
             "taken    Exposure2012 +0.50: exposure\n"
             "scaled   Whites2012 +20: whites (times -1)\n"

@@ -112,8 +112,8 @@ TEST_F(SimilarTest, AFailingFileDoesNotStopTheRest) {
   EXPECT_EQ(result.status, kFailure);
   EXPECT_EQ(GroupsOf(result), PathGroups({{"a.jpg", "z.jpg"}}));
   EXPECT_EQ(result.err, "lumvik: cannot read '" + In("export/no.dng") +
-                            "': the RAW file has no preview\nlumvik: cannot read '" + In("text.jpg") +
-                            "': it is not a photograph, or it is damaged\n");
+                            "': the RAW file has no preview\nlumvik: '" + In("text.jpg") +
+                            "' is neither a RAW file nor an image of a known format\n");
 }
 
 TEST_F(SimilarTest, AnUnreadableFolderDoesNotStopTheRest) {

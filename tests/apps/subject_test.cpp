@@ -82,7 +82,7 @@ TEST_F(SubjectTest, CutoutRefusesGeometricSettings) {
     ExpectRefusal(Run(arguments), kFailure, "cutout does not support '");
     EXPECT_FALSE(std::filesystem::exists(out));
   }
-  WriteFile(Path("turn.json"), R"({"lumvik": 1, "rotation": 2})");
+  WriteFile(Path("turn.json"), R"({"lumvik": 2, "rotation": 2})");
   ExpectRefusal(Run({"cutout", kRawSample, "-o", out, "--settings", Path("turn.json")}), kFailure,
                 "'rotation'");
 }

@@ -100,7 +100,7 @@ TEST_F(SuggestTest, AutoAppliesSuggestionsExceptTheSharpeningRadius) {
 
 TEST_F(SuggestTest, GivenSettingsOverrideSuggestions) {
   const std::string in = Photograph("in.png");
-  WriteFile(Path("file.json"), R"({"lumvik": 1, "vibrance": 3, "contrast": 7})");
+  WriteFile(Path("file.json"), R"({"lumvik": 2, "vibrance": 3, "contrast": 7})");
   Developed(
       in, Path("out.png"),
       {"--auto", "--contrast", "11", "--settings", Path("file.json"), "--save-settings", Path("used.json")});

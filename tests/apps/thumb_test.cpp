@@ -58,7 +58,7 @@ TEST_F(ThumbTest, AFailureKeepsTheExistingFile) {
   WriteFile(Path("old.jpg"), "last year's work");
   WriteFile(Path("text.jpg"), "not a photograph at all\n");
   ExpectRefusal(Thumb(Path("text.jpg"), Path("old.jpg")), kFailure,
-                "cannot read '" + Path("text.jpg") + "': it is not a photograph");
+                "'" + Path("text.jpg") + "' is neither a RAW file nor an image of a known format");
   ExpectRefusal(Thumb(Path("missing.ARW"), Path("old.jpg")), kFailure, "there is no such file");
   ExpectRefusal(Thumb(LUMVIK_TEST_DATA "/no_thumb.dng", Path("old.jpg")), kFailure,
                 "the RAW file has no preview");
