@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <new>
+#include <opencv2/core.hpp>
 #include <string_view>
 #include <system_error>
 
@@ -14,6 +15,7 @@
 namespace lumvik::host {
 namespace {
 
+constexpr char kNoMemory[] = "not enough memory";
 constexpr char kUnknown[] = "an unknown failure";
 
 thread_local TextBuffer thread_text{};
@@ -38,7 +40,11 @@ Status ReportException() noexcept {
   } catch (const Failure& failure) {
     return Report(failure.GetStatus(), failure.what());
   } catch (const std::bad_alloc&) {
-    return Report(LUMVIK_HOST_OUT_OF_MEMORY, "not enough memory");
+    return Report(LUMVIK_HOST_OUT_OF_MEMORY, kNoMemory);
+  } catch (const cv::Exception& error) {
+    const bool no_memory = error.code == cv::Error::StsNoMem;
+    return no_memory ? Report(LUMVIK_HOST_OUT_OF_MEMORY, kNoMemory)
+                     : Report(LUMVIK_HOST_INTERNAL, error.what());
   } catch (const std::system_error& error) {
     return Report(StatusOf(error.code()), error.what());
   } catch (const std::exception& error) {

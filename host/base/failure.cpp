@@ -6,7 +6,10 @@
 namespace lumvik::host {
 
 Status StatusOf(const std::error_code& error) {
-  switch (error.default_error_condition().value()) {
+  const std::error_condition condition = error.default_error_condition();
+  // Streams and other libraries number their errors themselves.
+  if (condition.category() != std::generic_category()) return LUMVIK_HOST_IO_ERROR;
+  switch (condition.value()) {
     case 0:
       return LUMVIK_HOST_OK;
     case ENOENT:

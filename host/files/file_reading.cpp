@@ -14,9 +14,24 @@ Failure Unreadable(Status status, const std::string& path, const std::string& wh
   return {status, "cannot read '" + path + "': " + why};
 }
 
+std::ifstream OpenExisting(const std::string& path) {
+  std::ifstream file(PathOf(path), std::ios::binary);
+  if (!file) throw FileFailure("read", path, LastSystemError());
+  return file;
+}
+
 std::ifstream OpenReadable(const std::string& path) {
   RequireReadable(path);
-  return std::ifstream(PathOf(path), std::ios::binary);
+  return OpenExisting(path);
+}
+
+// At most `count` bytes.
+std::string ReadBytes(std::ifstream& file, const std::string& path, std::size_t count) {
+  std::string bytes(count, '\0');
+  file.read(bytes.data(), static_cast<std::streamsize>(count));
+  if (file.bad()) throw FileFailure("read", path, LastSystemError());
+  bytes.resize(static_cast<std::size_t>(file.gcount()));
+  return bytes;
 }
 
 }  // namespace
@@ -32,16 +47,12 @@ void RequireReadable(const std::string& path) {
   if (!fs::is_regular_file(status)) {
     throw Unreadable(LUMVIK_HOST_INVALID_ARGUMENT, path, "it is not a regular file");
   }
-  if (!std::ifstream(PathOf(path))) throw FileFailure("read", path, LastSystemError());
+  OpenExisting(path);
 }
 
 std::string ReadBeginning(const std::string& path, std::size_t count) {
   std::ifstream file = OpenReadable(path);
-  std::string bytes(count, '\0');
-  file.read(bytes.data(), static_cast<std::streamsize>(count));
-  if (file.bad()) throw FileFailure("read", path, LastSystemError());
-  bytes.resize(static_cast<std::size_t>(file.gcount()));
-  return bytes;
+  return ReadBytes(file, path, count);
 }
 
 std::string ReadFile(const std::string& path, std::uintmax_t max_bytes) {
@@ -50,11 +61,7 @@ std::string ReadFile(const std::string& path, std::uintmax_t max_bytes) {
   const auto size = static_cast<std::uintmax_t>(std::max<std::streamoff>(file.tellg(), 0));
   if (size > max_bytes) throw Unreadable(LUMVIK_HOST_INVALID_ARGUMENT, path, "the file is too large");
   file.seekg(0);
-  std::string bytes(static_cast<std::size_t>(size), '\0');
-  file.read(bytes.data(), static_cast<std::streamsize>(size));
-  if (file.bad()) throw FileFailure("read", path, LastSystemError());
-  bytes.resize(static_cast<std::size_t>(file.gcount()));
-  return bytes;
+  return ReadBytes(file, path, static_cast<std::size_t>(size));
 }
 
 }  // namespace lumvik::host

@@ -1,3 +1,4 @@
+#include <new>
 #include <random>
 #include <string>
 
@@ -14,8 +15,12 @@ PrivateFolder::PrivateFolder() {
 }
 
 PrivateFolder::~PrivateFolder() {
-  std::error_code ignored;
-  std::filesystem::remove_all(path_, ignored);
+  try {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+  } catch (const std::bad_alloc&) {
+    return;  // it is left in the folder for temporary files
+  }
 }
 
 void PointTo(const std::filesystem::path& name, const std::filesystem::path& target) {

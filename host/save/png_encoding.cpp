@@ -2,6 +2,8 @@
 
 #include <png.h>
 
+#include <new>
+
 #include "base/failure.h"
 
 namespace lumvik::host {
@@ -38,7 +40,10 @@ std::string EncodePng(const std::uint8_t* pixels, int width, int height, int cha
   png_alloc_size_t size = PNG_IMAGE_PNG_SIZE_MAX(image);
   std::string bytes(size, '\0');
   if (png_image_write_to_memory(&image, bytes.data(), &size, kAs8Bits, pixels, kNoPadding, nullptr) == 0) {
-    throw Failure(LUMVIK_HOST_INTERNAL, std::string("cannot encode the PNG: ") + image.message);
+    // libpng and zlib report it in their own words.
+    const std::string reason = image.message;
+    if (reason.find("memory") != std::string::npos) throw std::bad_alloc();
+    throw Failure(LUMVIK_HOST_INTERNAL, "cannot encode the PNG: " + reason);
   }
   bytes.resize(size);
   return bytes;

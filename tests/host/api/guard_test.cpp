@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <ios>
 #include <new>
+#include <opencv2/core.hpp>
 #include <stdexcept>
 #include <string>
 #include <system_error>
@@ -45,6 +47,10 @@ TEST(GuardTest, EveryExceptionHasAStatusAndAText) {
   EXPECT_STREQ(lumvik_host_last_error(), "not enough memory");
   EXPECT_EQ(StatusOfThrown(std::system_error(std::make_error_code(std::errc::no_space_on_device))),
             LUMVIK_HOST_DISK_FULL);
+  EXPECT_EQ(StatusOfThrown(std::ios_base::failure("cannot read")), LUMVIK_HOST_IO_ERROR);
+  EXPECT_EQ(StatusOfThrown(cv::Exception(cv::Error::StsNoMem, "", "", "", 0)), LUMVIK_HOST_OUT_OF_MEMORY);
+  EXPECT_STREQ(lumvik_host_last_error(), "not enough memory");
+  EXPECT_EQ(StatusOfThrown(cv::Exception(cv::Error::StsAssert, "", "", "", 0)), LUMVIK_HOST_INTERNAL);
   EXPECT_EQ(StatusOfThrown(std::runtime_error("two\nlines\n")), LUMVIK_HOST_INTERNAL);
   EXPECT_STREQ(lumvik_host_last_error(), "two lines");
   EXPECT_EQ(StatusOfThrown(42), LUMVIK_HOST_INTERNAL);
