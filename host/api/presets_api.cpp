@@ -9,8 +9,8 @@
 #include "api/settings_handle.h"
 #include "files/file_reading.h"
 #include "lumvik_host.h"
+#include "settings/json_writer.h"
 #include "settings/presets.h"
-#include "settings/settings_json.h"
 
 namespace lumvik::host {
 namespace {
@@ -31,7 +31,11 @@ lumvik_host_status lumvik_host_list_presets(const char* folder, char** names) {
     std::error_code ignored;  // listing an inaccessible folder reports the reason
     const bool is_missing = folder == nullptr && std::filesystem::status(path, ignored).type() ==
                                                      std::filesystem::file_type::not_found;
-    *names = LendText(Json(is_missing ? std::vector<std::string>() : ListPresets(path)).dump());
+    std::string list = "[";
+    for (const std::string& name : is_missing ? std::vector<std::string>() : ListPresets(path)) {
+      list += (list.size() > 1 ? "," : "") + JsonText(name);
+    }
+    *names = LendText(list + ']');
   });
 }
 

@@ -1,12 +1,11 @@
 // Descriptions of settings.
-#include <nlohmann/json.hpp>
 #include <string>
 
 #include "api/arguments.h"
 #include "api/guard.h"
 #include "lumvik_host.h"
+#include "settings/json_writer.h"
 #include "settings/settings.h"
-#include "settings/settings_json.h"
 
 namespace lumvik::host {
 namespace {
@@ -33,21 +32,25 @@ lumvik_host_setting_info DescribeSetting(const SettingRule& rule) {
 }
 
 std::string SettingsDescription() {
-  Json descriptions = Json::array();
+  JsonWriter json;
+  json.BeginList();
   for (const SettingRule& rule : SettingRules()) {
     const lumvik_host_setting_info info = DescribeSetting(rule);
-    descriptions.push_back({{"key", info.key},
-                            {"kind", kKindNames[info.kind]},
-                            {"label", info.label},
-                            {"group", info.group},
-                            {"unit", info.unit},
-                            {"help", info.help},
-                            {"minimum", info.minimum},
-                            {"maximum", info.maximum},
-                            {"neutral_value", info.neutral_value},
-                            {"engine_value", info.engine_value}});
+    json.BeginObject();
+    json.Add("key", JsonText(rule.key));
+    json.Add("kind", JsonText(kKindNames[info.kind]));
+    json.Add("label", JsonText(rule.label));
+    json.Add("group", JsonText(rule.group));
+    json.Add("unit", JsonText(rule.unit));
+    json.Add("help", JsonText(rule.help));
+    json.Add("minimum", JsonText(info.minimum));
+    json.Add("maximum", JsonText(info.maximum));
+    json.Add("neutral_value", JsonText(info.neutral_value));
+    json.Add("engine_value", JsonText(info.engine_value));
+    json.End();
   }
-  return descriptions.dump(2) + '\n';
+  json.End();
+  return json.Text() + '\n';
 }
 
 }  // namespace

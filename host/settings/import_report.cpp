@@ -1,7 +1,7 @@
 #include <string>
 
+#include "settings/json_writer.h"
 #include "settings/settings_import.h"
-#include "settings/settings_json.h"
 
 namespace lumvik::host {
 namespace {
@@ -20,17 +20,22 @@ const char* OutcomeName(Outcome outcome) {
 }  // namespace
 
 std::string ImportReport(const std::string& file, const std::vector<ImportedProperty>& properties) {
-  Json list = Json::array();
+  JsonWriter json;
+  json.BeginObject();
+  json.Add("file", JsonText(file));
+  json.BeginList("properties");
   for (const ImportedProperty& property : properties) {
-    list.push_back({{"name", property.name},
-                    {"value", property.value},
-                    {"outcome", OutcomeName(property.outcome)},
-                    {"key", property.key},
-                    {"note", property.note}});
+    json.BeginObject();
+    json.Add("name", JsonText(property.name));
+    json.Add("value", JsonText(property.value));
+    json.Add("outcome", JsonText(OutcomeName(property.outcome)));
+    json.Add("key", JsonText(property.key));
+    json.Add("note", JsonText(property.note));
+    json.End();
   }
-  const Json report = {{"file", file}, {"properties", list}};
-  // File names need not be valid UTF-8, but JSON must.
-  return report.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+  json.End();
+  json.End();
+  return json.Text() + '\n';
 }
 
 }  // namespace lumvik::host

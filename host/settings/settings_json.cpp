@@ -7,6 +7,8 @@
 #include <sstream>
 #include <utility>
 
+#include "settings/json_writer.h"
+
 namespace lumvik::host {
 namespace {
 
@@ -14,32 +16,89 @@ namespace {
 // enclose, would take memory quadratic in the size of the text.
 constexpr std::size_t kMaxJoinedKey = 256;
 
-// Parses JSON and records the line of each key.
+constexpr std::size_t kMaxDepth = 8;
+
+// Builds the values and records the line of each key, from the library's events, each of which returns
+// whether to go on.
 class SettingsJsonParser {
  public:
   explicit SettingsJsonParser(const std::string& text) : text_(text), stream_(text), counted_(text.begin()) {}
 
   LocatedJson Parse() {
     RefuseNul();
-    const auto note = [this](int depth, Json::parse_event_t event, const Json& parsed) {
-      const auto level = static_cast<std::size_t>(depth);
-      if (event == Json::parse_event_t::object_start) EnterObject(level);
-      if (event == Json::parse_event_t::key) NoteKey(level - 1, parsed.get<std::string>());
-      return true;
-    };
-    try {
-      json_.root = Json::parse(stream_, note);
-    } catch (const Json::parse_error& error) {
-      // "[json.exception.parse_error.101] parse error at line 3, column 5: details"
-      const std::string text = error.what();
-      throw JsonFault(Line(), key_.empty() ? "" : "after " + key_, text.substr(text.find(": ") + 2));
-    } catch (const Json::out_of_range&) {
-      throw JsonFault(Line(), key_, "the number is too large");
-    }
+    Json::sax_parse(stream_, this);
     return std::move(json_);
   }
 
+  bool null() { return Add(JsonValue::Kind::kOther, "null"); }
+  bool boolean(bool flag) { return Add(JsonValue::Kind::kFlag, JsonText(flag), flag ? 1.0F : 0.0F); }
+  bool number_integer(std::int64_t number) {
+    return Add(JsonValue::Kind::kInteger, std::to_string(number), static_cast<float>(number));
+  }
+  bool number_unsigned(std::uint64_t number) {
+    return Add(JsonValue::Kind::kInteger, std::to_string(number), static_cast<float>(number));
+  }
+  bool number_float(float number, const std::string& /*text*/) {
+    return Add(JsonValue::Kind::kFloat, JsonText(number), number);
+  }
+  bool string(const std::string& text) { return Add(JsonValue::Kind::kOther, JsonText(text)); }
+  bool binary(const Json::binary_t& /*bytes*/) { return false; }
+
+  bool start_object(std::size_t /*size*/) {
+    EnterObject(Level());
+    return Begin(JsonValue::Kind::kObject);
+  }
+  bool start_array(std::size_t /*size*/) { return Begin(JsonValue::Kind::kList); }
+  bool end_object() { return End(); }
+  bool end_array() { return End(); }
+  bool key(const std::string& key) {
+    NoteKey(Level() - 1, key);
+    member_ = key;
+    return true;
+  }
+
+  // "[json.exception.parse_error.101] parse error at line 3, column 5: details"
+  bool parse_error(std::size_t /*position*/, const std::string& /*token*/, const Json::exception& error) {
+    if (dynamic_cast<const Json::out_of_range*>(&error) != nullptr) {
+      throw JsonFault(Line(), key_, "the number is too large");
+    }
+    const std::string text = error.what();
+    throw JsonFault(Line(), key_.empty() ? "" : "after " + key_, text.substr(text.find(": ") + 2));
+  }
+
  private:
+  // The number of open objects and lists.
+  std::size_t Level() const { return depth_; }
+
+  bool Add(JsonValue::Kind kind, std::string text, float number = 0) {
+    Place({kind, std::move(text), number, {}});
+    return true;
+  }
+
+  bool Begin(JsonValue::Kind kind) {
+    JsonValue* const placed = Place({kind, "", 0, {}});
+    if (placed != nullptr) open_.push_back(placed);
+    ++depth_;
+    return true;
+  }
+
+  bool End() {
+    if (--depth_ < open_.size()) open_.pop_back();
+    return true;
+  }
+
+  // Null for a value that is left out. The address is good until the next member of the same value, by when
+  // this one is no longer open.
+  JsonValue* Place(JsonValue value) {
+    if (depth_ == 0) {
+      json_.root = std::move(value);
+      return &json_.root;
+    }
+    if (depth_ > open_.size() || depth_ > kMaxDepth) return nullptr;
+    open_.back()->members.emplace_back(std::exchange(member_, ""), std::move(value));
+    return &open_.back()->members.back().second;
+  }
+
   // The library takes it for the end of the text.
   void RefuseNul() {
     const std::size_t nul = text_.find('\0');
@@ -80,6 +139,9 @@ class SettingsJsonParser {
   std::string key_;                          // the most recent one
   std::vector<std::string> parents_;         // the keys of the enclosing objects
   std::vector<std::set<std::string>> keys_;  // the keys seen in each of them
+  std::string member_;                       // the key of the next value
+  std::size_t depth_ = 0;
+  std::vector<JsonValue*> open_;  // of the objects and lists that are not left out
   LocatedJson json_;
 };
 
@@ -94,7 +156,7 @@ LocatedJson ParseJson(const std::string& text) {
 }
 
 Failure JsonFault(int line, const std::string& key, const std::string& why) {
-  const std::string quoted = Json(key).dump();  // escaped, to keep the message on one line
+  const std::string quoted = JsonText(key);  // escaped, to keep the message on one line
   const std::string named = key.empty() ? "" : quoted.substr(1, quoted.size() - 2) + ": ";
   return {LUMVIK_HOST_INVALID_ARGUMENT, "line " + std::to_string(line) + ": " + named + why};
 }

@@ -6,27 +6,39 @@
 #include <map>
 #include <nlohmann/json.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "base/failure.h"
 
 namespace lumvik::host {
 
-// Keys keep their order. Numbers are floats, as in the engine, and are written with the fewest digits that
-// round-trip.
-using Json = nlohmann::basic_json<nlohmann::ordered_map, std::vector, std::string, bool, std::int64_t,
-                                  std::uint64_t, float>;
+// Numbers are floats, as in the engine.
+using Json =
+    nlohmann::basic_json<std::map, std::vector, std::string, bool, std::int64_t, std::uint64_t, float>;
+
+// A value of a settings file. Destroying one allocates nothing, unlike one of the library.
+struct JsonValue {
+  enum class Kind { kOther, kFlag, kInteger, kFloat, kList, kObject };
+
+  Kind kind = Kind::kOther;
+  std::string text;                                        // as JSON, of what is neither list nor object
+  float number = 0;                                        // of kFlag, kInteger and kFloat
+  std::vector<std::pair<std::string, JsonValue>> members;  // of kObject, and of kList without keys
+
+  bool IsNumber() const { return kind == Kind::kInteger || kind == Kind::kFloat; }
+};
 
 // "hsl" and "red" make "hsl.red"; `parent` may be empty.
 std::string JoinKeys(const std::string& parent, const std::string& key);
 
-// NOLINTNEXTLINE(bugprone-exception-escape): moving a Json throws only from its own assertions
 struct LocatedJson {
-  Json root;
+  JsonValue root;
   std::map<std::string, int> lines;  // by joined key, counted from 1
 };
 
-// Throws Failure, naming line and key, for invalid JSON, duplicate keys and very long ones.
+// Throws Failure, naming line and key, for invalid JSON, duplicate keys and very long ones. Values nested
+// deeper than any setting are checked but left out.
 LocatedJson ParseJson(const std::string& text);
 
 // An error at a key: "line 3: hsl.red.hue: why".
