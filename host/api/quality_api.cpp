@@ -14,8 +14,12 @@ namespace {
 constexpr int kBestQuality = 1;
 constexpr int kWorstQuality = 4;
 
-// The status and the text of the failure, if it fails.
-Described LoadInstead(PhotoObject& object, int quality) {
+struct LoadOutcome {
+  Status status;
+  std::string text;  // of the failure
+};
+
+LoadOutcome LoadInstead(PhotoObject& object, int quality) {
   try {
     auto image = object.photo.Load(quality);
     const std::lock_guard<TurnLock> turn(object.turn);
@@ -30,7 +34,7 @@ Described LoadInstead(PhotoObject& object, int quality) {
 
 void RunLoad(std::shared_ptr<PhotoObject> object, int quality) {
   const std::shared_ptr<BackgroundLoad> load = object->load;
-  Described outcome = LoadInstead(*object, quality);
+  LoadOutcome outcome = LoadInstead(*object, quality);
   object.reset();
   load->End(outcome.status, std::move(outcome.text));
 }
