@@ -56,8 +56,10 @@
  *
  * @par Threads
  * Every function may be called from any thread at any time. Calls on one photo, or on one settings object,
- * are served one after another in the order of their arrival. Closing a photo drops the renders that were
- * posted, lets running calls end, and gives waiting ones ::LUMVIK_HOST_INVALID_HANDLE.
+ * are served one after another in the order of their arrival, with the settings that the photo then had.
+ * Setting and getting settings, posting, waiting and canceling do not wait for a render. Closing a photo
+ * drops the renders that were posted, lets running calls end, and gives waiting ones
+ * ::LUMVIK_HOST_INVALID_HANDLE.
  *
  * @par Processes
  * A child process made with fork() cannot use the handles of its parent (::LUMVIK_HOST_FORKED) but can open
@@ -384,7 +386,10 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_open_bytes(const void* data, size
                                                           const lumvik_host_open_options* options,
                                                           lumvik_host_photo** photo);
 
-/** Closes the handle; see Threads. May be called from a callback of this photo. Null is ignored. */
+/**
+ * Closes the handle; see Threads. Waits for running callbacks and for a load in the background. May be called
+ * from a callback of this photo, and then does not wait for callbacks. Null is ignored.
+ */
 LUMVIK_HOST_API lumvik_host_status lumvik_host_close(lumvik_host_photo* photo);
 
 /**
@@ -407,7 +412,8 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_set_quality(lumvik_host_photo* ph
 
 /**
  * Waits until a photo opened with @c proxy_first has its full quality, at most @p milliseconds; a negative
- * value waits without limit. Returns the failure if the load failed; the proxy then stays.
+ * value waits without limit. Returns the failure if the load failed; the proxy then stays. A subject mask
+ * found meanwhile does not.
  */
 LUMVIK_HOST_API lumvik_host_status lumvik_host_wait_for_quality(lumvik_host_photo* photo,
                                                                 int32_t milliseconds);
@@ -486,7 +492,10 @@ typedef struct lumvik_host_frame {
   const char* error;     /**< The text of the failure; "" on success. */
 } lumvik_host_frame;
 
-/** Receives each posted render once, one at a time. Must not throw. May call every function. */
+/**
+ * Receives each posted render once. Frames with pixels arrive one at a time; the notice that a render is
+ * stale or canceled may arrive while another callback runs. Must not throw. May call every function.
+ */
 typedef void (*lumvik_host_callback)(const lumvik_host_frame* frame, void* user);
 
 /**
@@ -503,7 +512,11 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_post(lumvik_host_photo* photo, lu
 /**
  * Waits until the render with this ticket ended, at most @p milliseconds; a negative value waits without
  * limit. Returns how it ended: ::LUMVIK_HOST_OK, ::LUMVIK_HOST_STALE, ::LUMVIK_HOST_CANCELED or a failure.
- * Ticket 0 is the latest.
+ * Ticket 0 is the latest; one that was not posted gives ::LUMVIK_HOST_INVALID_ARGUMENT.
+ *
+ * The callback of the render has returned by then, except if the call is made in a callback. In a callback
+ * with pixels, a wait for a later render gives ::LUMVIK_HOST_TIMED_OUT at once, since the worker is busy with
+ * it.
  */
 LUMVIK_HOST_API lumvik_host_status lumvik_host_wait(lumvik_host_photo* photo, uint64_t ticket,
                                                     int32_t milliseconds);

@@ -11,7 +11,7 @@ namespace lumvik::host {
 // Throws Failure unless it is in 1..4.
 void CheckQuality(int quality);
 
-// Loads the photograph at this quality in a thread of its own, unless the photo is closed meanwhile. Throws
+// Loads the photograph at this quality in a separate thread, unless the photo is closed meanwhile. Throws
 // std::system_error if there is no thread.
 void LoadInBackground(const std::shared_ptr<PhotoObject>& object, int quality);
 
