@@ -41,7 +41,7 @@ std::string InflateProfile(std::string_view compressed) {
   std::string profile;
   for (std::size_t size = 1U << 16U; size <= kMaxProfileBytes; size *= 4) {
     profile.resize(size);
-    uLongf length = static_cast<uLongf>(size);
+    auto length = static_cast<uLongf>(size);
     const int status =
         uncompress(reinterpret_cast<Bytef*>(profile.data()), &length,
                    reinterpret_cast<const Bytef*>(compressed.data()), static_cast<uLong>(compressed.size()));
@@ -115,7 +115,7 @@ std::string FindIccProfile(std::string_view image, lumvik_host_format format) {
 }
 
 bool StatesAdobeRgb(std::string_view jpeg) {
-  constexpr std::string_view kExifMark = {"Exif\0", 6};
+  constexpr std::string_view kExifMark = {"Exif\0\0", 6};
   for (const JpegSegment& segment : JpegSegments(jpeg)) {
     if (segment.marker != kJpegApp1 || PartOf(segment.payload, 0, kExifMark.size()) != kExifMark) continue;
     return HoldsAdobeRgb(segment.payload.substr(kExifMark.size()));

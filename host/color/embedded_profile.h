@@ -11,7 +11,7 @@
 namespace lumvik::host {
 
 // The prefix of a JPEG's APP2 segment with a part of a profile; its number and the number of parts follow.
-inline constexpr std::string_view kJpegProfileMark = {"ICC_PROFILE", 12};
+inline constexpr std::string_view kJpegProfileMark = {"ICC_PROFILE\0", 12};
 
 inline constexpr std::uint16_t kTiffProfileTag = 34675;
 

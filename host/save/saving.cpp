@@ -26,7 +26,7 @@ void AddMetadata(const Photo& photo, const SavePlan& plan, const SafeFile& file)
   MetadataOptions options;
   options.keep_position = plan.metadata == LUMVIK_HOST_METADATA_KEEP;
   options.copyright = plan.copyright;
-  options.is_raw = photo.IsRaw();
+  options.is_raw = photo.IsRaw() || photo.Info().is_converted != 0;  // either way sRGB now
   CopyMetadata(photo.OriginalPath(), file.TemporaryPath(), options);
 }
 

@@ -12,15 +12,20 @@
 #include "api/photo_handle.h"
 #include "color/color_profile.h"
 #include "color/embedded_profile.h"
+#include "files/jpeg_segments.h"
+#include "files/tiff_reading.h"
 #include "lumvik.h"
 #include "lumvik_host.h"
 #include "photo/test_photos.h"
+#include "support/exif_jpeg.h"
 #include "support/file_bytes.h"
 #include "support/temp_dir.h"
 
 namespace lumvik::host::test {
 namespace {
 
+using lumvik::test::ExifBlock;
+using lumvik::test::Ifd;
 using lumvik::test::ReadBytes;
 using lumvik::test::TempDir;
 using lumvik::test::WriteBytes;
@@ -42,6 +47,20 @@ constexpr SavedKind kSavedKinds[] = {{"a.jpg", LUMVIK_HOST_FORMAT_JPEG, 8},
                                      {"a.png", LUMVIK_HOST_FORMAT_PNG, 8},
                                      {"b.png", LUMVIK_HOST_FORMAT_PNG, 16},
                                      {"a.tif", LUMVIK_HOST_FORMAT_TIFF, 16}};
+
+// Whether a JPEG has this value of the EXIF tag.
+bool HasColorSpace(const Bytes& jpeg, std::uint64_t value) {
+  constexpr std::size_t kExifHeader = 6;
+  for (const JpegSegment& segment : JpegSegments({reinterpret_cast<const char*>(jpeg.data()), jpeg.size()})) {
+    if (segment.marker != kJpegApp1 || segment.payload.size() < kExifHeader) continue;
+    const TiffReader reader(segment.payload.substr(kExifHeader));
+    for (const TiffIfd& directory : reader.Directories()) {
+      const TiffEntry* const space = directory.Find(0xA001);
+      if (space != nullptr && reader.Numbers(*space) == std::vector{value}) return true;
+    }
+  }
+  return false;
+}
 
 class SaveTest : public ::testing::Test {
  protected:
@@ -271,6 +290,24 @@ TEST_F(SaveTest, EveryFormatHasMetadataAndProfile) {
     EXPECT_EQ(lumvik_host_check_file(File(kind.name).c_str(), &integrity), LUMVIK_HOST_OK)
         << integrity.reason;
   }
+}
+
+TEST_F(SaveTest, ConvertedColorsAreNotDeclaredAsAdobeRgb) {
+  ExifBlock exif;
+  exif.Shorts(Ifd::kExif, 0xA001, {65535});
+  exif.Ascii(Ifd::kInteroperability, 1, "R03");
+  const PhotoHandle photo =
+      OpenBytesForTest(lumvik::test::JpegWithExif(exif.Serialize(), PhotoBytes(LUMVIK_HOST_FORMAT_JPEG)));
+  ASSERT_EQ(InfoForTest(photo).is_converted, 1);
+  lumvik_host_save_options options = SaveOptions();
+  options.metadata = LUMVIK_HOST_METADATA_KEEP;
+  options.no_profile = 1;
+  ASSERT_EQ(lumvik_host_save(photo.get(), File("a.jpg").c_str(), &options), LUMVIK_HOST_OK)
+      << lumvik_host_last_error();
+  EXPECT_EQ(InfoForTest(OpenForTest(File("a.jpg"))).is_converted, 0);
+  const Bytes bytes = ReadBytes(File("a.jpg"));
+  EXPECT_FALSE(HasColorSpace(bytes, 65535));
+  EXPECT_TRUE(HasColorSpace(bytes, 1));
 }
 
 TEST_F(SaveTest, CutoutNeedsAMask) {
