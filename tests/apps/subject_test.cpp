@@ -90,10 +90,10 @@ TEST_F(SubjectTest, CutoutRefusesGeometricSettings) {
 TEST_F(SubjectTest, OnlyCameraRawFilesHaveASubject) {
   const std::string in = Photograph("in.png");
   for (const char* command : {"mask", "cutout"}) {
-    ExpectRefusal(Run({command, in, "-o", Path("out.png")}), kFailure, "it is not a camera RAW file");
+    ExpectRefusal(Run({command, in, "-o", Path("out.png")}), kFailure, "is not a RAW file");
   }
   ExpectRefusal(Run({"develop", in, "--preview", Path("out.png"), "--bg-blur", "50"}), kFailure,
-                "it is not a camera RAW file");
+                "is not a RAW file");
   EXPECT_FALSE(std::filesystem::exists(Path("out.png")));
 }
 
