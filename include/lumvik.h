@@ -65,8 +65,8 @@
  * its work is done.
  *
  * @par Processes
- * A child process made with fork() may use the library. It may use contexts of its parent only if no
- * other thread was in a call when it was forked.
+ * A child process made with fork() may use the library, which works with one thread there. It may use
+ * contexts of its parent only if no other thread was in a call when it was forked.
  *
  * @par Standard error
  * lumvik writes nothing to standard output or standard error. The codecs of ordinary images do, when

@@ -15,7 +15,7 @@ typedef struct Window {
   double green;      /* its mean, 0 to 255 */
 } Window;
 
-/* Called for each posted render, one at a time. Those that a newer one replaced have no pixels. */
+/* Called once for each posted render. Those that a newer one replaced have no pixels. */
 static void Show(const lumvik_host_frame* frame, void* user) {
   Window* window = user;
   if (frame->status != LUMVIK_HOST_OK) return;

@@ -32,7 +32,7 @@ int main(int argc, char** argv) {
   try {
     Window window;
     lumvik::api::Photo photo(argv[1]);  // after the window, which the callbacks use
-    // Called for each posted render, one at a time. Those that a newer one replaced have no pixels.
+    // Called once for each posted render. Those that a newer one replaced have no pixels.
     const auto show = [&window](const lumvik::api::Frame& frame) {
       if (frame.status == LUMVIK_HOST_OK) window.Show(frame);
     };
