@@ -13,8 +13,8 @@ bool IsControl(char c) {
   return (c >= 0 && c < ' ') || c == kDelete;
 }
 
-// The number of bytes of the character at the start of a text that is not empty; 0 if there is none. Table 3-7
-// of the Unicode standard.
+// The number of bytes of the character at the start of a text that is not empty; 0 if there is none. Table
+// 3-7 of the Unicode standard.
 std::size_t CharacterSize(std::string_view text) noexcept {
   const auto byte = [&](std::size_t index) { return static_cast<unsigned char>(text[index]); };
   const unsigned lead = byte(0);
@@ -37,7 +37,7 @@ void CopyCut(std::string_view text, char* buffer, std::size_t capacity) noexcept
   std::size_t used = 0;
   while (!text.empty()) {
     const std::size_t size = CharacterSize(text);
-    const std::string_view character = size == 0           ? kNotACharacter
+    const std::string_view character = size == 0            ? kNotACharacter
                                        : IsControl(text[0]) ? " "
                                                             : text.substr(0, size);
     if (used + character.size() >= capacity) break;
