@@ -7,9 +7,9 @@
 
 namespace lumvik::host {
 
-// Copies a text with a terminating NUL to a buffer of `capacity` bytes, at least 1. A longer text is cut between
-// characters. The result is one line of UTF-8, whatever the text holds: a byte that is not part of a character
-// becomes "?", a control character a space.
+// Copies a text with a terminating NUL to a buffer of `capacity` bytes, at least 1. A longer text is cut
+// between characters. The result is one line of UTF-8, whatever the text holds: a byte that is not part of a
+// character becomes "?", a control character a space.
 void CopyCut(std::string_view text, char* buffer, std::size_t capacity) noexcept;
 
 }  // namespace lumvik::host
