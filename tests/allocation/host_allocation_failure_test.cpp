@@ -70,8 +70,9 @@ struct OwnedPhoto {
 // How the process of a call ends.
 enum Outcome { kAsDocumented, kWrong, kLibraryCrashed };
 
-// Libraries that hide the cause of a failure: a decoder reports damage, an encoder an internal failure.
-enum class Hides { kNothing, kInDecoder, kInEncoder };
+// What a library or the engine reports in place of the cause: decoders damage; encoders and the search for
+// the subject an internal failure.
+enum class Hides { kNothing, kAsDamage, kAsInternal };
 
 enum class Needs { kNoPhoto, kPhoto, kMask };
 
@@ -178,19 +179,19 @@ const FailedCall kFailedCalls[] = {
        OwnedPhoto opened;
        return lumvik_host_open(o.photograph.c_str(), nullptr, &opened.handle);
      },
-     "out.txt", Hides::kInDecoder},
+     "out.txt", Hides::kAsDamage},
     {"open a RAW file", Needs::kNoPhoto,
      [](CallObjects& o) {
        OwnedPhoto opened;
        return lumvik_host_open(o.raw.c_str(), nullptr, &opened.handle);
      },
-     "out.txt", Hides::kInDecoder},
+     "out.txt", Hides::kAsDamage},
     {"open_bytes", Needs::kNoPhoto,
      [](CallObjects& o) {
        OwnedPhoto opened;
        return lumvik_host_open_bytes(o.photo_bytes.data(), o.photo_bytes.size(), nullptr, &opened.handle);
      },
-     "out.txt", Hides::kInDecoder},
+     "out.txt", Hides::kAsDamage},
     {"set_settings", Needs::kPhoto,
      [](CallObjects& o) { return lumvik_host_set_settings(o.photo, o.settings); }},
     {"get_settings", Needs::kPhoto,
@@ -199,7 +200,7 @@ const FailedCall kFailedCalls[] = {
        return lumvik_host_get_settings(o.photo, &got.handle);
      }},
     {"set_quality", Needs::kPhoto, [](CallObjects& o) { return lumvik_host_set_quality(o.photo, 2); },
-     "out.txt", Hides::kInDecoder},
+     "out.txt", Hides::kAsDamage},
     {"get_preview", Needs::kPhoto,
      [](CallObjects& o) {
        auto options = Sized<lumvik_host_preview_options>();
@@ -217,7 +218,8 @@ const FailedCall kFailedCalls[] = {
        return lumvik_host_suggest(o.photo, LUMVIK_HOST_SUGGEST_ENHANCEMENT, &suggested.handle);
      }},
     {"find_subject", Needs::kPhoto,
-     [](CallObjects& o) { return lumvik_host_find_subject(o.photo, 0.5F, 0.5F); }},
+     [](CallObjects& o) { return lumvik_host_find_subject(o.photo, 0.5F, 0.5F); }, "out.txt",
+     Hides::kAsInternal},
     {"get_mask", Needs::kMask,
      [](CallObjects& o) {
        int32_t width = 0;
@@ -225,24 +227,24 @@ const FailedCall kFailedCalls[] = {
        return lumvik_host_get_mask(o.photo, o.room.data(), o.room.size(), &width, &height);
      }},
     {"save a PNG", Needs::kPhoto, [](CallObjects& o) { return SaveWith(o, LUMVIK_HOST_FORMAT_PNG); },
-     "out.png", Hides::kInEncoder},
+     "out.png", Hides::kAsInternal},
     {"save a TIFF", Needs::kPhoto, [](CallObjects& o) { return SaveWith(o, LUMVIK_HOST_FORMAT_TIFF); },
-     "out.tif", Hides::kInEncoder},
+     "out.tif", Hides::kAsInternal},
     {"save a JPEG", Needs::kPhoto, [](CallObjects& o) { return SaveWith(o, LUMVIK_HOST_FORMAT_JPEG); },
-     "out.jpg", Hides::kInEncoder},
+     "out.jpg", Hides::kAsInternal},
     {"save_bytes", Needs::kPhoto,
      [](CallObjects& o) {
        const lumvik_host_save_options options = SavingAs(LUMVIK_HOST_FORMAT_PNG);
        OwnedData saved;
        return lumvik_host_save_bytes(o.photo, &options, &saved.data, &saved.size);
      },
-     "out.png", Hides::kInEncoder},
+     "out.png", Hides::kAsInternal},
     {"save_cutout", Needs::kMask,
      [](CallObjects& o) {
        const lumvik_host_save_options options = SavingAs(LUMVIK_HOST_FORMAT_PNG);
        return lumvik_host_save_cutout(o.photo, o.output.c_str(), &options);
      },
-     "out.png", Hides::kInEncoder},
+     "out.png", Hides::kAsInternal},
     {"write_file", Needs::kNoPhoto,
      [](CallObjects& o) { return lumvik_host_write_file(o.output.c_str(), "text", 4, 1); }},
     {"write_png", Needs::kNoPhoto,
@@ -258,13 +260,13 @@ const FailedCall kFailedCalls[] = {
        auto integrity = Sized<lumvik_host_integrity>();
        return lumvik_host_check(o.photo, &integrity);
      },
-     "out.txt", Hides::kInDecoder},
+     "out.txt", Hides::kAsDamage},
     {"check_file", Needs::kNoPhoto,
      [](CallObjects& o) {
        auto integrity = Sized<lumvik_host_integrity>();
        return lumvik_host_check_file(o.photograph.c_str(), &integrity);
      },
-     "out.txt", Hides::kInDecoder},
+     "out.txt", Hides::kAsDamage},
     {"identify", Needs::kNoPhoto,
      [](CallObjects& o) {
        int32_t format = 0;
@@ -276,13 +278,13 @@ const FailedCall kFailedCalls[] = {
        return lumvik_host_extract_thumbnail(o.raw.c_str(), &thumbnail.data, &thumbnail.size, nullptr,
                                             nullptr);
      },
-     "out.txt", Hides::kInDecoder},
+     "out.txt", Hides::kAsDamage},
     {"hash", Needs::kNoPhoto,
      [](CallObjects& o) {
        uint64_t hash = 0;
        return lumvik_host_hash(o.photograph.c_str(), &hash);
      },
-     "out.txt", Hides::kInDecoder},
+     "out.txt", Hides::kAsDamage},
 };
 
 lumvik_host_photo* Opened(const std::string& path) {
@@ -342,9 +344,9 @@ class HostAllocationFailureTest : public ::testing::TestWithParam<FailedCall> {
 
   static bool IsHidden(Status status) {
     switch (GetParam().hides) {
-      case Hides::kInDecoder:
+      case Hides::kAsDamage:
         return status == LUMVIK_HOST_DAMAGED || status == LUMVIK_HOST_UNSUPPORTED;
-      case Hides::kInEncoder:
+      case Hides::kAsInternal:
         return status == LUMVIK_HOST_INTERNAL;
       default:
         return false;
