@@ -272,8 +272,8 @@ int main(int argc, char** argv) {
   for (i = 0; i < count; ++i) {
     const Status status = kMisuses[i].call();
     if (status == kMisuses[i].expected) continue;
-    printf("%s: %s, not %s: %s\n", kMisuses[i].what, lumvik_host_status_name(status),
-           lumvik_host_status_name(kMisuses[i].expected), lumvik_host_last_error());
+    printf("%s: %s, not %s: %s\n", kMisuses[i].what, lumvik_host_status_name((int32_t)status),
+           lumvik_host_status_name((int32_t)kMisuses[i].expected), lumvik_host_last_error());
     ++wrong;
   }
   /* After all this both objects are of use. */
