@@ -1,15 +1,14 @@
 // Every allocation of every call fails once, in our code and in the libraries: the call returns or throws,
 // the context is unchanged, the same call then succeeds, and our code leaks nothing. Each failure runs in its
 // own process, since not every library survives it.
-#include <execinfo.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <functional>
 #include <iostream>
 #include <new>
 
+#include "allocation/crash_origin.h"
 #include "allocation/failing_malloc.h"
 #include "api/api_test.h"
 #include "support/exif_jpeg.h"
@@ -39,23 +38,6 @@ struct Call {
 Bytes& Room() {
   static Bytes room(1 << 16);
   return room;
-}
-
-// Reports whether a library or our code crashed. A crash in the C or C++ runtime counts for its caller.
-void HandleCrash(int /*signal*/) {
-  void* frames[64];
-  const int count = backtrace(frames, 64);
-  const std::string program = ModuleOf(reinterpret_cast<const void*>(&HandleCrash));
-  for (int i = 2; i < count; ++i) {  // skip this function and its caller
-    const std::string module = ModuleOf(frames[i]);
-    const auto is = [&module](const char* name) { return module.find(name) != std::string::npos; };
-    if (is("/libc.so") || is("/libstdc++") || is("/libgcc_s")) continue;
-    if (module == program) break;
-    std::cerr << module.substr(module.rfind('/') + 1) << " crashes\n";
-    _exit(kLibraryCrashed);
-  }
-  std::cerr << "our code crashes\n";
-  _exit(kWrong);
 }
 
 // The context without the texts of a failure.
@@ -102,9 +84,7 @@ Outcome Fail(const Call& call, int successes) {
   const std::string after = Essence(*model);
   const Bytes written = call.output.empty() ? Bytes() : ReadBytes(call.output);
   const std::string before = Essence(*context);
-  void* frame = nullptr;
-  backtrace(&frame, 1);  // allocates the first time
-  for (const int crash : {SIGSEGV, SIGABRT}) std::signal(crash, HandleCrash);
+  ExitOnCrash(kLibraryCrashed, kWrong);
 
   FailingMalloc failing(successes);
   const int status = Answer(call, context.get());

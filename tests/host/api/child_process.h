@@ -11,7 +11,7 @@
 
 namespace lumvik::host::test {
 
-inline constexpr unsigned kSecondsPerChild = 30;  // a child that hangs is ended by SIGALRM
+inline constexpr unsigned kSecondsPerChild = 300;  // a child that hangs is ended by SIGALRM
 
 // Returns the exit code of the child, or minus the signal that ended it.
 inline int ExitCodeOfChild(const std::function<int()>& body) {

@@ -1,16 +1,13 @@
-// Threads that are canceled, and processes that exit, during a call.
+// Threads that are canceled during a call.
 #include <gtest/gtest.h>
 #include <pthread.h>
 #include <unistd.h>
 
 #include <atomic>
-#include <cstdlib>
-#include <memory>
 #include <mutex>
 #include <thread>
 
 #include "api/guard.h"
-#include "api/registry.h"
 #include "base/turn_lock.h"
 #include "host/api/child_process.h"
 #include "lumvik_host.h"
@@ -50,25 +47,6 @@ TEST(GuardTest, ACanceledThreadCompletesTheCall) {
               return call.served && result == PTHREAD_CANCELED ? 0 : 1;
             }),
             0);
-}
-
-TEST(GuardTest, AProcessExitsWhileThreadsUseTheLibrary) {
-  for (int i = 0; i < 20; ++i) {
-    ASSERT_EQ(ExitCodeOfChild([]() -> int {
-                for (int thread = 0; thread < 3; ++thread) {
-                  std::thread([] {
-                    for (;;) {
-                      const HandleValue handle = OpenHandle(HandleKind::kPhoto, std::make_shared<int>());
-                      Guarded([&] { CloseHandle(HandleKind::kSettings, handle); });
-                      Guarded([&] { CloseHandle(HandleKind::kPhoto, handle); });
-                    }
-                  }).detach();
-                }
-                std::exit(0);
-              }),
-              0)
-        << "exit " << i;
-  }
 }
 
 }  // namespace

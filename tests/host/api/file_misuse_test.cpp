@@ -1,0 +1,44 @@
+// How the tests of misuse call the functions that examine files.
+#include <cstdint>
+
+#include "host/api/misuse_photographs.h"
+#include "host/api/misuse_table.h"
+#include "lumvik_host.h"
+
+namespace lumvik::host::test {
+namespace {
+
+[[maybe_unused]] const bool file_functions = AddTestedFunctions({
+    {"lumvik_host_get_exif",
+     [](CallArguments& a) { return lumvik_host_get_exif(a.Photo(), a.OutStruct<lumvik_host_exif>()); }},
+    {"lumvik_host_check",
+     [](CallArguments& a) {
+       return lumvik_host_check(a.Photo(), a.OutStruct<lumvik_host_integrity>(WrittenOn::kDamaged));
+     }},
+    {"lumvik_host_check_file",
+     [](CallArguments& a) {
+       return lumvik_host_check_file(a.InputFile(PhotographPath()),
+                                     a.OutStruct<lumvik_host_integrity>(WrittenOn::kDamaged));
+     }},
+    {"lumvik_host_identify",
+     [](CallArguments& a) { return lumvik_host_identify(a.InputFile(PhotographPath()), a.Out<int32_t>()); }},
+    {"lumvik_host_read_size",
+     [](CallArguments& a) {
+       return lumvik_host_read_size(a.InputFile(PhotographPath()), a.Out<int32_t>(), a.Out<int32_t>());
+     }},
+    {"lumvik_host_extract_thumbnail",
+     [](CallArguments& a) {
+       return lumvik_host_extract_thumbnail(a.InputFile(PhotographPath()), a.OutData(), a.Out<size_t>(),
+                                            a.OutOrNull<int32_t>(), a.OutOrNull<int32_t>());
+     }},
+    {"lumvik_host_hash",
+     [](CallArguments& a) { return lumvik_host_hash(a.InputFile(PhotographPath()), a.Out<uint64_t>()); }},
+    {"lumvik_host_has_metadata_module",
+     [](CallArguments&) {
+       const lumvik_host_status status = lumvik_host_has_metadata_module();
+       return OkIf(status == LUMVIK_HOST_OK || status == LUMVIK_HOST_UNSUPPORTED);
+     }},
+});
+
+}  // namespace
+}  // namespace lumvik::host::test
