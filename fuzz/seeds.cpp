@@ -134,14 +134,16 @@ void WriteSeeds(const std::filesystem::path& root) {
   AddImages(Folder(root / "image_loader_fuzz"));
   AddRawFiles(Folder(root / "raw_decoder_fuzz"));
   AddExif(Folder(root / "exif_fuzz"));
-  for (const char* target : {"thumbnail_fuzz", "perceptual_hash_fuzz"}) {
+  for (const char* target : {"thumbnail_fuzz", "perceptual_hash_fuzz", "open_bytes_fuzz"}) {
     const Folder folder(root / target);
     AddImages(folder);
     AddRawFiles(folder);
     AddPreviews(folder);
   }
   AddSettings(Folder(root / "settings_file_fuzz"));
-  AddCallLists(Folder(root / "call_list_fuzz"));
+  for (const char* target : {"call_list_fuzz", "host_calls_fuzz"}) {
+    AddCallLists(Folder(root / target));
+  }
 }
 
 }  // namespace
