@@ -57,11 +57,11 @@ step "Line coverage"
 step "Fuzzing, one minute per target"
 "$ROOT/scripts/fuzz.sh"
 
-# OpenCV is not built with ThreadSanitizer, so only the engine's own threading can be tested with it.
+# OpenCV is not built with ThreadSanitizer, so only our own threading can be tested with it.
 step "Thread tests with ThreadSanitizer"
 configure tsan "$ROOT/build/tsan" -D CMAKE_CXX_FLAGS_RELWITHDEBINFO="-O1 -g1"
-cmake --build "$ROOT/build/tsan" --target api_tests
-run_tests "$ROOT/build/tsan" -R '^ThreadTest'
+cmake --build "$ROOT/build/tsan" --target api_tests host_tests
+run_tests "$ROOT/build/tsan" -R '^(ThreadTest|PhotoThreadTest|PostTest|QualityTest|TurnLockTest)\.'
 
 step "Tests of the release build"
 run_tests "$ROOT/build/release"
