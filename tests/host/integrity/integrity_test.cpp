@@ -172,7 +172,7 @@ TEST(IntegrityTest, TruncatedFilesAreDamaged) {
 
 TEST(IntegrityTest, TinyPartsOfFilesAreDamaged) {
   for (const CheckedFile& file : WholeFiles()) {
-    for (const std::size_t size : {0, 1, 4, 8, 9, 12, 20, 30}) {
+    for (const std::size_t size : {0U, 1U, 4U, 8U, 9U, 12U, 20U, 30U}) {
       EXPECT_TRUE(DamageOf(Truncated(file, size))) << file.name << " cut to " << size;
     }
   }

@@ -84,6 +84,11 @@ static Status SaveWhatDidNotOpen(void) {
   return lumvik_host_save(other, "out.jpg", NULL);
 }
 
+#if defined(LUMVIK_SANITIZE_ADDRESS) || defined(LUMVIK_SANITIZE_THREAD)
+static Status OutOfMemory(void) {
+  return LUMVIK_HOST_OUT_OF_MEMORY; /* a sanitizer needs the address space itself */
+}
+#else
 static void PutLittleEndian(unsigned char* bytes, unsigned value) {
   int i = 0;
   for (i = 0; i < 4; ++i) bytes[i] = (unsigned char)(value >> (8 * i));
@@ -109,9 +114,6 @@ static int WriteLargeBitmap(const char* path) {
 }
 
 static Status OutOfMemory(void) {
-#if defined(LUMVIK_SANITIZE_ADDRESS) || defined(LUMVIK_SANITIZE_THREAD)
-  return LUMVIK_HOST_OUT_OF_MEMORY; /* a sanitizer needs the address space itself */
-#else
   struct rlimit unlimited;
   struct rlimit limited;
   lumvik_host_photo* large = NULL;
@@ -131,8 +133,8 @@ static Status OutOfMemory(void) {
   setrlimit(RLIMIT_AS, &unlimited);
   lumvik_host_close(large);
   return status;
-#endif
 }
+#endif
 
 static void* RenderOften(void* failures) {
   int i = 0;

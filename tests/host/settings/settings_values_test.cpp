@@ -185,7 +185,7 @@ TEST_F(SettingsValuesTest, ASmallBufferIsNotWritten) {
   ASSERT_EQ(SetCurve("tone_curves.red", {0, 0.5F, 1, 1}), LUMVIK_HOST_OK);
   float points[] = {7, 7, 7, 7};
   std::size_t count = 0;
-  for (const std::size_t capacity : {0, 1}) {
+  for (const std::size_t capacity : {0U, 1U}) {
     count = 0;
     ExpectFailure(
         lumvik_host_settings_get_curve(settings_.Handle(), "tone_curves.red", points, capacity, &count),
