@@ -51,6 +51,7 @@ class Error : public std::runtime_error {
 /** A struct of lumvik_host.h, all zeros, with its size set. Options of zeros are the defaults. */
 template <typename Struct>
 struct Sized : Struct {
+  // NOLINTNEXTLINE(clang-analyzer-optin.cplusplus.UninitializedObject): the braces set all fields to zero
   Sized() : Struct{} { this->struct_size = sizeof(Struct); }
 };
 

@@ -29,15 +29,10 @@ constexpr const char* kStatusNames[] = {"ok",
                                         "internal"};
 static_assert(std::size(kStatusNames) == LUMVIK_HOST_INTERNAL + 1);
 
-#define LUMVIK_HOST_TEXT_OF(number) #number
-#define LUMVIK_HOST_VERSION_TEXT(major, minor, patch) \
-  LUMVIK_HOST_TEXT_OF(major) "." LUMVIK_HOST_TEXT_OF(minor) "." LUMVIK_HOST_TEXT_OF(patch)
-
 }  // namespace
 
 const char* lumvik_host_version() {
-  return LUMVIK_HOST_VERSION_TEXT(LUMVIK_HOST_VERSION_MAJOR, LUMVIK_HOST_VERSION_MINOR,
-                                  LUMVIK_HOST_VERSION_PATCH);
+  return LUMVIK_VERSION_TEXT;
 }
 
 const char* lumvik_host_engine_version() {

@@ -18,6 +18,7 @@ namespace {
 constexpr char kNoMemory[] = "not enough memory";
 constexpr char kUnknown[] = "an unknown failure";
 
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): each thread has its own
 thread_local TextBuffer thread_text{};
 
 // Libraries end messages with a line break.

@@ -23,6 +23,7 @@ TextBuffer ErrorText::Get() const {
 }
 
 lumvik_host_photo* OpenPhoto(std::shared_ptr<PhotoObject> object) {
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): a handle is never dereferenced
   return reinterpret_cast<lumvik_host_photo*>(OpenHandle(HandleKind::kPhoto, std::move(object)));
 }
 

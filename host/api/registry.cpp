@@ -33,8 +33,9 @@ class Registry {
   // objects, whose threads it lacks. In static memory, so that no call needs an allocation to find it.
   static Registry& Instance() {
     alignas(Registry) static std::array<std::byte, sizeof(Registry)> memory;
-    static auto* const instance = new (memory.data()) Registry();
-    return *instance;
+    // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): one for all threads
+    static auto* const kInstance = new (memory.data()) Registry();
+    return *kInstance;
   }
 
   HandleValue Open(HandleKind kind, std::shared_ptr<void> object) {

@@ -11,12 +11,14 @@ namespace lumvik::host {
 // For std::lock_guard. A std::mutex would let a thread that calls in a loop starve the others.
 class TurnLock {
  public:
+  // NOLINTNEXTLINE(readability-identifier-naming): the name that std::lock_guard calls
   void lock() {
     std::unique_lock<std::mutex> guard(mutex_);
     const std::uint64_t turn = next_++;
     changed_.wait(guard, [&] { return serving_ == turn; });
   }
 
+  // NOLINTNEXTLINE(readability-identifier-naming): likewise
   void unlock() {
     {
       const std::lock_guard<std::mutex> guard(mutex_);

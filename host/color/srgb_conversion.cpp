@@ -8,6 +8,7 @@
 #include <opencv2/imgcodecs.hpp>
 #include <vector>
 
+#include "base/byte_matrix.h"
 #include "base/failure.h"
 #include "color/color_profile.h"
 #include "color/embedded_profile.h"
@@ -21,9 +22,7 @@ constexpr std::uintmax_t kMaxImageBytes = std::numeric_limits<std::int32_t>::max
 // Upright, blue first; empty if it cannot be decoded.
 cv::Mat DecodeWithAllBits(const std::string& image) {
   try {
-    // imdecode does not write to the matrix.
-    const cv::Mat bytes(1, static_cast<int>(image.size()), CV_8UC1, const_cast<char*>(image.data()));
-    return cv::imdecode(bytes, cv::IMREAD_COLOR | cv::IMREAD_ANYDEPTH);
+    return cv::imdecode(ByteMatrix(image), cv::IMREAD_COLOR | cv::IMREAD_ANYDEPTH);
   } catch (const cv::Exception& error) {
     if (error.code == cv::Error::StsNoMem) throw std::bad_alloc();
     return {};

@@ -6,6 +6,7 @@
 #include <new>
 #include <opencv2/imgcodecs.hpp>
 
+#include "base/byte_matrix.h"
 #include "files/byte_reading.h"
 
 namespace lumvik::host {
@@ -55,9 +56,7 @@ std::optional<Damage> CheckDecodable(std::string_view image, int flags) {
   constexpr const char* kUndecodable = "the image data is corrupt";
   if (image.empty()) return Damage{kUndecodable};
   try {
-    // imdecode does not write to the matrix.
-    const cv::Mat bytes(1, static_cast<int>(image.size()), CV_8UC1, const_cast<char*>(image.data()));
-    if (!cv::imdecode(bytes, flags).empty()) return std::nullopt;
+    if (!cv::imdecode(ByteMatrix(image), flags).empty()) return std::nullopt;
   } catch (const cv::Exception& error) {
     if (error.code == cv::Error::StsNoMem) throw std::bad_alloc();
   }

@@ -3,6 +3,7 @@
 #define LUMVIK_HOST_METADATA_RAW_FACTS_H_
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <string>
 
@@ -14,8 +15,8 @@ struct RawFacts {
   std::int32_t orientation = 1;  // EXIF code, 1 to 8
   std::string lens;              // "" if unknown
   std::string datetime;          // "2024:05:31 18:20:00", as stored; "" if unknown
-  double latitude;               // degrees, south negative; NaN if unknown
-  double longitude;              // degrees, west negative; NaN if unknown
+  double latitude = std::numeric_limits<double>::quiet_NaN();   // degrees, south negative; NaN if unknown
+  double longitude = std::numeric_limits<double>::quiet_NaN();  // degrees, west negative; NaN if unknown
 };
 
 // Nothing for a file that LibRaw rejects.

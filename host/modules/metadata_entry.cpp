@@ -123,6 +123,21 @@ void LockToolkit(void* mutex, bool lock) {
   }
 }
 
+// Exiv2 does not release the namespaces that are registered when the process ends.
+class OwnNamespace {
+ public:
+  OwnNamespace() { Exiv2::XmpProperties::registerNs(kOwnNamespace, kOwnPrefix); }
+  ~OwnNamespace() {
+    try {
+      Exiv2::XmpProperties::unregisterNs(kOwnNamespace);
+    } catch (...) {  // the process ends anyway
+      return;
+    }
+  }
+  OwnNamespace(const OwnNamespace&) = delete;
+  OwnNamespace& operator=(const OwnNamespace&) = delete;
+};
+
 void InitializeExiv2() {
   static std::recursive_mutex toolkit;
   Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);  // the library writes nothing to standard error
@@ -130,7 +145,7 @@ void InitializeExiv2() {
   Exiv2::enableBMFF(true);  // CR3, off by default in older versions
 #endif
   Exiv2::XmpParser::initialize(LockToolkit, &toolkit);
-  Exiv2::XmpProperties::registerNs(kOwnNamespace, kOwnPrefix);
+  static const OwnNamespace kRegistered;
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #ifndef LUMVIK_HOST_MODULES_METADATA_INTERFACE_H_
 #define LUMVIK_HOST_MODULES_METADATA_INTERFACE_H_
 
+/* NOLINTBEGIN: modules may be written in C */
 #include <stddef.h>
 #include <stdint.h>
 
@@ -85,5 +86,7 @@ typedef const lumvik_metadata_functions* (*lumvik_metadata_entry)(void);
 #ifdef __cplusplus
 }
 #endif
+
+/* NOLINTEND */
 
 #endif /* LUMVIK_HOST_MODULES_METADATA_INTERFACE_H_ */

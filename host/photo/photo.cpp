@@ -48,8 +48,10 @@ void Photo::FindSubject(cv::Point2d point) {
                   "cannot find the subject of " + Shown() + ", which is not a RAW file");
   }
   const cv::Size size(image_->Width(), image_->Height());
+  // The engine would take the center along the negative axis only.
+  const cv::Point2d center(-1, -1);
   const cv::Point2d source =
-      point.x < 0 || point.y < 0 ? point : SourcePoint(point, size, Completed(Values()));
+      point.x < 0 || point.y < 0 ? center : SourcePoint(point, size, Completed(Values()));
   CallEngine(Engine(), "cannot find the subject of " + Shown(), [&](EngineContext* context) {
     return lumvik_segment_subject(context, static_cast<float>(source.x), static_cast<float>(source.y));
   });

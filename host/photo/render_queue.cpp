@@ -23,12 +23,14 @@ class CallbackScope {
   }
 
  private:
+  // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): each thread has its own
   static thread_local const CallbackScope* innermost;
 
   const RenderQueue* queue_;
   const CallbackScope* outer_;
 };
 
+// NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables): see above
 thread_local const CallbackScope* CallbackScope::innermost = nullptr;
 
 const char* DroppedText(Status status) {

@@ -49,7 +49,7 @@ constexpr AutoTool kAutoTools[] = {
      [](const Values& values, Settings& suggested) { suggested["exposure"] = values[0]; }},
     {LUMVIK_HOST_SUGGEST_WHITE_BALANCE,
      [](EngineContext* context, Values& values) {
-       return lumvik_auto_white_balance(context, &values[0], &values[1]);
+       return lumvik_auto_white_balance(context, values.data(), &values[1]);
      },
      [](const Values& values, Settings& suggested) {
        suggested["temperature"] = values[0];
@@ -57,7 +57,7 @@ constexpr AutoTool kAutoTools[] = {
      }},
     {LUMVIK_HOST_SUGGEST_CROP,
      [](EngineContext* context, Values& values) {
-       return lumvik_auto_crop(context, &values[0], &values[1], &values[2], &values[3]);
+       return lumvik_auto_crop(context, values.data(), &values[1], &values[2], &values[3]);
      },
      [](const Values& values, Settings& suggested) {
        suggested["crop.x"] = values[0];

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "base/byte_matrix.h"
 #include "files/file_reading.h"
 #include "lumvik.h"
 #include "photo/engine_call.h"
@@ -60,11 +61,9 @@ cv::Mat ReducedFrame(const Frame& frame, const PreviewLayout& layout) {
 cv::Mat ReducedExport(Photo& photo, const SavePlan& plan, const PreviewLayout& layout, const SafeFile& file) {
   ExportWholeImage(photo, plan, file);
   const std::string bytes = ReadFile(file.TemporaryPath(), std::numeric_limits<std::int32_t>::max());
-  // imdecode does not write to the matrix.
-  const cv::Mat encoded(1, static_cast<int>(bytes.size()), CV_8UC1, const_cast<char*>(bytes.data()));
   cv::Mat reduced;
-  cv::resize(cv::imdecode(encoded, cv::IMREAD_UNCHANGED), reduced, {layout.width, layout.height}, 0, 0,
-             cv::INTER_AREA);
+  cv::resize(cv::imdecode(ByteMatrix(bytes), cv::IMREAD_UNCHANGED), reduced, {layout.width, layout.height}, 0,
+             0, cv::INTER_AREA);
   return reduced;
 }
 

@@ -7,6 +7,7 @@
 #include "base/after_fork.h"
 
 #if defined(LUMVIK_LIBRAW_USES_OPENMP)
+// NOLINTNEXTLINE(readability-identifier-naming): OpenMP names it
 extern "C" void omp_set_num_threads(int threads);  // clang lacks <omp.h>
 #endif
 

@@ -36,7 +36,8 @@ uint32_t Scale(const api::Histogram& counts) {
 Heights HeightsOf(const Histogram& counts, uint32_t scale) {
   Heights heights{};
   for (std::size_t x = 0; x < heights.size(); ++x) {
-    const double share = static_cast<double>(counts[x / kColumnsPerBin]) / scale;
+    const uint32_t count = counts[x / kColumnsPerBin];
+    const double share = static_cast<double>(count) / scale;
     heights[x] = static_cast<int>(std::lround(std::min(share, 1.0) * (kHeight - 1)));
   }
   return heights;

@@ -186,7 +186,11 @@ TEST_F(ToolsTest, TheBackgroundIsBlurredAroundTheMask) {
 }
 
 // The fractions of the brightest spot; negative if the spot is not whole.
+// Of the mirrored border there may be a second one, further away than a spot is wide: none then.
 cv::Point2d SpotOf(const TestPreview& preview) {
+  constexpr int kMaxSide = 16;  // pixels
+  int left = preview.width;
+  int right = 0;
   cv::Point2d sum;
   double weights = 0;
   for (int y = 0; y < preview.height; ++y) {
@@ -194,11 +198,13 @@ cv::Point2d SpotOf(const TestPreview& preview) {
       const int level = preview.pixels[static_cast<std::size_t>(4 * (y * preview.width + x))];
       if (level < 8) continue;
       if (x < 3 || y < 3 || x >= preview.width - 3 || y >= preview.height - 3) return {-1, -1};
+      left = std::min(left, x);
+      right = std::max(right, x);
       sum += cv::Point2d(x + 0.5, y + 0.5) * level;
       weights += level;
     }
   }
-  if (weights == 0) return {-1, -1};
+  if (weights == 0 || right - left > kMaxSide) return {-1, -1};
   return {sum.x / weights / preview.width, sum.y / weights / preview.height};
 }
 
