@@ -50,7 +50,7 @@ class SettingsReader {
     if (entry == members.end()) {
       throw JsonFault(1, kVersionKey, "missing; it must be " + std::to_string(kVersion));
     }
-    const JsonValue version = entry->second;
+    const JsonValue version = std::move(entry->second);
     if (version.kind != JsonValue::Kind::kInteger || version.number < kFirstVersion ||
         version.number > kVersion) {
       throw Fault(kVersionKey, Shown(version) + " is not a supported version, " +

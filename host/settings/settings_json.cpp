@@ -30,6 +30,8 @@ class SettingsJsonParser {
     return std::move(json_);
   }
 
+  // NOLINTBEGIN(readability-identifier-naming, readability-convert-member-functions-to-static): the names of
+  // the library
   bool null() { return Add(JsonValue::Kind::kOther, "null"); }
   bool boolean(bool flag) { return Add(JsonValue::Kind::kFlag, JsonText(flag), flag ? 1.0F : 0.0F); }
   bool number_integer(std::int64_t number) {
@@ -66,17 +68,19 @@ class SettingsJsonParser {
     throw JsonFault(Line(), key_.empty() ? "" : "after " + key_, text.substr(text.find(": ") + 2));
   }
 
+  // NOLINTEND(readability-identifier-naming, readability-convert-member-functions-to-static)
+
  private:
   // The number of open objects and lists.
   std::size_t Level() const { return depth_; }
 
   bool Add(JsonValue::Kind kind, std::string text, float number = 0) {
-    Place({kind, std::move(text), number, {}});
+    Place({kind, std::move(text), number});
     return true;
   }
 
   bool Begin(JsonValue::Kind kind) {
-    JsonValue* const placed = Place({kind, "", 0, {}});
+    JsonValue* const placed = Place({kind, "", 0});
     if (placed != nullptr) open_.push_back(placed);
     ++depth_;
     return true;

@@ -26,6 +26,16 @@ struct JsonValue {
   float number = 0;                                        // of kFlag, kInteger and kFloat
   std::vector<std::pair<std::string, JsonValue>> members;  // of kObject, and of kList without keys
 
+  // Moved, never copied.
+  JsonValue() = default;
+  JsonValue(Kind its_kind, std::string its_text, float its_number)
+      : kind(its_kind), text(std::move(its_text)), number(its_number) {}
+  JsonValue(JsonValue&&) = default;
+  JsonValue& operator=(JsonValue&&) = default;
+  JsonValue(const JsonValue&) = delete;
+  JsonValue& operator=(const JsonValue&) = delete;
+  ~JsonValue() = default;
+
   bool IsNumber() const { return kind == Kind::kInteger || kind == Kind::kFloat; }
 };
 
