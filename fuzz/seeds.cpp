@@ -121,6 +121,24 @@ void AddSettings(const Folder& folder) {
   folder.Add("none.json", std::string(R"({"lumvik": 1})"));
 }
 
+void AddXmp(const Folder& folder) {
+  const std::string start =
+      "<x:xmpmeta xmlns:x=\"adobe:ns:meta/\"><rdf:RDF "
+      "xmlns:rdf=\"http://www.w3.org/1999/02/22-rdf-syntax-ns#\">"
+      "<rdf:Description rdf:about=\"\" xmlns:crs=\"http://ns.adobe.com/camera-raw-settings/1.0/\" ";
+  const std::string end = "</rdf:Description></rdf:RDF></x:xmpmeta>";
+  folder.Add("numbers.xmp",
+             start + R"(crs:Exposure2012="+0.50" crs:Sharpness="40" crs:WhiteBalance="As Shot">)" + end);
+  folder.Add("crop.xmp", start +
+                             R"(crs:HasCrop="True" crs:CropLeft="0.1" crs:CropTop="0.1" crs:CropRight="0.9"
+    crs:CropBottom="0.8" crs:CropAngle="-3.5">)" +
+                             end);
+  folder.Add("curve.xmp", start +
+                              "><crs:ToneCurvePV2012><rdf:Seq><rdf:li>0, 0</rdf:li><rdf:li>128, 150</rdf:li>"
+                              "<rdf:li>255, 255</rdf:li></rdf:Seq></crs:ToneCurvePV2012>" +
+                              end);
+}
+
 void AddCallLists(const Folder& folder) {
   std::mt19937 random(1);
   for (int i = 0; i < 100; ++i) {
@@ -141,6 +159,7 @@ void WriteSeeds(const std::filesystem::path& root) {
     AddPreviews(folder);
   }
   AddSettings(Folder(root / "settings_file_fuzz"));
+  AddXmp(Folder(root / "xmp_import_fuzz"));
   for (const char* target : {"call_list_fuzz", "host_calls_fuzz"}) {
     AddCallLists(Folder(root / target));
   }
