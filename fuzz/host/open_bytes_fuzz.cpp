@@ -3,6 +3,7 @@
 #include <cstring>
 
 #include "fuzz_input.h"
+#include "large_raw.h"
 #include "lumvik_host.h"
 
 namespace lumvik::fuzz {
@@ -53,6 +54,8 @@ extern "C" const char* __lsan_default_suppressions() {
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  if (lumvik::fuzz::IsLargeRaw(lumvik::fuzz::WriteFile("input.arw", lumvik::fuzz::ToBytes(data, size))))
+    return 0;
   lumvik_host_photo* photo = nullptr;
   const lumvik_host_status status = lumvik_host_open_bytes(data, size, nullptr, &photo);
   if (status != LUMVIK_HOST_OK) {

@@ -1,30 +1,12 @@
 // A RAW file: decoded and rendered, or rejected with the text of the step that failed. Reads its metadata
 // too, which for most RAW files is the decoder's.
 #include <algorithm>
-#include <memory>
 
 #include "fuzz_input.h"
-#include "image/guarded_libraw.h"
+#include "large_raw.h"
 #include "lumvik.h"
 
 extern "C" size_t LLVMFuzzerMutate(uint8_t* data, size_t size, size_t max_size);
-
-namespace {
-
-// A file of a few kilobytes can claim hundreds of megapixels and keep LibRaw busy for a minute. A test covers
-// that; here it would only cost time.
-constexpr size_t kMaxPixels = size_t{1} << 20;
-
-bool IsTooLarge(const std::string& path) {
-  const auto raw = std::make_unique<lumvik::GuardedLibRaw>();
-  if (raw->OpenFile(path) != LIBRAW_SUCCESS) return false;
-  const libraw_image_sizes_t& sizes = raw->imgdata.sizes;
-  const size_t recorded = size_t{sizes.raw_width} * sizes.raw_height;
-  const size_t delivered = size_t{sizes.iwidth} * sizes.iheight;
-  return std::max(recorded, delivered) > kMaxPixels;
-}
-
-}  // namespace
 
 // Most mutations go to the beginning of the file, where the tags are, rather than to the pixels.
 extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t max_size, unsigned seed) {
@@ -37,7 +19,7 @@ extern "C" size_t LLVMFuzzerCustomMutator(uint8_t* data, size_t size, size_t max
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   using lumvik::fuzz::Require;
   const std::string path = lumvik::fuzz::WriteFile("input.arw", lumvik::fuzz::ToBytes(data, size));
-  if (IsTooLarge(path)) return 0;
+  if (lumvik::fuzz::IsLargeRaw(path)) return 0;
   EngineContext* context = lumvik_create_context();
   const int quality = static_cast<int>(size % 4) + 1;
   if (lumvik_load_arw(context, path.c_str(), quality) == LUMVIK_OK) {
