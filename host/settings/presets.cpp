@@ -48,7 +48,7 @@ std::vector<std::string> ListPresets(const fs::path& folder) {
   std::error_code error;
   for (fs::directory_iterator entry(folder, error), end; !error && entry != end; entry.increment(error)) {
     const std::string name = entry->path().stem().u8string();
-    std::error_code ignored;  // a broken link is no file
+    std::error_code ignored;  // a broken link does not count
     if (entry->path().extension() == kPresetExtension && entry->is_regular_file(ignored) &&
         IsPresetName(name)) {
       names.push_back(name);
