@@ -2,16 +2,9 @@
 #ifndef LUMVIK_HOST_API_GUARD_H_
 #define LUMVIK_HOST_API_GUARD_H_
 
-#include <array>
-#include <cstddef>
-
 #include "base/failure.h"
 
 namespace lumvik::host {
-
-// A bounded text, so that running out of memory can be reported.
-inline constexpr std::size_t kMaxText = 2048;  // bytes, more than a path and a reason take
-using TextBuffer = std::array<char, kMaxText>;
 
 // Sets the text of the calling thread for the exception being handled, and returns its status.
 Status ReportException() noexcept;

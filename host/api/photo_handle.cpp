@@ -1,7 +1,6 @@
 #include "api/photo_handle.h"
 
 #include "api/registry.h"
-#include "base/text_cut.h"
 
 namespace lumvik::host {
 namespace {

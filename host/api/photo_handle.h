@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "api/guard.h"
+#include "base/text_cut.h"
 #include "base/turn_lock.h"
 #include "lumvik_host.h"
 #include "photo/background_load.h"

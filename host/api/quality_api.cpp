@@ -16,27 +16,27 @@ constexpr int kWorstQuality = 4;
 
 struct LoadOutcome {
   Status status;
-  std::string text;  // of the failure
+  TextBuffer text;  // of the failure
 };
 
-LoadOutcome LoadInstead(PhotoObject& object, int quality) {
+LoadOutcome LoadInstead(PhotoObject& object, int quality) noexcept {
   try {
     auto image = object.photo.Load(quality);
     const std::lock_guard<TurnLock> turn(object.turn);
     if (object.load->IsWanted()) object.photo.Replace(std::move(image));
-    return {LUMVIK_HOST_OK, ""};
+    return {LUMVIK_HOST_OK, {}};
   } catch (...) {
     const Status status = ReportException();
     object.error.Set(ThreadText());
-    return {status, ThreadText()};
+    return {status, object.error.Get()};
   }
 }
 
 void RunLoad(std::shared_ptr<PhotoObject> object, int quality) {
   const std::shared_ptr<BackgroundLoad> load = object->load;
-  LoadOutcome outcome = LoadInstead(*object, quality);
+  const LoadOutcome outcome = LoadInstead(*object, quality);
   object.reset();
-  load->End(outcome.status, std::move(outcome.text));
+  load->End(outcome.status, outcome.text);
 }
 
 }  // namespace

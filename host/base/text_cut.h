@@ -2,10 +2,14 @@
 #ifndef LUMVIK_HOST_BASE_TEXT_CUT_H_
 #define LUMVIK_HOST_BASE_TEXT_CUT_H_
 
+#include <array>
 #include <cstddef>
 #include <string_view>
 
 namespace lumvik::host {
+
+// The text of a failure. Bounded, so that running out of memory can be reported.
+using TextBuffer = std::array<char, 2048>;  // more than a path and a reason take
 
 // Copies a text with a terminating NUL to a buffer of `capacity` bytes, at least 1. A longer text is cut
 // between characters. The result is one line of UTF-8, whatever the text holds: a byte that is not part of a

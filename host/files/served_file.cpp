@@ -1,11 +1,11 @@
 #include "files/served_file.h"
 
 #include <algorithm>
-#include <cctype>
 #include <filesystem>
 #include <iterator>
 #include <string_view>
 
+#include "base/lower_case.h"
 #include "files/file_reading.h"
 
 namespace lumvik::host {
@@ -22,9 +22,7 @@ std::string AbsolutePath(const std::string& path) {
 }
 
 Decoder DecoderFor(const std::string& path) {
-  std::string lowered = path;
-  std::transform(lowered.begin(), lowered.end(), lowered.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+  const std::string lowered = LowerCase(path);
   const auto is_extension = [&](std::string_view extension) {
     return lowered.size() >= extension.size() &&
            lowered.compare(lowered.size() - extension.size(), extension.size(), extension) == 0;

@@ -136,7 +136,7 @@ CameraRawSettings ReadCameraRawSettings(const std::string& path) {
 void CopyMetadata(const std::string& photograph, const std::string& image, const MetadataOptions& options) {
   RequireReadable(photograph);
   const std::string bytes = ReadFile(image, std::numeric_limits<std::uintmax_t>::max());
-  const lumvik_metadata_copy_options copy = {options.keep_position ? 1 : 0, options.is_raw ? 1 : 0,
+  const lumvik_metadata_copy_options copy = {options.keep_position ? 1 : 0, options.is_srgb ? 1 : 0,
                                              options.copyright ? options.copyright->c_str() : nullptr};
   std::string written;
   lumvik_metadata_error error{};

@@ -38,7 +38,7 @@ CameraRawSettings ReadCameraRawSettings(const std::string& path);
 struct MetadataOptions {
   bool keep_position = true;
   std::optional<std::string> copyright;
-  bool is_raw = false;  // developed to sRGB, whatever the camera's setting
+  bool is_srgb = false;  // the image, whatever the photograph states
 };
 
 // Copies metadata about the shot and its author from a photograph to an image fresh from the engine. Size and

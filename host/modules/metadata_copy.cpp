@@ -104,7 +104,7 @@ KeptMetadata KeptOfFile(const Exiv2::Image& file, const KeepOptions& options) {
     kept.exif[kLensModel] = lens;
   }
   kept.exif["Exif.Image.Orientation"] = kUprightTag;
-  if (options.is_raw) kept.exif["Exif.Photo.ColorSpace"] = kSrgb;
+  if (options.is_srgb) kept.exif["Exif.Photo.ColorSpace"] = kSrgb;
   return kept;
 }
 

@@ -20,7 +20,7 @@ struct KeptMetadata {
 
 struct KeepOptions {
   bool position = true;
-  bool is_raw = false;  // developed to sRGB, whatever the camera's setting
+  bool is_srgb = false;  // whatever the photograph states
   std::optional<std::string> copyright;
 };
 

@@ -56,7 +56,7 @@ std::int32_t Copy(const char* photograph, const void* image, std::size_t size,
   const std::int32_t status = Guarded(LUMVIK_METADATA_DAMAGED, error, [&] {
     KeepOptions keep;
     keep.position = options->keep_position != 0;
-    keep.is_raw = options->is_raw != 0;
+    keep.is_srgb = options->is_srgb != 0;
     if (options->copyright != nullptr) keep.copyright = options->copyright;
     kept = ReadKept(photograph, keep);
     return LUMVIK_METADATA_OK;

@@ -49,7 +49,7 @@ typedef int32_t (*lumvik_metadata_file)(void* user, const void* data, size_t siz
 
 typedef struct lumvik_metadata_copy_options {
   int32_t keep_position;
-  int32_t is_raw;        /* The photograph is a RAW file, which is developed to sRGB. */
+  int32_t is_srgb;       /* The image is in sRGB, whatever the photograph states. */
   const char* copyright; /* Replaces the photograph's; null keeps it. */
 } lumvik_metadata_copy_options;
 

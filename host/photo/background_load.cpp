@@ -1,7 +1,6 @@
 #include "photo/background_load.h"
 
 #include <chrono>
-#include <utility>
 
 namespace lumvik::host {
 
@@ -10,12 +9,12 @@ void BackgroundLoad::Begin() {
   is_running_ = true;
 }
 
-void BackgroundLoad::End(Status status, std::string text) {
+void BackgroundLoad::End(Status status, const TextBuffer& text) {
   const std::lock_guard<std::mutex> guard(mutex_);
   is_running_ = false;
   if (!is_abandoned_) {
     status_ = status;
-    failure_ = std::move(text);
+    failure_ = text;
   }
   changed_.notify_all();
 }
@@ -40,7 +39,7 @@ void BackgroundLoad::Wait(int milliseconds) {
   } else if (!changed_.wait_for(lock, std::chrono::milliseconds(milliseconds), is_over)) {
     throw Failure(LUMVIK_HOST_TIMED_OUT, "the photograph is still being loaded");
   }
-  if (status_ != LUMVIK_HOST_OK) throw Failure(status_, failure_);
+  if (status_ != LUMVIK_HOST_OK) throw Failure(status_, failure_.data());
 }
 
 void BackgroundLoad::WaitForEnd() {

@@ -4,9 +4,9 @@
 
 #include <condition_variable>
 #include <mutex>
-#include <string>
 
 #include "base/failure.h"
+#include "base/text_cut.h"
 
 namespace lumvik::host {
 
@@ -15,7 +15,7 @@ class BackgroundLoad {
  public:
   void Begin();
   // `status` and `text` are those of the failure, if it failed.
-  void End(Status status, std::string text);
+  void End(Status status, const TextBuffer& text);
 
   // Another load has replaced this one.
   void Abandon();
@@ -37,7 +37,7 @@ class BackgroundLoad {
   bool is_running_ = false;
   bool is_abandoned_ = false;
   Status status_ = LUMVIK_HOST_OK;
-  std::string failure_;
+  TextBuffer failure_{};
 };
 
 }  // namespace lumvik::host

@@ -3,8 +3,6 @@
 #include <chrono>
 #include <utility>
 
-#include "base/text_cut.h"
-
 namespace lumvik::host {
 namespace {
 

@@ -2,7 +2,6 @@
 #ifndef LUMVIK_HOST_PHOTO_RENDER_QUEUE_H_
 #define LUMVIK_HOST_PHOTO_RENDER_QUEUE_H_
 
-#include <array>
 #include <condition_variable>
 #include <cstddef>
 #include <cstdint>
@@ -15,6 +14,7 @@
 #include <vector>
 
 #include "base/failure.h"
+#include "base/text_cut.h"
 #include "lumvik_host.h"
 #include "photo/current_settings.h"
 
@@ -76,7 +76,7 @@ class RenderQueue {
   std::optional<PostedRender> waiting_;
   std::vector<Progress> progress_;  // by ticket, from 1
   std::uint64_t failed_ticket_ = 0;
-  std::array<char, 2048> failure_{};  // its text
+  TextBuffer failure_{};  // its text
   std::thread::id worker_;
   int callbacks_ = 0;
   bool has_worker_ = false;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "base/lower_case.h"
 #include "files/file_reading.h"
 
 namespace lumvik::host {
@@ -19,16 +20,10 @@ constexpr OutputExtension kOutputExtensions[] = {
     {".tif", LUMVIK_HOST_FORMAT_TIFF}, {".tiff", LUMVIK_HOST_FORMAT_TIFF},
 };
 
-// Whatever the locale.
-char AsciiLower(char c) {
-  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
 }  // namespace
 
 lumvik_host_format OutputFormatOf(const std::string& path) {
-  std::string extension = PathOf(path).extension().u8string();
-  std::transform(extension.begin(), extension.end(), extension.begin(), AsciiLower);
+  const std::string extension = LowerCase(PathOf(path).extension().u8string());
   for (const OutputExtension& known : kOutputExtensions) {
     if (extension == known.text) return known.format;
   }

@@ -1,6 +1,5 @@
 #include "save/saving.h"
 
-#include <cstdint>
 #include <limits>
 
 #include "base/failure.h"
@@ -26,7 +25,7 @@ void AddMetadata(const Photo& photo, const SavePlan& plan, const SafeFile& file)
   MetadataOptions options;
   options.keep_position = plan.metadata == LUMVIK_HOST_METADATA_KEEP;
   options.copyright = plan.copyright;
-  options.is_raw = photo.IsRaw() || photo.Info().is_converted != 0;  // either way sRGB now
+  options.is_srgb = photo.IsRaw() || photo.Info().is_converted != 0;
   CopyMetadata(photo.OriginalPath(), file.TemporaryPath(), options);
 }
 
@@ -55,13 +54,6 @@ void RequireNoGeometry(const Settings& settings) {
   }
 }
 
-void RequireMask(const Photo& photo) {
-  constexpr int kNoMask = -1;
-  std::uint8_t nothing = 0;
-  if (lumvik_get_mask(photo.Engine(), &nothing, 0) != kNoMask) return;
-  throw Failure(LUMVIK_HOST_NOT_FOUND, photo.Shown() + " has no subject mask");
-}
-
 }  // namespace
 
 void SaveToFile(Photo& photo, const SavePlan& plan, const std::string& path) {
@@ -81,7 +73,7 @@ void SaveCutout(Photo& photo, const std::string& path, Overwrite overwrite) {
   if (OutputFormatOf(path) != LUMVIK_HOST_FORMAT_PNG) {
     throw Failure(LUMVIK_HOST_INVALID_ARGUMENT, "cannot write '" + path + "': the extension is not .png");
   }
-  RequireMask(photo);
+  if (!photo.HasMask()) throw Failure(LUMVIK_HOST_NOT_FOUND, photo.Shown() + " has no subject mask");
   RequireNoGeometry(photo.Values());
   SafeFile file(path, overwrite, ExtensionOf(LUMVIK_HOST_FORMAT_PNG));
   photo.RenderIfStale();

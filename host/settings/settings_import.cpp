@@ -5,6 +5,7 @@
 #include <optional>
 #include <utility>
 
+#include "base/lower_case.h"
 #include "settings/camera_raw_crop.h"
 #include "settings/camera_raw_names.h"
 #include "settings/camera_raw_text.h"
@@ -21,12 +22,6 @@ constexpr char kTrue[] = "True";
 constexpr char kNoCounterpart[] = "no counterpart";
 constexpr const char* kCropNames[] = {"CropLeft",   "CropTop",   "CropRight",
                                       "CropBottom", "CropAngle", "HasCrop"};
-
-std::string LowerCase(std::string text) {
-  std::transform(text.begin(), text.end(), text.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-  return text;
-}
 
 std::string Joined(const std::vector<std::string>& parts) {
   std::string text;

@@ -97,7 +97,7 @@ TEST_P(MetadataCopyTest, ARawFileIsDevelopedToSrgb) {
   photograph->writeMetadata();
   EXPECT_EQ(ExifValue(*CopiedFrom(in), "Exif.Photo.ColorSpace"), "2");
   MetadataOptions options;
-  options.is_raw = true;
+  options.is_srgb = true;
   EXPECT_EQ(ExifValue(*CopiedFrom(in, options), "Exif.Photo.ColorSpace"), "1");
 }
 

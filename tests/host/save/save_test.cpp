@@ -317,14 +317,15 @@ TEST_F(SaveTest, CutoutNeedsAMask) {
 
 TEST_F(SaveTest, CutoutIsTransparentOutsideTheMask) {
   const PhotoHandle photo = OpenBytesForTest(PhotoBytes(LUMVIK_HOST_FORMAT_RAW));
-  EngineContext* const context = FindPhoto(photo.get())->photo.Engine();
-  ASSERT_EQ(lumvik_segment_subject(context, 0.5F, 0.5F), 0);
+  ASSERT_EQ(lumvik_host_find_subject(photo.get(), 0.5F, 0.5F), LUMVIK_HOST_OK) << lumvik_host_last_error();
   ASSERT_EQ(lumvik_host_save_cutout(photo.get(), File("a.png").c_str(), nullptr), LUMVIK_HOST_OK)
       << lumvik_host_last_error();
   const cv::Mat cutout = Read("a.png");
   ASSERT_EQ(cutout.type(), CV_8UC4);
   cv::Mat mask(cutout.size(), CV_8UC1);
-  ASSERT_EQ(lumvik_get_mask(context, mask.data, static_cast<int>(mask.total())), 0);
+  std::int32_t width = 0;
+  std::int32_t height = 0;
+  ASSERT_EQ(lumvik_host_get_mask(photo.get(), mask.data, mask.total(), &width, &height), LUMVIK_HOST_OK);
   cv::Mat alpha;
   cv::extractChannel(cutout, alpha, 3);
   EXPECT_EQ(cv::norm(alpha, mask, cv::NORM_INF), 0);
