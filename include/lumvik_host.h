@@ -411,6 +411,13 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_get_info(lumvik_host_photo* photo
 LUMVIK_HOST_API lumvik_host_status lumvik_host_set_quality(lumvik_host_photo* photo, int32_t quality);
 
 /**
+ * Gets what could not be used while opening and saving the photo, such as a damaged color profile or damaged
+ * EXIF: one sentence per line, "" if everything was. The photo is developed without it. Release @p *warnings
+ * with lumvik_host_free().
+ */
+LUMVIK_HOST_API lumvik_host_status lumvik_host_get_warnings(lumvik_host_photo* photo, char** warnings);
+
+/**
  * Waits until a photo opened with @c proxy_first has its full quality, at most @p milliseconds; a negative
  * value waits without limit. Returns the failure if the load failed; the proxy then stays. A subject mask
  * found meanwhile does not.
@@ -565,10 +572,21 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_get_mask(lumvik_host_photo* photo
 /**
  * @defgroup lumvik_host_saving Saving
  * A file appears under its name only when it is complete: it is written next to it and renamed. An existing
- * file is replaced only if @c overwrite is set, and keeps its permissions. A path through a symbolic link
+ * file is replaced only as @c overwrite allows, and keeps its permissions. A path through a symbolic link
  * replaces the file that the link refers to.
+ *
+ * A host can leave a mark in the images that it writes: a text of its own, kept as an XMP property together
+ * with a digest of the file. The mark is intact until the file changes, so that a host knows its own results
+ * from files that were written, or edited, by anyone else.
  * @{
  */
+
+/** Which existing files may be replaced. */
+typedef enum lumvik_host_overwrite {
+  LUMVIK_HOST_OVERWRITE_NONE = 0,  /**< None: an existing file gives ::LUMVIK_HOST_EXISTS. */
+  LUMVIK_HOST_OVERWRITE_ANY = 1,   /**< Any file. */
+  LUMVIK_HOST_OVERWRITE_MARKED = 2 /**< A file with an intact mark. */
+} lumvik_host_overwrite;
 
 /** What becomes of the photograph's metadata. */
 typedef enum lumvik_host_metadata_policy {
@@ -586,9 +604,10 @@ typedef struct lumvik_host_save_options {
   int32_t max_width;     /**< The image is reduced to fit, keeping its proportions; 0: no limit. */
   int32_t max_height;    /**< See max_width. */
   int32_t metadata;      /**< A ::lumvik_host_metadata_policy. Anything but NONE needs the metadata module. */
-  int32_t overwrite;     /**< Not 0: replace an existing file. */
-  int32_t no_profile;    /**< Not 0: attach no sRGB profile. */
+  int32_t overwrite;     /**< A ::lumvik_host_overwrite. */
+  int32_t no_profile;    /**< Not 0: attach no color profile. */
   const char* copyright; /**< Set as the copyright notice; null keeps that of the photograph. */
+  const char* mark;      /**< Left in the file: UTF-8, up to 1,000 bytes; null for none. */
 } lumvik_host_save_options;
 
 /** Returns the format for the extension of a path, in any case: .jpg, .jpeg, .png, .tif or .tiff; else 0. */
@@ -598,7 +617,10 @@ LUMVIK_HOST_API int32_t lumvik_host_format_of(const char* path);
 LUMVIK_HOST_API const char* lumvik_host_extension_of(int32_t format);
 
 /**
- * Renders if necessary and writes the result to @p path.
+ * Renders if necessary and writes the result to @p path. The attached profile is sRGB, or that of the
+ * photograph if it was opened with @c keep_colors.
+ *
+ * Metadata of the photograph that is damaged is left out, see lumvik_host_get_warnings().
  *
  * An extension that is unknown or contradicts @c format, and a bit depth that the format does not have, give
  * ::LUMVIK_HOST_INVALID_ARGUMENT. If metadata cannot be kept because the metadata module is not installed,
@@ -613,21 +635,30 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_save_bytes(lumvik_host_photo* pho
                                                           uint8_t** data, size_t* size);
 
 /**
- * Writes the subject on a transparent background as an 8-bit PNG. Of the options only @c overwrite counts.
- * Without a mask the status is ::LUMVIK_HOST_NOT_FOUND; settings that move pixels give
+ * Writes the subject on a transparent background as an 8-bit PNG. Of the options only @c overwrite and @c
+ * mark count. Without a mask the status is ::LUMVIK_HOST_NOT_FOUND; settings that move pixels give
  * ::LUMVIK_HOST_UNSUPPORTED and a text that names the setting.
  */
 LUMVIK_HOST_API lumvik_host_status lumvik_host_save_cutout(lumvik_host_photo* photo, const char* path,
                                                            const lumvik_host_save_options* options);
 
-/** Writes @p size bytes to a file. */
+/** Writes @p size bytes to a file. @p overwrite is a ::lumvik_host_overwrite. */
 LUMVIK_HOST_API lumvik_host_status lumvik_host_write_file(const char* path, const void* data, size_t size,
                                                           int32_t overwrite);
 
-/** Writes pixels as an 8-bit PNG: 1 (gray), 3 (RGB) or 4 (RGBA) channels, rows without padding. */
+/**
+ * Writes pixels as an 8-bit PNG: 1 (gray), 3 (RGB) or 4 (RGBA) channels, rows without padding. Of the options
+ * only @c overwrite and @c mark count.
+ */
 LUMVIK_HOST_API lumvik_host_status lumvik_host_write_png(const char* path, const uint8_t* pixels,
                                                          int32_t width, int32_t height, int32_t channels,
-                                                         int32_t overwrite);
+                                                         const lumvik_host_save_options* options);
+
+/**
+ * Reads the mark of an image, which is intact: a file without one, or one that changed since it was written,
+ * gives ::LUMVIK_HOST_NOT_FOUND. Release @p *mark with lumvik_host_free().
+ */
+LUMVIK_HOST_API lumvik_host_status lumvik_host_read_mark(const char* path, char** mark);
 
 /** @} */
 
@@ -652,6 +683,8 @@ typedef struct lumvik_host_exif {
   int32_t height;       /**< See width. */
   double gps_latitude;  /**< Degrees, south negative. */
   double gps_longitude; /**< Degrees, west negative. */
+  double as_shot_temperature; /**< Kelvin, of the white balance of a RAW file as shot; NaN if unknown. */
+  double as_shot_tint;        /**< Its distance from the Planckian locus, magenta positive; NaN if unknown. */
 } lumvik_host_exif;
 
 /**
@@ -659,6 +692,9 @@ typedef struct lumvik_host_exif {
  * installed, the metadata module know.
  */
 LUMVIK_HOST_API lumvik_host_status lumvik_host_get_exif(lumvik_host_photo* photo, lumvik_host_exif* exif);
+
+/** The same for a file, without decoding it. */
+LUMVIK_HOST_API lumvik_host_status lumvik_host_read_exif(const char* path, lumvik_host_exif* exif);
 
 /** Whether a file is whole. */
 typedef struct lumvik_host_integrity {
@@ -693,12 +729,32 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_identify(const char* path, int32_
 LUMVIK_HOST_API lumvik_host_status lumvik_host_read_size(const char* path, int32_t* width, int32_t* height);
 
 /**
- * Makes a small JPEG of an ordinary image, or extracts the preview of a RAW file, whatever its size.
- * A RAW file without a preview gives ::LUMVIK_HOST_UNSUPPORTED. Release @p *data with lumvik_host_free().
- * @p width and @p height (optional) are the size in pixels, as stored.
+ * Identifies the content of a file by its size and its first and last 64 KiB, whatever its name and times:
+ * two photographs never have the same fingerprint in practice, nor have two versions of one.
  */
-LUMVIK_HOST_API lumvik_host_status lumvik_host_extract_thumbnail(const char* path, uint8_t** data,
-                                                                 size_t* size, int32_t* width,
+LUMVIK_HOST_API lumvik_host_status lumvik_host_fingerprint(const char* path, uint64_t* fingerprint);
+
+/** How to make a thumbnail. */
+typedef struct lumvik_host_thumbnail_options {
+  uint32_t struct_size; /**< Set by the host. */
+  int32_t max_width;    /**< If this or max_height is not 0, the thumbnail is upright and reduced to fit. */
+  int32_t max_height;   /**< 0: no limit. */
+  int32_t metadata;     /**< A ::lumvik_host_metadata_policy. */
+  const char* mark;     /**< See ::lumvik_host_save_options. */
+} lumvik_host_thumbnail_options;
+
+/**
+ * Makes a JPEG for overviews. Without a size limit it is at most 160 pixels wide and high for an ordinary
+ * image, and the embedded preview of a RAW file in its own size. With one, it has the same size for all
+ * kinds: an ordinary image is decoded, and the preview of a RAW file reduced; neither is enlarged.
+ *
+ * The metadata is that of the photograph, to the extent that @c metadata keeps it. A RAW file without a
+ * preview gives ::LUMVIK_HOST_UNSUPPORTED. Release @p *data with lumvik_host_free(). @p width and @p height
+ * (optional) are the size in pixels, as stored.
+ */
+LUMVIK_HOST_API lumvik_host_status lumvik_host_extract_thumbnail(const char* path,
+                                                                 const lumvik_host_thumbnail_options* options,
+                                                                 uint8_t** data, size_t* size, int32_t* width,
                                                                  int32_t* height);
 
 /** Computes a 64-bit perceptual hash: the fewer bits differ, the more similar are the photographs. */

@@ -55,16 +55,17 @@ struct Sized : Struct {
   Sized() : Struct{} { this->struct_size = sizeof(Struct); }
 };
 
-using SettingInfo = Sized<lumvik_host_setting_info>;       /**< The description of a setting. */
-using OpenOptions = Sized<lumvik_host_open_options>;       /**< How to open a photograph. */
-using PhotoInfo = Sized<lumvik_host_photo_info>;           /**< What is known of an open photograph. */
-using PreviewOptions = Sized<lumvik_host_preview_options>; /**< How to make a preview. */
-using SaveOptions = Sized<lumvik_host_save_options>;       /**< How to save a render. */
-using ExifInfo = Sized<lumvik_host_exif>;                  /**< Shooting data. */
-using Integrity = Sized<lumvik_host_integrity>;            /**< Whether a file is whole. */
-using Histogram = lumvik_host_histogram;                   /**< The pixels of a render by 8-bit level. */
-using Frame = lumvik_host_frame;                           /**< A finished render. */
-using Bytes = std::vector<std::uint8_t>;                   /**< The content of a file. */
+using SettingInfo = Sized<lumvik_host_setting_info>;           /**< The description of a setting. */
+using OpenOptions = Sized<lumvik_host_open_options>;           /**< How to open a photograph. */
+using PhotoInfo = Sized<lumvik_host_photo_info>;               /**< What is known of an open photograph. */
+using PreviewOptions = Sized<lumvik_host_preview_options>;     /**< How to make a preview. */
+using SaveOptions = Sized<lumvik_host_save_options>;           /**< How to save a render. */
+using ThumbnailOptions = Sized<lumvik_host_thumbnail_options>; /**< How to make a thumbnail. */
+using ExifInfo = Sized<lumvik_host_exif>;                      /**< Shooting data. */
+using Integrity = Sized<lumvik_host_integrity>;                /**< Whether a file is whole. */
+using Histogram = lumvik_host_histogram;                       /**< The pixels of a render by 8-bit level. */
+using Frame = lumvik_host_frame;                               /**< A finished render. */
+using Bytes = std::vector<std::uint8_t>;                       /**< The content of a file. */
 
 /** Receives a posted render. An exception that it throws is dropped. */
 using FrameCallback = std::function<void(const Frame& frame)>;
@@ -340,6 +341,11 @@ class Photo {
     return info;
   }
 
+  /** What could not be used while opening and saving the photo: one sentence per line. */
+  std::string Warnings() const {
+    return detail::Text([&](char** warnings) { return lumvik_host_get_warnings(handle_, warnings); });
+  }
+
   /** The shooting data. */
   ExifInfo Exif() const {
     ExifInfo exif;
@@ -569,12 +575,36 @@ inline Integrity CheckFile(const std::string& path) {
   return integrity;
 }
 
-/** Makes a small JPEG of an ordinary image, or extracts the preview of a RAW file. */
-inline Thumbnail ExtractThumbnail(const std::string& path) {
+/** Reads the shooting data of a file without decoding it. */
+inline ExifInfo ReadExif(const std::string& path) {
+  ExifInfo exif;
+  Check(lumvik_host_read_exif(path.c_str(), &exif));
+  return exif;
+}
+
+/** Identifies the content of a file, whatever its name and times. */
+inline std::uint64_t Fingerprint(const std::string& path) {
+  std::uint64_t fingerprint = 0;
+  Check(lumvik_host_fingerprint(path.c_str(), &fingerprint));
+  return fingerprint;
+}
+
+/** The mark of an image, unless it has none or changed since it was written. */
+inline std::optional<std::string> ReadMark(const std::string& path) {
+  char* mark = nullptr;
+  const lumvik_host_status status = lumvik_host_read_mark(path.c_str(), &mark);
+  if (status == LUMVIK_HOST_NOT_FOUND) return std::nullopt;
+  Check(status);
+  const detail::Lent<char> lent(mark, lumvik_host_free);
+  return mark;
+}
+
+/** Makes a JPEG for overviews. */
+inline Thumbnail ExtractThumbnail(const std::string& path, const ThumbnailOptions& options = {}) {
   std::uint8_t* data = nullptr;
   std::size_t bytes = 0;
   Size size;
-  Check(lumvik_host_extract_thumbnail(path.c_str(), &data, &bytes, &size.width, &size.height));
+  Check(lumvik_host_extract_thumbnail(path.c_str(), &options, &data, &bytes, &size.width, &size.height));
   const detail::Lent<std::uint8_t> lent(data, lumvik_host_free);
   return {Bytes(data, data + bytes), size};
 }
@@ -587,14 +617,15 @@ inline std::uint64_t Hash(const std::string& path) {
 }
 
 /** Writes @p size bytes to a file. */
-inline void WriteFile(const std::string& path, const void* data, std::size_t size, bool overwrite = false) {
-  Check(lumvik_host_write_file(path.c_str(), data, size, overwrite ? 1 : 0));
+inline void WriteFile(const std::string& path, const void* data, std::size_t size,
+                      lumvik_host_overwrite overwrite = LUMVIK_HOST_OVERWRITE_NONE) {
+  Check(lumvik_host_write_file(path.c_str(), data, size, overwrite));
 }
 
-/** Writes an image as an 8-bit PNG. */
-inline void WritePng(const std::string& path, const Image& image, bool overwrite = false) {
+/** Writes an image as an 8-bit PNG. Of the options only @c overwrite and @c mark count. */
+inline void WritePng(const std::string& path, const Image& image, const SaveOptions& options = {}) {
   Check(lumvik_host_write_png(path.c_str(), image.data.data(), image.width, image.height, image.channels,
-                              overwrite ? 1 : 0));
+                              &options));
 }
 
 /** Throws ::LUMVIK_HOST_UNSUPPORTED, with the reason, unless the metadata module is installed. */

@@ -17,6 +17,7 @@
 #include "commands/suggest.h"
 #include "commands/thumb.h"
 #include "lumvik_host.hpp"
+#include "terminal/exit_status.h"
 #include "terminal/reported_failure.h"
 #if defined(_WIN32)
 #include "terminal/console_win32.h"
@@ -27,9 +28,7 @@
 
 namespace {
 
-enum ExitStatus { kSuccess = 0, kFailure = 1, kUsage = 2 };
-
-int Fail(const std::exception& error, ExitStatus status) {
+int Fail(const std::exception& error, lumvik::ExitStatus status) {
   lumvik::Report(error.what());
   return status;
 }
@@ -70,16 +69,18 @@ int main(int argc, char** argv) {
 #endif
   try {
     RunCommand(argc, argv);
-    return kSuccess;
+    return lumvik::kSuccess;
 #if !defined(_WIN32)
   } catch (const lumvik::Interruption& interruption) {
     return interruption.Status();
 #endif
   } catch (const lumvik::ReportedFailure&) {
-    return kFailure;
+    return lumvik::kFailure;
   } catch (const CLI::ParseError& error) {
-    return Fail(error, kUsage);
+    return Fail(error, lumvik::kUsage);
+  } catch (const lumvik::api::Error& error) {
+    return Fail(error, lumvik::ExitStatusOf(error));
   } catch (const std::exception& error) {
-    return Fail(error, kFailure);
+    return Fail(error, lumvik::kFailure);
   }
 }

@@ -11,6 +11,7 @@
 #include "api/guard.h"
 #include "api/photo_handle.h"
 #include "api/registry.h"
+#include "files/fingerprint.h"
 #include "files/format.h"
 #include "files/jpeg_size.h"
 #include "files/served_file.h"
@@ -83,13 +84,41 @@ lumvik_host_status lumvik_host_get_exif(lumvik_host_photo* photo, lumvik_host_ex
   });
 }
 
-lumvik_host_status lumvik_host_extract_thumbnail(const char* path, uint8_t** data, size_t* size,
-                                                 int32_t* width, int32_t* height) {
+lumvik_host_status lumvik_host_read_exif(const char* path, lumvik_host_exif* exif) {
+  using namespace lumvik::host;
+  return Guarded([&] {
+    RequireArgument(path, "path");
+    RequireResult(exif, "exif");
+    throw Failure(LUMVIK_HOST_UNSUPPORTED, "WIP");
+  });
+}
+
+lumvik_host_status lumvik_host_get_warnings(lumvik_host_photo* photo, char** warnings) {
+  using namespace lumvik::host;
+  return WithPhoto(photo, [&](const Photo&) {
+    RequireArgument(warnings, "warnings");
+    *warnings = LendText("");
+  });
+}
+
+lumvik_host_status lumvik_host_fingerprint(const char* path, uint64_t* fingerprint) {
+  using namespace lumvik::host;
+  return Guarded([&] {
+    RequireArgument(path, "path");
+    RequireArgument(fingerprint, "fingerprint");
+    *fingerprint = FingerprintOf(path);
+  });
+}
+
+lumvik_host_status lumvik_host_extract_thumbnail(const char* path,
+                                                 const lumvik_host_thumbnail_options* options, uint8_t** data,
+                                                 size_t* size, int32_t* width, int32_t* height) {
   using namespace lumvik::host;
   return Guarded([&] {
     RequireArgument(path, "path");
     RequireArgument(data, "data");
     RequireArgument(size, "size");
+    OptionsOf(options);
     const ThumbnailBytes bytes = ExtractThumbnail(path);
     const std::optional<JpegSize> pixels = JpegSizeOf(bytes.data.get(), bytes.size);
     if (!pixels) {

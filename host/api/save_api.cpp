@@ -13,16 +13,6 @@
 #include "save/save_plan.h"
 #include "save/saving.h"
 
-namespace lumvik::host {
-namespace {
-
-Overwrite OverwriteOf(std::int32_t flag) {
-  return flag != 0 ? Overwrite::kYes : Overwrite::kNo;
-}
-
-}  // namespace
-}  // namespace lumvik::host
-
 using namespace lumvik::host;
 
 int32_t lumvik_host_format_of(const char* path) {
@@ -75,12 +65,21 @@ lumvik_host_status lumvik_host_write_file(const char* path, const void* data, si
 }
 
 lumvik_host_status lumvik_host_write_png(const char* path, const uint8_t* pixels, int32_t width,
-                                         int32_t height, int32_t channels, int32_t overwrite) {
+                                         int32_t height, int32_t channels,
+                                         const lumvik_host_save_options* options) {
   return Guarded([&] {
     RequireArgument(path, "path");
     RequireArgument(pixels, "pixels");
-    SafeFile file(path, OverwriteOf(overwrite));
+    SafeFile file(path, OverwriteOf(OptionsOf(options).overwrite));
     file.Write(EncodePng(pixels, width, height, channels));
     file.Commit();
+  });
+}
+
+lumvik_host_status lumvik_host_read_mark(const char* path, char** mark) {
+  return Guarded([&] {
+    RequireArgument(path, "path");
+    RequireArgument(mark, "mark");
+    throw Failure(LUMVIK_HOST_NOT_FOUND, "WIP");
   });
 }

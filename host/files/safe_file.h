@@ -10,7 +10,7 @@
 
 namespace lumvik::host {
 
-enum class Overwrite { kNo, kYes };
+enum class Overwrite { kNo, kMarked, kYes };
 enum class WriteMode { kReplace, kAppend };
 
 // A temporary file next to its target, with an extension by which writers choose the format.

@@ -58,7 +58,7 @@ SavePlan PlanFor(const lumvik_host_save_options& options, lumvik_host_format for
   plan.max_width = SideOf("max_width", options.max_width);
   plan.max_height = SideOf("max_height", options.max_height);
   plan.has_profile = options.no_profile == 0;
-  plan.overwrite = options.overwrite != 0 ? Overwrite::kYes : Overwrite::kNo;
+  plan.overwrite = OverwriteOf(options.overwrite);
   PlanMetadata(options, plan);
   return plan;
 }
@@ -73,6 +73,19 @@ lumvik_host_format StatedFormat(const lumvik_host_save_options& options) {
 }
 
 }  // namespace
+
+Overwrite OverwriteOf(std::int32_t overwrite) {
+  switch (overwrite) {
+    case LUMVIK_HOST_OVERWRITE_NONE:
+      return Overwrite::kNo;
+    case LUMVIK_HOST_OVERWRITE_ANY:
+      return Overwrite::kYes;
+    case LUMVIK_HOST_OVERWRITE_MARKED:
+      return Overwrite::kMarked;
+    default:
+      throw InvalidOption("overwrite is " + std::to_string(overwrite) + ", which is no rule");
+  }
+}
 
 SavePlan PlanForFile(const lumvik_host_save_options& options, const std::string& path) {
   const lumvik_host_format stated = StatedFormat(options);

@@ -2,6 +2,7 @@
 #ifndef LUMVIK_HOST_SAVE_SAVE_PLAN_H_
 #define LUMVIK_HOST_SAVE_SAVE_PLAN_H_
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -21,6 +22,9 @@ struct SavePlan {
   bool has_profile = true;
   Overwrite overwrite = Overwrite::kNo;
 };
+
+// Throws Failure for a value that is no lumvik_host_overwrite.
+Overwrite OverwriteOf(std::int32_t overwrite);
 
 // Each function throws Failure: LUMVIK_HOST_INVALID_ARGUMENT, or LUMVIK_HOST_UNSUPPORTED for metadata without
 // its module.

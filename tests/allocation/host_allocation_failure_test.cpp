@@ -248,7 +248,7 @@ const FailedCall kFailedCalls[] = {
     {"write_file", Needs::kNoPhoto,
      [](CallObjects& o) { return lumvik_host_write_file(o.output.c_str(), "text", 4, 1); }},
     {"write_png", Needs::kNoPhoto,
-     [](CallObjects& o) { return lumvik_host_write_png(o.output.c_str(), o.room.data(), 4, 4, 3, 1); },
+     [](CallObjects& o) { return lumvik_host_write_png(o.output.c_str(), o.room.data(), 4, 4, 3, nullptr); },
      "out.png"},
     {"get_exif", Needs::kPhoto,
      [](CallObjects& o) {
@@ -275,7 +275,7 @@ const FailedCall kFailedCalls[] = {
     {"extract_thumbnail", Needs::kNoPhoto,
      [](CallObjects& o) {
        OwnedData thumbnail;
-       return lumvik_host_extract_thumbnail(o.raw.c_str(), &thumbnail.data, &thumbnail.size, nullptr,
+       return lumvik_host_extract_thumbnail(o.raw.c_str(), nullptr, &thumbnail.data, &thumbnail.size, nullptr,
                                             nullptr);
      },
      "out.txt", Hides::kAsDamage},

@@ -12,6 +12,7 @@
 #include "lumvik_host.hpp"
 #include "options/export.h"
 #include "options/in_range.h"
+#include "options/overwrite.h"
 #include "options/photograph.h"
 #include "options/png_output.h"
 #include "options/range.h"
@@ -71,7 +72,7 @@ void WritePreview(const DevelopOptions& options, api::Photo& photo) {
   api::PreviewOptions how;
   how.background_blur = options.background_blur;
   const api::Image preview = photo.Preview(how);
-  api::WritePng(*options.preview, preview, true);
+  api::WritePng(*options.preview, preview, Overwriting());
   PrintResult(*options.preview, {preview.width, preview.height});
 }
 

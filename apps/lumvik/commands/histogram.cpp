@@ -10,6 +10,7 @@
 #include "commands/histogram_image.h"
 #include "files/file_paths.h"
 #include "lumvik_host.hpp"
+#include "options/overwrite.h"
 #include "options/photograph.h"
 #include "options/png_output.h"
 
@@ -36,7 +37,7 @@ void ShowHistogram(const HistogramOptions& options) {
   api::Photo photo = Open(options.photograph);
   Adjust(options.photograph, given, photo);
   const api::Histogram counts = photo.GetHistogram();
-  if (options.output) api::WritePng(*options.output, HistogramImage(counts), true);
+  if (options.output) api::WritePng(*options.output, HistogramImage(counts), Overwriting());
   Print(counts, photo.PreviewSize());
 }
 

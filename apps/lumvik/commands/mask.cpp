@@ -6,6 +6,7 @@
 
 #include "files/file_paths.h"
 #include "lumvik_host.hpp"
+#include "options/overwrite.h"
 #include "options/photograph.h"
 #include "options/png_output.h"
 #include "options/subject.h"
@@ -26,7 +27,7 @@ void WriteMask(const MaskOptions& options) {
   api::Photo photo = Open(options.photograph);
   photo.FindSubject(options.point.x, options.point.y);
   const api::Image mask = photo.Mask();
-  api::WritePng(options.output, mask, true);
+  api::WritePng(options.output, mask, Overwriting());
   PrintResult(options.output, {mask.width, mask.height});
 }
 

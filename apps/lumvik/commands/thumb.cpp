@@ -20,7 +20,7 @@ void WriteThumbnail(const ThumbOptions& options) {
   RequireReadable(options.input);
   ResolveOutput(options.output, options.input);
   const api::Thumbnail thumbnail = api::ExtractThumbnail(options.input);
-  api::WriteFile(options.output, thumbnail.data.data(), thumbnail.data.size(), true);
+  api::WriteFile(options.output, thumbnail.data.data(), thumbnail.data.size(), LUMVIK_HOST_OVERWRITE_ANY);
   PrintResult(options.output, thumbnail.size);
 }
 

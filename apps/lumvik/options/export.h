@@ -17,6 +17,7 @@ struct ExportOptions {
   std::optional<int> bits;
   bool no_exif = false;
   bool strip_gps = false;
+  bool overwrite = false;  // replace files that the command did not write
 };
 
 // `options` must outlive the command.

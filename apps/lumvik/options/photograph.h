@@ -14,6 +14,7 @@ namespace lumvik {
 struct Photograph {
   std::string input;
   int decode_quality = 1;
+  bool accept_damaged = false;
   api::Settings given;                  // by single options
   std::optional<std::string> settings;  // settings file
   bool no_sidecar = false;

@@ -28,8 +28,8 @@ namespace {
      }},
     {"lumvik_host_extract_thumbnail",
      [](CallArguments& a) {
-       return lumvik_host_extract_thumbnail(a.InputFile(PhotographPath()), a.OutData(), a.Out<size_t>(),
-                                            a.OutOrNull<int32_t>(), a.OutOrNull<int32_t>());
+       return lumvik_host_extract_thumbnail(a.InputFile(PhotographPath()), nullptr, a.OutData(),
+                                            a.Out<size_t>(), a.OutOrNull<int32_t>(), a.OutOrNull<int32_t>());
      }},
     {"lumvik_host_hash",
      [](CallArguments& a) { return lumvik_host_hash(a.InputFile(PhotographPath()), a.Out<uint64_t>()); }},

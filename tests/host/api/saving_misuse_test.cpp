@@ -62,7 +62,7 @@ lumvik_host_save_options ValidSaveOptions(CallArguments& a, int32_t format) {
        const auto* const pixels = static_cast<const uint8_t*>(a.Data(std::string(6, '\x80')));
        return lumvik_host_write_png(path, pixels, a.Integer(2, {-1, 0, kLowestInteger}),
                                     a.Integer(1, {-1, 0, kLowestInteger}),
-                                    a.Integer(3, {-1, 0, 2, 5, kHighestInteger}), 0);
+                                    a.Integer(3, {-1, 0, 2, 5, kHighestInteger}), nullptr);
      }},
     {"lumvik_host_format_of",
      [](CallArguments& a) {

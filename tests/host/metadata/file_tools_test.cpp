@@ -32,8 +32,8 @@ class FileToolsTest : public MetadataFixture {
     std::uint8_t* data = nullptr;
     std::size_t size = 0;
     HostThumbnail thumbnail;
-    thumbnail.status =
-        lumvik_host_extract_thumbnail(path.c_str(), &data, &size, &thumbnail.width, &thumbnail.height);
+    thumbnail.status = lumvik_host_extract_thumbnail(path.c_str(), nullptr, &data, &size, &thumbnail.width,
+                                                     &thumbnail.height);
     thumbnail.jpeg.assign(data, data + size);
     lumvik_host_free(data);
     return thumbnail;
@@ -61,7 +61,8 @@ TEST_F(FileToolsTest, TheThumbnailIsThatOfTheEngine) {
 TEST_F(FileToolsTest, TheSizeOfAThumbnailIsOptional) {
   std::uint8_t* data = nullptr;
   std::size_t size = 0;
-  EXPECT_EQ(lumvik_host_extract_thumbnail(kRaw.c_str(), &data, &size, nullptr, nullptr), LUMVIK_HOST_OK);
+  EXPECT_EQ(lumvik_host_extract_thumbnail(kRaw.c_str(), nullptr, &data, &size, nullptr, nullptr),
+            LUMVIK_HOST_OK);
   EXPECT_GT(size, 0U);
   lumvik_host_free(data);
 }
@@ -130,13 +131,13 @@ TEST_F(FileToolsTest, NullArgumentsAreRefused) {
   std::uint8_t* data = nullptr;
   std::size_t size = 0;
   std::uint64_t hash = 0;
-  EXPECT_EQ(lumvik_host_extract_thumbnail(nullptr, &data, &size, nullptr, nullptr),
+  EXPECT_EQ(lumvik_host_extract_thumbnail(nullptr, nullptr, &data, &size, nullptr, nullptr),
             LUMVIK_HOST_INVALID_ARGUMENT);
   EXPECT_EQ(Text(), "path is null");
-  EXPECT_EQ(lumvik_host_extract_thumbnail(kRaw.c_str(), nullptr, &size, nullptr, nullptr),
+  EXPECT_EQ(lumvik_host_extract_thumbnail(kRaw.c_str(), nullptr, nullptr, &size, nullptr, nullptr),
             LUMVIK_HOST_INVALID_ARGUMENT);
   EXPECT_EQ(Text(), "data is null");
-  EXPECT_EQ(lumvik_host_extract_thumbnail(kRaw.c_str(), &data, nullptr, nullptr, nullptr),
+  EXPECT_EQ(lumvik_host_extract_thumbnail(kRaw.c_str(), nullptr, &data, nullptr, nullptr, nullptr),
             LUMVIK_HOST_INVALID_ARGUMENT);
   EXPECT_EQ(Text(), "size is null");
   EXPECT_EQ(lumvik_host_hash(nullptr, &hash), LUMVIK_HOST_INVALID_ARGUMENT);

@@ -46,7 +46,7 @@ TEST_P(WritePngTest, PixelsComeBack) {
   const std::string path = dir.File("a.png");
   cv::Mat pixels(5, 7, CV_8UC(GetParam()));
   cv::RNG(1).fill(pixels, cv::RNG::UNIFORM, 0, 256);
-  ASSERT_EQ(lumvik_host_write_png(path.c_str(), pixels.data, pixels.cols, pixels.rows, GetParam(), 0),
+  ASSERT_EQ(lumvik_host_write_png(path.c_str(), pixels.data, pixels.cols, pixels.rows, GetParam(), nullptr),
             LUMVIK_HOST_OK);
   cv::Mat read = cv::imread(path, cv::IMREAD_UNCHANGED);
   ASSERT_EQ(read.type(), pixels.type());
@@ -62,13 +62,13 @@ TEST(WritePngTest, InvalidShapesAreReportedAndNothingIsWritten) {
   const std::vector<uint8_t> pixels(100);
   const std::string path = dir.File("a.png");
   const auto status = [&](int width, int height, int channels) {
-    return lumvik_host_write_png(path.c_str(), pixels.data(), width, height, channels, 0);
+    return lumvik_host_write_png(path.c_str(), pixels.data(), width, height, channels, nullptr);
   };
   EXPECT_EQ(status(0, 1, 1), LUMVIK_HOST_INVALID_ARGUMENT);
   EXPECT_EQ(status(1, -1, 1), LUMVIK_HOST_INVALID_ARGUMENT);
   EXPECT_EQ(status(1, 1, 2), LUMVIK_HOST_INVALID_ARGUMENT);
   EXPECT_STREQ(lumvik_host_last_error(), "channels is 2; a PNG has 1, 3 or 4");
-  EXPECT_EQ(lumvik_host_write_png(path.c_str(), nullptr, 1, 1, 1, 0), LUMVIK_HOST_INVALID_ARGUMENT);
+  EXPECT_EQ(lumvik_host_write_png(path.c_str(), nullptr, 1, 1, 1, nullptr), LUMVIK_HOST_INVALID_ARGUMENT);
   EXPECT_TRUE(std::filesystem::is_empty(dir.path()));
 }
 
