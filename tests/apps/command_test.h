@@ -18,6 +18,8 @@ namespace lumvik::test {
 inline constexpr int kSuccess = 0;
 inline constexpr int kFailure = 1;
 inline constexpr int kUsage = 2;
+inline constexpr int kDamaged = 3;
+inline constexpr int kDiskFull = 4;
 
 inline const std::string kRawSample = LUMVIK_SAMPLES "/sample_small.ARW";
 inline const std::string kTower = LUMVIK_TEST_DATA "/tower_orientation8.jpg";  // EXIF orientation 8

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "similar/photograph_hash.h"
+#include "terminal/printable.h"
 #include "terminal/reported_failure.h"
 
 namespace lumvik {
@@ -17,7 +18,7 @@ void PrintHashes(const std::vector<std::string>& files) {
   bool failed = false;
   for (const std::string& file : files) {
     try {
-      std::cout << HexOf(HashOf(file)) << "  " << file << std::endl;
+      std::cout << HexOf(HashOf(file)) << "  " << Printable(file) << std::endl;
     } catch (const std::runtime_error& error) {
       Report(error.what());
       failed = true;

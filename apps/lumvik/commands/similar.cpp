@@ -18,6 +18,7 @@
 #include "similar/parallel_hashes.h"
 #include "similar/photograph_hash.h"
 #include "terminal/json.h"
+#include "terminal/printable.h"
 #include "terminal/progress_bar.h"
 #include "terminal/reported_failure.h"
 
@@ -86,7 +87,7 @@ void PrintText(const std::vector<Group>& groups) {
   for (const Group& group : groups) {
     std::cout << separator;
     for (const HashedPhotograph& photograph : group) {
-      std::cout << HexOf(photograph.hash) << "  " << photograph.path << '\n';
+      std::cout << HexOf(photograph.hash) << "  " << Printable(photograph.path) << '\n';
     }
     separator = "\n";
   }

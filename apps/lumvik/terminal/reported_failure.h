@@ -6,6 +6,8 @@
 #include <iostream>
 #include <string>
 
+#include "terminal/printable.h"
+
 namespace lumvik {
 
 // Ends the command with the exit status of a failure, without another message.
@@ -16,7 +18,7 @@ class ReportedFailure : public std::exception {
 
 // Prints one line to standard error.
 inline void Report(const std::string& sentence) {
-  std::cerr << "lumvik: " << sentence << '\n';
+  std::cerr << "lumvik: " << Printable(sentence) << '\n';
 }
 
 }  // namespace lumvik

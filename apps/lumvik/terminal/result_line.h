@@ -7,16 +7,17 @@
 #include <string>
 
 #include "lumvik_host.hpp"
+#include "terminal/printable.h"
 
 namespace lumvik {
 
 inline void PrintResult(const std::string& file, api::Size size) {
-  std::cout << file << ' ' << size.width << 'x' << size.height << '\n';
+  std::cout << Printable(file) << ' ' << size.width << 'x' << size.height << '\n';
 }
 
 // The user may be unaware of the file.
 inline void PrintSidecar(const std::optional<std::string>& file) {
-  if (file) std::cout << "settings from " << *file << '\n';
+  if (file) std::cout << "settings from " << Printable(*file) << '\n';
 }
 
 }  // namespace lumvik
