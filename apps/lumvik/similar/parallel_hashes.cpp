@@ -6,31 +6,40 @@
 #include <exception>
 #include <future>
 #include <system_error>
+#include <utility>
 
+#include "lumvik_host.hpp"
 #include "similar/photograph_hash.h"
 
 namespace lumvik {
 namespace {
 
-HashResult Hash(const std::string& path) {
+struct Attempt {
   HashResult result;
+  bool lacked_memory = false;
+};
+
+Attempt Hash(const std::string& path) {
+  Attempt attempt;
   try {
-    result.hash = HashOf(path);
+    attempt.result.hash = HashOf(path);
+  } catch (const api::Error& error) {
+    attempt.result.failure = error.what();
+    attempt.lacked_memory = error.status() == LUMVIK_HOST_OUT_OF_MEMORY;
   } catch (const std::exception& error) {
-    result.failure = error.what();
+    attempt.result.failure = error.what();
   }
-  return result;
+  return attempt;
 }
 
-}  // namespace
-
-std::vector<HashResult> HashAll(const std::vector<std::string>& paths, unsigned threads,
-                                const std::function<void()>& done) {
-  std::vector<HashResult> results(paths.size());
+// One result per path, in order.
+std::vector<Attempt> HashInParallel(const std::vector<std::string>& paths, unsigned threads,
+                                    const std::function<void()>& done) {
+  std::vector<Attempt> attempts(paths.size());
   std::atomic<std::size_t> next = 0;
   const auto work = [&] {
     for (std::size_t i = next++; i < paths.size(); i = next++) {
-      results[i] = Hash(paths[i]);
+      attempts[i] = Hash(paths[i]);
       done();
     }
   };
@@ -44,6 +53,21 @@ std::vector<HashResult> HashAll(const std::vector<std::string>& paths, unsigned 
   }
   work();
   for (std::future<void>& other : others) other.get();
+  return attempts;
+}
+
+}  // namespace
+
+std::vector<HashResult> HashAll(const std::vector<std::string>& paths, unsigned threads,
+                                const std::function<void()>& done) {
+  std::vector<Attempt> attempts = HashInParallel(paths, threads, done);
+  std::vector<HashResult> results;
+  results.reserve(paths.size());
+  for (std::size_t i = 0; i < paths.size(); ++i) {
+    // Threads, their stacks alone, may take the memory that one photograph at a time would find.
+    if (attempts[i].lacked_memory) attempts[i] = Hash(paths[i]);
+    results.push_back(std::move(attempts[i].result));
+  }
   return results;
 }
 
