@@ -4,6 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
+#include <sstream>
 
 #include "command_test.h"
 
@@ -210,11 +211,35 @@ TEST_F(SimilarTest, ContinuesWithFewerThreads) {
 TEST_F(SimilarTest, ATerminalShowsProgress) {
   Copy(kData + "cat.jpg", "a.jpg");
   Copy(kData + "cat.jpg", "b.jpg");
-  const std::string command = std::string("'") + LUMVIK_COMMAND + "' similar '" + Folder() + "' > /dev/null";
+  const std::string command =
+      std::string("TERM=xterm '") + LUMVIK_COMMAND + "' similar '" + Folder() + "' > /dev/null";
   const ProcessResult result = RunProcess({"script", "-q", "-e", "-c", command, "/dev/null"});
   EXPECT_EQ(result.status, kSuccess);
   EXPECT_NE(result.out.find("] 2/2"), std::string::npos) << result.out;
   EXPECT_EQ(result.out.substr(result.out.size() - 4), "\r\x1B[K") << "the bar is left behind";
+}
+
+TEST_F(SimilarTest, ProgressFitsTheTerminal) {
+  for (int i = 0; i < 3; ++i) Copy(kData + "cat.jpg", std::to_string(i) + ".jpg");
+  const auto progress = [&](const std::string& columns) {
+    const std::string command = "stty cols " + columns + "; TERM=xterm '" + std::string(LUMVIK_COMMAND) +
+                                "' similar '" + Folder() + "' > /dev/null";
+    return RunProcess({"script", "-q", "-e", "-c", command, "/dev/null"}).out;
+  };
+  std::istringstream redrawn(progress("40"));
+  for (std::string line; std::getline(redrawn, line, '\r');) {
+    EXPECT_LT(line.size(), 40 + std::string("\x1B[K").size()) << line;
+  }
+  EXPECT_NE(progress("40").find('['), std::string::npos);
+  EXPECT_EQ(progress("12").find('#'), std::string::npos) << "there is no room for a bar";
+  EXPECT_EQ(progress("1").find('#'), std::string::npos);
+}
+
+TEST_F(SimilarTest, ADumbTerminalShowsNoProgress) {
+  Copy(kData + "cat.jpg", "a.jpg");
+  const std::string command =
+      "TERM=dumb '" + std::string(LUMVIK_COMMAND) + "' similar '" + Folder() + "' > /dev/null";
+  EXPECT_EQ(RunProcess({"script", "-q", "-e", "-c", command, "/dev/null"}).out, "");
 }
 
 TEST_F(SimilarTest, AnEmptyFolderHasNoGroups) {

@@ -5,11 +5,13 @@
 #include <chrono>
 #include <cstddef>
 #include <mutex>
+#include <string>
 
 namespace lumvik {
 
-// A status line on standard error that is redrawn in place and erased in the end. When standard error is not
-// a terminal, prints nothing, or a plain line from time to time.
+// A status line on standard error that is redrawn in place, as wide as the terminal allows, and erased in the
+// end. When standard error is not a terminal, or a dumb one, prints nothing, or a plain line from time to
+// time.
 class ProgressBar {
  public:
   enum class Elsewhere { kNothing, kPlainLines };
@@ -28,7 +30,8 @@ class ProgressBar {
  private:
   using Clock = std::chrono::steady_clock;
 
-  void Draw() const;  // "12/30, 1.5/s, 0:12 left", after the bar on a terminal
+  std::string Status() const;  // "12/30, 1.5/s, 0:12 left"
+  void Draw() const;
 
   const std::size_t total_;
   const bool on_terminal_;
