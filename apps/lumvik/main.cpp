@@ -9,6 +9,7 @@
 #include "commands/cutout.h"
 #include "commands/develop.h"
 #include "commands/hash.h"
+#include "commands/help.h"
 #include "commands/histogram.h"
 #include "commands/image_sizes.h"
 #include "commands/mask.h"
@@ -52,9 +53,10 @@ void RunCommand(int argc, char** argv) {
   lumvik::AddHashCommand(app);
   lumvik::AddSimilarCommand(app);
   lumvik::AddImageSizesCommand(app);
+  lumvik::AddHelpCommand(app);
   try {
     app.parse(argc, argv);
-    if (app.get_subcommands().empty()) throw CLI::RequiredError("A command (see lumvik --help)");
+    if (app.get_subcommands().empty()) std::cout << app.help();
   } catch (const CLI::Success& help_or_version) {
     app.exit(help_or_version);
   }
