@@ -12,6 +12,7 @@
 #include "commands/help.h"
 #include "commands/histogram.h"
 #include "commands/image_sizes.h"
+#include "commands/info.h"
 #include "commands/mask.h"
 #include "commands/settings.h"
 #include "commands/similar.h"
@@ -49,6 +50,7 @@ void RunCommand(int argc, char** argv) {
   lumvik::AddCutoutCommand(app);
   lumvik::AddSuggestCommand(app);
   lumvik::AddSettingsCommand(app);
+  lumvik::AddInfoCommand(app);
   lumvik::AddThumbCommand(app);
   lumvik::AddHashCommand(app);
   lumvik::AddSimilarCommand(app);
@@ -76,8 +78,8 @@ int main(int argc, char** argv) {
   } catch (const lumvik::Interruption& interruption) {
     return interruption.Status();
 #endif
-  } catch (const lumvik::ReportedFailure&) {
-    return lumvik::kFailure;
+  } catch (const lumvik::ReportedFailure& failure) {
+    return failure.Status();
   } catch (const CLI::ParseError& error) {
     return Fail(error, lumvik::kUsage);
   } catch (const lumvik::api::Error& error) {

@@ -12,7 +12,6 @@ namespace lumvik {
 namespace {
 
 constexpr Range<int> kDecodeQualities = {1, 4};
-constexpr char kSettingsSidecar[] = ".lumvik.json";
 
 // Headings in the help.
 constexpr char kInput[] = "Input";

@@ -10,6 +10,9 @@
 
 namespace lumvik {
 
+// The extension of settings files next to photographs.
+inline constexpr char kSettingsSidecar[] = ".lumvik.json";
+
 // As given on the command line.
 struct Photograph {
   std::string input;

@@ -6,14 +6,20 @@
 #include <iostream>
 #include <string>
 
+#include "terminal/exit_status.h"
 #include "terminal/printable.h"
 
 namespace lumvik {
 
-// Ends the command with the exit status of a failure, without another message.
+// Ends the command with the exit status, without another message.
 class ReportedFailure : public std::exception {
  public:
+  explicit ReportedFailure(ExitStatus status = kFailure) : status_(status) {}
   const char* what() const noexcept override { return "some files failed"; }
+  ExitStatus Status() const { return status_; }
+
+ private:
+  ExitStatus status_;
 };
 
 // Prints one line to standard error.
