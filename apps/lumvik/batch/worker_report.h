@@ -4,19 +4,21 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace lumvik {
 
-// The size of the developed image in pixels.
 struct WorkerReport {
-  int width = 0;
+  int width = 0;  // of the developed image in pixels
   int height = 0;
+  std::string damage = {};                 // why the photograph is not whole; empty for a whole one
+  std::vector<std::string> warnings = {};  // about metadata that was left out
 };
 
 // The option of `lumvik develop` that asks for the report.
 inline constexpr char kWorkerReportOption[] = "--worker-report";
 
-// The line, without its end.
+// The line, without its end. Bytes that are not UTF-8 become U+FFFD.
 std::string LineOf(const WorkerReport& report);
 
 // Finds the line among others, which libraries may have printed.
