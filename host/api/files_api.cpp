@@ -89,7 +89,7 @@ lumvik_host_status lumvik_host_read_exif(const char* path, lumvik_host_exif* exi
   return Guarded([&] {
     RequireArgument(path, "path");
     RequireResult(exif, "exif");
-    throw Failure(LUMVIK_HOST_UNSUPPORTED, "WIP");
+    StoreResult(ReadShootingData(path, IdentifyFormat(path, "'" + std::string(path) + "'")), exif);
   });
 }
 

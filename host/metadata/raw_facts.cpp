@@ -9,6 +9,8 @@
 #include <memory>
 #include <string_view>
 
+#include "base/fixed_text.h"
+#include "image/exif_info.h"
 #include "image/guarded_libraw.h"
 
 namespace lumvik::host {
@@ -82,8 +84,20 @@ double Degrees(const float (&parts)[3], char reference) {
   return reference == 'S' || reference == 'W' ? -degrees : degrees;
 }
 
+ExifInfo BasicInfo(const libraw_data_t& data) {
+  DecodedImage decoded;
+  decoded.iso_speed = data.other.iso_speed;
+  decoded.shutter = data.other.shutter;
+  decoded.aperture = data.other.aperture;
+  decoded.focal_len = data.other.focal_len;
+  CopyText(decoded.make, data.idata.make);
+  CopyText(decoded.model, data.idata.model);
+  return ExifInfoFromDecoded(decoded);
+}
+
 RawFacts FactsOf(const libraw_data_t& data, const std::string& datetime) {
   RawFacts facts;
+  facts.basic = BasicInfo(data);
   const libraw_image_sizes_t& sizes = data.sizes;
   constexpr int kTransposed = 4;
   const bool transposed = (sizes.flip & kTransposed) != 0;

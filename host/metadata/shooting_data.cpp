@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <limits>
 
+#include "base/failure.h"
+#include "image/exif_info.h"
 #include "metadata/metadata_module.h"
 #include "metadata/raw_facts.h"
 
@@ -42,15 +45,15 @@ lumvik_host_exif HostExifOf(const ExifInfo& reported) {
   exif.height = reported.height;
   exif.gps_latitude = reported.gps_latitude;
   exif.gps_longitude = reported.gps_longitude;
+  exif.as_shot_temperature = std::numeric_limits<double>::quiet_NaN();
+  exif.as_shot_tint = std::numeric_limits<double>::quiet_NaN();
   return exif;
 }
 
-}  // namespace
-
-lumvik_host_exif CompleteShootingData(const ExifInfo& reported, const std::string& path, bool is_raw) {
+lumvik_host_exif CompleteRawData(const ExifInfo& reported, const std::optional<RawFacts>& facts,
+                                 const std::string& path) {
   lumvik_host_exif exif = HostExifOf(reported);
-  if (!is_raw) return exif;
-  if (const std::optional<RawFacts> facts = ReadRawFacts(path)) {
+  if (facts) {
     // The engine reports the size in memory, which depends on the quality, and LibRaw's own orientation code.
     exif.width = facts->width;
     exif.height = facts->height;
@@ -66,6 +69,21 @@ lumvik_host_exif CompleteShootingData(const ExifInfo& reported, const std::strin
     FillIfEmpty(exif.datetime, more.datetime);
   }
   return exif;
+}
+
+}  // namespace
+
+lumvik_host_exif CompleteShootingData(const ExifInfo& reported, const std::string& path, bool is_raw) {
+  return is_raw ? CompleteRawData(reported, ReadRawFacts(path), path) : HostExifOf(reported);
+}
+
+lumvik_host_exif ReadShootingData(const std::string& path, lumvik_host_format format) {
+  ExifInfo reported{};
+  const bool has_exif = ReadExifFile(path, reported);
+  if (format != LUMVIK_HOST_FORMAT_RAW) return HostExifOf(reported);
+  const std::optional<RawFacts> facts = ReadRawFacts(path);
+  if (!facts) throw Failure(LUMVIK_HOST_DAMAGED, "cannot read '" + path + "': it is damaged");
+  return CompleteRawData(has_exif ? reported : facts->basic, facts, path);
 }
 
 }  // namespace lumvik::host

@@ -13,6 +13,9 @@ namespace lumvik::host {
 // installed, the metadata module.
 lumvik_host_exif CompleteShootingData(const ExifInfo& reported, const std::string& path, bool is_raw);
 
+// The same for a file that was not loaded. Throws Failure.
+lumvik_host_exif ReadShootingData(const std::string& path, lumvik_host_format format);
+
 }  // namespace lumvik::host
 
 #endif  // LUMVIK_HOST_METADATA_SHOOTING_DATA_H_
