@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <nlohmann/json.hpp>
 #include <opencv2/imgcodecs.hpp>
 
 #include "command_test.h"
@@ -67,6 +68,14 @@ TEST_F(HashTest, AFailureDoesNotStopTheRest) {
                             "' is neither a RAW file nor an image of a known format\n" +
                             line(files[3], "it is not a regular file") +
                             line(files[4], "the RAW file has no preview") + line(files[5], "it is a folder"));
+}
+
+TEST_F(HashTest, JsonHasTheSameHashes) {
+  const std::string photograph = LUMVIK_TEST_DATA "/cat.jpg";
+  const nlohmann::json json = nlohmann::json::parse(Hash({"--json", photograph}).out);
+  ASSERT_EQ(json.size(), 1U);
+  EXPECT_EQ(json.at(0).at("path"), photograph);
+  EXPECT_EQ(json.at(0).at("hash").get<std::string>() + "  " + photograph + "\n", Line(photograph));
 }
 
 TEST_F(HashTest, AFileIsRequired) {

@@ -1,7 +1,9 @@
 // `lumvik thumb`: output, messages and failures.
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <nlohmann/json.hpp>
 #include <opencv2/imgcodecs.hpp>
 
 #include "command_test.h"
@@ -14,9 +16,18 @@ namespace fs = std::filesystem;
 class ThumbTest : public CommandTest {
  protected:
   static ProcessResult Thumb(const std::string& input, const std::string& output,
+                             const std::vector<std::string>& options = {},
                              std::vector<std::string> command = Command()) {
     command.insert(command.end(), {"thumb", input, "-o", output});
+    command.insert(command.end(), options.begin(), options.end());
     return RunProcess(command);
+  }
+
+  // What `lumvik info` knows of a file.
+  static nlohmann::json Info(const std::string& file) {
+    std::vector<std::string> command = Command();
+    command.insert(command.end(), {"info", "--json", file});
+    return nlohmann::json::parse(RunProcess(command).out).at(0);
   }
 };
 
@@ -71,9 +82,54 @@ TEST_F(ThumbTest, AFullDiskKeepsTheExistingFile) {
   WriteFile(Path("old.jpg"), "last year's work");
   const std::vector<std::string> little_room = {"sh", "-c", "trap '' XFSZ; ulimit -f 8; exec \"$0\" \"$@\"",
                                                 LUMVIK_COMMAND};
-  ExpectRefusal(Thumb(LUMVIK_SAMPLES "/sample_small.ARW", Path("old.jpg"), little_room), kFailure,
-                "cannot write '" + Path("old.jpg") + "': File too large");
+  const ProcessResult result =
+      Thumb(LUMVIK_SAMPLES "/sample_small.ARW", Path("old.jpg"), {"--overwrite"}, little_room);
+  ExpectRefusal(result, kDiskFull, "cannot write '" + Path("old.jpg") + "': File too large");
   EXPECT_EQ(ReadFile(Path("old.jpg")), "last year's work");
+}
+
+TEST_F(ThumbTest, AllKindsHaveTheSizeThatIsWanted) {
+  for (const std::string& input : {kRawSample, std::string(LUMVIK_TEST_DATA "/cat.jpg"), kTower}) {
+    const std::string out = Path("t.jpg");
+    EXPECT_EQ(Thumb(input, out, {"--size", "300"}).status, kSuccess);
+    const cv::Size size = cv::imread(out, cv::IMREAD_IGNORE_ORIENTATION | cv::IMREAD_COLOR).size();
+    EXPECT_EQ(std::max(size.width, size.height), 300) << input;
+    EXPECT_EQ(size, cv::imread(out).size()) << input << " is not upright";
+  }
+  const std::string small = Photograph("small.png");
+  EXPECT_EQ(Thumb(small, Path("s.jpg"), {"--size", "300"}).out, Path("s.jpg") + " 60x40\n") << "enlarged";
+}
+
+TEST_F(ThumbTest, ThePositionOfARawFileIsInItsHemisphere) {
+  for (const std::vector<std::string>& options : {std::vector<std::string>(), {"--size", "200"}}) {
+    EXPECT_EQ(Thumb(kRawSample, Path("t.jpg"), options).status, kSuccess);
+    const nlohmann::json thumbnail = Info(Path("t.jpg"));
+    const nlohmann::json photograph = Info(kRawSample);
+    EXPECT_LT(photograph.at("gps_latitude"), 0);
+    for (const char* key : {"gps_latitude", "gps_longitude"}) {
+      EXPECT_NEAR(thumbnail.at(key).get<double>(), photograph.at(key).get<double>(), 1e-6) << key;
+    }
+  }
+}
+
+TEST_F(ThumbTest, MetadataCanBeLeftOut) {
+  for (const char* size : {"--size=200", "--size=50"}) {
+    EXPECT_EQ(Thumb(kRawSample, Path("t.jpg"), {"--strip-gps", size}).status, kSuccess);
+    EXPECT_TRUE(Info(Path("t.jpg")).at("gps_latitude").is_null());
+    EXPECT_EQ(Info(Path("t.jpg")).at("model"), "ILCE-7M3");
+    EXPECT_EQ(Thumb(kRawSample, Path("t.jpg"), {"--no-exif", size}).status, kSuccess);
+    EXPECT_TRUE(Info(Path("t.jpg")).at("model").is_null());
+  }
+}
+
+TEST_F(ThumbTest, OnlyItsOwnFilesAreReplaced) {
+  const std::string out = Path("t.jpg");
+  EXPECT_EQ(Thumb(kRawSample, out).status, kSuccess);
+  EXPECT_EQ(Thumb(kTower, out).status, kSuccess) << "a thumbnail of another photograph is its own, too";
+  WriteFile(out, "last year's work");
+  ExpectRefusal(Thumb(kTower, out), kFailure, "--overwrite");
+  EXPECT_EQ(ReadFile(out), "last year's work");
+  EXPECT_EQ(Thumb(kTower, out, {"--overwrite"}).status, kSuccess);
 }
 
 TEST_F(ThumbTest, OtherFormatsAreRefused) {

@@ -3,27 +3,41 @@
 #include <CLI/CLI.hpp>
 #include <iostream>
 #include <memory>
+#include <nlohmann/json.hpp>
 #include <stdexcept>
 #include <string>
 #include <vector>
 
 #include "similar/photograph_hash.h"
+#include "terminal/json.h"
 #include "terminal/printable.h"
 #include "terminal/reported_failure.h"
 
 namespace lumvik {
 namespace {
 
-void PrintHashes(const std::vector<std::string>& files) {
+struct HashOptions {
+  std::vector<std::string> files;
+  bool json = false;
+};
+
+void PrintHashes(const HashOptions& options) {
+  nlohmann::ordered_json all = nlohmann::ordered_json::array();
   bool failed = false;
-  for (const std::string& file : files) {
+  for (const std::string& file : options.files) {
     try {
-      std::cout << HexOf(HashOf(file)) << "  " << Printable(file) << std::endl;
+      const std::string hash = HexOf(HashOf(file));
+      if (options.json) {
+        all.push_back({{"hash", hash}, {"path", file}});
+      } else {
+        std::cout << hash << "  " << Printable(file) << std::endl;
+      }
     } catch (const std::runtime_error& error) {
       Report(error.what());
       failed = true;
     }
   }
+  if (options.json) PrintIndented(all);
   if (failed) throw ReportedFailure();
 }
 
@@ -32,11 +46,12 @@ void PrintHashes(const std::vector<std::string>& files) {
 void AddHashCommand(CLI::App& app) {
   CLI::App* command =
       app.add_subcommand("hash", "Print perceptual hashes, which are close for similar photographs");
-  auto files = std::make_shared<std::vector<std::string>>();
-  command->add_option("FILE", *files, "The photographs: camera RAW, JPEG, PNG, TIFF, BMP or WebP")
+  auto options = std::make_shared<HashOptions>();
+  command->add_option("FILE", options->files, "The photographs: camera RAW, JPEG, PNG, TIFF, BMP or WebP")
       ->required()
       ->type_name("");
-  command->callback([files] { PrintHashes(*files); });
+  command->add_flag("--json", options->json, "Print JSON");
+  command->callback([options] { PrintHashes(*options); });
 }
 
 }  // namespace lumvik

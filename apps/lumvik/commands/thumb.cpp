@@ -2,25 +2,47 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "files/file_paths.h"
+#include "files/mark.h"
 #include "lumvik_host.hpp"
+#include "options/in_range.h"
+#include "options/range.h"
 #include "terminal/result_line.h"
 
 namespace lumvik {
 namespace {
 
+constexpr Range<int> kSizes = {1, 65535};
+
 struct ThumbOptions {
   std::string input;
   std::string output;
+  int size = 0;  // 0: that of the embedded preview or the usual one
+  bool no_exif = false;
+  bool strip_gps = false;
+  bool overwrite = false;
 };
+
+lumvik_host_metadata_policy PolicyOf(const ThumbOptions& options) {
+  if (options.no_exif) return LUMVIK_HOST_METADATA_NONE;
+  return options.strip_gps ? LUMVIK_HOST_METADATA_NO_POSITION : LUMVIK_HOST_METADATA_KEEP;
+}
 
 void WriteThumbnail(const ThumbOptions& options) {
   RequireReadable(options.input);
   ResolveOutput(options.output, options.input);
-  const api::Thumbnail thumbnail = api::ExtractThumbnail(options.input);
-  api::WriteFile(options.output, thumbnail.data.data(), thumbnail.data.size(), LUMVIK_HOST_OVERWRITE_ANY);
+  const std::string mark = TextOf({api::Fingerprint(options.input), 0});
+  api::ThumbnailOptions how;
+  how.max_width = options.size;
+  how.max_height = options.size;
+  how.metadata = PolicyOf(options);
+  how.mark = mark.c_str();
+  const api::Thumbnail thumbnail = api::ExtractThumbnail(options.input, how);
+  api::WriteFile(options.output, thumbnail.data.data(), thumbnail.data.size(),
+                 options.overwrite ? LUMVIK_HOST_OVERWRITE_ANY : LUMVIK_HOST_OVERWRITE_MARKED);
   PrintResult(options.output, thumbnail.size);
 }
 
@@ -42,6 +64,15 @@ void AddThumbCommand(CLI::App& app) {
       ->required()
       ->type_name("OUT")
       ->check(CLI::Validator(CheckJpegExtension, ""));
+  command
+      ->add_option(
+          "--size", options->size,
+          "Longest side in pixels, of an upright thumbnail (default: 160, or the embedded preview as "
+          "it is)")
+      ->type_name("PIXELS")
+      ->check(InRange(kSizes));
+  command->add_flag("--no-exif", options->no_exif, "Do not copy the photograph's metadata");
+  command->add_flag("--strip-gps", options->strip_gps, "Do not copy GPS data");
   command->callback([options] { WriteThumbnail(*options); });
 }
 

@@ -1,6 +1,7 @@
 #include "info/photograph_facts.h"
 
 #include <cmath>
+#include <cstddef>
 #include <iomanip>
 #include <sstream>
 
@@ -48,6 +49,7 @@ std::string Exposure(const api::ExifInfo& exif) {
     }
     return text;
   };
+  text << std::setprecision(3);
   constexpr float kLongest = 0.3F;  // of the times that are given as fractions
   if (exif.exposure_time > 0) {
     add(true);
@@ -61,6 +63,16 @@ std::string Exposure(const api::ExifInfo& exif) {
   if (exif.iso > 0) add(true) << "ISO " << exif.iso;
   if (exif.focal_length > 0) add(true) << exif.focal_length << " mm";
   return text.str();
+}
+
+// "2024-05-31 18:20:00", which EXIF writes with colons alone.
+std::string Taken(std::string datetime) {
+  constexpr std::size_t kAfterYear = 4;
+  constexpr std::size_t kAfterMonth = 7;
+  for (const std::size_t position : {kAfterYear, kAfterMonth}) {
+    if (position < datetime.size() && datetime[position] == ':') datetime[position] = '-';
+  }
+  return datetime;
 }
 
 std::string WhiteBalance(const api::ExifInfo& exif) {
@@ -118,7 +130,7 @@ std::string TextOf(const PhotographFacts& facts) {
   }
   line("camera", Camera(facts.exif));
   line("lens", facts.exif.lens);
-  line("taken", facts.exif.datetime);
+  line("taken", Taken(facts.exif.datetime));
   line("exposure", Exposure(facts.exif));
   line("white balance", WhiteBalance(facts.exif));
   line("position", Position(facts.exif));
