@@ -607,7 +607,7 @@ typedef struct lumvik_host_save_options {
   int32_t overwrite;     /**< A ::lumvik_host_overwrite. */
   int32_t no_profile;    /**< Not 0: attach no color profile. */
   const char* copyright; /**< Set as the copyright notice; null keeps that of the photograph. */
-  const char* mark;      /**< Left in the file: UTF-8, up to 1,000 bytes; null for none. */
+  const char* mark;      /**< Left in the file: up to 1,000 bytes, no control characters; null for none. */
 } lumvik_host_save_options;
 
 /** Returns the format for the extension of a path, in any case: .jpg, .jpeg, .png, .tif or .tiff; else 0. */

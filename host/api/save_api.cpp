@@ -1,13 +1,17 @@
 // Saving.
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "api/arguments.h"
 #include "api/photo_handle.h"
 #include "api/registry.h"
+#include "files/intact_mark.h"
 #include "files/safe_file.h"
 #include "lumvik_host.h"
+#include "save/mark.h"
 #include "save/output_format.h"
 #include "save/png_encoding.h"
 #include "save/save_plan.h"
@@ -51,7 +55,7 @@ lumvik_host_status lumvik_host_save_cutout(lumvik_host_photo* photo, const char*
                                            const lumvik_host_save_options* options) {
   return WithPhoto(photo, [&](Photo& opened) {
     RequireArgument(path, "path");
-    SaveCutout(opened, path, OverwriteOf(OptionsOf(options).overwrite));
+    SaveCutout(opened, path, PlanForPng(OptionsOf(options)));
   });
 }
 
@@ -70,8 +74,11 @@ lumvik_host_status lumvik_host_write_png(const char* path, const uint8_t* pixels
   return Guarded([&] {
     RequireArgument(path, "path");
     RequireArgument(pixels, "pixels");
-    SafeFile file(path, OverwriteOf(OptionsOf(options).overwrite));
-    file.Write(EncodePng(pixels, width, height, channels));
+    const PngPlan plan = PlanForPng(OptionsOf(options));
+    SafeFile file(path, plan.overwrite);
+    std::string png = EncodePng(pixels, width, height, channels);
+    if (plan.mark) png = WithMark(std::move(png), LUMVIK_HOST_FORMAT_PNG, *plan.mark);
+    file.Write(png);
     file.Commit();
   });
 }
@@ -80,6 +87,8 @@ lumvik_host_status lumvik_host_read_mark(const char* path, char** mark) {
   return Guarded([&] {
     RequireArgument(path, "path");
     RequireArgument(mark, "mark");
-    throw Failure(LUMVIK_HOST_NOT_FOUND, "WIP");
+    const std::optional<std::string> intact = IntactMarkOf(path);
+    if (!intact) throw Failure(LUMVIK_HOST_NOT_FOUND, "'" + std::string(path) + "' has no intact mark");
+    *mark = LendText(*intact);
   });
 }

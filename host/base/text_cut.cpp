@@ -33,6 +33,15 @@ std::size_t CharacterSize(std::string_view text) noexcept {
 
 }  // namespace
 
+bool IsPlainUtf8(std::string_view text) noexcept {
+  while (!text.empty()) {
+    const std::size_t size = CharacterSize(text);
+    if (size == 0 || IsControl(text[0])) return false;
+    text.remove_prefix(size);
+  }
+  return true;
+}
+
 void CopyCut(std::string_view text, char* buffer, std::size_t capacity) noexcept {
   std::size_t used = 0;
   while (!text.empty()) {

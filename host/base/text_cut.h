@@ -11,6 +11,9 @@ namespace lumvik::host {
 // The text of a failure. Bounded, so that running out of memory can be reported.
 using TextBuffer = std::array<char, 2048>;  // more than a path and a reason take
 
+// Whether a text is UTF-8 without control characters.
+bool IsPlainUtf8(std::string_view text) noexcept;
+
 // Copies a text with a terminating NUL to a buffer of `capacity` bytes, at least 1. A longer text is cut
 // between characters. The result is one line of UTF-8, whatever the text holds: a byte that is not part of a
 // character becomes "?", a control character a space.

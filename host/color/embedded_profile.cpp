@@ -1,7 +1,5 @@
 #include "color/embedded_profile.h"
 
-#include <zlib.h>
-
 #include <algorithm>
 #include <map>
 #include <vector>
@@ -36,29 +34,13 @@ std::string JpegProfile(std::string_view jpeg) {
   return profile;
 }
 
-// "" for data that is corrupt or longer than any profile.
-std::string InflateProfile(std::string_view compressed) {
-  std::string profile;
-  for (std::size_t size = 1U << 16U; size <= kMaxProfileBytes; size *= 4) {
-    profile.resize(size);
-    auto length = static_cast<uLongf>(size);
-    const int status =
-        uncompress(reinterpret_cast<Bytef*>(profile.data()), &length,
-                   reinterpret_cast<const Bytef*>(compressed.data()), static_cast<uLong>(compressed.size()));
-    if (status == Z_BUF_ERROR) continue;  // it is longer
-    if (status != Z_OK) return {};
-    profile.resize(length);
-    return profile;
-  }
-  return {};
-}
-
 std::string PngProfile(std::string_view png) {
   for (const PngChunk& chunk : PngChunks(png)) {
     if (chunk.type != "iCCP") continue;
     const std::size_t name_end = chunk.data.find('\0');
     if (name_end == std::string_view::npos) return {};
-    return InflateProfile(PartOf(chunk.data, name_end + 2, kMaxProfileBytes));  // after the method
+    return InflatePng(PartOf(chunk.data, name_end + 2, kMaxProfileBytes),
+                      kMaxProfileBytes);  // after the method
   }
   return {};
 }

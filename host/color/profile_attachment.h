@@ -10,7 +10,7 @@
 namespace lumvik::host {
 
 // The JPEG, PNG or (little-endian) TIFF with the ICC profile. It must not have one.
-std::string AttachProfile(const std::string& image, lumvik_host_format format, std::string_view icc);
+std::string AttachProfile(std::string image, lumvik_host_format format, std::string_view icc);
 
 }  // namespace lumvik::host
 

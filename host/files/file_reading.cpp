@@ -25,6 +25,14 @@ std::ifstream OpenReadable(const std::string& path) {
   return OpenExisting(path);
 }
 
+// The file is then at its beginning.
+std::uintmax_t SizeOfOpen(std::ifstream& file) {
+  file.seekg(0, std::ios::end);
+  const auto size = static_cast<std::uintmax_t>(std::max<std::streamoff>(file.tellg(), 0));
+  file.seekg(0);
+  return size;
+}
+
 // At most `count` bytes.
 std::string ReadBytes(std::ifstream& file, const std::string& path, std::size_t count) {
   std::string bytes(count, '\0');
@@ -55,12 +63,20 @@ std::string ReadBeginning(const std::string& path, std::size_t count) {
   return ReadBytes(file, path, count);
 }
 
+std::string ReadEnds(const std::string& path, std::size_t count) {
+  std::ifstream file = OpenReadable(path);
+  const std::uintmax_t size = SizeOfOpen(file);
+  if (size <= 2 * static_cast<std::uintmax_t>(count))
+    return ReadBytes(file, path, static_cast<std::size_t>(size));
+  std::string ends = ReadBytes(file, path, count);
+  file.seekg(-static_cast<std::streamoff>(count), std::ios::end);
+  return ends.append(ReadBytes(file, path, count));
+}
+
 std::string ReadFile(const std::string& path, std::uintmax_t max_bytes) {
   std::ifstream file = OpenReadable(path);
-  file.seekg(0, std::ios::end);
-  const auto size = static_cast<std::uintmax_t>(std::max<std::streamoff>(file.tellg(), 0));
+  const std::uintmax_t size = SizeOfOpen(file);
   if (size > max_bytes) throw Unreadable(LUMVIK_HOST_INVALID_ARGUMENT, path, "the file is too large");
-  file.seekg(0);
   return ReadBytes(file, path, static_cast<std::size_t>(size));
 }
 

@@ -19,6 +19,9 @@ void RequireReadable(const std::string& path);
 // The first bytes of a file, at most `count`.
 std::string ReadBeginning(const std::string& path, std::size_t count);
 
+// The first and the last bytes of a file, at most `count` of each; none twice.
+std::string ReadEnds(const std::string& path, std::size_t count);
+
 // A whole file. One of more than `max_bytes` is not read but refused as LUMVIK_HOST_INVALID_ARGUMENT.
 std::string ReadFile(const std::string& path, std::uintmax_t max_bytes);
 

@@ -9,6 +9,7 @@
 
 namespace lumvik::host {
 
+inline constexpr std::size_t kPngFieldSize = 4;  // of the length, the type and the checksum
 inline constexpr std::string_view kPngSignature = "\x89PNG\r\n\x1A\n";
 
 struct PngChunk {
@@ -20,6 +21,15 @@ struct PngChunk {
 
 // Up to IEND or the end of the file.
 std::vector<PngChunk> PngChunks(std::string_view png);
+
+// Those before the image data.
+std::vector<PngChunk> PngHeaderChunks(std::string_view png);
+
+// Decompresses the data of a chunk. "" for data that is corrupt or has more than `max_bytes`.
+std::string InflatePng(std::string_view compressed, std::size_t max_bytes);
+
+// The checksum that follows these bytes: the type and the data of a chunk.
+std::string PngChecksum(std::string_view type_and_data);
 
 // The bytes of a chunk. `type` has 4 characters.
 std::string MakePngChunk(std::string_view type, std::string_view data);

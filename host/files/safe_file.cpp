@@ -6,6 +6,7 @@
 
 #include "base/failure.h"
 #include "files/file_reading.h"
+#include "files/intact_mark.h"
 
 namespace lumvik::host {
 namespace {
@@ -16,6 +17,13 @@ constexpr int kMaxLinks = 40;  // the kernel's own limit
 
 Failure Unwritable(Status status, const std::string& path, const std::string& why) {
   return {status, "cannot write '" + path + "': " + why};
+}
+
+Failure Existing(const std::string& path, Overwrite overwrite) {
+  return Unwritable(LUMVIK_HOST_EXISTS, path,
+                    overwrite == Overwrite::kMarked
+                        ? "the file exists and was not written by this program, or was changed since"
+                        : "the file exists");
 }
 
 fs::path FollowLinks(const std::string& path) {
@@ -43,18 +51,21 @@ void CheckFolder(const std::string& path, const fs::path& folder) {
   }
 }
 
-void CheckTarget(const std::string& path, const fs::path& target, Overwrite overwrite) {
+// Returns whether the target exists.
+bool CheckTarget(const std::string& path, const fs::path& target, Overwrite overwrite) {
   std::error_code error;
   const fs::file_status status = fs::status(target, error);
-  if (status.type() == fs::file_type::not_found) return;
+  if (status.type() == fs::file_type::not_found) return false;
   if (error) throw FileFailure("write", path, error);
   if (fs::is_directory(status)) throw Unwritable(LUMVIK_HOST_INVALID_ARGUMENT, path, "it is a folder");
   if (!fs::is_regular_file(status)) {
     throw Unwritable(LUMVIK_HOST_INVALID_ARGUMENT, path, "it is not a regular file");
   }
-  if (overwrite == Overwrite::kNo) throw Unwritable(LUMVIK_HOST_EXISTS, path, "the file exists");
+  if (overwrite == Overwrite::kNo) throw Existing(path, overwrite);
+  if (overwrite == Overwrite::kMarked && !IntactMarkOf(target.u8string())) throw Existing(path, overwrite);
   // Replacing the file by renaming needs no write permission on it, so check by opening it unchanged.
   if (!std::ofstream(target, std::ios::app)) throw FileFailure("write", path, LastSystemError());
+  return true;
 }
 
 fs::path ReserveFile(const fs::path& folder, const fs::path& extension) {
@@ -71,9 +82,9 @@ fs::path ReserveFile(const fs::path& folder, const fs::path& extension) {
 }  // namespace
 
 SafeFile::SafeFile(const std::string& path, Overwrite overwrite, const char* extension)
-    : shown_(path), overwrite_(overwrite), target_(FollowLinks(path)) {
+    : shown_(path), overwrite_(overwrite), target_(FollowLinks(path)), target_exists_(false) {
   CheckFolder(path, target_.parent_path());
-  CheckTarget(path, target_, overwrite);
+  target_exists_ = CheckTarget(path, target_, overwrite);
   temporary_ = ReserveFile(target_.parent_path(), extension != nullptr ? extension : target_.extension());
 }
 
@@ -100,11 +111,17 @@ void SafeFile::Fill(std::string_view bytes, WriteMode mode) const {
     throw FileFailure("write", shown_, error);
 }
 
+bool SafeFile::MayReplaceTarget() const {
+  std::error_code ignored;
+  return overwrite_ == Overwrite::kYes || (overwrite_ == Overwrite::kMarked && target_exists_ &&
+                                           fs::exists(target_, ignored) && IntactMarkOf(target_.u8string()));
+}
+
 void SafeFile::Commit() {
   std::error_code error;
   if (fs::exists(target_, error)) fs::permissions(temporary_, fs::status(target_).permissions(), error);
-  if (!error) error = RenameFile(temporary_, target_, overwrite_);
-  if (error == std::errc::file_exists) throw Unwritable(LUMVIK_HOST_EXISTS, shown_, "the file exists");
+  if (!error) error = RenameFile(temporary_, target_, MayReplaceTarget());
+  if (error == std::errc::file_exists) throw Existing(shown_, overwrite_);
   if (error) throw FileFailure("write", shown_, error);
 }
 

@@ -10,6 +10,7 @@
 
 namespace lumvik::host {
 
+// Which existing files may be replaced; with kMarked those with an intact mark.
 enum class Overwrite { kNo, kMarked, kYes };
 enum class WriteMode { kReplace, kAppend };
 
@@ -19,8 +20,8 @@ enum class WriteMode { kReplace, kAppend };
 class SafeFile {
  public:
   // The target is the file that `path` refers to, symbolic links followed. It is checked at once: its folder
-  // must exist, and the file itself must be regular and writable, and absent unless `overwrite` is kYes. The
-  // temporary file has the extension of the target, or the given one.
+  // must exist, and the file itself must be regular and writable, and absent unless `overwrite` allows to
+  // replace it. The temporary file has the extension of the target, or the given one.
   SafeFile(const std::string& path, Overwrite overwrite, const char* extension = nullptr);
   ~SafeFile();
   SafeFile(const SafeFile&) = delete;
@@ -36,14 +37,17 @@ class SafeFile {
   // as a full disk; the reason is then found by writing more.
   void WriteWith(const std::function<bool(const std::string& temporary_path)>& writer) const;
 
+  // Checks again that the target may be replaced. One that did not exist before is replaced with kYes only.
   void Commit();
 
  private:
+  bool MayReplaceTarget() const;
   void Fill(std::string_view bytes, WriteMode mode) const;
 
   std::string shown_;  // the path in messages
   Overwrite overwrite_;
   std::filesystem::path target_;
+  bool target_exists_;  // at the construction
   std::filesystem::path temporary_;
 };
 
@@ -63,9 +67,8 @@ std::error_code FillFile(const std::filesystem::path& path, std::string_view byt
 // The same for other code that writes, in this thread.
 void WithoutFileSizeSignal(const std::function<void()>& call);
 
-// Renames a file. With kNo an existing target is left alone, and the error is file_exists.
-std::error_code RenameFile(const std::filesystem::path& from, const std::filesystem::path& to,
-                           Overwrite overwrite);
+// Renames a file. Unless it `replaces` an existing target, that is left alone, and the error is file_exists.
+std::error_code RenameFile(const std::filesystem::path& from, const std::filesystem::path& to, bool replaces);
 
 }  // namespace lumvik::host
 

@@ -75,8 +75,8 @@ std::error_code FillFile(const std::filesystem::path& path, std::string_view byt
 }
 
 std::error_code RenameFile(const std::filesystem::path& from, const std::filesystem::path& to,
-                           Overwrite overwrite) {
-  if (overwrite == Overwrite::kYes) {
+                           bool replaces) {
+  if (replaces) {
     return ::rename(from.c_str(), to.c_str()) == 0 ? std::error_code() : LastSystemError();
   }
   if (::renameat2(AT_FDCWD, from.c_str(), AT_FDCWD, to.c_str(), RENAME_NOREPLACE) == 0) return {};

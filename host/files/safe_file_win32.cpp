@@ -48,8 +48,8 @@ std::error_code FillFile(const std::filesystem::path& path, std::string_view byt
 }
 
 std::error_code RenameFile(const std::filesystem::path& from, const std::filesystem::path& to,
-                           Overwrite overwrite) {
-  const DWORD flags = overwrite == Overwrite::kYes ? MOVEFILE_REPLACE_EXISTING : 0;
+                           bool replaces) {
+  const DWORD flags = replaces ? MOVEFILE_REPLACE_EXISTING : 0;
   return MoveFileExW(from.c_str(), to.c_str(), flags) != 0 ? std::error_code() : LastError();
 }
 

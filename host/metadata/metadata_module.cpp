@@ -16,13 +16,13 @@
 #include "files/file_reading.h"
 #include "files/safe_file.h"
 #include "metadata/loaded_module.h"
+#include "settings/camera_raw_names.h"
 #include "settings/sidecar.h"
 
 namespace lumvik::host {
 namespace {
 
 constexpr const char* kXmpExtensions[] = {".xmp", ".XMP"};
-constexpr char kOwnPrefix[] = "lumvik";
 
 // Far more than masks take in any sidecar.
 constexpr std::uintmax_t kMaxXmpBytes = std::uintmax_t{64} << 20;

@@ -4,6 +4,7 @@
 #include "files/file_reading.h"
 #include "files/format.h"
 #include "metadata/metadata_module.h"
+#include "save/mark.h"
 #include "save/output_format.h"
 
 namespace lumvik::host {
@@ -59,6 +60,7 @@ SavePlan PlanFor(const lumvik_host_save_options& options, lumvik_host_format for
   plan.max_height = SideOf("max_height", options.max_height);
   plan.has_profile = options.no_profile == 0;
   plan.overwrite = OverwriteOf(options.overwrite);
+  plan.mark = MarkOf(options.mark);
   PlanMetadata(options, plan);
   return plan;
 }
@@ -105,6 +107,10 @@ SavePlan PlanForBytes(const lumvik_host_save_options& options) {
   const lumvik_host_format stated = StatedFormat(options);
   if (stated == LUMVIK_HOST_FORMAT_UNKNOWN) throw InvalidOption("format is not set");
   return PlanFor(options, stated);
+}
+
+PngPlan PlanForPng(const lumvik_host_save_options& options) {
+  return {OverwriteOf(options.overwrite), MarkOf(options.mark)};
 }
 
 }  // namespace lumvik::host

@@ -21,6 +21,13 @@ struct SavePlan {
   std::optional<std::string> copyright;
   bool has_profile = true;
   Overwrite overwrite = Overwrite::kNo;
+  std::optional<std::string> mark;
+};
+
+// What counts of the options for a PNG of given pixels.
+struct PngPlan {
+  Overwrite overwrite = Overwrite::kNo;
+  std::optional<std::string> mark;
 };
 
 // Throws Failure for a value that is no lumvik_host_overwrite.
@@ -34,6 +41,8 @@ SavePlan PlanForFile(const lumvik_host_save_options& options, const std::string&
 
 // For memory.
 SavePlan PlanForBytes(const lumvik_host_save_options& options);
+
+PngPlan PlanForPng(const lumvik_host_save_options& options);
 
 }  // namespace lumvik::host
 

@@ -1,6 +1,7 @@
 #include "save/saving.h"
 
 #include <limits>
+#include <utility>
 
 #include "base/failure.h"
 #include "color/color_profile.h"
@@ -11,6 +12,7 @@
 #include "metadata/metadata_module.h"
 #include "photo/engine_call.h"
 #include "save/image_export.h"
+#include "save/mark.h"
 #include "save/output_format.h"
 
 namespace lumvik::host {
@@ -29,15 +31,19 @@ void AddMetadata(const Photo& photo, const SavePlan& plan, const SafeFile& file)
   CopyMetadata(photo.OriginalPath(), file.TemporaryPath(), options);
 }
 
-void AddProfile(const SavePlan& plan, const SafeFile& file) {
+void AddProfileAndMark(const SavePlan& plan, const SafeFile& file) {
   static const std::string kSrgb = ColorProfile::Srgb().Serialize();
-  if (plan.has_profile) file.Write(AttachProfile(Content(file), plan.format, kSrgb));
+  if (!plan.has_profile && !plan.mark) return;
+  std::string image = Content(file);
+  if (plan.has_profile) image = AttachProfile(std::move(image), plan.format, kSrgb);
+  if (plan.mark) image = WithMark(std::move(image), plan.format, *plan.mark);
+  file.Write(image);
 }
 
 void Produce(Photo& photo, const SavePlan& plan, const SafeFile& file) {
   ExportImage(photo, plan, file);
   AddMetadata(photo, plan, file);
-  AddProfile(plan, file);
+  AddProfileAndMark(plan, file);
 }
 
 // These move pixels away from the mask, which is made before any geometric correction.
@@ -69,19 +75,20 @@ std::string SaveToBytes(Photo& photo, const SavePlan& plan) {
   return Content(file);
 }
 
-void SaveCutout(Photo& photo, const std::string& path, Overwrite overwrite) {
+void SaveCutout(Photo& photo, const std::string& path, const PngPlan& plan) {
   if (OutputFormatOf(path) != LUMVIK_HOST_FORMAT_PNG) {
     throw Failure(LUMVIK_HOST_INVALID_ARGUMENT, "cannot write '" + path + "': the extension is not .png");
   }
   if (!photo.HasMask()) throw Failure(LUMVIK_HOST_NOT_FOUND, photo.Shown() + " has no subject mask");
   RequireNoGeometry(photo.Values());
-  SafeFile file(path, overwrite, ExtensionOf(LUMVIK_HOST_FORMAT_PNG));
+  SafeFile file(path, plan.overwrite, ExtensionOf(LUMVIK_HOST_FORMAT_PNG));
   photo.RenderIfStale();
   file.WriteWith([&](const std::string& temporary) {
     return CallLibrary("cannot cut out the subject of " + photo.Shown(), [&] {
              return lumvik_export_subject_png(photo.Engine(), temporary.c_str());
            }) == LUMVIK_OK;
   });
+  if (plan.mark) file.Write(WithMark(Content(file), LUMVIK_HOST_FORMAT_PNG, *plan.mark));
   file.Commit();
 }
 

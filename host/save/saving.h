@@ -15,7 +15,7 @@ void SaveToFile(Photo& photo, const SavePlan& plan, const std::string& path);
 std::string SaveToBytes(Photo& photo, const SavePlan& plan);
 
 // The subject on a transparent background, as a PNG.
-void SaveCutout(Photo& photo, const std::string& path, Overwrite overwrite);
+void SaveCutout(Photo& photo, const std::string& path, const PngPlan& plan);
 
 }  // namespace lumvik::host
 

@@ -1,31 +1,12 @@
 #include <string>
 #include <vector>
 
+#include "base/xml_text.h"
 #include "settings/camera_raw_names.h"
 #include "settings/settings_export.h"
 
 namespace lumvik::host {
 namespace {
-
-std::string XmlText(const std::string& text) {
-  std::string escaped;
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        escaped += "&amp;";
-        break;
-      case '<':
-        escaped += "&lt;";
-        break;
-      case '>':
-        escaped += "&gt;";
-        break;
-      default:
-        escaped += c;
-    }
-  }
-  return escaped;
-}
 
 using Properties = decltype(CameraRawSettings::properties);
 
