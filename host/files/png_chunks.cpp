@@ -2,6 +2,8 @@
 
 #include <zlib.h>
 
+#include <algorithm>
+#include <new>
 #include <optional>
 
 #include "files/byte_reading.h"
@@ -62,19 +64,20 @@ std::vector<PngChunk> PngHeaderChunks(std::string_view png) {
 }
 
 std::string InflatePng(std::string_view compressed, std::size_t max_bytes) {
+  constexpr std::size_t kUsualBytes = 1U << 16U;
   std::string data;
-  for (std::size_t size = 1U << 16U; size <= max_bytes; size *= 4) {
+  for (std::size_t size = std::min(kUsualBytes, max_bytes);; size = std::min(size * 4, max_bytes)) {
     data.resize(size);
     auto length = static_cast<uLongf>(size);
     const int status =
         uncompress(reinterpret_cast<Bytef*>(data.data()), &length,
                    reinterpret_cast<const Bytef*>(compressed.data()), static_cast<uLong>(compressed.size()));
-    if (status == Z_BUF_ERROR) continue;  // it is longer
+    if (status == Z_BUF_ERROR && size < max_bytes) continue;  // it is longer
+    if (status == Z_MEM_ERROR) throw std::bad_alloc();
     if (status != Z_OK) return {};
     data.resize(length);
     return data;
   }
-  return {};
 }
 
 std::string PngChecksum(std::string_view type_and_data) {

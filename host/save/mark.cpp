@@ -33,6 +33,10 @@ Failure InvalidMark(const std::string& why) {
   return {LUMVIK_HOST_INVALID_ARGUMENT, "the mark " + why};
 }
 
+Failure Unmarkable(const std::string& why) {
+  return {LUMVIK_HOST_UNSUPPORTED, "the image cannot be marked: " + why};
+}
+
 std::string MarkedDescriptionBegin() {
   return std::string(kDescriptionBegin)
       .append(kOwnPrefix)
@@ -60,24 +64,20 @@ void EraseMark(std::string& packet) {
   if (end != std::string::npos) packet.erase(begin, end + kDescriptionEnd.size() - begin);
 }
 
+// The packet of an image, or one without properties.
+std::string PacketOf(std::string_view image, lumvik_host_format format) {
+  const XmpPart xmp = FindXmp(image, format);
+  if (xmp.packet.empty()) return std::string(kEmptyPacket);
+  return xmp.is_compressed ? InflatePng(xmp.packet, kMaxPacketBytes) : std::string(xmp.packet);
+}
+
 std::string PacketWithMark(std::string packet, const std::string& mark) {
   EraseMark(packet);
   const std::size_t position = packet.rfind(kRdfEnd);
-  if (position == std::string::npos) {
-    throw Failure(LUMVIK_HOST_UNSUPPORTED, "cannot write the mark: the image has XMP of an unknown kind");
-  }
+  if (position == std::string::npos) throw Unmarkable("its XMP packet is too long or damaged");
   packet.insert(position, MarkDescription(mark));
-  if (packet.size() > kMaxPacketBytes) {
-    throw Failure(LUMVIK_HOST_UNSUPPORTED, "cannot write the mark: the XMP packet is too long");
-  }
+  if (packet.size() > kMaxPacketBytes) throw Unmarkable("its XMP packet is too long");
   return packet;
-}
-
-std::string PacketOf(std::string_view image, lumvik_host_format format) {
-  const XmpPart xmp = FindXmp(image, format);
-  const std::string packet =
-      xmp.is_compressed ? InflatePng(xmp.packet, kMaxPacketBytes) : std::string(xmp.packet);
-  return packet.empty() ? std::string(kEmptyPacket) : packet;
 }
 
 }  // namespace
@@ -96,7 +96,7 @@ std::optional<std::string> MarkOf(const char* mark) {
 std::string WithMark(std::string image, lumvik_host_format format, const std::string& mark) {
   image = ReplaceXmp(std::move(image), format, PacketWithMark(PacketOf(image, format), mark));
   const auto place = FindMark(image, format);
-  if (!place) throw Failure(LUMVIK_HOST_INTERNAL, "cannot write the mark: the image is damaged");
+  if (!place) throw Unmarkable("it is damaged");
   const std::string digest = MarkDigest(image, *place);
   image.replace(place->digits, digest.size(), digest);
   if (!place->png_checked.empty()) {

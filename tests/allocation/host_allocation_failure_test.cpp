@@ -40,6 +40,7 @@ struct CallObjects {
   std::string photograph;
   std::string raw;
   std::string settings_file;
+  std::string marked;  // an image
   std::string folder;
   std::string output;  // with the extension of the call
   std::vector<uint8_t> photo_bytes;
@@ -99,7 +100,8 @@ lumvik_host_save_options SavingAs(int32_t format) {
   auto options = Sized<lumvik_host_save_options>();
   options.format = format;
   options.metadata = LUMVIK_HOST_METADATA_NONE;
-  options.overwrite = 1;
+  options.overwrite = LUMVIK_HOST_OVERWRITE_ANY;
+  options.mark = "a mark";
   return options;
 }
 
@@ -248,8 +250,21 @@ const FailedCall kFailedCalls[] = {
     {"write_file", Needs::kNoPhoto,
      [](CallObjects& o) { return lumvik_host_write_file(o.output.c_str(), "text", 4, 1); }},
     {"write_png", Needs::kNoPhoto,
-     [](CallObjects& o) { return lumvik_host_write_png(o.output.c_str(), o.room.data(), 4, 4, 3, nullptr); },
+     [](CallObjects& o) {
+       const lumvik_host_save_options options = SavingAs(LUMVIK_HOST_FORMAT_PNG);
+       return lumvik_host_write_png(o.output.c_str(), o.room.data(), 4, 4, 3, &options);
+     },
      "out.png"},
+    {"read_mark", Needs::kNoPhoto,
+     [](CallObjects& o) {
+       OwnedText mark;
+       return lumvik_host_read_mark(o.marked.c_str(), &mark.text);
+     }},
+    {"fingerprint", Needs::kNoPhoto,
+     [](CallObjects& o) {
+       uint64_t fingerprint = 0;
+       return lumvik_host_fingerprint(o.photograph.c_str(), &fingerprint);
+     }},
     {"get_exif", Needs::kPhoto,
      [](CallObjects& o) {
        auto exif = Sized<lumvik_host_exif>();
@@ -326,6 +341,12 @@ class HostAllocationFailureTest : public ::testing::TestWithParam<FailedCall> {
     objects.photograph = PhotographPath();
     objects.raw = RawPhotographPath();
     objects.settings_file = folder_.File("preset.json");
+    objects.marked = folder_.File("marked.png");
+    const lumvik_host_save_options marking = SavingAs(LUMVIK_HOST_FORMAT_PNG);
+    if (lumvik_host_write_png(objects.marked.c_str(), objects.room.data(), 4, 4, 3, &marking) !=
+        LUMVIK_HOST_OK) {
+      throw std::runtime_error(lumvik_host_last_error());
+    }
     objects.folder = folder_.path().u8string();
     objects.output = folder_.File(GetParam().output);
     objects.photo_bytes = lumvik::test::ReadBytes(PhotographPath());

@@ -26,6 +26,10 @@ namespace {
      [](CallArguments& a) {
        return lumvik_host_read_size(a.InputFile(PhotographPath()), a.Out<int32_t>(), a.Out<int32_t>());
      }},
+    {"lumvik_host_fingerprint",
+     [](CallArguments& a) {
+       return lumvik_host_fingerprint(a.InputFile(PhotographPath()), a.Out<uint64_t>());
+     }},
     {"lumvik_host_extract_thumbnail",
      [](CallArguments& a) {
        return lumvik_host_extract_thumbnail(a.InputFile(PhotographPath()), nullptr, a.OutData(),

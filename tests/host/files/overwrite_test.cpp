@@ -17,16 +17,13 @@
 #include "lumvik_host.h"
 #include "photo/test_photos.h"
 #include "save/mark.h"
-#include "support/file_bytes.h"
 #include "support/temp_dir.h"
 
 namespace lumvik::host::test {
 namespace {
 
 namespace fs = std::filesystem;
-using lumvik::test::ReadBytes;
 using lumvik::test::TempDir;
-using lumvik::test::WriteBytes;
 
 constexpr std::uintmax_t kAnySize = 1 << 20;
 constexpr char kNotOurs[] = "': the file exists and was not written by this program, or was changed since";
