@@ -46,7 +46,7 @@ std::string MarkedDescriptionBegin() {
       .append(kMarkBegin);
 }
 
-// The properties of a description of their own: descriptions of one resource add up.
+// A separate description with the two properties: descriptions of one resource add up.
 std::string MarkDescription(const std::string& mark) {
   return MarkedDescriptionBegin()
       .append(XmlText(mark))
