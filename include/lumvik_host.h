@@ -576,8 +576,8 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_get_mask(lumvik_host_photo* photo
  * replaces the file that the link refers to.
  *
  * A host can leave a mark in the images that it writes: a text that it chooses, kept as an XMP property next
- * to a digest of the file. The mark is intact until the file changes, so that a host knows its own results from
- * files that anyone else wrote or edited.
+ * to a digest of the file. The mark is intact until the file changes, so that a host knows its own results
+ * from files that anyone else wrote or edited.
  * @{
  */
 
