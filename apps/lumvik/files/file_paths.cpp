@@ -68,7 +68,8 @@ fs::path ResolveOutput(const std::string& utf8_output, const std::string& utf8_i
   if (!fs::exists(status)) return target;
   if (fs::is_directory(status)) throw Failure("cannot write", output, "it is a folder");
   if (!fs::is_regular_file(status)) throw Failure("cannot write", output, "it is not a regular file");
-  if (fs::equivalent(target, fs::u8path(utf8_input))) {
+  std::error_code missing;  // the photograph, if it comes from standard input
+  if (fs::equivalent(target, fs::u8path(utf8_input), missing)) {
     throw Failure("cannot write", output, "it is the input photograph");
   }
   // Replacing the file by renaming needs no write permission on it, so check by opening it unchanged.

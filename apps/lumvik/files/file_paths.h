@@ -12,7 +12,7 @@ namespace lumvik {
 void RequireReadable(const std::string& input);
 
 // The file that `output` refers to, symbolic links followed. Its folder must exist; the file itself, if it
-// exists, must be regular, writable and not the photograph `input`.
+// exists, must be regular, writable and not the photograph `input`, which need not be a file.
 std::filesystem::path ResolveOutput(const std::string& output, const std::string& input);
 
 // Creates a folder and its parents, unless they exist.

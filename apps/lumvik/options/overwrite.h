@@ -1,14 +1,24 @@
-// Which existing files a command may replace.
+// The option that allows existing files to be replaced.
 #ifndef LUMVIK_APPS_OPTIONS_OVERWRITE_H_
 #define LUMVIK_APPS_OPTIONS_OVERWRITE_H_
+
+#include <CLI/CLI.hpp>
+#include <string>
 
 #include "lumvik_host.hpp"
 
 namespace lumvik {
 
-inline api::SaveOptions Overwriting() {
+inline CLI::Option* AddOverwriteOption(CLI::App& command, bool& overwrite) {
+  return command.add_flag("--overwrite", overwrite, "Replace existing files that lumvik did not write");
+}
+
+// How to write an image: existing files of others are replaced on request only. `mark` must outlive the
+// result.
+inline api::SaveOptions MarkedWith(const std::string& mark, bool overwrite) {
   api::SaveOptions options;
-  options.overwrite = LUMVIK_HOST_OVERWRITE_ANY;
+  options.overwrite = overwrite ? LUMVIK_HOST_OVERWRITE_ANY : LUMVIK_HOST_OVERWRITE_MARKED;
+  options.mark = mark.c_str();
   return options;
 }
 
