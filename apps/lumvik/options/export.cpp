@@ -4,12 +4,21 @@
 #include <string>
 
 #include "options/in_range.h"
+#include "options/overwrite.h"
 #include "options/range.h"
 
 namespace lumvik {
 namespace {
 
 constexpr Range<int> kJpegQualities = {1, 100};
+
+constexpr char kKeptProfile[] = "keep";
+constexpr char kNoProfile[] = "none";
+
+std::string CheckProfile(const std::string& text) {
+  if (text == "srgb" || text == kKeptProfile || text == kNoProfile) return {};
+  return "'" + text + "' is not srgb, keep or none";
+}
 
 std::string CheckBitDepth(const std::string& text) {
   if (text == "8" || text == "16") return {};
@@ -29,9 +38,27 @@ void AddExportOptions(CLI::App& command, ExportOptions& options) {
       ->type_name("BITS")
       ->check(CLI::Validator(CheckBitDepth, ""))
       ->group(kOutputGroup);
-  command.add_flag("--no-exif", options.no_exif, "Do not copy the photograph's metadata")
+  AddSizeOption(command, options.size)->group(kOutputGroup);
+  command
+      .add_option("--profile", options.profile,
+                  "Colors: srgb (converted and tagged, default), keep (those of the photograph, with its "
+                  "profile) or none (sRGB without a profile)")
+      ->type_name("PROFILE")
+      ->check(CLI::Validator(CheckProfile, ""))
       ->group(kOutputGroup);
+  CLI::Option* const no_exif =
+      command.add_flag("--no-exif", options.no_exif, "Do not copy the photograph's metadata")
+          ->group(kOutputGroup);
   command.add_flag("--strip-gps", options.strip_gps, "Do not copy GPS data")->group(kOutputGroup);
+  command.add_option("--copyright", options.copyright, "Set the copyright notice")
+      ->type_name("TEXT")
+      ->excludes(no_exif)
+      ->group(kOutputGroup);
+  command
+      .add_flag("--keep-times", options.keep_times,
+                "Give the image the times at which the photograph was modified and accessed")
+      ->group(kOutputGroup);
+  AddOverwriteOption(command, options.overwrite)->group(kOutputGroup);
 }
 
 void CheckBits(const ExportOptions& options, lumvik_host_format format) {
@@ -43,15 +70,22 @@ void CheckBits(const ExportOptions& options, lumvik_host_format format) {
   }
 }
 
-api::SaveOptions SaveOptionsOf(const ExportOptions& options) {
-  api::SaveOptions save;
+bool KeepsColors(const ExportOptions& options) {
+  return options.profile == kKeptProfile;
+}
+
+api::SaveOptions SaveOptionsOf(const ExportOptions& options, api::Size developed, const std::string& mark) {
+  api::SaveOptions save = MarkedWith(mark, options.overwrite);
   save.quality = options.jpeg_quality;
   save.bits = options.bits.value_or(0);
   save.metadata = LUMVIK_HOST_METADATA_KEEP;
   if (options.strip_gps) save.metadata = LUMVIK_HOST_METADATA_NO_POSITION;
   if (options.no_exif) save.metadata = LUMVIK_HOST_METADATA_NONE;
-  save.overwrite = 1;
-  save.no_profile = 1;
+  if (options.copyright) save.copyright = options.copyright->c_str();
+  const api::Size box = BoxOf(options.size, developed);
+  save.max_width = box.width;
+  save.max_height = box.height;
+  save.no_profile = options.profile == kNoProfile ? 1 : 0;
   return save;
 }
 

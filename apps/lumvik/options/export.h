@@ -4,8 +4,10 @@
 
 #include <CLI/App.hpp>
 #include <optional>
+#include <string>
 
 #include "lumvik_host.hpp"
+#include "options/output_size.h"
 
 namespace lumvik {
 
@@ -17,6 +19,10 @@ struct ExportOptions {
   std::optional<int> bits;
   bool no_exif = false;
   bool strip_gps = false;
+  OutputSize size;
+  std::string profile = "srgb";  // or keep, none
+  std::optional<std::string> copyright;
+  bool keep_times = false;
   bool overwrite = false;  // replace files that the command did not write
 };
 
@@ -26,8 +32,11 @@ void AddExportOptions(CLI::App& command, ExportOptions& options);
 // Throws CLI::ValidationError for a bit depth that the format does not support.
 void CheckBits(const ExportOptions& options, lumvik_host_format format);
 
-// The options for saving, which replaces existing files.
-api::SaveOptions SaveOptionsOf(const ExportOptions& options);
+// Whether to leave the colors of the photograph as they are, with its profile.
+bool KeepsColors(const ExportOptions& options);
+
+// How to save an image that was developed at this size. `options` and `mark` must outlive the result.
+api::SaveOptions SaveOptionsOf(const ExportOptions& options, api::Size developed, const std::string& mark);
 
 }  // namespace lumvik
 
