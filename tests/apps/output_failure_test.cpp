@@ -1,4 +1,4 @@
-// Outputs that cannot be written: status 1, one message, and existing files are kept.
+// Outputs that cannot be written: one message, and existing files are kept.
 #include <cstdint>
 #include <filesystem>
 #include <opencv2/imgcodecs.hpp>
@@ -77,7 +77,7 @@ TEST_F(OutputFailureTest, AnUnwritableFolder) {
   WriteFile(Path("closed/old.jpg"), "last year's work");
   fs::permissions(Path("closed"), fs::perms::owner_read | fs::perms::owner_exec);
   for (const char* name : {"closed/new.jpg", "closed/old.jpg"}) {
-    ExpectRefusal(Develop(in, Path(name), {}, UnprivilegedCommand()), kFailure,
+    ExpectRefusal(Develop(in, Path(name), {"--overwrite"}, UnprivilegedCommand()), kFailure,
                   "cannot write into the folder '" + Path("closed") + "': Permission denied");
   }
   fs::permissions(Path("closed"), fs::perms::owner_all);
@@ -124,10 +124,12 @@ class FullDiskTest : public CommandTest {
     const std::vector<std::string> prefix = {
         "sh", "-c", "trap '' XFSZ; ulimit -f " + std::to_string(blocks) + "; exec \"$0\" \"$@\"",
         LUMVIK_COMMAND};
-    ExpectRefusal(Develop(photograph_, output, {}, prefix), kFailure, failure);
+    const std::string folder = fs::path(output).parent_path().string();
+    const std::string end = "; the folder '" + folder + "' has no space for it\n";
+    ExpectRefusal(Develop(photograph_, output, {}, prefix), kDiskFull, failure + end);
     EXPECT_FALSE(fs::exists(output));
     WriteFile(output, "last year's work");
-    ExpectRefusal(Develop(photograph_, output, {}, prefix), kFailure, failure);
+    ExpectRefusal(Develop(photograph_, output, {"--overwrite"}, prefix), kDiskFull, failure + end);
     EXPECT_EQ(ReadFile(output), "last year's work");
   }
 

@@ -122,7 +122,7 @@ TEST_F(OutputTest, AReplacedFileKeepsItsPermissions) {
   Develop(in, Path("fresh.jpg"));
   WriteFile(out, std::string(100000, 'x'));
   fs::permissions(out, fs::perms(0640));
-  ASSERT_EQ(Develop(in, out).status, kSuccess);
+  ASSERT_EQ(Develop(in, out, {"--overwrite"}).status, kSuccess);
   EXPECT_EQ(ReadFile(out), ReadFile(Path("fresh.jpg")));
   EXPECT_EQ(fs::status(out).permissions(), fs::perms(0640));
 }
@@ -140,7 +140,7 @@ TEST_F(OutputTest, LinksAreFollowed) {
   WriteFile(Path("elsewhere/target"), "old");
   fs::create_symlink("elsewhere/target", Path("inner.png"));
   fs::create_symlink(Path("inner.png"), Path("out.jpg"));
-  EXPECT_EQ(Developed(in, Path("out.jpg")).size(), cv::Size(60, 40));
+  EXPECT_EQ(Developed(in, Path("out.jpg"), {"--overwrite"}).size(), cv::Size(60, 40));
   EXPECT_TRUE(fs::is_symlink(Path("out.jpg")));
   EXPECT_TRUE(fs::is_symlink(Path("inner.png")));
   EXPECT_FALSE(fs::is_symlink(Path("elsewhere/target")));

@@ -2,6 +2,7 @@
 // line and key.
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <opencv2/imgcodecs.hpp>
 
 #include "command_test.h"
 
@@ -61,11 +62,13 @@ class SettingsFileTest : public CommandTest {
     return Path("settings.json");
   }
 
-  // Develops with these options and returns the bytes of the PNG.
-  std::string Picture(const std::vector<std::string>& options) const {
+  // Develops with these options and returns the pixels.
+  std::string Picture(std::vector<std::string> options) const {
+    options.emplace_back("--overwrite");
     const ProcessResult result = Develop(in_, Path("out.png"), options);
     EXPECT_EQ(result.status, kSuccess) << result.err;
-    return ReadFile(Path("out.png"));
+    const cv::Mat pixels = cv::imread(Path("out.png"), cv::IMREAD_UNCHANGED);
+    return {pixels.datastart, pixels.dataend};
   }
 
   Json Saved(std::vector<std::string> options) const {
@@ -295,14 +298,21 @@ TEST_F(SettingsFileTest, UnwritableFilesAreRefused) {
 }
 
 // A file size limit simulates a full disk.
+// With a tone curve of many points the settings are larger than the image.
 TEST_F(SettingsFileTest, AFullDiskKeepsTheExistingFile) {
   WriteFile(Path("saved.json"), "last year's work");
-  const std::vector<std::string> prefix = {"sh", "-c", "trap '' XFSZ; ulimit -f 1; exec \"$0\" \"$@\"",
+  std::string curve;
+  for (int i = 0; i <= 1000; ++i) curve += std::to_string(i / 1000.0) + ",0.5 ";
+  const std::vector<std::string> prefix = {"sh", "-c", "trap '' XFSZ; ulimit -f 32; exec \"$0\" \"$@\"",
                                            LUMVIK_COMMAND};
-  ExpectRefusal(Develop(in_, Path("out.png"), {"--save-settings", Path("saved.json")}, prefix), kFailure,
-                "cannot write '" + Path("saved.json") + "': File too large");
+  const ProcessResult result =
+      Develop(in_, Path("out.png"),
+              {"--tone-curve", curve, "--save-settings", Path("saved.json"), "--overwrite"}, prefix);
+  EXPECT_EQ(result.status, kDiskFull);
+  EXPECT_EQ(result.err, "lumvik: cannot write '" + Path("saved.json") + "': File too large; the folder '" +
+                            fs::path(Path("saved.json")).parent_path().string() + "' has no space for it\n");
   EXPECT_EQ(ReadFile(Path("saved.json")), "last year's work");
-  EXPECT_FALSE(fs::exists(Path("out.png")));
+  EXPECT_TRUE(fs::exists(Path("out.png"))) << "the image is not lost";
 }
 
 }  // namespace

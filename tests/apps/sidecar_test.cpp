@@ -1,6 +1,7 @@
 // Settings sidecars: which one is read, and what overrides it.
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <opencv2/imgcodecs.hpp>
 
 #include "command_test.h"
 
@@ -14,7 +15,7 @@ class SidecarTest : public CommandTest {
  protected:
   // Develops in.png and returns the setting that was used.
   double Used(const std::string& key, std::vector<std::string> options = {}) {
-    options.insert(options.end(), {"--save-settings", Path("saved.json")});
+    options.insert(options.end(), {"--save-settings", Path("saved.json"), "--overwrite"});
     result_ = Develop(in_, Path("out.png"), options);
     EXPECT_EQ(result_.status, kSuccess) << result_.err;
     return Json::parse(ReadFile(Path("saved.json"))).at(key);
@@ -105,7 +106,7 @@ TEST_F(SidecarTest, CanBeTheFileOfSaveSettings) {
   const std::string sidecar = Path("in.png.lumvik.json");
   ASSERT_EQ(Develop(in_, Path("a.png"), {"--contrast", "20", "--save-settings", sidecar}).status, kSuccess);
   ASSERT_EQ(Develop(in_, Path("b.png"), {"--save-settings", sidecar}).status, kSuccess);
-  EXPECT_EQ(ReadFile(Path("a.png")), ReadFile(Path("b.png")));
+  EXPECT_EQ(GreatestDifference(cv::imread(Path("a.png")), cv::imread(Path("b.png"))), 0);
   EXPECT_EQ(Json::parse(ReadFile(sidecar)).at("contrast"), 20);
 }
 

@@ -1,130 +1,127 @@
 #include "commands/develop.h"
 
 #include <CLI/CLI.hpp>
-#include <filesystem>
+#include <cstdint>
 #include <iostream>
 #include <memory>
 #include <optional>
 #include <string>
 
 #include "batch/worker_report.h"
-#include "files/file_paths.h"
+#include "commands/develop_options.h"
+#include "files/file_times.h"
+#include "files/settings_text.h"
 #include "lumvik_host.hpp"
-#include "options/export.h"
-#include "options/in_range.h"
 #include "options/overwrite.h"
-#include "options/photograph.h"
-#include "options/png_output.h"
-#include "options/range.h"
-#include "options/settings_output.h"
-#include "options/subject.h"
-#include "terminal/result_line.h"
+#include "options/settings_digest.h"
+#include "terminal/results.h"
+#include "terminal/standard_streams.h"
 
 namespace lumvik {
 namespace {
 
-constexpr Range<float> kBlurs = {0, 100};
-constexpr char kPreview[] = "Preview";  // heading of its options in the help
-constexpr char kHidden[] = "";
-
-struct DevelopOptions {
-  Photograph photograph;
-  std::optional<std::string> output;
-  std::optional<std::string> save_settings;  // file to write all settings to
-  ExportOptions how;
-  std::optional<std::string> preview;
-  float background_blur = 0;
-  SubjectPoint subject;
-  bool worker_report = false;
-};
-
-// Fails before any work is done if a file cannot be written.
-void CheckTargets(const DevelopOptions& options) {
-  const auto resolve = [&](const std::optional<std::string>& path) {
-    return path ? ResolveOutput(*path, options.photograph.input) : std::filesystem::path();
-  };
-  const std::filesystem::path output = resolve(options.output);
-  const std::filesystem::path preview = resolve(options.preview);
-  resolve(options.save_settings);
-  if (!options.output || !options.preview) return;
-  if (std::filesystem::weakly_canonical(output) == std::filesystem::weakly_canonical(preview)) {
-    throw CLI::ValidationError("--preview", "'" + *options.preview + "' is also the file of --output");
-  }
+// Fails before the photograph is decoded.
+void CheckFiles(const DevelopOptions& options) {
+  RequireInput(options.photograph);
+  if (options.ToStandardOutput()) RequireRedirectedOutput();
+  CheckOutputs(OutputsOf(options), options.photograph.input, options.how.overwrite);
 }
 
-void CheckUsage(const DevelopOptions& options) {
-  if (!options.output && !options.preview) throw CLI::RequiredError("--output or --preview");
-  if (options.background_blur > 0 && !options.preview) throw CLI::RequiresError("--bg-blur", "--preview");
-  if (options.output) CheckBits(options.how, api::FormatOf(*options.output));
+void RequireReplaceable(const DevelopOptions& options, const api::Settings& settings) {
+  if (!options.save_settings) return;
+  RequireReplaceableSettings(*options.save_settings, settings.ToJson(), options.how.overwrite);
 }
 
-void WriteOutput(const DevelopOptions& options, api::Photo& photo) {
-  photo.Save(*options.output, SaveOptionsOf(options.how));
-  const api::Size size = photo.PreviewSize();
-  if (options.worker_report) {
-    std::cout << LineOf({size.width, size.height}) << '\n';
-  } else {
-    PrintResult(*options.output, size);
-  }
+void DryRun(const DevelopOptions& options, Results& results) {
+  CheckUndecoded(options.photograph, options.background_blur > 0);
+  if (options.output && !options.how.no_exif) api::RequireMetadataModule();
+  for (const Output& output : OutputsOf(options)) results.WouldWrite(output.path);
 }
 
-void WritePreview(const DevelopOptions& options, api::Photo& photo) {
+api::Size WrittenSize(const DevelopOptions& options, api::Photo& photo) {
+  const api::Size box = BoxOf(options.how.size, photo.PreviewSize());
+  api::PreviewOptions written;
+  written.max_width = box.width;
+  written.max_height = box.height;
+  return photo.PreviewSize(written);
+}
+
+void SaveImage(const DevelopOptions& options, const api::Settings& given, api::Photo& photo,
+               Results& results) {
+  const std::uint64_t digest = SettingsDigest(options.photograph, given, options.how, options.Format());
+  const std::string mark = MarkOf(options.photograph, digest);
+  api::SaveOptions how = SaveOptionsOf(options.how, photo.PreviewSize(), mark);
+  how.format = options.Format();
+  if (options.ToStandardOutput()) return WriteStandardOutput(photo.SaveBytes(how));
+
+  std::optional<FileTimes> times;
+  if (options.how.keep_times) times.emplace(options.photograph.input);
+  WriteOutput(*options.output, [&] { photo.Save(*options.output, how); });
+  if (times) times->ApplyTo(*options.output);
+  results.Wrote(*options.output, WrittenSize(options, photo));
+}
+
+void SavePreview(const DevelopOptions& options, api::Photo& photo, Results& results) {
   api::PreviewOptions how;
   how.background_blur = options.background_blur;
   const api::Image preview = photo.Preview(how);
-  api::WritePng(*options.preview, preview, Overwriting());
-  PrintResult(*options.preview, {preview.width, preview.height});
+  const std::string mark = MarkOf(options.photograph);
+  WriteOutput(*options.preview,
+              [&] { api::WritePng(*options.preview, preview, MarkedWith(mark, options.how.overwrite)); });
+  results.Wrote(*options.preview, {preview.width, preview.height});
+}
+
+// Writes the image first: it is what the rest is about.
+void WriteFiles(const DevelopOptions& options, const api::Settings& given, const api::Settings& used,
+                api::Photo& photo, Results& results) {
+  RequireReplaceable(options, used);
+  if (options.output) SaveImage(options, given, photo, results);
+  if (options.preview) SavePreview(options, photo, results);
+  if (options.save_settings) {
+    WriteOutput(*options.save_settings,
+                [&] { WriteSettingsText(*options.save_settings, used.ToJson(), options.how.overwrite); });
+    results.WroteSettings(*options.save_settings);
+  }
+  results.NoteStep("saved");
+  results.WarnOfUnused(photo);
+}
+
+void PrintWorkerReport(api::Size size, const Results& results) {
+  const WorkerReport report = {size.width, size.height, results.Damage().value_or(""), results.Warnings()};
+  std::cout << LineOf(report) << '\n';
+}
+
+void DevelopPhotograph(const DevelopOptions& options, const api::Settings& given, Results& results) {
+  const Photograph& photograph = options.photograph;
+  api::Photo photo = Open(photograph, results, KeepsColors(options.how));
+  // The point refers to the photograph as it is before development.
+  if (options.background_blur > 0) photo.FindSubject(options.subject.x, options.subject.y);
+  const api::Settings used = Adjust(photograph, given, photo);
+  photo.Render();
+  results.NoteStep("developed");
+  WriteFiles(options, given, used, photo, results);
+  if (options.worker_report) PrintWorkerReport(WrittenSize(options, photo), results);
+}
+
+// The batch reports for its workers.
+Reporting ReportingOf(const DevelopOptions& options) {
+  Reporting reporting = options.reporting;
+  reporting.quiet = reporting.quiet || options.worker_report;
+  return reporting;
 }
 
 void Develop(const DevelopOptions& options) {
   CheckUsage(options);
-  RequireReadable(options.photograph.input);
-  CheckTargets(options);
-  const std::optional<std::string> sidecar = SidecarOf(options.photograph, options.photograph.input);
-  const api::Settings given = GivenSettings(options.photograph, sidecar);
-
-  api::Photo photo = Open(options.photograph);
-  // The point refers to the photograph as it is before development.
-  if (options.background_blur > 0) photo.FindSubject(options.subject.x, options.subject.y);
-  const api::Settings settings = Adjust(options.photograph, given, photo);
-  photo.Render();
-
-  if (options.save_settings) settings.Write(*options.save_settings, true);
-  if (options.output) WriteOutput(options, photo);
-  if (options.preview) WritePreview(options, photo);
-  if (!options.worker_report) PrintSidecar(sidecar);
-}
-
-std::string CheckExtension(const std::string& path) {
-  if (api::FormatOf(path) != LUMVIK_HOST_FORMAT_UNKNOWN) return {};
-  return "'" + path + "' does not end in .jpg, .jpeg, .png, .tif or .tiff";
-}
-
-void AddOutputOptions(CLI::App& command, DevelopOptions& options) {
-  command
-      .add_option("-o,--output", options.output,
-                  "The file to write; the extension .jpg, .jpeg, .png, .tif or .tiff selects the format")
-      ->type_name("OUT")
-      ->check(CLI::Validator(CheckExtension, ""))
-      ->group(kOutputGroup);
-  AddExportOptions(command, options.how);
-  AddSettingsOption(command, "--save-settings", options.save_settings,
-                    "Write all settings used to this .json file")
-      ->group(kOutputGroup);
-  command.add_flag(kWorkerReportOption, options.worker_report)->group(kHidden);
-}
-
-void AddPreviewOptions(CLI::App& command, DevelopOptions& options) {
-  AddPngOption(command, "--preview", options.preview,
-               "Write the on-screen preview to this PNG, in addition to OUT or instead of it")
-      ->group(kPreview);
-  command
-      .add_option("--bg-blur", options.background_blur,
-                  "Blur the background of a camera RAW file, in the preview only (default 0)")
-      ->type_name("PERCENT")
-      ->check(InRange(kBlurs))
-      ->group(kPreview);
-  AddSubjectOption(command, options.subject)->group(kPreview);
+  CheckFiles(options);
+  Results results(ReportingOf(options));
+  const api::Settings given = ReadSettings(options.photograph, results);
+  if (!IsAutomatic(options.photograph)) RequireReplaceable(options, Completed(given));
+  if (options.reporting.dry_run) {
+    DryRun(options, results);
+  } else {
+    DevelopPhotograph(options, given, results);
+  }
+  results.Finish();
 }
 
 }  // namespace
@@ -132,10 +129,7 @@ void AddPreviewOptions(CLI::App& command, DevelopOptions& options) {
 void AddDevelopCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("develop", "Develop a photograph");
   auto options = std::make_shared<DevelopOptions>();
-  AddInputOptions(*command, options->photograph);
-  AddDevelopOptions(*command, options->photograph);
-  AddOutputOptions(*command, *options);
-  AddPreviewOptions(*command, *options);
+  AddOptionsOfDevelop(*command, *options);
   command->callback([options] { Develop(*options); });
 }
 

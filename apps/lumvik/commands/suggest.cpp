@@ -8,17 +8,18 @@
 #include <string>
 #include <vector>
 
-#include "files/file_paths.h"
 #include "lumvik_host.hpp"
 #include "options/photograph.h"
+#include "options/reporting.h"
 #include "terminal/json.h"
+#include "terminal/results.h"
 
 namespace lumvik {
 namespace {
 
 struct SuggestOptions {
   Photograph photograph;
-  bool json = false;
+  Reporting reporting;
 };
 
 struct Tool {
@@ -45,11 +46,12 @@ void ForEachValue(api::Photo& photo, const Print& print) {
   }
 }
 
-void PrintJson(api::Photo& photo) {
+void PrintSuggestions(api::Photo& photo, const Results& results) {
   Json root = Json::object();
   ForEachValue(photo, [&](const char* tool, const std::string& key, float value) {
     root[tool][key.substr(key.find('.') + 1)] = value;
   });
+  root.update(results.Summary());
   PrintIndented(root);
 }
 
@@ -62,10 +64,12 @@ void PrintTable(api::Photo& photo) {
 }
 
 void Suggest(const SuggestOptions& options) {
-  RequireReadable(options.photograph.input);
-  api::Photo photo = Open(options.photograph);
-  if (options.json) {
-    PrintJson(photo);
+  Results results(options.reporting);
+  RequireInput(options.photograph);
+  api::Photo photo = Open(options.photograph, results);
+  results.WarnOfUnused(photo);
+  if (options.reporting.json) {
+    PrintSuggestions(photo, results);
   } else {
     PrintTable(photo);
   }
@@ -77,7 +81,7 @@ void AddSuggestCommand(CLI::App& app) {
   CLI::App* command = app.add_subcommand("suggest", "Print the settings suggested by the automatic tools");
   auto options = std::make_shared<SuggestOptions>();
   AddInputOptions(*command, options->photograph);
-  command->add_flag("--json", options->json, "Print JSON instead of a table");
+  AddReportingOptions(*command, options->reporting);
   command->callback([options] { Suggest(*options); });
 }
 
