@@ -95,9 +95,11 @@ lumvik_host_status lumvik_host_read_exif(const char* path, lumvik_host_exif* exi
 
 lumvik_host_status lumvik_host_get_warnings(lumvik_host_photo* photo, char** warnings) {
   using namespace lumvik::host;
-  return WithPhoto(photo, [&](const Photo&) {
+  return WithPhoto(photo, [&](const Photo& opened) {
     RequireArgument(warnings, "warnings");
-    *warnings = LendText("");
+    std::string lines;
+    for (const std::string& warning : opened.Warnings()) lines += warning + "\n";
+    *warnings = LendText(lines);
   });
 }
 

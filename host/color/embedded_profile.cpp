@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <vector>
 
 #include "files/byte_reading.h"
@@ -14,12 +15,16 @@ namespace {
 
 constexpr std::size_t kMaxProfileBytes = 16U << 20U;
 
+bool IsJpegProfile(const JpegSegment& segment) {
+  return segment.marker == kJpegApp2 &&
+         PartOf(segment.payload, 0, kJpegProfileMark.size()) == kJpegProfileMark;
+}
+
 std::string JpegProfile(std::string_view jpeg) {
   std::map<std::uint64_t, std::string_view> parts;  // by number, from 1
   std::uint64_t count = 0;
   for (const JpegSegment& segment : JpegSegments(jpeg)) {
-    const std::string_view mark = PartOf(segment.payload, 0, kJpegProfileMark.size());
-    if (segment.marker != kJpegApp2 || mark != kJpegProfileMark) continue;
+    if (!IsJpegProfile(segment)) continue;
     const auto number = NumberAt(segment.payload, kJpegProfileMark.size(), 1, ByteOrder::kBig);
     count = NumberAt(segment.payload, kJpegProfileMark.size() + 1, 1, ByteOrder::kBig).value_or(0);
     if (number)
@@ -52,15 +57,18 @@ std::string TiffProfile(std::string_view tiff) {
   return entry == nullptr ? std::string() : std::string(reader.Bytes(*entry));
 }
 
-std::string WebpProfile(std::string_view webp) {
+std::optional<std::string> WebpProfile(std::string_view webp) {
   constexpr std::uint64_t kFirstChunk = 12;
   constexpr std::uint64_t kChunkHeader = 8;
   std::uint64_t offset = kFirstChunk;
   while (const auto size = NumberAt(webp, offset + 4, 4, ByteOrder::kLittle)) {
-    if (PartOf(webp, offset, 4) == "ICCP") return std::string(PartOf(webp, offset + kChunkHeader, *size));
+    if (PartOf(webp, offset, 4) == "ICCP") {
+      const std::string_view profile = PartOf(webp, offset + kChunkHeader, *size);
+      return std::string(profile.size() == *size ? profile : std::string_view());
+    }
     offset += kChunkHeader + *size + *size % 2;
   }
-  return {};
+  return std::nullopt;
 }
 
 bool HoldsAdobeRgb(std::string_view exif) {
@@ -90,9 +98,31 @@ std::string FindIccProfile(std::string_view image, lumvik_host_format format) {
     case LUMVIK_HOST_FORMAT_TIFF:
       return TiffProfile(image);
     case LUMVIK_HOST_FORMAT_WEBP:
-      return WebpProfile(image);
+      return WebpProfile(image).value_or("");
     default:
       return {};
+  }
+}
+
+bool HasIccProfile(std::string_view image, lumvik_host_format format) {
+  switch (format) {
+    case LUMVIK_HOST_FORMAT_JPEG: {
+      const std::vector<JpegSegment> segments = JpegSegments(image);
+      return std::any_of(segments.begin(), segments.end(), IsJpegProfile);
+    }
+    case LUMVIK_HOST_FORMAT_PNG: {
+      const std::vector<PngChunk> chunks = PngChunks(image);
+      return std::any_of(chunks.begin(), chunks.end(),
+                         [](const PngChunk& chunk) { return chunk.type == "iCCP"; });
+    }
+    case LUMVIK_HOST_FORMAT_TIFF: {
+      const TiffReader reader(image);
+      return !reader.Directories().empty() && reader.Directories().front().Find(kTiffProfileTag) != nullptr;
+    }
+    case LUMVIK_HOST_FORMAT_WEBP:
+      return WebpProfile(image).has_value();
+    default:
+      return false;
   }
 }
 

@@ -15,8 +15,11 @@ inline constexpr std::string_view kJpegProfileMark = {"ICC_PROFILE\0", 12};
 
 inline constexpr std::uint16_t kTiffProfileTag = 34675;
 
-// The ICC profile embedded in an image; "" without one.
+// The ICC profile embedded in an image; "" without one, or if parts are missing or corrupt.
 std::string FindIccProfile(std::string_view image, lumvik_host_format format);
+
+// Whether an image has an ICC profile, usable or not.
+bool HasIccProfile(std::string_view image, lumvik_host_format format);
 
 // Whether a JPEG states by EXIF that its colors are those of Adobe RGB (1998), as cameras do without a
 // profile (DCF 2.0, section 3.3).

@@ -20,9 +20,9 @@ namespace {
 constexpr std::uintmax_t kMaxImageBytes = std::numeric_limits<std::int32_t>::max();
 
 // Upright, blue first; empty if it cannot be decoded.
-cv::Mat DecodeWithAllBits(const std::string& image) {
+cv::Mat Decode(const std::string& image, int flags) {
   try {
-    return cv::imdecode(ByteMatrix(image), cv::IMREAD_COLOR | cv::IMREAD_ANYDEPTH);
+    return cv::imdecode(ByteMatrix(image), flags);
   } catch (const cv::Exception& error) {
     if (error.code == cv::Error::StsNoMem) throw std::bad_alloc();
     return {};
@@ -46,28 +46,66 @@ cv::Mat PixelsFor(const ColorProfile& profile, const cv::Mat& image) {
 
 ColorProfile ProfileOf(const std::string& image, lumvik_host_format format) {
   const std::string icc = FindIccProfile(image, format);
-  if (icc.empty() && format == LUMVIK_HOST_FORMAT_JPEG && StatesAdobeRgb(image)) {
+  if (icc.empty() && format == LUMVIK_HOST_FORMAT_JPEG && !HasIccProfile(image, format) &&
+      StatesAdobeRgb(image)) {
     return ColorProfile::AdobeRgb();
   }
   return ColorProfile(icc);
 }
 
+struct ConvertedPixels {
+  std::string profile;
+  cv::Mat pixels;  // CV_8UC3 in sRGB; empty if there is nothing to convert
+  std::string warning;
+};
+
+ConvertedPixels Convert(const std::string& image, lumvik_host_format format) {
+  ConvertedPixels result;
+  const ColorProfile profile = ProfileOf(image, format);
+  if (!profile.IsUsable()) {
+    if (HasIccProfile(image, format)) result.warning = "it is damaged, so the colors are taken as sRGB";
+    return result;
+  }
+  result.profile = profile.Description();
+  if (!profile.IsRgb() && !profile.IsGray()) {
+    // OpenCV has already converted CMYK images, whose profiles are the most common of these.
+    result.warning = "it is neither for RGB nor for gray images, so the colors are approximate";
+    return result;
+  }
+  if (profile.IsLikeSrgb()) return result;
+  const cv::Mat decoded = Decode(image, cv::IMREAD_COLOR | cv::IMREAD_ANYDEPTH);
+  if (decoded.empty()) return result;  // opening it states the reason
+  const cv::Mat pixels = PixelsFor(profile, decoded);
+  if (pixels.empty()) {
+    result.warning = "it does not fit the image, so the colors are taken as sRGB";
+    return result;
+  }
+  result.pixels = profile.ConvertToSrgb(pixels);
+  return result;
+}
+
 }  // namespace
 
 SrgbConversion ConvertToSrgb(const std::string& path, lumvik_host_format format) {
-  const std::string image = ReadFile(path, kMaxImageBytes);
-  const ColorProfile profile = ProfileOf(image, format);
-  if (!profile.IsUsable()) return {};
+  const ConvertedPixels result = Convert(ReadFile(path, kMaxImageBytes), format);
   SrgbConversion conversion;
-  conversion.profile = profile.Description();
-  // OpenCV has already converted CMYK images.
-  if (!(profile.IsRgb() || profile.IsGray()) || profile.IsLikeSrgb()) return conversion;
-  const cv::Mat pixels = PixelsFor(profile, DecodeWithAllBits(image));
-  if (pixels.empty()) return conversion;
+  conversion.profile = result.profile;
+  conversion.warning = result.warning;
+  if (result.pixels.empty()) return conversion;
   std::vector<std::uint8_t> bmp;
-  if (!cv::imencode(kConvertedExtension, profile.ConvertToSrgb(pixels), bmp)) throw std::bad_alloc();
+  if (!cv::imencode(kConvertedExtension, result.pixels, bmp)) throw std::bad_alloc();
   conversion.converted.assign(bmp.begin(), bmp.end());
   return conversion;
+}
+
+cv::Mat DecodeToSrgb(const std::string& image, lumvik_host_format format) {
+  const cv::Mat converted = Convert(image, format).pixels;
+  return converted.empty() ? Decode(image, cv::IMREAD_COLOR) : converted;
+}
+
+bool StatesOtherColors(const std::string& image, lumvik_host_format format) {
+  const ColorProfile profile = ProfileOf(image, format);
+  return profile.IsUsable() && !((profile.IsRgb() || profile.IsGray()) && profile.IsLikeSrgb());
 }
 
 }  // namespace lumvik::host

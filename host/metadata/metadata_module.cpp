@@ -59,14 +59,31 @@ std::int32_t ReceiveProperty(void* user, const char* prefix, const char* name, c
   }
 }
 
-std::int32_t ReceiveFile(void* user, const void* data, std::size_t size) noexcept {
-  try {
-    static_cast<std::string*>(user)->assign(static_cast<const char*>(data), size);
-    return 1;
-  } catch (const std::exception&) {
-    return 0;
+// Receives an image and what is not in it.
+struct CopyReceiver {
+  std::string file;
+  std::vector<std::string> left_out;
+  std::string shown;  // the photograph
+
+  static std::int32_t ReceiveFile(void* user, const void* data, std::size_t size) noexcept {
+    try {
+      static_cast<CopyReceiver*>(user)->file.assign(static_cast<const char*>(data), size);
+      return 1;
+    } catch (const std::exception&) {
+      return 0;
+    }
   }
-}
+
+  static std::int32_t ReceiveLeftOut(void* user, const char* what, const char* why) noexcept {
+    try {
+      auto& copy = *static_cast<CopyReceiver*>(user);
+      copy.left_out.push_back(OneLine(std::string(what) + " of " + copy.shown + " was left out: " + why));
+      return 1;
+    } catch (const std::exception&) {
+      return 0;
+    }
+  }
+};
 
 void ReadPacket(const std::string& path, CameraRawSettings& settings) {
   const std::string packet = ReadFile(path, kMaxXmpBytes);
@@ -107,6 +124,23 @@ std::optional<std::string> XmpSidecar(const std::string& photograph) {
   return std::nullopt;
 }
 
+// Empty if there is nothing to add. Exiv2 may change `image`.
+std::string AddMetadata(std::string& image, const std::string& photograph, const std::string& shown,
+                        const MetadataOptions& options, std::vector<std::string>& warnings) {
+  RequireReadable(photograph);
+  const lumvik_metadata_copy_options copy = {options.keep_position ? 1 : 0, options.is_srgb ? 1 : 0,
+                                             options.copyright ? options.copyright->c_str() : nullptr};
+  CopyReceiver received;
+  received.shown = shown;
+  lumvik_metadata_error error{};
+  const std::int32_t status =
+      ModuleCalls()->copy(photograph.c_str(), image.data(), image.size(), &copy, CopyReceiver::ReceiveFile,
+                          CopyReceiver::ReceiveLeftOut, &received, &error);
+  RequireSuccess(status, "cannot write the metadata", error);
+  warnings.insert(warnings.end(), received.left_out.begin(), received.left_out.end());
+  return received.file;
+}
+
 }  // namespace
 
 void RequireMetadataModule() {
@@ -133,19 +167,16 @@ CameraRawSettings ReadCameraRawSettings(const std::string& path) {
   return settings;
 }
 
-void CopyMetadata(const std::string& photograph, const std::string& image, const MetadataOptions& options) {
-  RequireReadable(photograph);
-  const std::string bytes = ReadFile(image, std::numeric_limits<std::uintmax_t>::max());
-  const lumvik_metadata_copy_options copy = {options.keep_position ? 1 : 0, options.is_srgb ? 1 : 0,
-                                             options.copyright ? options.copyright->c_str() : nullptr};
-  std::string written;
-  lumvik_metadata_error error{};
-  const std::int32_t status = ModuleCalls()->copy(photograph.c_str(), bytes.data(), bytes.size(), &copy,
-                                                  ReceiveFile, &written, &error);
-  const bool damaged = status == LUMVIK_METADATA_DAMAGED;
-  RequireSuccess(status,
-                 damaged ? "cannot read the metadata of '" + photograph + "'" : "cannot write the metadata",
-                 error);
+std::string WithMetadata(std::string image, const std::string& photograph, const std::string& shown,
+                         const MetadataOptions& options, std::vector<std::string>& warnings) {
+  const std::string written = AddMetadata(image, photograph, shown, options, warnings);
+  return written.empty() ? image : written;
+}
+
+void CopyMetadata(const std::string& photograph, const std::string& shown, const std::string& image,
+                  const MetadataOptions& options, std::vector<std::string>& warnings) {
+  std::string bytes = ReadFile(image, std::numeric_limits<std::uintmax_t>::max());
+  const std::string written = AddMetadata(bytes, photograph, shown, options, warnings);
   if (written.empty()) return;
   std::error_code failure;
   WithoutFileSizeSignal([&] { failure = FillFile(PathOf(image), written, WriteMode::kReplace); });

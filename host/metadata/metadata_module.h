@@ -41,12 +41,20 @@ struct MetadataOptions {
   bool is_srgb = false;  // the image, whatever the photograph states
 };
 
-// Copies metadata about the shot and its author from a photograph to an image fresh from the engine. Size and
-// orientation are set to those of the image, whose pixels are upright. Data about the original file, such as
-// thumbnails and maker notes, is dropped. A photograph in a format without metadata is not an error. Throws
-// Failure: LUMVIK_HOST_DAMAGED for metadata that cannot be read, LUMVIK_HOST_UNSUPPORTED for metadata that
-// the format of the image cannot hold.
-void CopyMetadata(const std::string& photograph, const std::string& image, const MetadataOptions& options);
+// An image with the metadata of a photograph about the shot and its author. `image`, a file, may state its
+// orientation but nothing else. Size and orientation are set to those of the image; without one its pixels
+// are upright. Data about the original file, such as thumbnails and maker notes, is dropped. A photograph in
+// a format without metadata is not an error.
+//
+// What is damaged, or does not fit the format of the image, is left out: for each such part a sentence is
+// added to `warnings`, where `shown` names the photograph. Throws Failure: LUMVIK_HOST_UNSUPPORTED for a new
+// copyright that the format cannot hold.
+std::string WithMetadata(std::string image, const std::string& photograph, const std::string& shown,
+                         const MetadataOptions& options, std::vector<std::string>& warnings);
+
+// The same for an image in a file.
+void CopyMetadata(const std::string& photograph, const std::string& shown, const std::string& image,
+                  const MetadataOptions& options, std::vector<std::string>& warnings);
 
 // What the module knows of a photograph; "" for what it does not.
 struct ModuleExif {

@@ -12,7 +12,7 @@
 namespace lumvik::host {
 
 struct RawFacts {
-  ExifInfo basic{};  // what the engine reports for a file without an EXIF block that libexif can read
+  ExifInfo basic{};        // what the engine reports for a file without an EXIF block that libexif can read
   std::int32_t width = 0;  // pixels at full size, as stored
   std::int32_t height = 0;
   std::int32_t orientation = 1;  // EXIF code, 1 to 8

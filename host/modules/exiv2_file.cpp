@@ -6,12 +6,16 @@
 
 namespace lumvik::metadata {
 
-Exiv2File OpenExiv2File(const std::string& path) {
+Exiv2File FindExiv2File(const std::string& path) {
   // An absolute path, since exiv2 takes "-" for standard input and "http:..." for a URL.
   const std::string absolute = std::filesystem::absolute(std::filesystem::u8path(path)).string();
   if (Exiv2::ImageFactory::getType(absolute) == Exiv2::ImageType::none) return nullptr;
-  Exiv2File file(Exiv2::ImageFactory::open(absolute).release());
-  file->readMetadata();
+  return Exiv2File(Exiv2::ImageFactory::open(absolute).release());
+}
+
+Exiv2File OpenExiv2File(const std::string& path) {
+  Exiv2File file = FindExiv2File(path);
+  if (file != nullptr) file->readMetadata();
   return file;
 }
 

@@ -10,6 +10,9 @@ namespace lumvik::metadata {
 
 using Exiv2File = std::unique_ptr<Exiv2::Image>;
 
+// The file, whose metadata is not yet read; null for a format unknown to exiv2.
+Exiv2File FindExiv2File(const std::string& path);
+
 // The file with its metadata; null for a format unknown to exiv2. Throws std::exception when the metadata is
 // damaged.
 Exiv2File OpenExiv2File(const std::string& path);

@@ -5,6 +5,7 @@
 #include <iterator>
 
 #include "modules/exiv2_file.h"
+#include "modules/metadata_reading.h"
 
 namespace lumvik::metadata {
 namespace {
@@ -55,8 +56,6 @@ constexpr const char* kXmpNames[] = {"Xmp.dc.",
                                      "Xmp.photoshop.State"};
 constexpr char kXmpGps[] = "Xmp.exif.GPS";
 constexpr char kXmpFileFormat[] = "Xmp.dc.format";
-constexpr char kExifCopyright[] = "Exif.Image.Copyright";
-constexpr char kXmpCopyright[] = "Xmp.dc.rights";
 constexpr char kIptcCopyright[] = "Iptc.Application2.Copyright";
 
 template <typename Names>
@@ -87,7 +86,7 @@ bool IsKept(const Exiv2::Xmpdatum& entry, bool position) {
 }
 
 template <typename Data>
-Data KeptOf(const Data& data, bool position) {
+Data KeptPart(const Data& data, bool position) {
   Data kept;
   for (const auto& entry : data) {
     if (IsKept(entry, position)) kept.add(entry);
@@ -95,15 +94,14 @@ Data KeptOf(const Data& data, bool position) {
   return kept;
 }
 
-KeptMetadata KeptOfFile(const Exiv2::Image& file, const KeepOptions& options) {
-  KeptMetadata kept = {KeptOf(file.exifData(), options.position), KeptOf(file.iptcData(), options.position),
-                       KeptOf(file.xmpData(), options.position)};
+KeptMetadata KeptOfSource(const SourceMetadata& source, const KeepOptions& options) {
+  KeptMetadata kept = {KeptPart(source.exif, options.position), KeptPart(source.iptc, options.position),
+                       KeptPart(source.xmp, options.position)};
   if (kept.exif.empty()) return kept;
-  const std::string lens = LensOf(file.exifData());
+  const std::string lens = LensOf(source.exif);
   if (!lens.empty() && kept.exif.findKey(Exiv2::ExifKey(kLensModel)) == kept.exif.end()) {
     kept.exif[kLensModel] = lens;
   }
-  kept.exif["Exif.Image.Orientation"] = kUprightTag;
   if (options.is_srgb) kept.exif["Exif.Photo.ColorSpace"] = kSrgb;
   return kept;
 }
@@ -126,10 +124,8 @@ void SetCopyright(KeptMetadata& metadata, const std::string& notice) {
 
 }  // namespace
 
-KeptMetadata ReadKept(const std::string& photograph, const KeepOptions& options) {
-  const Exiv2File file = OpenExiv2File(photograph);
-  KeptMetadata kept;
-  if (file.get() != nullptr) kept = KeptOfFile(*file, options);
+KeptMetadata KeptOf(const SourceMetadata& source, const KeepOptions& options) {
+  KeptMetadata kept = KeptOfSource(source, options);
   if (options.copyright) SetCopyright(kept, *options.copyright);
   return kept;
 }
@@ -141,6 +137,8 @@ ImageWithMetadata::ImageWithMetadata(const void* image, std::size_t size, const 
   Exiv2::ExifData& exif = image_->exifData();  // in a TIFF, includes the layout of the pixels
   for (const Exiv2::Exifdatum& tag : metadata.exif) exif[tag.key()].setValue(&tag.value());
   if (!metadata.exif.empty()) {
+    const Exiv2::ExifKey orientation("Exif.Image.Orientation");
+    if (exif.findKey(orientation) == exif.end()) exif[orientation.key()] = kUprightTag;
     exif["Exif.Photo.PixelXDimension"] = static_cast<std::uint32_t>(image_->pixelWidth());
     exif["Exif.Photo.PixelYDimension"] = static_cast<std::uint32_t>(image_->pixelHeight());
   }

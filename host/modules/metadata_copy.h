@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+#include "modules/metadata_reading.h"
+
 namespace lumvik::metadata {
 
 // What is kept of a photograph's metadata: data about the shot and its author. Data about the original file,
@@ -24,11 +26,13 @@ struct KeepOptions {
   std::optional<std::string> copyright;
 };
 
-// A photograph in a format unknown to exiv2 has no metadata. Throws std::exception when it is damaged.
-KeptMetadata ReadKept(const std::string& photograph, const KeepOptions& options);
+inline constexpr char kExifCopyright[] = "Exif.Image.Copyright";
+inline constexpr char kXmpCopyright[] = "Xmp.dc.rights";
 
-// An image with the metadata added to it, its size and orientation those of the image, whose pixels are
-// upright. Exiv2 works in memory, since it does not report write errors such as a full disk.
+KeptMetadata KeptOf(const SourceMetadata& source, const KeepOptions& options);
+
+// An image with the metadata added to it, its size and orientation those of the image. Exiv2 works in memory,
+// since it does not report write errors such as a full disk.
 class ImageWithMetadata {
  public:
   // Throws std::exception if the format of the image cannot hold the metadata.

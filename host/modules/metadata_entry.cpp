@@ -10,9 +10,12 @@
 #include <string_view>
 
 #include "modules/camera_raw_properties.h"
+#include "modules/damage_log.h"
 #include "modules/exiv2_file.h"
+#include "modules/fitting.h"
 #include "modules/metadata_copy.h"
 #include "modules/metadata_interface.h"
+#include "modules/metadata_reading.h"
 
 #if defined(_WIN32)
 #define LUMVIK_METADATA_API __declspec(dllexport)
@@ -33,6 +36,9 @@ void CopyText(std::string_view text, char (&field)[kSize]) {
   field[size] = '\0';
 }
 
+// A callback asked to stop.
+class Stopped : public std::exception {};
+
 // Runs the body of a function. `failure` is its status for whatever exiv2 reports.
 template <typename Body>
 std::int32_t Guarded(lumvik_metadata_status failure, lumvik_metadata_error* error,
@@ -41,6 +47,8 @@ std::int32_t Guarded(lumvik_metadata_status failure, lumvik_metadata_error* erro
     return body();
   } catch (const std::bad_alloc&) {
     return LUMVIK_METADATA_OUT_OF_MEMORY;
+  } catch (const Stopped&) {
+    return LUMVIK_METADATA_STOPPED;
   } catch (const std::exception& exception) {
     CopyText(exception.what(), error->text);
   } catch (...) {
@@ -49,16 +57,47 @@ std::int32_t Guarded(lumvik_metadata_status failure, lumvik_metadata_error* erro
   return failure;
 }
 
-std::int32_t Copy(const char* photograph, const void* image, std::size_t size,
-                  const lumvik_metadata_copy_options* options, lumvik_metadata_file receive, void* user,
-                  lumvik_metadata_error* error) {
+class LeftOut {
+ public:
+  LeftOut(lumvik_metadata_left_out receive, void* user) : receive_(receive), user_(user) {}
+
+  void operator()(const std::string& what, const std::string& why) const {
+    if (receive_(user_, what.c_str(), why.c_str()) == 0) throw Stopped();
+  }
+
+ private:
+  lumvik_metadata_left_out receive_;
+  void* user_;
+};
+
+KeptMetadata Keep(const char* photograph, const lumvik_metadata_copy_options& options, ImageKind output,
+                  const LeftOut& left_out) {
+  const SourceMetadata source = ReadSoundMetadata(photograph);
+  for (const auto& [kind, cause] : source.damage) left_out("damaged " + kind, cause);
+  KeepOptions keep;
+  keep.position = options.keep_position != 0;
+  keep.is_srgb = options.is_srgb != 0;
+  if (options.copyright != nullptr) keep.copyright = options.copyright;
+  KeptMetadata kept = KeptOf(source, keep);
+  for (const std::string& kind : RemoveUnwritable(kept)) left_out(kind, "it cannot be written");
+  for (const std::string& key : RemoveTooLong(kept, output, keep.copyright.has_value())) {
+    left_out(key, output == ImageKind::kJpeg ? "it is too long for a JPEG" : "it is too long for a PNG");
+  }
+  return kept;
+}
+
+ImageKind KindOf(const void* image, std::size_t size) {
+  const std::string_view bytes(static_cast<const char*>(image), size);
+  if (bytes.substr(0, 2) == "\xFF\xD8") return ImageKind::kJpeg;
+  return bytes.substr(0, 4) == "\x89PNG" ? ImageKind::kPng : ImageKind::kTiff;
+}
+
+std::int32_t Copy(const char* photograph, void* image, std::size_t size,
+                  const lumvik_metadata_copy_options* options, lumvik_metadata_file receive,
+                  lumvik_metadata_left_out left_out, void* user, lumvik_metadata_error* error) {
   KeptMetadata kept;
   const std::int32_t status = Guarded(LUMVIK_METADATA_DAMAGED, error, [&] {
-    KeepOptions keep;
-    keep.position = options->keep_position != 0;
-    keep.is_srgb = options->is_srgb != 0;
-    if (options->copyright != nullptr) keep.copyright = options->copyright;
-    kept = ReadKept(photograph, keep);
+    kept = Keep(photograph, *options, KindOf(image, size), LeftOut(left_out, user));
     return LUMVIK_METADATA_OK;
   });
   if (status != LUMVIK_METADATA_OK || kept.Empty()) return status;
@@ -140,7 +179,7 @@ class OwnNamespace {
 
 void InitializeExiv2() {
   static std::recursive_mutex toolkit;
-  Exiv2::LogMsg::setLevel(Exiv2::LogMsg::mute);  // the library writes nothing to standard error
+  Exiv2::LogMsg::setHandler(DamageLog::Receive);  // the library writes nothing to standard error
 #ifdef EXV_ENABLE_BMFF
   Exiv2::enableBMFF(true);  // CR3, off by default in older versions
 #endif

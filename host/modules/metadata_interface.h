@@ -13,7 +13,7 @@ extern "C" {
 #endif
 
 /* Changes with every change of this file. */
-#define LUMVIK_METADATA_VERSION 1
+#define LUMVIK_METADATA_VERSION 2
 
 /* The name of the module's only exported function, of type lumvik_metadata_entry. */
 #define LUMVIK_METADATA_ENTRY "lumvik_metadata_module"
@@ -47,6 +47,9 @@ typedef int32_t (*lumvik_metadata_property)(void* user, const char* prefix, cons
 /* Receives a file. Returns 0 to stop. Must not throw. */
 typedef int32_t (*lumvik_metadata_file)(void* user, const void* data, size_t size);
 
+/* Receives what is left out, such as "damaged EXIF", and why. Returns 0 to stop. Must not throw. */
+typedef int32_t (*lumvik_metadata_left_out)(void* user, const char* what, const char* why);
+
 typedef struct lumvik_metadata_copy_options {
   int32_t keep_position;
   int32_t is_srgb;       /* The image is in sRGB, whatever the photograph states. */
@@ -62,11 +65,12 @@ typedef struct lumvik_metadata_exif {
 typedef struct lumvik_metadata_functions {
   uint32_t version;
 
-  /* Adds the photograph's metadata to an image fresh from the engine and hands over the new file; nothing if
-   * there is no metadata. */
-  int32_t (*copy)(const char* photograph, const void* image, size_t size,
-                  const lumvik_metadata_copy_options* options, lumvik_metadata_file receive, void* user,
-                  lumvik_metadata_error* error);
+  /* Adds the photograph's metadata to an image, which has at most an orientation, and hands over the new
+   * file; nothing if there is no metadata. What is damaged or does not fit the format is left out. May change
+   * the bytes of the image. */
+  int32_t (*copy)(const char* photograph, void* image, size_t size,
+                  const lumvik_metadata_copy_options* options, lumvik_metadata_file receive,
+                  lumvik_metadata_left_out left_out, void* user, lumvik_metadata_error* error);
 
   /* The Camera Raw properties, and lumvik's own, in the metadata of a photograph. */
   int32_t (*read_photograph)(const char* path, lumvik_metadata_frame* frame, lumvik_metadata_property receive,

@@ -21,6 +21,10 @@ Photo::Photo(std::unique_ptr<PhotoSource> source, const lumvik_host_open_options
   image_ = std::move(converted.image);
   profile_ = std::move(converted.profile);
   is_converted_ = converted.is_converted;
+  if (!converted.warning.empty()) {
+    opening_warnings_.push_back(
+        OneLine("the color profile of " + Shown() + " was not used: " + converted.warning));
+  }
 }
 
 lumvik_host_photo_info Photo::Info() const {
@@ -33,6 +37,17 @@ lumvik_host_photo_info Photo::Info() const {
   info.is_converted = is_converted_ ? 1 : 0;
   CopyCut(profile_, info.profile, sizeof(info.profile));
   return info;
+}
+
+std::vector<std::string> Photo::Warnings() const {
+  std::vector<std::string> all = opening_warnings_;
+  all.insert(all.end(), saving_warnings_.begin(), saving_warnings_.end());
+  return all;
+}
+
+std::vector<std::string>& Photo::StartSaving() {
+  saving_warnings_.clear();
+  return saving_warnings_;
 }
 
 void Photo::Replace(std::unique_ptr<EngineImage> image) {

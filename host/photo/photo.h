@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 #include "lumvik.h"
 #include "lumvik_host.h"
@@ -33,6 +34,10 @@ class Photo {
   const std::string& OriginalPath() const { return source_->OriginalPath(); }
   // For messages: "'a.jpg'".
   const std::string& Shown() const { return source_->Shown(); }
+
+  // What could not be used: of opening, and of the latest save, which starts with none. Sentences.
+  std::vector<std::string> Warnings() const;
+  std::vector<std::string>& StartSaving();
 
   bool HasMask() const { return has_mask_; }
 
@@ -67,6 +72,8 @@ class Photo {
   std::unique_ptr<PhotoSource> source_;
   std::unique_ptr<EngineImage> image_;
   std::string profile_;
+  std::vector<std::string> opening_warnings_;
+  std::vector<std::string> saving_warnings_;
   bool is_converted_ = false;
   bool has_mask_ = false;
   std::shared_ptr<const Settings> settings_ = std::make_shared<const Settings>();

@@ -31,12 +31,14 @@ std::unique_ptr<EngineImage> PhotoSource::Load(int quality) const {
 PhotoSource::Converted PhotoSource::LoadConverted() {
   constexpr int kFullQuality = 1;
   const SrgbConversion conversion = ConvertToSrgb(ServedPath(), format_);
-  if (conversion.converted.empty()) return {Load(kFullQuality), conversion.profile, false};
+  if (conversion.converted.empty()) {
+    return {Load(kFullQuality), conversion.profile, false, conversion.warning};
+  }
   const MemoryFile pixels(conversion.converted);
   served_.Substitute(pixels.Path());
   auto image = Load(kFullQuality);
   served_.Substitute(path_);  // for its metadata
-  return {std::move(image), conversion.profile, true};
+  return {std::move(image), conversion.profile, true, conversion.warning};
 }
 
 }  // namespace lumvik::host

@@ -38,6 +38,7 @@ class PhotoSource {
     std::unique_ptr<EngineImage> image;
     std::string profile;  // the description of the embedded profile; "" without one
     bool is_converted;    // false if there was nothing to convert
+    std::string warning;  // why the profile was not used; "" if it was, or without one
   };
   Converted LoadConverted();
 

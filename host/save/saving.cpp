@@ -1,7 +1,9 @@
 #include "save/saving.h"
 
 #include <limits>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "base/failure.h"
 #include "color/color_profile.h"
@@ -22,13 +24,14 @@ std::string Content(const SafeFile& file) {
   return ReadFile(file.TemporaryPath(), std::numeric_limits<std::uintmax_t>::max());
 }
 
-void AddMetadata(const Photo& photo, const SavePlan& plan, const SafeFile& file) {
+void AddMetadata(const Photo& photo, const SavePlan& plan, const SafeFile& file,
+                 std::vector<std::string>& warnings) {
   if (plan.metadata == LUMVIK_HOST_METADATA_NONE) return;
   MetadataOptions options;
   options.keep_position = plan.metadata == LUMVIK_HOST_METADATA_KEEP;
   options.copyright = plan.copyright;
   options.is_srgb = photo.IsRaw() || photo.Info().is_converted != 0;
-  CopyMetadata(photo.OriginalPath(), file.TemporaryPath(), options);
+  CopyMetadata(photo.OriginalPath(), photo.Shown(), file.TemporaryPath(), options, warnings);
 }
 
 void AddProfileAndMark(const SavePlan& plan, const SafeFile& file) {
@@ -41,8 +44,9 @@ void AddProfileAndMark(const SavePlan& plan, const SafeFile& file) {
 }
 
 void Produce(Photo& photo, const SavePlan& plan, const SafeFile& file) {
+  std::vector<std::string>& warnings = photo.StartSaving();
   ExportImage(photo, plan, file);
-  AddMetadata(photo, plan, file);
+  AddMetadata(photo, plan, file, warnings);
   AddProfileAndMark(plan, file);
 }
 

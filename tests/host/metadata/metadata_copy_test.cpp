@@ -35,13 +35,20 @@ constexpr const char* kTagsOfTheShot[] = {"Exif.Image.Make",
                                           "Exif.GPSInfo.GPSLongitudeRef",
                                           "Exif.GPSInfo.GPSLongitude"};
 
+void CopyForTest(const std::string& photograph, const std::string& image,
+                 const MetadataOptions& options = {}) {
+  std::vector<std::string> warnings;
+  CopyMetadata(photograph, "'in'", image, options, warnings);
+  EXPECT_THAT(warnings, ::testing::IsEmpty());
+}
+
 // By extension.
 class MetadataCopyTest : public MetadataFixture, public ::testing::WithParamInterface<const char*> {
  protected:
   // A fresh image with the metadata of a photograph.
   std::unique_ptr<Exiv2::Image> CopiedFrom(const std::string& photograph,
                                            const MetadataOptions& options = {}) const {
-    CopyMetadata(photograph, output, options);
+    CopyForTest(photograph, output, options);
     return OpenedByExiv2(output);
   }
 
@@ -118,7 +125,7 @@ TEST_P(MetadataCopyTest, DataAboutTheOriginalFileIsDropped) {
 TEST_P(MetadataCopyTest, PixelsAreUnaffected) {
   const cv::Mat before = cv::imread(output, cv::IMREAD_UNCHANGED);
   const auto bytes = ReadBytes(output);
-  CopyMetadata(kArw, output, {});
+  CopyForTest(kArw, output);
   EXPECT_NE(ReadBytes(output), bytes);
   const cv::Mat after = cv::imread(output, cv::IMREAD_UNCHANGED);
   ASSERT_EQ(after.size(), before.size());
@@ -180,7 +187,7 @@ TEST_P(MetadataCopyTest, ACopyrightNeedsNoMetadataInThePhotograph) {
 TEST_P(MetadataCopyTest, APhotographWithoutMetadataChangesNothing) {
   const auto bytes = ReadBytes(output);
   for (const char* name : {"in.bmp", "in.jpg"}) {
-    CopyMetadata(PlainImage(name), output, {});
+    CopyForTest(PlainImage(name), output);
     EXPECT_EQ(ReadBytes(output), bytes) << name;
   }
 }
@@ -205,7 +212,7 @@ class MetadataCopyFailureTest : public MetadataFixture {
     const std::string output = PlainImage("out.jpg");
     const auto bytes = ReadBytes(output);
     try {
-      CopyMetadata(photograph, output, {});
+      CopyForTest(photograph, output);
     } catch (const Failure& failure) {
       EXPECT_EQ(ReadBytes(output), bytes);
       return failure;
@@ -213,34 +220,6 @@ class MetadataCopyFailureTest : public MetadataFixture {
     return {LUMVIK_HOST_OK, ""};
   }
 };
-
-TEST_F(MetadataCopyFailureTest, DamagedMetadataIsReported) {
-  const std::string in = PlainImage("in.png");
-  const auto photograph = OpenedByExiv2(in);
-  photograph->exifData()["Exif.Image.Make"] = "Camera";
-  photograph->writeMetadata();
-  std::vector<std::uint8_t> bytes = ReadBytes(in);
-  const std::string name = "Raw profile type exif";
-  const auto profile = std::search(bytes.begin(), bytes.end(), name.begin(), name.end());
-  ASSERT_NE(profile, bytes.end());
-  profile[30] ^= 0x55;  // within the compressed data
-  WriteBytes(in, bytes);
-
-  const Failure failure = FailureOf(in);
-  EXPECT_EQ(failure.GetStatus(), LUMVIK_HOST_DAMAGED);
-  EXPECT_THAT(failure.what(), ::testing::MatchesRegex("cannot read the metadata of '" + in + "': .+"));
-}
-
-// PNG allows a description of any length, a JPEG segment does not.
-TEST_F(MetadataCopyFailureTest, TextTooLongForTheFormatIsUnsupported) {
-  const std::string in = PlainImage("in.png");
-  const auto photograph = OpenedByExiv2(in);
-  photograph->xmpData()["Xmp.dc.title"] = std::string(70000, 't');
-  photograph->writeMetadata();
-  const Failure failure = FailureOf(in);
-  EXPECT_EQ(failure.GetStatus(), LUMVIK_HOST_UNSUPPORTED);
-  EXPECT_THAT(failure.what(), ::testing::MatchesRegex("cannot write the metadata: .+"));
-}
 
 TEST_F(MetadataCopyFailureTest, AMissingPhotographIsReported) {
   EXPECT_EQ(FailureOf(Path("none.jpg")).GetStatus(), LUMVIK_HOST_NOT_FOUND);
@@ -254,7 +233,7 @@ TEST_F(MetadataCopyFailureTest, ThreadsDoNotDisturbEachOther) {
   for (int i = 0; i < kThreads; ++i) outputs.push_back(PlainImage("out" + std::to_string(i) + ".jpg"));
   for (const std::string& output : outputs) {
     threads.emplace_back([&output] {
-      for (int copy = 0; copy < kCopies; ++copy) CopyMetadata(kArw, output, {});
+      for (int copy = 0; copy < kCopies; ++copy) CopyForTest(kArw, output);
     });
   }
   for (std::thread& thread : threads) thread.join();

@@ -76,7 +76,7 @@ TEST_F(UnusableModuleTest, AnotherLibraryIsReported) {
 
 TEST_F(UnusableModuleTest, AnotherVersionIsRefused) {
   EXPECT_EXIT(Report(LUMVIK_OTHER_VERSION_FOLDER), ExitedWithCode(LUMVIK_HOST_UNSUPPORTED),
-              "^the metadata module '/.*liblumvik_metadata\\.so' cannot be used: its version is 2, not 1$");
+              "^the metadata module '/.*liblumvik_metadata\\.so' cannot be used: its version is 3, not 2$");
 }
 
 TEST_F(UnusableModuleTest, AModuleInstalledLaterIsFound) {
