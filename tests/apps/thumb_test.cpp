@@ -68,10 +68,11 @@ TEST_F(ThumbTest, ThePhotographIsNeverOverwritten) {
 TEST_F(ThumbTest, AFailureKeepsTheExistingFile) {
   WriteFile(Path("old.jpg"), "last year's work");
   WriteFile(Path("text.jpg"), "not a photograph at all\n");
-  ExpectRefusal(Thumb(Path("text.jpg"), Path("old.jpg")), kFailure,
+  ExpectRefusal(Thumb(Path("text.jpg"), Path("old.jpg"), {"--overwrite"}), kFailure,
                 "'" + Path("text.jpg") + "' is neither a RAW file nor an image of a known format");
-  ExpectRefusal(Thumb(Path("missing.ARW"), Path("old.jpg")), kFailure, "there is no such file");
-  ExpectRefusal(Thumb(LUMVIK_TEST_DATA "/no_thumb.dng", Path("old.jpg")), kFailure,
+  ExpectRefusal(Thumb(Path("missing.ARW"), Path("old.jpg"), {"--overwrite"}), kFailure,
+                "there is no such file");
+  ExpectRefusal(Thumb(LUMVIK_TEST_DATA "/no_thumb.dng", Path("old.jpg"), {"--overwrite"}), kFailure,
                 "the RAW file has no preview");
   EXPECT_EQ(ReadFile(Path("old.jpg")), "last year's work");
   ExpectRefusal(Thumb(LUMVIK_TEST_DATA "/no_thumb.dng", Path("new.jpg")), kFailure, "has no preview");

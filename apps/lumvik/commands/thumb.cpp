@@ -2,15 +2,17 @@
 
 #include <CLI/CLI.hpp>
 #include <memory>
-#include <optional>
 #include <string>
 
 #include "files/file_paths.h"
 #include "files/mark.h"
 #include "lumvik_host.hpp"
 #include "options/in_range.h"
+#include "options/outputs.h"
+#include "options/overwrite.h"
 #include "options/range.h"
-#include "terminal/result_line.h"
+#include "options/reporting.h"
+#include "terminal/results.h"
 
 namespace lumvik {
 namespace {
@@ -24,6 +26,7 @@ struct ThumbOptions {
   bool no_exif = false;
   bool strip_gps = false;
   bool overwrite = false;
+  Reporting reporting;
 };
 
 lumvik_host_metadata_policy PolicyOf(const ThumbOptions& options) {
@@ -31,9 +34,7 @@ lumvik_host_metadata_policy PolicyOf(const ThumbOptions& options) {
   return options.strip_gps ? LUMVIK_HOST_METADATA_NO_POSITION : LUMVIK_HOST_METADATA_KEEP;
 }
 
-void WriteThumbnail(const ThumbOptions& options) {
-  RequireReadable(options.input);
-  ResolveOutput(options.output, options.input);
+void MakeThumbnail(const ThumbOptions& options, Results& results) {
   const std::string mark = TextOf({api::Fingerprint(options.input), 0});
   api::ThumbnailOptions how;
   how.max_width = options.size;
@@ -41,9 +42,24 @@ void WriteThumbnail(const ThumbOptions& options) {
   how.metadata = PolicyOf(options);
   how.mark = mark.c_str();
   const api::Thumbnail thumbnail = api::ExtractThumbnail(options.input, how);
-  api::WriteFile(options.output, thumbnail.data.data(), thumbnail.data.size(),
-                 options.overwrite ? LUMVIK_HOST_OVERWRITE_ANY : LUMVIK_HOST_OVERWRITE_MARKED);
-  PrintResult(options.output, thumbnail.size);
+  WriteOutput(options.output, [&] {
+    api::WriteFile(options.output, thumbnail.data.data(), thumbnail.data.size(),
+                   OverwriteRule(options.overwrite));
+  });
+  results.Wrote(options.output, thumbnail.size);
+}
+
+void WriteThumbnail(const ThumbOptions& options) {
+  Results results(options.reporting);
+  RequireReadable(options.input);
+  CheckOutputs({{"--output", options.output, OutputKind::kImage}}, options.input, options.overwrite);
+  if (options.reporting.dry_run) {
+    api::Identify(options.input);
+    results.WouldWrite(options.output);
+  } else {
+    MakeThumbnail(options, results);
+  }
+  results.Finish();
 }
 
 std::string CheckJpegExtension(const std::string& path) {
@@ -73,6 +89,9 @@ void AddThumbCommand(CLI::App& app) {
       ->check(InRange(kSizes));
   command->add_flag("--no-exif", options->no_exif, "Do not copy the photograph's metadata");
   command->add_flag("--strip-gps", options->strip_gps, "Do not copy GPS data");
+  AddOverwriteOption(*command, options->overwrite);
+  AddReportingOptions(*command, options->reporting);
+  AddDryRunOption(*command, options->reporting);
   command->callback([options] { WriteThumbnail(*options); });
 }
 

@@ -13,11 +13,15 @@ inline CLI::Option* AddOverwriteOption(CLI::App& command, bool& overwrite) {
   return command.add_flag("--overwrite", overwrite, "Replace existing files that lumvik did not write");
 }
 
-// How to write an image: existing files of others are replaced on request only. `mark` must outlive the
-// result.
+// Existing files of others are replaced on request only.
+inline lumvik_host_overwrite OverwriteRule(bool overwrite) {
+  return overwrite ? LUMVIK_HOST_OVERWRITE_ANY : LUMVIK_HOST_OVERWRITE_MARKED;
+}
+
+// How to write an image. `mark` must outlive the result.
 inline api::SaveOptions MarkedWith(const std::string& mark, bool overwrite) {
   api::SaveOptions options;
-  options.overwrite = overwrite ? LUMVIK_HOST_OVERWRITE_ANY : LUMVIK_HOST_OVERWRITE_MARKED;
+  options.overwrite = OverwriteRule(overwrite);
   options.mark = mark.c_str();
   return options;
 }
