@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <limits>
+#include <new>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 #include <optional>
@@ -49,11 +50,17 @@ struct BareThumbnail {
   bool is_srgb = true;
 };
 
+// At most kMaxJpegSide pixels wide and high, so only lack of memory makes it fail.
 std::string EncodeThumbnail(const cv::Mat& image) {
-  std::vector<std::uint8_t> jpeg;
-  if (!cv::imencode(".jpg", image, jpeg, {cv::IMWRITE_JPEG_QUALITY, kThumbnailQuality}))
+  try {
+    std::vector<std::uint8_t> jpeg;
+    if (cv::imencode(".jpg", image, jpeg, {cv::IMWRITE_JPEG_QUALITY, kThumbnailQuality})) {
+      return {jpeg.begin(), jpeg.end()};
+    }
+  } catch (const cv::Exception&) {  // reported in the encoder's own words
     throw std::bad_alloc();
-  return {jpeg.begin(), jpeg.end()};
+  }
+  throw std::bad_alloc();
 }
 
 std::string EncodeReduced(const cv::Mat& image, int max_width, int max_height) {

@@ -274,7 +274,8 @@ const FailedCall kFailedCalls[] = {
      [](CallObjects& o) {
        auto exif = Sized<lumvik_host_exif>();
        return lumvik_host_read_exif(o.raw.c_str(), &exif);
-     }},
+     },
+     "out.txt", Hides::kAsDamage},
     {"get_warnings", Needs::kPhoto,
      [](CallObjects& o) {
        OwnedText warnings;
@@ -313,7 +314,7 @@ const FailedCall kFailedCalls[] = {
        return lumvik_host_extract_thumbnail(o.photograph.c_str(), &options, &thumbnail.data, &thumbnail.size,
                                             nullptr, nullptr);
      },
-     "out.txt", Hides::kAsDamage},
+     "out.jpg", Hides::kAsDamage},
     {"hash", Needs::kNoPhoto,
      [](CallObjects& o) {
        uint64_t hash = 0;
