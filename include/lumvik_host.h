@@ -412,8 +412,9 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_set_quality(lumvik_host_photo* ph
 
 /**
  * Gets what could not be used while opening and saving the photo, such as a damaged color profile or damaged
- * EXIF: one sentence per line, "" if everything was. The photo is developed without it. Release @p *warnings
- * with lumvik_host_free().
+ * EXIF: one sentence per line, "" if everything was. The photo is developed without it. The warnings of
+ * opening stay; those of a save replace those of the save before it. Maker notes, of which nothing is kept,
+ * give none. Release @p *warnings with lumvik_host_free().
  */
 LUMVIK_HOST_API lumvik_host_status lumvik_host_get_warnings(lumvik_host_photo* photo, char** warnings);
 
@@ -620,7 +621,8 @@ LUMVIK_HOST_API const char* lumvik_host_extension_of(int32_t format);
  * Renders if necessary and writes the result to @p path. The attached profile is sRGB, or that of the
  * photograph if it was opened with @c keep_colors.
  *
- * Metadata of the photograph that is damaged is left out, see lumvik_host_get_warnings().
+ * Metadata of the photograph that is damaged, or too long for the format, is left out, see
+ * lumvik_host_get_warnings().
  *
  * An extension that is unknown or contradicts @c format, and a bit depth that the format does not have, give
  * ::LUMVIK_HOST_INVALID_ARGUMENT. If metadata cannot be kept because the metadata module is not installed,
@@ -748,9 +750,10 @@ typedef struct lumvik_host_thumbnail_options {
  * image, and the embedded preview of a RAW file in its own size. With one, it has the same size for all
  * kinds: an ordinary image is decoded, and the preview of a RAW file reduced; neither is enlarged.
  *
- * The metadata is that of the photograph, to the extent that @c metadata keeps it. A RAW file without a
- * preview gives ::LUMVIK_HOST_UNSUPPORTED. Release @p *data with lumvik_host_free(). @p width and @p height
- * (optional) are the size in pixels, as stored.
+ * The metadata is that of the photograph, to the extent that @c metadata keeps it; without the metadata
+ * module there is none but the orientation. A RAW file without a preview gives ::LUMVIK_HOST_UNSUPPORTED.
+ * Release @p *data with lumvik_host_free(). @p width and @p height (optional) are the size in pixels, as
+ * stored.
  */
 LUMVIK_HOST_API lumvik_host_status lumvik_host_extract_thumbnail(const char* path,
                                                                  const lumvik_host_thumbnail_options* options,

@@ -1,9 +1,6 @@
 // Shooting data, and functions on files: thumbnail, perceptual hash, whether the metadata module is
 // installed.
 #include <cstdint>
-#include <functional>
-#include <memory>
-#include <new>
 #include <optional>
 #include <string>
 
@@ -20,15 +17,14 @@
 #include "metadata/metadata_module.h"
 #include "metadata/shooting_data.h"
 #include "photo/engine_call.h"
+#include "thumbnail/thumbnail.h"
 
 namespace lumvik::host {
 namespace {
 
-// A path-only tool of the engine. Its status -1 does not tell a damaged file from one that is no photograph,
-// but the latter are sorted out before; what -4 means depends on the tool.
-enum class PathTool { kThumbnail, kHash };
-
-[[noreturn]] void ThrowPathToolFailure(int status, PathTool tool, const std::string& what) {
+// The engine's status -1 does not tell a damaged file from one that is no photograph, but the latter are
+// sorted out before.
+[[noreturn]] void ThrowHashFailure(int status, const std::string& what) {
   switch (status) {
     case -1:
       throw Failure(LUMVIK_HOST_DAMAGED, what + ": it is damaged");
@@ -38,36 +34,19 @@ enum class PathTool { kThumbnail, kHash };
       throw Failure(LUMVIK_HOST_DAMAGED,
                     what + ": the preview in the RAW file is damaged or in an unknown format");
     default:
-      if (tool == PathTool::kThumbnail) throw std::bad_alloc();
       throw Failure(LUMVIK_HOST_DAMAGED, what + ": the preview in the RAW file cannot be decoded");
   }
 }
 
-// Calls the tool with a path whose name matches the content of the file.
-void RunPathTool(PathTool tool, const std::string& path, const std::function<int(const char*)>& call) {
+std::uint64_t HashOf(const std::string& path) {
   const std::string what = "cannot read '" + path + "'";
   const lumvik_host_format format = IdentifyFormat(path, "'" + path + "'");
+  // The engine goes by the name.
   const ServedFile served(path, format == LUMVIK_HOST_FORMAT_RAW ? Decoder::kRaw : Decoder::kImage);
-  const int status = CallLibrary(what, [&] { return call(served.Path().c_str()); });
-  if (status != LUMVIK_OK) ThrowPathToolFailure(status, tool, what);
-}
-
-struct ThumbnailBytes {
-  std::unique_ptr<std::uint8_t, decltype(&lumvik_free_thumb)> data{nullptr, lumvik_free_thumb};
-  std::size_t size = 0;
-};
-
-ThumbnailBytes ExtractThumbnail(const std::string& path) {
-  ThumbnailBytes bytes;
-  RunPathTool(PathTool::kThumbnail, path, [&](const char* served) {
-    std::uint8_t* data = nullptr;
-    int size = 0;
-    const int status = lumvik_extract_thumbnail(served, &data, &size);
-    bytes.data.reset(data);
-    bytes.size = static_cast<std::size_t>(size);
-    return status;
-  });
-  return bytes;
+  std::uint64_t hash = 0;
+  const int status = CallLibrary(what, [&] { return lumvik_phash(served.Path().c_str(), &hash); });
+  if (status != LUMVIK_OK) ThrowHashFailure(status, what);
+  return hash;
 }
 
 }  // namespace
@@ -120,14 +99,14 @@ lumvik_host_status lumvik_host_extract_thumbnail(const char* path,
     RequireArgument(path, "path");
     RequireArgument(data, "data");
     RequireArgument(size, "size");
-    OptionsOf(options);
-    const ThumbnailBytes bytes = ExtractThumbnail(path);
-    const std::optional<JpegSize> pixels = JpegSizeOf(bytes.data.get(), bytes.size);
+    const std::string jpeg = MakeThumbnail(path, OptionsOf(options));
+    const auto* const bytes = reinterpret_cast<const std::uint8_t*>(jpeg.data());
+    const std::optional<JpegSize> pixels = JpegSizeOf(bytes, jpeg.size());
     if (!pixels) {
       throw Failure(LUMVIK_HOST_DAMAGED, "cannot read '" + std::string(path) + "': its preview is damaged");
     }
-    *data = static_cast<std::uint8_t*>(Lend(bytes.data.get(), bytes.size));
-    *size = bytes.size;
+    *data = static_cast<std::uint8_t*>(Lend(bytes, jpeg.size()));
+    *size = jpeg.size();
     if (width != nullptr) *width = pixels->width;
     if (height != nullptr) *height = pixels->height;
   });
@@ -138,9 +117,7 @@ lumvik_host_status lumvik_host_hash(const char* path, uint64_t* hash) {
   return Guarded([&] {
     RequireArgument(path, "path");
     RequireArgument(hash, "hash");
-    std::uint64_t computed = 0;
-    RunPathTool(PathTool::kHash, path, [&](const char* served) { return lumvik_phash(served, &computed); });
-    *hash = computed;
+    *hash = HashOf(path);
   });
 }
 

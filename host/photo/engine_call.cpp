@@ -18,6 +18,8 @@ Failure OutOfMemory(const std::string& what) {
 int CallLibrary(const std::string& what, const std::function<int()>& call) {
   try {
     return call();
+  } catch (const Failure&) {
+    throw;
   } catch (const std::bad_alloc&) {
     throw OutOfMemory(what);
   } catch (const cv::Exception& error) {

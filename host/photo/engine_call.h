@@ -10,8 +10,8 @@
 
 namespace lumvik::host {
 
-// Calls the engine or the image library and returns the status of the call. Exceptions become a Failure with
-// `what`, such as "cannot render 'a.jpg'", and the reason.
+// Calls the engine or the image library and returns the status of the call. Other exceptions than
+// Failure become one with `what`, such as "cannot render 'a.jpg'", and the reason.
 int CallLibrary(const std::string& what, const std::function<int()>& call);
 
 // The same for a call on a context, whose failure becomes LUMVIK_HOST_INTERNAL with the engine's text.

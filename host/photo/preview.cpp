@@ -29,16 +29,6 @@ int Proportional(int side, int from, int to) {
   return static_cast<int>(std::max<std::int64_t>(reduced, 1));
 }
 
-cv::Size FittingSize(cv::Size size, int max_width, int max_height) {
-  if (max_width > 0 && size.width > max_width) {
-    size = {max_width, Proportional(size.height, size.width, max_width)};
-  }
-  if (max_height > 0 && size.height > max_height) {
-    size = {Proportional(size.width, size.height, max_height), max_height};
-  }
-  return size;
-}
-
 // Memory bandwidth takes more than one core to use up.
 void CopyRows(const cv::Mat& from, cv::Mat& to) {
   cv::parallel_for_(cv::Range(0, from.rows), [&](const cv::Range& rows) {
@@ -56,6 +46,16 @@ void ConvertRows(const cv::Mat& from, cv::Mat& to) {
 }
 
 }  // namespace
+
+cv::Size FittingSize(cv::Size size, int max_width, int max_height) {
+  if (max_width > 0 && size.width > max_width) {
+    size = {max_width, Proportional(size.height, size.width, max_width)};
+  }
+  if (max_height > 0 && size.height > max_height) {
+    size = {Proportional(size.width, size.height, max_height), max_height};
+  }
+  return size;
+}
 
 std::size_t PreviewLayout::Size() const {
   return stride * static_cast<std::size_t>(height - 1) + static_cast<std::size_t>(width * channels);

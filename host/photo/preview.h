@@ -20,6 +20,9 @@ struct PreviewLayout {
   std::size_t Size() const;
 };
 
+// A size reduced to fit, keeping its proportions; 0: no limit. Never less than a pixel.
+cv::Size FittingSize(cv::Size size, int max_width, int max_height);
+
 // Throws Failure for options that are out of range whatever the frame.
 void CheckPreviewOptions(const lumvik_host_preview_options& options);
 

@@ -32,17 +32,8 @@ int BitsOf(const lumvik_host_save_options& options, lumvik_host_format format) {
                       (has_both ? "8 or 16" : std::to_string(usual)) + " bits per channel");
 }
 
-int SideOf(const char* name, int side) {
-  if (side < 0)
-    throw InvalidOption(std::string(name) + " is " + std::to_string(side) + ", which is negative");
-  return side;
-}
-
 void PlanMetadata(const lumvik_host_save_options& options, SavePlan& plan) {
-  if (options.metadata < LUMVIK_HOST_METADATA_KEEP || options.metadata > LUMVIK_HOST_METADATA_NONE) {
-    throw InvalidOption("metadata is " + std::to_string(options.metadata) + ", which is no policy");
-  }
-  plan.metadata = static_cast<lumvik_host_metadata_policy>(options.metadata);
+  plan.metadata = PolicyOf(options.metadata);
   if (options.copyright != nullptr) plan.copyright = options.copyright;
   if (plan.metadata != LUMVIK_HOST_METADATA_NONE) {
     RequireMetadataModule();
@@ -75,6 +66,19 @@ lumvik_host_format StatedFormat(const lumvik_host_save_options& options) {
 }
 
 }  // namespace
+
+int SideOf(const char* name, int side) {
+  if (side < 0)
+    throw InvalidOption(std::string(name) + " is " + std::to_string(side) + ", which is negative");
+  return side;
+}
+
+lumvik_host_metadata_policy PolicyOf(std::int32_t metadata) {
+  if (metadata < LUMVIK_HOST_METADATA_KEEP || metadata > LUMVIK_HOST_METADATA_NONE) {
+    throw InvalidOption("metadata is " + std::to_string(metadata) + ", which is no policy");
+  }
+  return static_cast<lumvik_host_metadata_policy>(metadata);
+}
 
 Overwrite OverwriteOf(std::int32_t overwrite) {
   switch (overwrite) {

@@ -33,6 +33,10 @@ struct PngPlan {
 // Throws Failure for a value that is no lumvik_host_overwrite.
 Overwrite OverwriteOf(std::int32_t overwrite);
 
+// A side of a size limit, and a policy. Throw Failure for values that are out of range.
+int SideOf(const char* name, int side);
+lumvik_host_metadata_policy PolicyOf(std::int32_t metadata);
+
 // Each function throws Failure: LUMVIK_HOST_INVALID_ARGUMENT, or LUMVIK_HOST_UNSUPPORTED for metadata without
 // its module.
 

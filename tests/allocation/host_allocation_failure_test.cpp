@@ -270,6 +270,17 @@ const FailedCall kFailedCalls[] = {
        auto exif = Sized<lumvik_host_exif>();
        return lumvik_host_get_exif(o.photo, &exif);
      }},
+    {"read_exif", Needs::kNoPhoto,
+     [](CallObjects& o) {
+       auto exif = Sized<lumvik_host_exif>();
+       return lumvik_host_read_exif(o.raw.c_str(), &exif);
+     },
+     "out.txt", Hides::kAsDamage},
+    {"get_warnings", Needs::kPhoto,
+     [](CallObjects& o) {
+       OwnedText warnings;
+       return lumvik_host_get_warnings(o.photo, &warnings.text);
+     }},
     {"check", Needs::kPhoto,
      [](CallObjects& o) {
        auto integrity = Sized<lumvik_host_integrity>();
@@ -294,6 +305,16 @@ const FailedCall kFailedCalls[] = {
                                             nullptr);
      },
      "out.txt", Hides::kAsDamage},
+    {"extract_thumbnail of a size", Needs::kNoPhoto,
+     [](CallObjects& o) {
+       auto options = Sized<lumvik_host_thumbnail_options>();
+       options.max_width = 8;
+       options.mark = "mark";
+       OwnedData thumbnail;
+       return lumvik_host_extract_thumbnail(o.photograph.c_str(), &options, &thumbnail.data, &thumbnail.size,
+                                            nullptr, nullptr);
+     },
+     "out.jpg", Hides::kAsDamage},
     {"hash", Needs::kNoPhoto,
      [](CallObjects& o) {
        uint64_t hash = 0;

@@ -42,22 +42,6 @@ class FileToolsTest : public MetadataFixture {
   static std::string Text() { return lumvik_host_last_error(); }
 };
 
-TEST_F(FileToolsTest, TheThumbnailIsThatOfTheEngine) {
-  for (const std::string& path : {kRaw, std::string(LUMVIK_TEST_DATA "/tower_orientation8.jpg"),
-                                  std::string(LUMVIK_TEST_DATA "/bitmap_thumb.dng")}) {
-    std::uint8_t* data = nullptr;
-    int size = 0;
-    ASSERT_EQ(lumvik_extract_thumbnail(path.c_str(), &data, &size), 0);
-    const std::vector<std::uint8_t> expected(data, data + size);
-    lumvik_free_thumb(data);
-    const HostThumbnail thumbnail = ThumbnailOf(path);
-    ASSERT_EQ(thumbnail.status, LUMVIK_HOST_OK) << Text();
-    EXPECT_EQ(thumbnail.jpeg, expected);
-    const cv::Mat image = cv::imdecode(thumbnail.jpeg, cv::IMREAD_COLOR | cv::IMREAD_IGNORE_ORIENTATION);
-    EXPECT_EQ(cv::Size(thumbnail.width, thumbnail.height), image.size());
-  }
-}
-
 TEST_F(FileToolsTest, TheSizeOfAThumbnailIsOptional) {
   std::uint8_t* data = nullptr;
   std::size_t size = 0;
