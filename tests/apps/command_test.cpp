@@ -39,6 +39,12 @@ cv::Mat SmallPicture() {
   return picture;
 }
 
+std::string PixelsOf(const std::string& path) {
+  const cv::Mat image = cv::imread(path, cv::IMREAD_UNCHANGED);
+  EXPECT_FALSE(image.empty()) << path;
+  return {image.datastart, image.dataend};
+}
+
 double GreatestDifference(const cv::Mat& a, const cv::Mat& b) {
   return cv::norm(a, b, cv::NORM_INF);
 }

@@ -34,6 +34,10 @@ void WriteFile(const std::filesystem::path& path, const std::string& bytes);
 // A 60x40 image without symmetry or values near 0 and 255.
 cv::Mat SmallPicture();
 
+// The bytes of the pixels of an image file. Two files with the same image differ in their marks, which name
+// the settings.
+std::string PixelsOf(const std::string& path);
+
 // The maximum and mean difference of two images of the same size and type.
 double GreatestDifference(const cv::Mat& a, const cv::Mat& b);
 double MeanDifference(const cv::Mat& a, const cv::Mat& b);

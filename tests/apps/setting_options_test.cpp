@@ -84,7 +84,7 @@ class SettingOptionsTest : public CommandTest {
   std::string ByCommand(const Options& options) const {
     const ProcessResult result = Develop(in_, Path("command.png"), options);
     EXPECT_EQ(result.status, kSuccess) << result.err;
-    return ReadFile(Path("command.png"));
+    return PixelsOf(Path("command.png"));
   }
 
   std::string ByEngine(const std::function<void(EngineContext*)>& set) const {
@@ -94,7 +94,7 @@ class SettingOptionsTest : public CommandTest {
     lumvik_set_temperature(context.get(), kNeutralTemperature);
     set(context.get());
     EXPECT_EQ(lumvik_export_png(context.get(), Path("engine.png").c_str(), 8), 0);
-    return ReadFile(Path("engine.png"));
+    return PixelsOf(Path("engine.png"));
   }
 
   // Expects the same image as from the engine calls, and another than without options.

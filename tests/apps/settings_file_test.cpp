@@ -2,7 +2,6 @@
 // line and key.
 #include <filesystem>
 #include <nlohmann/json.hpp>
-#include <opencv2/imgcodecs.hpp>
 
 #include "command_test.h"
 
@@ -67,8 +66,7 @@ class SettingsFileTest : public CommandTest {
     options.emplace_back("--overwrite");
     const ProcessResult result = Develop(in_, Path("out.png"), options);
     EXPECT_EQ(result.status, kSuccess) << result.err;
-    const cv::Mat pixels = cv::imread(Path("out.png"), cv::IMREAD_UNCHANGED);
-    return {pixels.datastart, pixels.dataend};
+    return PixelsOf(Path("out.png"));
   }
 
   Json Saved(std::vector<std::string> options) const {

@@ -7,6 +7,7 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 #include "files/file_paths.h"
@@ -69,10 +70,19 @@ void PrintReport(const Json& report, const api::Settings& settings, const Result
   PrintIndented(root);
 }
 
+api::Settings Import(const std::string& input, std::string& report) {
+  try {
+    return api::Settings::ImportXmp(input, &report);
+  } catch (const api::Error& error) {
+    if (error.status() != LUMVIK_HOST_DAMAGED) throw;
+    throw std::runtime_error(error.what());  // it is no photograph that is damaged
+  }
+}
+
 void ImportFile(const ConversionOptions& options) {
   Results results(options.reporting);
   std::string report_text;
-  const api::Settings settings = api::Settings::ImportXmp(options.input, &report_text);
+  const api::Settings settings = Import(options.input, report_text);
   const Json report = Json::parse(report_text);
   results.ReadSettings(report["file"].get<std::string>());
   WriteConverted(options, settings.ToJson(), results);
