@@ -28,8 +28,8 @@ namespace fs = std::filesystem;
 
 constexpr const char* kXmpExtensions[] = {".xmp", ".XMP"};
 
-// Far more than masks take in any sidecar.
-constexpr std::uintmax_t kMaxXmpBytes = std::uintmax_t{64} << 20;
+// More than the module accepts, which names its limit.
+constexpr std::size_t kMaxXmpBytes = (std::size_t{16} << 20U) + 1;
 
 Failure UnreadableSettings(Status status, const std::string& path, const std::string& why) {
   return {status, "cannot read '" + path + "': " + why};
@@ -90,7 +90,7 @@ struct CopyReceiver {
 };
 
 void ReadPacket(const std::string& path, CameraRawSettings& settings) {
-  const std::string packet = ReadFile(path, kMaxXmpBytes);
+  const std::string packet = ReadBeginning(path, kMaxXmpBytes);
   lumvik_metadata_frame frame{};
   lumvik_metadata_error error{};
   RequireSuccess(
