@@ -686,7 +686,7 @@ typedef struct lumvik_host_exif {
   double gps_latitude;  /**< Degrees, south negative. */
   double gps_longitude; /**< Degrees, west negative. */
   double as_shot_temperature; /**< Kelvin, of the white balance of a RAW file as shot; NaN if unknown. */
-  double as_shot_tint;        /**< Its distance from the Planckian locus, magenta positive; NaN if unknown. */
+  double as_shot_tint;        /**< The magenta that neutralizes it, 3000 x Duv of the light; NaN if unknown. */
 } lumvik_host_exif;
 
 /**

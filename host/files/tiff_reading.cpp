@@ -84,6 +84,7 @@ std::optional<TiffEntry> TiffReader::ReadEntry(std::uint64_t offset) const {
   const auto value_offset = Number(value_field, field_size);
   if (!tag || !type || !count || !value_offset) return std::nullopt;
   TiffEntry entry;
+  entry.position = offset;
   entry.tag = static_cast<std::uint16_t>(*tag);
   entry.type = static_cast<std::uint16_t>(*type);
   entry.count = *count;

@@ -15,8 +15,9 @@ struct TiffEntry {
   std::uint16_t tag = 0;
   std::uint16_t type = 0;
   std::uint64_t count = 0;
-  std::uint64_t offset = 0;  // of the values
-  std::uint64_t size = 0;    // of the values in bytes; 0 for an unknown type
+  std::uint64_t position = 0;  // of the entry itself
+  std::uint64_t offset = 0;    // of the values
+  std::uint64_t size = 0;      // of the values in bytes; 0 for an unknown type
 };
 
 struct TiffIfd {

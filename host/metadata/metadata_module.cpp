@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <exception>
+#include <filesystem>
 #include <iterator>
 #include <limits>
 #include <new>
@@ -16,16 +17,19 @@
 #include "files/file_reading.h"
 #include "files/safe_file.h"
 #include "metadata/loaded_module.h"
+#include "metadata/raw_facts.h"
 #include "settings/camera_raw_names.h"
 #include "settings/sidecar.h"
 
 namespace lumvik::host {
 namespace {
 
+namespace fs = std::filesystem;
+
 constexpr const char* kXmpExtensions[] = {".xmp", ".XMP"};
 
-// Far more than masks take in any sidecar.
-constexpr std::uintmax_t kMaxXmpBytes = std::uintmax_t{64} << 20;
+// More than the module accepts, which names its limit.
+constexpr std::size_t kMaxXmpBytes = (std::size_t{16} << 20U) + 1;
 
 Failure UnreadableSettings(Status status, const std::string& path, const std::string& why) {
   return {status, "cannot read '" + path + "': " + why};
@@ -86,7 +90,7 @@ struct CopyReceiver {
 };
 
 void ReadPacket(const std::string& path, CameraRawSettings& settings) {
-  const std::string packet = ReadFile(path, kMaxXmpBytes);
+  const std::string packet = ReadBeginning(path, kMaxXmpBytes);
   lumvik_metadata_frame frame{};
   lumvik_metadata_error error{};
   RequireSuccess(
@@ -141,6 +145,32 @@ std::string AddMetadata(std::string& image, const std::string& photograph, const
   return received.file;
 }
 
+// The RAW file next to an XMP file to which it belongs by name: for "IMG.ARW.xmp" it is "IMG.ARW", for
+// "IMG.xmp" it is "IMG" with any other extension, the first by name.
+std::optional<RawFacts> RawNextTo(const std::string& xmp) {
+  const fs::path stem = PathOf(xmp).replace_extension();
+  std::error_code ignored;  // what cannot be listed is not found
+  std::vector<fs::path> candidates;
+  for (fs::directory_iterator entry(stem.has_parent_path() ? stem.parent_path() : ".", ignored), end;
+       !ignored && entry != end; entry.increment(ignored)) {
+    const fs::path name = entry->path().filename();
+    const bool belongs = name == stem.filename() || name.stem() == stem.filename();
+    if (belongs && !IsXmp(name.u8string())) candidates.push_back(entry->path());
+  }
+  std::sort(candidates.begin(), candidates.end());
+  for (const fs::path& candidate : candidates) {
+    if (!fs::is_regular_file(candidate, ignored)) continue;
+    if (auto facts = ReadRawFacts(candidate.u8string())) return facts;
+  }
+  return std::nullopt;
+}
+
+void SetAsShot(CameraRawSettings& settings, const std::optional<RawFacts>& raw, const char* no_raw) {
+  constexpr char kUnknown[] = "the white balance as shot is unknown: ";
+  if (raw) settings.as_shot = raw->as_shot;
+  settings.no_as_shot = std::string(kUnknown) + (raw ? "LibRaw has no color matrix of the camera" : no_raw);
+}
+
 }  // namespace
 
 void RequireMetadataModule() {
@@ -151,6 +181,7 @@ CameraRawSettings ReadCameraRawSettings(const std::string& path) {
   CameraRawSettings settings;
   if (IsXmp(path)) {
     ReadPacket(path, settings);
+    SetAsShot(settings, RawNextTo(path), "there is no RAW file next to the XMP file");
   } else {
     ReadPhotograph(path, settings);
     if (const auto sidecar = XmpSidecar(path)) {
@@ -159,6 +190,7 @@ CameraRawSettings ReadCameraRawSettings(const std::string& path) {
       ReadPacket(*sidecar, settings);
       settings.frame = frame;
     }
+    SetAsShot(settings, ReadRawFacts(path), "the photograph is not a RAW file");
   }
   if (settings.properties.empty() && settings.own_properties.empty()) {
     throw UnreadableSettings(LUMVIK_HOST_NOT_FOUND, settings.file,

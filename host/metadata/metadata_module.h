@@ -8,6 +8,7 @@
 #include <utility>
 #include <vector>
 
+#include "color/correlated_temperature.h"
 #include "lumvik_host.h"
 
 namespace lumvik::host {
@@ -29,6 +30,9 @@ struct CameraRawSettings {
   std::vector<std::pair<std::string, std::vector<std::string>>> properties;
   // The same of the namespace "lumvik", see lumvik_host_settings_to_xmp().
   std::vector<std::pair<std::string, std::vector<std::string>>> own_properties;
+  // The white balance of the photograph as shot, to which ours refers, or why it is unknown.
+  WhitePoint as_shot = {};
+  std::string no_as_shot = "the white balance as shot is unknown";
 };
 
 // Reads the settings of an .xmp file, or of a photograph: from its XMP sidecar, else from its own metadata.

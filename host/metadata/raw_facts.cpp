@@ -95,6 +95,19 @@ ExifInfo BasicInfo(const libraw_data_t& data) {
   return ExifInfoFromDecoded(decoded);
 }
 
+// From the multipliers of the camera and its matrix for daylight.
+WhitePoint AsShotOf(const libraw_data_t& data) {
+  constexpr std::size_t kColors = 3;
+  if (data.idata.colors != static_cast<int>(kColors)) return {};
+  ColorMatrix matrix{};
+  std::array<double, kColors> multipliers{};
+  for (std::size_t i = 0; i < kColors; ++i) {
+    multipliers[i] = data.color.cam_mul[i];
+    for (std::size_t j = 0; j < kColors; ++j) matrix[i][j] = data.color.cam_xyz[i][j];
+  }
+  return WhitePointOfCamera(matrix, multipliers);
+}
+
 RawFacts FactsOf(const libraw_data_t& data, const std::string& datetime) {
   RawFacts facts;
   facts.basic = BasicInfo(data);
@@ -109,6 +122,7 @@ RawFacts FactsOf(const libraw_data_t& data, const std::string& datetime) {
   const libraw_gps_info_t& gps = data.other.parsed_gps;
   facts.latitude = gps.gpsparsed != 0 ? Degrees(gps.latitude, gps.latref) : kNoPosition;
   facts.longitude = gps.gpsparsed != 0 ? Degrees(gps.longitude, gps.longref) : kNoPosition;
+  facts.as_shot = AsShotOf(data);
   return facts;
 }
 

@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 
+#include "color/correlated_temperature.h"
 #include "lumvik.h"
 
 namespace lumvik::host {
@@ -20,6 +21,7 @@ struct RawFacts {
   std::string datetime;          // "2024:05:31 18:20:00", as stored; "" if unknown
   double latitude = std::numeric_limits<double>::quiet_NaN();   // degrees, south negative; NaN if unknown
   double longitude = std::numeric_limits<double>::quiet_NaN();  // degrees, west negative; NaN if unknown
+  WhitePoint as_shot;
 };
 
 // Nothing for a file that LibRaw rejects.

@@ -62,6 +62,8 @@ lumvik_host_exif CompleteRawData(const ExifInfo& reported, const std::optional<R
     FillIfEmpty(exif.datetime, facts->datetime);
     FillIfUnknown(exif.gps_latitude, facts->latitude);
     FillIfUnknown(exif.gps_longitude, facts->longitude);
+    exif.as_shot_temperature = facts->as_shot.temperature;
+    exif.as_shot_tint = facts->as_shot.tint;
   }
   if (exif.lens[0] == '\0' || exif.datetime[0] == '\0') {
     const ModuleExif more = ReadModuleExif(path);

@@ -3,6 +3,8 @@
 #include <cstdint>
 #include <stdexcept>
 
+#include "modules/xmp_fence.h"
+
 namespace lumvik::metadata {
 namespace {
 
@@ -33,6 +35,8 @@ std::vector<std::string> PartsOf(const Exiv2::Xmpdatum& property) {
 }  // namespace
 
 Exiv2::XmpData DecodePacket(const std::string& packet) {
+  const std::string fault = XmpFault(packet);
+  if (!fault.empty()) throw std::runtime_error(fault);
   Exiv2::XmpData xmp;
   if (Exiv2::XmpParser::decode(xmp, packet) != 0) {
     throw std::runtime_error("it is not XMP, or it is damaged");

@@ -3,18 +3,56 @@
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "modules/refused_xmp.h"
 
 namespace lumvik::metadata {
 
-Exiv2File FindExiv2File(const std::string& path) {
+namespace {
+
+// Changes the names of packets so that exiv2 does not recognize them.
+void Hide(const std::vector<RefusedXmp>& packets, std::string& file) {
+  for (const RefusedXmp& packet : packets) {
+    constexpr unsigned kBit = 2;  // makes another letter of those that start names
+    char& name = file[packet.name_at];
+    name = static_cast<char>(static_cast<unsigned char>(name) ^ kBit);
+  }
+}
+
+Exiv2File ImageOf(std::string bytes) {
+  auto kept = std::make_shared<const std::string>(std::move(bytes));
+  auto* const image = Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(kept->data()),
+                                                static_cast<long>(kept->size()))
+                          .release();
+  return Exiv2File(image, Exiv2Closer{std::move(kept)});
+}
+
+}  // namespace
+
+Exiv2File FindExiv2File(const std::string& path, std::string& xmp_fault) {
   // An absolute path, since exiv2 takes "-" for standard input and "http:..." for a URL.
   const std::string absolute = std::filesystem::absolute(std::filesystem::u8path(path)).string();
   if (Exiv2::ImageFactory::getType(absolute) == Exiv2::ImageType::none) return nullptr;
+  Exiv2::FileIo file(absolute);
+  if (file.open() == 0 && file.size() > 0) {
+    const std::string_view content(reinterpret_cast<const char*>(file.mmap()), file.size());
+    if (!FindRefusedXmp(content).empty()) return FindExiv2Image(std::string(content), xmp_fault);
+  }
   return Exiv2File(Exiv2::ImageFactory::open(absolute).release());
 }
 
-Exiv2File OpenExiv2File(const std::string& path) {
-  Exiv2File file = FindExiv2File(path);
+Exiv2File FindExiv2Image(std::string bytes, std::string& xmp_fault) {
+  const std::vector<RefusedXmp> refused = FindRefusedXmp(bytes);
+  if (!refused.empty()) xmp_fault = refused.front().why;
+  Hide(refused, bytes);
+  return ImageOf(std::move(bytes));
+}
+
+Exiv2File OpenExiv2File(const std::string& path, std::string& xmp_fault) {
+  Exiv2File file = FindExiv2File(path, xmp_fault);
   if (file != nullptr) file->readMetadata();
   return file;
 }

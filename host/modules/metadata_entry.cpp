@@ -6,6 +6,7 @@
 #include <exiv2/exiv2.hpp>
 #include <mutex>
 #include <new>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -121,8 +122,10 @@ lumvik_metadata_status Report(const Exiv2::XmpData& xmp, lumvik_metadata_propert
 std::int32_t ReadPhotograph(const char* path, lumvik_metadata_frame* frame, lumvik_metadata_property receive,
                             void* user, lumvik_metadata_error* error) {
   return Guarded(LUMVIK_METADATA_DAMAGED, error, [&] {
-    const Exiv2File file = OpenExiv2File(path);
+    std::string xmp_fault;
+    const Exiv2File file = OpenExiv2File(path, xmp_fault);
     if (file.get() == nullptr) return LUMVIK_METADATA_NONE;
+    if (!xmp_fault.empty()) throw std::runtime_error("its XMP cannot be used: " + xmp_fault);
     *frame = FrameOf(*file);
     return Report(file->xmpData(), receive, user);
   });
@@ -144,7 +147,8 @@ std::string DatetimeOf(const Exiv2::ExifData& exif) {
 
 std::int32_t ReadExif(const char* path, lumvik_metadata_exif* exif, lumvik_metadata_error* error) {
   return Guarded(LUMVIK_METADATA_DAMAGED, error, [&] {
-    const Exiv2File file = OpenExiv2File(path);
+    std::string ignored_xmp_fault;
+    const Exiv2File file = OpenExiv2File(path, ignored_xmp_fault);
     if (file.get() == nullptr) return LUMVIK_METADATA_NONE;
     CopyText(LensOf(file->exifData()), exif->lens);
     CopyText(DatetimeOf(file->exifData()), exif->datetime);

@@ -36,9 +36,9 @@ std::string ReadInto(Exiv2::Image& image) {
 
 void ReadPart(const MetadataPart& part, SourceMetadata& metadata) {
   const DamageLog log(metadata.damage);
-  const Exiv2File image(Exiv2::ImageFactory::open(reinterpret_cast<const Exiv2::byte*>(part.image.data()),
-                                                  static_cast<long>(part.image.size()))
-                            .release());
+  std::string xmp_fault;
+  const Exiv2File image = FindExiv2Image(part.image, xmp_fault);
+  if (!xmp_fault.empty()) metadata.damage.emplace("XMP", xmp_fault);
   const std::string failure = ReadInto(*image);
   if (!failure.empty()) metadata.damage.emplace(part.kind, failure);
   Add(*image, metadata);
@@ -47,7 +47,8 @@ void ReadPart(const MetadataPart& part, SourceMetadata& metadata) {
 }  // namespace
 
 SourceMetadata ReadSoundMetadata(const std::string& photograph) {
-  const Exiv2File file = FindExiv2File(photograph);
+  std::string xmp_fault;
+  const Exiv2File file = FindExiv2File(photograph, xmp_fault);
   if (file == nullptr) return {};
   const auto parts = PartsOfMetadata(photograph);
   SourceMetadata metadata;
@@ -63,6 +64,7 @@ SourceMetadata ReadSoundMetadata(const std::string& photograph) {
   } else {
     Add(*file, metadata);
     if (!failure.empty()) metadata.damage.emplace("EXIF", failure);
+    if (!xmp_fault.empty()) metadata.damage.emplace("XMP", xmp_fault);
   }
   if (parts && metadata.iptc.empty() && std::any_of(parts->begin(), parts->end(), StatesIptc)) {
     metadata.damage.emplace("IPTC", "it has no records");

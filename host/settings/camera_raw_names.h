@@ -19,10 +19,12 @@ struct CameraRawNumber {
   const char* name = "";
   const char* key = "";                                 // of our setting
   double factor = 1;                                    // from their scale to ours
-  float lowest = std::numeric_limits<float>::lowest();  // values below have no counterpart
+  float lowest = std::numeric_limits<float>::lowest();  // values beyond these have no counterpart
+  float highest = std::numeric_limits<float>::max();
 };
 
 // When two settings share a key, the greater value wins.
+// The white balance is not among them: theirs is absolute, ours relative to that of the camera.
 inline constexpr CameraRawNumber kCameraRawNumbers[] = {
     {"Exposure2012", "exposure"},
     {"Contrast2012", "contrast"},
@@ -30,8 +32,6 @@ inline constexpr CameraRawNumber kCameraRawNumbers[] = {
     {"Shadows2012", "shadows"},
     {"Whites2012", "whites", -1},  // ours darkens above 0
     {"Blacks2012", "blacks", -1},
-    {"Temperature", "temperature"},
-    {"Tint", "tint"},
     {"Saturation", "saturation"},
     {"Vibrance", "vibrance"},
     {"Clarity2012", "clarity"},
@@ -46,9 +46,9 @@ inline constexpr CameraRawNumber kCameraRawNumbers[] = {
     {"DefringePurpleAmount", "defringe", 5},  // from 0..20
     {"DefringeGreenAmount", "defringe", 5},
     {"PerspectiveVertical", "perspective_h"},             // both narrow the top above 0
-    {"PostCropVignetteAmount", "vignette_amount", 1, 0},  // darkening below 0 has no counterpart
+    {"PostCropVignetteAmount", "vignette_amount", 1, 0},  // below 0 it darkens, ours never does
     {"PostCropVignetteMidpoint", "vignette_midpoint"},
-    {"PostCropVignetteRoundness", "vignette_roundness"},
+    {"PostCropVignetteRoundness", "vignette_roundness", 1, -100, 0},  // above 0 ours stays an ellipse
     {"GrainAmount", "grain_amount"},
     {"GrainSize", "grain_size"},
     {"SplitToningHighlightHue", "split_toning.highlight_hue"},

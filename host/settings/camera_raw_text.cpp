@@ -23,6 +23,18 @@ std::string LevelText(float level) {
 
 }  // namespace
 
+std::string Joined(const std::vector<std::string>& parts) {
+  std::string text;
+  for (const std::string& part : parts) text += (text.empty() ? "" : "; ") + part;
+  return text;
+}
+
+std::string TextOf(const CameraRawSettings& settings, const std::string& name) {
+  const auto property = std::find_if(settings.properties.begin(), settings.properties.end(),
+                                     [&](const auto& candidate) { return candidate.first == name; });
+  return property == settings.properties.end() ? "" : Joined(property->second);
+}
+
 std::optional<double> ReadNumber(const std::string& text) {
   double number = 0;
   const char* first = text.data() + (text.rfind('+', 0) == 0 ? 1 : 0);

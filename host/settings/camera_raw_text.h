@@ -5,11 +5,20 @@
 #include <array>
 #include <optional>
 #include <string>
+#include <vector>
+
+#include "metadata/metadata_module.h"
 
 namespace lumvik::host {
 
 // The level 1 of a curve.
 inline constexpr double kCurveTop = 255;
+
+// The items of a list as one text.
+std::string Joined(const std::vector<std::string>& parts);
+
+// The value of a property; "" if there is none.
+std::string TextOf(const CameraRawSettings& settings, const std::string& name);
 
 // A finite number such as "+0.50".
 std::optional<double> ReadNumber(const std::string& text);

@@ -39,33 +39,28 @@ class SettingsExporter {
     return value == settings_.end() ? nullptr : &value->second;
   }
 
-  // Adds a property unless it would be read as something else.
+  // Adds a property if it is read as what was written.
   void Add(const std::string& name, const std::vector<std::string>& parts) {
     const Property property = {name, parts};
     const Settings read = ImportSettings({"", {}, {property}, {}}).settings;
-    const bool is_exact = std::all_of(read.begin(), read.end(), [&](const auto& setting) {
+    const bool is_exact = !read.empty() && std::all_of(read.begin(), read.end(), [&](const auto& setting) {
       const SettingValue* held = Held(setting.first);
       return held != nullptr && *held == setting.second;
     });
     if (is_exact) done_.properties.push_back(property);
   }
 
-  // A neutral white balance is As Shot, whatever its temperature is in kelvin.
-  bool IsAsShot() const {
-    return ValueOf<float>(settings_, "temperature") == ValueOf<float>({}, "temperature") &&
-           ValueOf<float>(settings_, "tint") == ValueOf<float>({}, "tint");
-  }
-
+  // A neutral white balance is As Shot. Any other is our own: a temperature in kelvin would depend on the
+  // photograph, and other programs would take ours, which is relative, for one.
   void AddWhiteBalance() {
-    if (Held("temperature") == nullptr && Held("tint") == nullptr) return;
-    Add("WhiteBalance", {IsAsShot() ? "As Shot" : "Custom"});
+    const bool is_as_shot = ValueOf<float>(settings_, "temperature") == ValueOf<float>({}, "temperature") &&
+                            ValueOf<float>(settings_, "tint") == ValueOf<float>({}, "tint");
+    if (is_as_shot) Add("WhiteBalance", {"As Shot"});
   }
 
   void AddNumbers() {
     for (const CameraRawNumber& number : kCameraRawNumbers) {
-      const std::string key = number.key;
-      if ((key == "temperature" || key == "tint") && IsAsShot()) continue;
-      AddNumber(number.name, key, number.factor);
+      AddNumber(number.name, number.key, number.factor);
     }
   }
 

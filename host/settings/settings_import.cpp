@@ -9,6 +9,7 @@
 #include "settings/camera_raw_crop.h"
 #include "settings/camera_raw_names.h"
 #include "settings/camera_raw_text.h"
+#include "settings/camera_raw_white_balance.h"
 #include "settings/settings_file.h"
 
 namespace lumvik::host {
@@ -17,17 +18,12 @@ namespace {
 constexpr float kGray = -100;  // saturation
 constexpr StoredFrame kDefaultFrame = {3, 2, 1};
 
-constexpr char kAsShot[] = "As Shot";
 constexpr char kTrue[] = "True";
 constexpr char kNoCounterpart[] = "no counterpart";
+constexpr char kVignetteAmount[] = "PostCropVignetteAmount";
+constexpr char kVignettePrefix[] = "PostCropVignette";
 constexpr const char* kCropNames[] = {"CropLeft",   "CropTop",   "CropRight",
                                       "CropBottom", "CropAngle", "HasCrop"};
-
-std::string Joined(const std::vector<std::string>& parts) {
-  std::string text;
-  for (const std::string& part : parts) text += (text.empty() ? "" : "; ") + part;
-  return text;
-}
 
 struct NumberRule {
   std::string key;
@@ -39,7 +35,9 @@ std::optional<NumberRule> NumberRuleOf(const std::string& name) {
   for (const CameraRawNumber& number : kCameraRawNumbers) {
     if (name != number.name) continue;
     const Range range = FindSettingRule(number.key)->range;
-    return NumberRule{number.key, number.factor, {std::max(range.lowest, number.lowest), range.highest}};
+    return NumberRule{number.key,
+                      number.factor,
+                      {std::max(range.lowest, number.lowest), std::min(range.highest, number.highest)}};
   }
   for (const CameraRawBandNumber& number : kCameraRawBandNumbers) {
     if (name.rfind(number.name, 0) != 0) continue;
@@ -52,7 +50,7 @@ std::optional<NumberRule> NumberRuleOf(const std::string& name) {
 
 class SettingsImporter {
  public:
-  explicit SettingsImporter(const CameraRawSettings& from) : from_(from) {}
+  explicit SettingsImporter(const CameraRawSettings& from) : from_(from), white_balance_(from) {}
 
   SettingsImport Run() {
     crop_fault_ = ConvertCrop();
@@ -71,11 +69,7 @@ class SettingsImporter {
   }
 
  private:
-  std::string Text(const std::string& name) const {
-    const auto property = std::find_if(from_.properties.begin(), from_.properties.end(),
-                                       [&](const auto& candidate) { return candidate.first == name; });
-    return property == from_.properties.end() ? "" : Joined(property->second);
-  }
+  std::string Text(const std::string& name) const { return TextOf(from_, name); }
 
   void Take(const std::string& key) { property_.key = key; }
 
@@ -92,14 +86,14 @@ class SettingsImporter {
 
   void Import(const std::vector<std::string>& parts) {
     const std::string& name = property_.name;
-    if (name == "WhiteBalance") {
+    if (CameraRawWhiteBalance::Holds(name)) {
       ImportWhiteBalance();
-    } else if ((name == "Temperature" || name == "Tint") && Text("WhiteBalance") == kAsShot) {
-      Ignore("the white balance is As Shot");
     } else if (name.rfind(kCameraRawCurve, 0) == 0) {
       ImportCurve(parts);
     } else if (std::find(std::begin(kCropNames), std::end(kCropNames), name) != std::end(kCropNames)) {
       ImportCrop();
+    } else if (name.rfind(kVignettePrefix, 0) == 0 && name != kVignetteAmount && HasIgnoredVignette()) {
+      Ignore("the vignette is ignored");
     } else if (name == "ConvertToGrayscale" && property_.value == kTrue) {
       Scale("saturation", "gray");
     } else if (name == "AlreadyApplied" && property_.value == kTrue) {
@@ -110,6 +104,8 @@ class SettingsImporter {
       Ignore(kNoCounterpart);
     }
   }
+
+  bool HasIgnoredVignette() const { return ReadNumber(Text(kVignetteAmount)).value_or(0) < 0; }
 
   // Our own values win: they are those that Camera Raw settings do not hold exactly.
   void ImportOwn(const std::string& name) {
@@ -124,25 +120,49 @@ class SettingsImporter {
   }
 
   void ImportWhiteBalance() {
-    if (property_.value != kAsShot) return Ignore("given by Temperature and Tint");
+    if (property_.name == "WhiteBalance" && white_balance_.IsAsShot()) return ImportAsShot();
+    const ConvertedWhiteBalance converted = white_balance_.Convert(property_.name);
+    if (converted.key.empty()) return Ignore(converted.note);
+    Take(converted.key);
+    if (!converted.note.empty()) Scale(converted.key, converted.note);
+    done_.settings[converted.key] = Clamped(converted.value, FindSettingRule(converted.key)->range);
+  }
+
+  void ImportAsShot() {
     for (const char* key : {"temperature", "tint"}) {
       done_.settings[key] = FindSettingRule(key)->NeutralValue();
     }
     Scale("temperature", "neutral");
   }
 
+  // The value of the property's key, within the range. Notes if that changes it.
+  float Clamped(double value, const Range& range) {
+    const auto held = static_cast<float>(std::clamp<double>(value, range.lowest, range.highest));
+    if (held != static_cast<float>(value)) Scale(property_.key, "clamped to " + range.Text());
+    return held;
+  }
+
   void ImportNumber(const NumberRule& rule) {
     const auto number = ReadNumber(property_.value);
     if (!number) return Ignore("it is not a number");
     const double scaled = *number * rule.factor + 0.0;  // never -0
-    const auto held = static_cast<float>(std::clamp<double>(scaled, rule.range.lowest, rule.range.highest));
+    if (IsLostIn(rule, scaled)) {
+      return Ignore(std::string("no counterpart ") + (*number < 0 ? "below 0" : "above 0"));
+    }
     Take(rule.key);
     if (rule.factor != 1 && *number != 0) {
       Scale(rule.key, "times " + NumberText(rule.factor));
     }
-    if (held != static_cast<float>(scaled)) Scale(rule.key, "clamped to " + rule.range.Text());
+    const float held = Clamped(scaled, rule.range);
     const auto [setting, is_new] = done_.settings.emplace(rule.key, held);
     if (!is_new) setting->second = std::max(std::get<float>(setting->second), held);
+  }
+
+  // Whether clamping would leave nothing: the range ends at the neutral value, 0.
+  static bool IsLostIn(const NumberRule& rule, double scaled) {
+    const bool is_neutral_zero = std::get<float>(FindSettingRule(rule.key)->NeutralValue()) == 0;
+    return is_neutral_zero &&
+           ((scaled < 0 && rule.range.lowest == 0) || (scaled > 0 && rule.range.highest == 0));
   }
 
   void ImportCurve(const std::vector<std::string>& parts) {
@@ -210,6 +230,7 @@ class SettingsImporter {
   }
 
   const CameraRawSettings& from_;
+  CameraRawWhiteBalance white_balance_;
   SettingsImport done_;
   ImportedProperty property_{};  // being imported
   std::string crop_fault_;

@@ -45,6 +45,8 @@ class SettingsImportTest : public CommandTest {
   std::string file_;
 };
 
+constexpr int kDamagedXmp = 3;  // exit status
+
 struct NumberCase {
   const char* name;
   const char* value;
@@ -66,27 +68,24 @@ constexpr NumberCase kNumbers[] = {
     {"Whites2012", "+20", "/whites", -20, "scaled"},
     {"Blacks2012", "-7", "/blacks", 7, "scaled"},
     {"Blacks2012", "0", "/blacks", 0},
-    {"Temperature", "5800", "/temperature", 5800},
-    {"Temperature", "50000", "/temperature", 25000, "scaled"},
-    {"Tint", "+12", "/tint", 12},
+    {"IncrementalTemperature", "+50", "/temperature", 9629.63F, "scaled"},
+    {"IncrementalTint", "+12", "/tint", 12},
     {"Saturation", "-5", "/saturation", -5},
     {"Vibrance", "+18", "/vibrance", 18},
     {"Clarity2012", "+9", "/clarity", 9},
     {"Texture", "-8", "/texture", -8},
     {"Dehaze", "+10", "/dehaze", 10},
-    {"Dehaze", "-10", "/dehaze", 0, "scaled"},
+    {"Dehaze", "+110", "/dehaze", 100, "scaled"},
     {"Sharpness", "40", "/sharpening_amount", 40},
     {"SharpenRadius", "+1.3", "/sharpening_radius", 1.3F},
     {"LuminanceSmoothing", "15", "/nr_luminance", 15},
     {"ColorNoiseReduction", "25", "/nr_color", 25},
     {"LensManualDistortionAmount", "+11", "/distortion", 11},
     {"VignetteAmount", "+30", "/lens_vignette", 30},
-    {"VignetteAmount", "-30", "/lens_vignette", 0, "scaled"},
     {"DefringePurpleAmount", "4", "/defringe", 20, "scaled"},
     {"DefringeGreenAmount", "20", "/defringe", 100, "scaled"},
     {"PerspectiveVertical", "-20", "/perspective_h", -20},
     {"PostCropVignetteAmount", "+33", "/vignette_amount", 33},
-    {"PostCropVignetteAmount", "-33", "/vignette_amount", 0, "scaled"},
     {"PostCropVignetteMidpoint", "45", "/vignette_midpoint", 45},
     {"PostCropVignetteRoundness", "-6", "/vignette_roundness", -6},
     {"GrainAmount", "22", "/grain_amount", 22},
@@ -123,10 +122,14 @@ TEST_P(ImportedNumberTest, IsConverted) {
 }
 
 TEST_F(SettingsImportTest, ChangesAreExplained) {
-  ImportedXmp(R"(crs:Whites2012="+20" crs:Dehaze="-10" crs:DefringeGreenAmount="20" crs:Texture="ten")"
+  ImportedXmp(R"(crs:Whites2012="+20" crs:Dehaze="+110" crs:DefringeGreenAmount="20" crs:Texture="ten")"
               R"( crs:SharpenDetail="25")");
   EXPECT_EQ(Note("Whites2012"), "times -1");
   EXPECT_EQ(Note("Dehaze"), "clamped to 0..100");
+  ImportedXmp(R"(crs:PostCropVignetteAmount="-33" crs:Dehaze="-10")");
+  EXPECT_EQ(Outcome("PostCropVignetteAmount"), "ignored");
+  EXPECT_EQ(Note("PostCropVignetteAmount"), "no counterpart below 0");
+  EXPECT_EQ(Outcome("Dehaze"), "ignored");
   EXPECT_EQ(Outcome("Texture"), "ignored");
   EXPECT_EQ(Note("Texture"), "it is not a number");
   EXPECT_EQ(Outcome("SharpenDetail"), "ignored");
@@ -146,9 +149,20 @@ TEST_F(SettingsImportTest, AWhiteBalanceAsShotIsNeutral) {
   EXPECT_EQ(settings.at("temperature"), 6500);
   EXPECT_EQ(settings.at("tint"), 0);
   EXPECT_EQ(Outcome("Temperature"), "ignored");
-  const Json custom = ImportedXmp(R"(crs:WhiteBalance="Custom" crs:Temperature="4900" crs:Tint="+9")");
-  EXPECT_EQ(custom.at("temperature"), 4900);
-  EXPECT_EQ(custom.at("tint"), 9);
+}
+
+// The temperature in the file is that of the light, and the engine's is relative to the camera's.
+TEST_F(SettingsImportTest, AWhiteBalanceIsRelativeToTheRawFileNextToIt) {
+  const std::string custom = R"(crs:WhiteBalance="Custom" crs:Temperature="4900" crs:Tint="+9")";
+  EXPECT_FALSE(ImportedXmp(custom).contains("temperature"));
+  EXPECT_EQ(Note("Temperature"),
+            "the white balance as shot is unknown: there is no RAW file next to the XMP file");
+  fs::copy_file(LUMVIK_SAMPLES "/sample_small.ARW", Path("in.ARW"));
+  const Json settings = ImportedXmp(custom);
+  EXPECT_NEAR(1e6 / settings.at("temperature").get<double>(), 1e6 / 6500 + 1e6 / 4900 - 1e6 / 4726, 0.1);
+  EXPECT_NEAR(settings.at("tint").get<double>(), 9 + 3, 1);
+  EXPECT_EQ(Outcome("Temperature"), "scaled");
+  EXPECT_EQ(Imported(Path("in.ARW")), settings);
 }
 
 TEST_F(SettingsImportTest, GrayscaleIsMinimumSaturation) {
@@ -344,7 +358,7 @@ TEST_F(SettingsImportTest, DamagedXmpIsRefused) {
   for (const std::string& text : {whole.substr(0, whole.size() / 2), std::string("<x"), std::string("{}"),
                                   std::string("\0\xFF\xFE", 3)}) {
     WriteFile(Path("in.xmp"), text);
-    ExpectRefusal(Import(Path("in.xmp"), {"-o", Path("old.json")}), kFailure,
+    ExpectRefusal(Import(Path("in.xmp"), {"-o", Path("old.json")}), kDamagedXmp,
                   "cannot read '" + Path("in.xmp") + "': it ");
   }
   EXPECT_EQ(ReadFile(Path("old.json")), "last year's work");

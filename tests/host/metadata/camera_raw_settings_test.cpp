@@ -1,6 +1,8 @@
 // Reading Camera Raw settings, and lumvik's own, from XMP.
 #include <gmock/gmock.h>
 
+#include <cmath>
+#include <filesystem>
 #include <string>
 #include <utility>
 #include <vector>
@@ -8,6 +10,7 @@
 #include "base/failure.h"
 #include "metadata/metadata_fixture.h"
 #include "metadata/metadata_module.h"
+#include "metadata/raw_facts.h"
 #include "support/file_bytes.h"
 
 namespace lumvik::host::test {
@@ -136,6 +139,42 @@ TEST_F(CameraRawSettingsTest, TheMostSpecificSidecarWins) {
     EXPECT_EQ(settings.frame.width, 60);
     EXPECT_EQ(settings.frame.height, 40);
     EXPECT_EQ(settings.frame.orientation, 6);
+  }
+}
+
+TEST_F(CameraRawSettingsTest, TheWhiteBalanceAsShotIsThatOfTheRawFile) {
+  const std::string sample = LUMVIK_SAMPLES "/sample_small.ARW";
+  const WhitePoint expected = ReadRawFacts(sample)->as_shot;
+  EXPECT_FALSE(std::isnan(expected.temperature));
+  const auto temperature_of = [](const std::string& path) {
+    return ReadCameraRawSettings(path).as_shot.temperature;
+  };
+  for (const char* name : {"a.xmp", "b.ARW.xmp", "c.jpg.xmp", "d.XMP"}) {
+    WriteXmp(name, R"(crs:Temperature="5000")");
+    EXPECT_TRUE(std::isnan(temperature_of(Path(name)))) << name;
+  }
+  for (const char* name : {"a.ARW", "b.ARW", "c.ARW", "d.arw"})
+    std::filesystem::copy_file(sample, Path(name));
+  PlainImage("a.JPG.png");
+  PlainImage("a.aaa.jpg");
+  std::filesystem::create_directory(Path("a.aaa"));
+  for (const char* name : {"a.xmp", "b.ARW.xmp", "d.XMP", "a.ARW", "b.ARW"}) {
+    EXPECT_EQ(temperature_of(Path(name)), expected.temperature) << name;
+    EXPECT_EQ(ReadCameraRawSettings(Path(name)).as_shot.tint, expected.tint) << name;
+  }
+  EXPECT_TRUE(std::isnan(temperature_of(Path("c.jpg.xmp"))));  // that of another file
+}
+
+TEST_F(CameraRawSettingsTest, AnUnknownWhiteBalanceHasAReason) {
+  const std::string unknown = "the white balance as shot is unknown: ";
+  EXPECT_EQ(ReadCameraRawSettings(WriteXmp("in.xmp", R"(crs:Tint="5")")).no_as_shot,
+            unknown + "there is no RAW file next to the XMP file");
+  EXPECT_EQ(ReadCameraRawSettings(Photograph()).no_as_shot, unknown + "the photograph is not a RAW file");
+  std::filesystem::copy_file(LUMVIK_TEST_DATA "/jpeg_thumb.dng", Path("raw.dng"));
+  WriteXmp("raw.xmp", R"(crs:Tint="5")");
+  for (const char* name : {"raw.xmp", "raw.dng"}) {
+    EXPECT_EQ(ReadCameraRawSettings(Path(name)).no_as_shot,
+              unknown + "LibRaw has no color matrix of the camera");
   }
 }
 

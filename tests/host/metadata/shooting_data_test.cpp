@@ -67,6 +67,9 @@ TEST_F(ShootingDataTest, ARawFileHasAllOfIt) {
   EXPECT_GT(exif.exposure_time, 0);
   EXPECT_NEAR(exif.gps_latitude, -(33 + 51 / 60.0 + 24.48 / 3600), 1e-6);
   EXPECT_NEAR(exif.gps_longitude, -151.2, 0.01);
+  // The chromaticity 0.3530, 0.3562: 4732 kelvin by McCamy's formula, 0.00066 below the locus by Krystek's.
+  EXPECT_NEAR(exif.as_shot_temperature, 4732, 15);
+  EXPECT_NEAR(exif.as_shot_tint, -2, 0.3);
 }
 
 TEST_F(ShootingDataTest, AnOrdinaryImageHasThatOfItsExif) {
@@ -91,6 +94,14 @@ TEST_F(ShootingDataTest, WithoutExifItIsUnknown) {
   EXPECT_EQ(exif.orientation, 1);
   EXPECT_TRUE(std::isnan(exif.gps_latitude));
   EXPECT_TRUE(std::isnan(exif.gps_longitude));
+  EXPECT_TRUE(std::isnan(exif.as_shot_temperature));
+  EXPECT_TRUE(std::isnan(exif.as_shot_tint));
+}
+
+TEST_F(ShootingDataTest, WithoutAColorMatrixTheWhiteBalanceIsUnknown) {
+  const lumvik_host_exif exif = ShootingData(LUMVIK_TEST_DATA "/jpeg_thumb.dng", 4, true);
+  EXPECT_TRUE(std::isnan(exif.as_shot_temperature));
+  EXPECT_TRUE(std::isnan(exif.as_shot_tint));
 }
 
 TEST_F(ShootingDataTest, SizeAndOrientationOfARawFileAreThoseOfTheFile) {

@@ -38,7 +38,6 @@ TEST(SettingsExportTest, ValuesWithAnExactInverseAreCameraRawSettings) {
                              {"defringe", 35.0F},
                              {"hsl.red.hue", 15.0F},
                              {"hsl.magenta.luminance", -7.7F},
-                             {"temperature", 5000.0F},
                              {"tone_curves.red", ToneCurve{{0, 0.2F}, {1, 1}}}};
   EXPECT_EQ(ExportedValue(settings, "Exposure2012"), "0.1");
   EXPECT_EQ(ExportedValue(settings, "Whites2012"), "20.5");
@@ -46,10 +45,7 @@ TEST(SettingsExportTest, ValuesWithAnExactInverseAreCameraRawSettings) {
   EXPECT_EQ(ExportedValue(settings, "DefringeGreenAmount"), "7");
   EXPECT_EQ(ExportedValue(settings, "HueAdjustmentRed"), "50");
   EXPECT_EQ(ExportedValue(settings, "LuminanceAdjustmentMagenta"), "-7.7");
-  EXPECT_EQ(ExportedValue(settings, "Temperature"), "5000");
-  EXPECT_EQ(ExportedValue(settings, "WhiteBalance"), "Custom");
   EXPECT_EQ(ExportedValue(settings, "ToneCurvePV2012Red"), "2 parts");
-  EXPECT_EQ(ExportedValue(settings, "Tint"), "(none)");
   EXPECT_TRUE(OwnValues(settings).empty()) << SettingsText(OwnValues(settings));
 }
 
@@ -60,12 +56,14 @@ TEST(SettingsExportTest, OtherValuesAreOurOwn) {
                              {"crop.h", 0.5F},
                              {"rotation", 2.0F},
                              {"vignette_amount", -20.0F},
+                             {"vignette_roundness", 30.0F},
                              {"sharpening_radius", 2.0F},
                              {"tone_curves.red", ToneCurve{{0, 0}, {1, 1}}}};
   Settings expected = settings;
   expected.erase("sharpening_radius");
   EXPECT_EQ(OwnValues(settings), expected);
   EXPECT_EQ(ExportedValue(settings, "PostCropVignetteAmount"), "(none)");
+  EXPECT_EQ(ExportedValue(settings, "PostCropVignetteRoundness"), "(none)");
   EXPECT_EQ(ExportedValue(settings, "ToneCurvePV2012Red"), "(none)");
 }
 
@@ -79,6 +77,19 @@ TEST(SettingsExportTest, ANeutralWhiteBalanceIsAsShot) {
   EXPECT_EQ(ExportedValue(one, "Temperature"), "(none)");
   EXPECT_EQ(OwnValues(one), one);
   EXPECT_EQ(ExportedValue({}, "WhiteBalance"), "(none)");
+}
+
+// Another program would take our temperature for that of the light.
+TEST(SettingsExportTest, AnotherWhiteBalanceIsOurOwn) {
+  const Settings settings = {{"temperature", 5000.0F}, {"tint", -7.5F}};
+  EXPECT_EQ(OwnValues(settings), settings);
+  for (const char* name :
+       {"WhiteBalance", "Temperature", "Tint", "IncrementalTemperature", "IncrementalTint"}) {
+    EXPECT_EQ(ExportedValue(settings, name), "(none)");
+  }
+  CameraRawSettings exported = ExportSettings(settings);
+  exported.as_shot = {5200, 3};
+  EXPECT_EQ(ImportSettings(exported).settings, settings);
 }
 
 TEST(SettingsExportTest, ALinearCurveIsTwoPoints) {

@@ -54,27 +54,27 @@ constexpr NumberCase kImportedNumbers[] = {
     {"Whites2012", "+20", "whites", -20, Outcome::kScaled},
     {"Blacks2012", "-7", "blacks", 7, Outcome::kScaled},
     {"Blacks2012", "0", "blacks", 0},
-    {"Temperature", "5800", "temperature", 5800},
-    {"Temperature", "50000", "temperature", 25000, Outcome::kScaled},
-    {"Tint", "+12", "tint", 12},
+    {"IncrementalTemperature", "0", "temperature", 6500, Outcome::kScaled},
+    {"IncrementalTemperature", "+50", "temperature", 9629.63F, Outcome::kScaled},
+    {"IncrementalTemperature", "-100", "temperature", 3939.394F, Outcome::kScaled},
+    {"IncrementalTemperature", "+200", "temperature", 25000, Outcome::kScaled},
+    {"IncrementalTint", "-20", "tint", -20},
     {"Saturation", "-5", "saturation", -5},
     {"Vibrance", "+18", "vibrance", 18},
     {"Clarity2012", "+9", "clarity", 9},
     {"Texture", "-8", "texture", -8},
     {"Dehaze", "+10", "dehaze", 10},
-    {"Dehaze", "-10", "dehaze", 0, Outcome::kScaled},
+    {"Dehaze", "+110", "dehaze", 100, Outcome::kScaled},
     {"Sharpness", "40", "sharpening_amount", 40},
     {"SharpenRadius", "+1.3", "sharpening_radius", 1.3F},
     {"LuminanceSmoothing", "15", "nr_luminance", 15},
     {"ColorNoiseReduction", "25", "nr_color", 25},
     {"LensManualDistortionAmount", "+11", "distortion", 11},
     {"VignetteAmount", "+30", "lens_vignette", 30},
-    {"VignetteAmount", "-30", "lens_vignette", 0, Outcome::kScaled},
     {"DefringePurpleAmount", "4", "defringe", 20, Outcome::kScaled},
     {"DefringeGreenAmount", "20", "defringe", 100, Outcome::kScaled},
     {"PerspectiveVertical", "-20", "perspective_h", -20},
     {"PostCropVignetteAmount", "+33", "vignette_amount", 33},
-    {"PostCropVignetteAmount", "-33", "vignette_amount", 0, Outcome::kScaled},
     {"PostCropVignetteMidpoint", "45", "vignette_midpoint", 45},
     {"PostCropVignetteRoundness", "-6", "vignette_roundness", -6},
     {"GrainAmount", "22", "grain_amount", 22},
@@ -113,7 +113,7 @@ TEST(HostImportTest, EveryNumberHasACase) {
 
 TEST(HostImportTest, ChangesAreExplained) {
   const SettingsImport import = ImportOf({{"Whites2012", {"+20"}},
-                                          {"Dehaze", {"-10"}},
+                                          {"Dehaze", {"+110"}},
                                           {"HueAdjustmentRed", {"+999"}},
                                           {"Texture", {"ten"}},
                                           {"SharpenDetail", {"25"}}});
@@ -134,13 +134,28 @@ TEST(HostImportTest, TheGreaterOfTwoSourcesWins) {
   }
 }
 
-TEST(HostImportTest, AWhiteBalanceAsShotIsNeutral) {
-  CameraRawProperties properties = {
-      {"WhiteBalance", {"As Shot"}}, {"Temperature", {"4900"}}, {"Tint", {"+9"}}};
-  EXPECT_EQ(ImportOf(properties).settings, (Settings{{"temperature", 6500.0F}, {"tint", 0.0F}}));
-  EXPECT_EQ(PropertyOf(ImportOf(properties), "Tint").note, "the white balance is As Shot");
-  properties[0].second = {"Custom"};
-  EXPECT_EQ(ImportOf(properties).settings, (Settings{{"temperature", 4900.0F}, {"tint", 9.0F}}));
+// Ours only brightens, so that these would do nothing, or the opposite.
+TEST(HostImportTest, ValuesWithoutACounterpartAreIgnored) {
+  const std::pair<const char*, const char*> lost[] = {
+      {"PostCropVignetteAmount", "-33"}, {"PostCropVignetteRoundness", "+6"}, {"Dehaze", "-10"},
+      {"VignetteAmount", "-30"},         {"DefringePurpleAmount", "-1"},      {"GrainAmount", "-1"}};
+  for (const auto& [name, value] : lost) {
+    const SettingsImport import = ImportOf({{name, {value}}});
+    EXPECT_TRUE(import.settings.empty()) << name;
+    EXPECT_EQ(import.properties.at(0).outcome, Outcome::kIgnored) << name;
+    EXPECT_EQ(import.properties.at(0).key, "") << name;
+    EXPECT_EQ(import.properties.at(0).note,
+              value[0] == '-' ? "no counterpart below 0" : "no counterpart above 0");
+  }
+}
+
+TEST(HostImportTest, TheShapeOfAnIgnoredVignetteIsIgnored) {
+  const SettingsImport import = ImportOf({{"PostCropVignetteAmount", {"-33"}},
+                                          {"PostCropVignetteMidpoint", {"40"}},
+                                          {"PostCropVignetteRoundness", {"-10"}}});
+  EXPECT_TRUE(import.settings.empty()) << SettingsText(import.settings);
+  EXPECT_EQ(PropertyOf(import, "PostCropVignetteMidpoint").note, "the vignette is ignored");
+  EXPECT_EQ(PropertyOf(import, "PostCropVignetteRoundness").outcome, Outcome::kIgnored);
 }
 
 TEST(HostImportTest, GrayscaleIsMinimumSaturation) {
