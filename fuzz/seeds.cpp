@@ -5,6 +5,7 @@
 #include <opencv2/imgcodecs.hpp>
 #include <random>
 
+#include "host/marked_images.h"
 #include "support/broken_raw.h"
 #include "support/exif_jpeg.h"
 #include "support/file_bytes.h"
@@ -148,6 +149,18 @@ void AddCallLists(const Folder& folder) {
   }
 }
 
+// Images, and a packet, with a mark.
+void AddMarks(const Folder& folder) {
+  for (const fuzz::MarkedImage& image : fuzz::MakeMarkedImages()) {
+    folder.Add("marked" + std::to_string(image.format), image.bytes);
+  }
+  folder.Add("packet",
+             std::string("<rdf:RDF><rdf:Description rdf:about=\"\" "
+                         "xmlns:lumvik=\"https://lumvik.invalid/ns/1.0/\"><lumvik:Mark>old</lumvik:Mark>"
+                         "<lumvik:Digest>00000000000000000000000000000000</lumvik:Digest>"
+                         "</rdf:Description></rdf:RDF>"));
+}
+
 void WriteSeeds(const std::filesystem::path& root) {
   AddImages(Folder(root / "image_loader_fuzz"));
   AddRawFiles(Folder(root / "raw_decoder_fuzz"));
@@ -160,6 +173,8 @@ void WriteSeeds(const std::filesystem::path& root) {
   }
   AddSettings(Folder(root / "settings_file_fuzz"));
   AddXmp(Folder(root / "xmp_import_fuzz"));
+  AddImages(Folder(root / "mark_fuzz"));
+  AddMarks(Folder(root / "mark_fuzz"));
   for (const char* target : {"call_list_fuzz", "host_calls_fuzz"}) {
     AddCallLists(Folder(root / target));
   }

@@ -13,7 +13,7 @@ set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 TARGETS=(settings_file_fuzz exif_fuzz image_loader_fuzz raw_decoder_fuzz thumbnail_fuzz perceptual_hash_fuzz
-  call_list_fuzz open_bytes_fuzz host_calls_fuzz xmp_import_fuzz)
+  call_list_fuzz open_bytes_fuzz host_calls_fuzz xmp_import_fuzz mark_fuzz)
 BUILD=$ROOT/build/checked
 
 seconds=60
