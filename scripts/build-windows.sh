@@ -22,7 +22,7 @@ key=$({
   cat "$ROOT/scripts/windows-dependencies.sh" "$ROOT/cmake/MingwW64.cmake"
   dpkg-query -W g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 mingw-w64-x86-64-dev nasm libopencv-core-dev \
     libraw20 libexif12 liblcms2-2 libjpeg62-turbo libpng16-16 libwebp7 libtiff6 zlib1g libexpat1 libexiv2-27 \
-    libcli11-dev nlohmann-json3-dev googletest
+    libcli11-dev nlohmann-json3-dev libxxhash-dev googletest
 } | sha256sum | cut -c 1-16)
 prefix=$CACHE/$key
 
@@ -45,7 +45,7 @@ rm -rf "$BUILD/package"
 cmake --install "$BUILD" --prefix "$stage" --strip >/dev/null
 mkdir -p "$stage/licenses"
 cp "$prefix"/licenses/*.txt "$prefix/versions.txt" "$stage/licenses"
-for package in gcc-mingw-w64-base mingw-w64-common libcli11-dev nlohmann-json3-dev; do
+for package in gcc-mingw-w64-base mingw-w64-common libcli11-dev nlohmann-json3-dev libxxhash-dev; do
   cp "/usr/share/doc/$package/copyright" "$stage/licenses/$package.txt"
 done
 # The same bytes every time: one timestamp, one order, no owners.

@@ -30,7 +30,7 @@ build_packages=(
   nlohmann-json3-dev       # settings files
   libjpeg-dev              # checks of JPEG files
   libpng-dev               # PNG files of previews, masks and histograms
-  libxxhash-dev            # fingerprints of files
+  libxxhash-dev            # fingerprints of files, digests; header-only
   libexiv2-dev             # metadata of exported images, XMP files
   libgtest-dev             # the tests, which are part of a release build
   libgmock-dev             # matchers for the tests

@@ -188,7 +188,7 @@ cmake_library opencv opencv -D BUILD_LIST=core,imgproc,imgcodecs \
 grep -q 'Parallel framework: *pthreads' "$WORK/opencv.log" || fail "OpenCV was configured without threads"
 
 step "Headers and tests"
-cp -r /usr/include/{CLI,nlohmann} "$OUT/include"
+cp -r /usr/include/{CLI,nlohmann,xxhash.h} "$OUT/include"
 mkdir -p "$OUT/share/cmake"
 cp -r /usr/share/cmake/{CLI11,nlohmann_json} "$OUT/share/cmake"
 ln -sfn /usr/src/googletest "$SOURCES/googletest"
