@@ -586,7 +586,7 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_get_mask(lumvik_host_photo* photo
 typedef enum lumvik_host_overwrite {
   LUMVIK_HOST_OVERWRITE_NONE = 0,  /**< None: an existing file gives ::LUMVIK_HOST_EXISTS. */
   LUMVIK_HOST_OVERWRITE_ANY = 1,   /**< Any file. */
-  LUMVIK_HOST_OVERWRITE_MARKED = 2 /**< A file with an intact mark. */
+  LUMVIK_HOST_OVERWRITE_MARKED = 2 /**< A file with an intact mark, as checked just before replacing it. */
 } lumvik_host_overwrite;
 
 /** What becomes of the photograph's metadata. */
