@@ -265,6 +265,27 @@ const FailedCall kFailedCalls[] = {
        uint64_t fingerprint = 0;
        return lumvik_host_fingerprint(o.photograph.c_str(), &fingerprint);
      }},
+    {"replace a marked file", Needs::kNoPhoto,
+     [](CallObjects& o) {
+       lumvik_host_save_options options = SavingAs(LUMVIK_HOST_FORMAT_PNG);
+       options.overwrite = LUMVIK_HOST_OVERWRITE_MARKED;
+       return lumvik_host_write_png(o.marked.c_str(), o.room.data(), 4, 4, 3, &options);
+     }},
+    {"read_exif of a RAW file", Needs::kNoPhoto,
+     [](CallObjects& o) {
+       auto exif = Sized<lumvik_host_exif>();
+       return lumvik_host_read_exif(o.raw.c_str(), &exif);
+     }},
+    {"read_exif of an image", Needs::kNoPhoto,
+     [](CallObjects& o) {
+       auto exif = Sized<lumvik_host_exif>();
+       return lumvik_host_read_exif(o.photograph.c_str(), &exif);
+     }},
+    {"get_warnings", Needs::kPhoto,
+     [](CallObjects& o) {
+       OwnedText warnings;
+       return lumvik_host_get_warnings(o.photo, &warnings.text);
+     }},
     {"get_exif", Needs::kPhoto,
      [](CallObjects& o) {
        auto exif = Sized<lumvik_host_exif>();
@@ -315,6 +336,17 @@ const FailedCall kFailedCalls[] = {
                                             nullptr, nullptr);
      },
      "out.jpg", Hides::kAsDamage},
+    {"extract_thumbnail of a size from a RAW file", Needs::kNoPhoto,
+     [](CallObjects& o) {
+       auto options = Sized<lumvik_host_thumbnail_options>();
+       options.max_width = 20;
+       options.metadata = LUMVIK_HOST_METADATA_NONE;
+       options.mark = "a mark";
+       OwnedData thumbnail;
+       return lumvik_host_extract_thumbnail(o.raw.c_str(), &options, &thumbnail.data, &thumbnail.size,
+                                            nullptr, nullptr);
+     },
+     "out.txt", Hides::kAsDamage},
     {"hash", Needs::kNoPhoto,
      [](CallObjects& o) {
        uint64_t hash = 0;
