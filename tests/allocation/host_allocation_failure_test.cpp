@@ -271,20 +271,10 @@ const FailedCall kFailedCalls[] = {
        options.overwrite = LUMVIK_HOST_OVERWRITE_MARKED;
        return lumvik_host_write_png(o.marked.c_str(), o.room.data(), 4, 4, 3, &options);
      }},
-    {"read_exif of a RAW file", Needs::kNoPhoto,
-     [](CallObjects& o) {
-       auto exif = Sized<lumvik_host_exif>();
-       return lumvik_host_read_exif(o.raw.c_str(), &exif);
-     }},
     {"read_exif of an image", Needs::kNoPhoto,
      [](CallObjects& o) {
        auto exif = Sized<lumvik_host_exif>();
        return lumvik_host_read_exif(o.photograph.c_str(), &exif);
-     }},
-    {"get_warnings", Needs::kPhoto,
-     [](CallObjects& o) {
-       OwnedText warnings;
-       return lumvik_host_get_warnings(o.photo, &warnings.text);
      }},
     {"get_exif", Needs::kPhoto,
      [](CallObjects& o) {
@@ -346,7 +336,7 @@ const FailedCall kFailedCalls[] = {
        return lumvik_host_extract_thumbnail(o.raw.c_str(), &options, &thumbnail.data, &thumbnail.size,
                                             nullptr, nullptr);
      },
-     "out.txt", Hides::kAsDamage},
+     "out.jpg", Hides::kAsDamage},
     {"hash", Needs::kNoPhoto,
      [](CallObjects& o) {
        uint64_t hash = 0;
