@@ -4,6 +4,7 @@
 #include <opencv2/imgcodecs.hpp>
 #include <vector>
 
+#include "batch/worker_report.h"
 #include "command_test.h"
 
 namespace lumvik::test {
@@ -103,6 +104,18 @@ TEST_F(DamagedPhotographTest, EveryCommandThatReadsPixelsRefusesIt) {
         << accepted.err;
     fs::remove(out);
   }
+}
+
+// For `lumvik batch`.
+TEST_F(DamagedPhotographTest, AWorkerReportsTheDamage) {
+  const std::string in = Cut(kTower, 0.5, "cut.jpg");
+  const ProcessResult result = Develop(in, Path("out.jpg"), {"--accept-damaged", kWorkerReportOption});
+  EXPECT_EQ(result.status, kSuccess);
+  EXPECT_EQ(result.err, "") << "the batch reports it";
+  const auto report = FindWorkerReport(result.out);
+  ASSERT_TRUE(report) << result.out;
+  EXPECT_EQ(report->damage, "the JPEG ends in the middle of the image");
+  EXPECT_EQ(report->width, 2272);
 }
 
 TEST_F(DamagedPhotographTest, TheDamageIsInTheJson) {

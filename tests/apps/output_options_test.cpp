@@ -1,4 +1,9 @@
 // --copyright and --keep-times.
+#if !defined(_WIN32)
+#include <fcntl.h>
+#include <sys/stat.h>
+#endif
+
 #include <chrono>
 #include <filesystem>
 
@@ -21,9 +26,22 @@ TEST_F(OutputOptionsTest, TheCopyrightIsSet) {
 
 TEST_F(OutputOptionsTest, ACopyrightNeedsMetadata) {
   ExpectRefusal(Develop(Photograph("in.jpg"), Path("out.jpg"), {"--copyright", "Ada", "--no-exif"}), kUsage,
-                "--copyright");
+                "--copyright excludes --no-exif");
   EXPECT_FALSE(fs::exists(Path("out.jpg")));
 }
+
+#if !defined(_WIN32)
+TEST_F(OutputOptionsTest, TheTimeOfAccessIsKept) {
+  const std::string in = Photograph("in.png");
+  const timespec times[] = {{1000000, 5}, {2000000, 6}};  // accessed, modified
+  ASSERT_EQ(utimensat(AT_FDCWD, in.c_str(), times, 0), 0);
+  ASSERT_EQ(Develop(in, Path("kept.jpg"), {"--keep-times"}).status, kSuccess);
+  struct stat status = {};
+  ASSERT_EQ(stat(Path("kept.jpg").c_str(), &status), 0);
+  EXPECT_EQ(status.st_atim.tv_sec, 1000000) << "before the command read it";
+  EXPECT_EQ(status.st_mtim.tv_sec, 2000000);
+}
+#endif
 
 TEST_F(OutputOptionsTest, TheTimesOfThePhotographAreKept) {
   const std::string in = Photograph("in.png");

@@ -68,7 +68,8 @@ TEST_F(ReportingTest, VerboseNamesSourcesAndTimes) {
 }
 
 TEST_F(ReportingTest, QuietAndVerboseExcludeEachOther) {
-  ExpectRefusal(Develop(in_, Path("out.jpg"), {"--quiet", "--verbose"}), kUsage, "--quiet");
+  ExpectRefusal(Develop(in_, Path("out.jpg"), {"--quiet", "--verbose"}), kUsage,
+                "--verbose excludes --quiet");
 }
 
 TEST_F(ReportingTest, DryRunWritesNothing) {

@@ -1,10 +1,14 @@
 // A photograph from standard input, and an image to standard output. Needs a shell.
+#include <cstdio>
 #include <filesystem>
+#include <memory>
 #include <opencv2/imgcodecs.hpp>
+#include <stdexcept>
 #include <vector>
 
 #include "command_test.h"
 #include "exif_file.h"
+#include "terminal/standard_streams.h"
 
 namespace lumvik::test {
 namespace {
@@ -90,6 +94,16 @@ TEST_F(StandardStreamTest, DamageFromStandardInputIsFound) {
   EXPECT_EQ(png.status, kDamaged);  // libpng prints its own line
   EXPECT_NE(png.err.find("lumvik: cannot open standard input: "), std::string::npos) << png.err;
   EXPECT_FALSE(fs::exists(Path("out.jpg")));
+}
+
+TEST_F(StandardStreamTest, InputIsLimited) {
+  const std::unique_ptr<std::FILE, int (*)(std::FILE*)> file(std::tmpfile(), std::fclose);
+  const std::string bytes(200000, 'x');
+  ASSERT_EQ(std::fwrite(bytes.data(), 1, bytes.size(), file.get()), bytes.size());
+  std::rewind(file.get());
+  EXPECT_EQ(ReadToEnd(file.get(), bytes.size()), bytes);
+  std::rewind(file.get());
+  EXPECT_THROW(ReadToEnd(file.get(), bytes.size() - 1), std::runtime_error);
 }
 
 TEST_F(StandardStreamTest, EmptyInput) {

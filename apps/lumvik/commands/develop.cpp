@@ -54,10 +54,7 @@ void SaveImage(const DevelopOptions& options, const api::Settings& given, api::P
   how.format = options.Format();
   if (options.ToStandardOutput()) return WriteStandardOutput(photo.SaveBytes(how));
 
-  std::optional<FileTimes> times;
-  if (options.how.keep_times) times.emplace(options.photograph.input);
   WriteOutput(*options.output, [&] { photo.Save(*options.output, how); });
-  if (times) times->ApplyTo(*options.output);
   results.Wrote(*options.output, WrittenSize(options, photo));
 }
 
@@ -93,6 +90,8 @@ void PrintWorkerReport(api::Size size, const Results& results) {
 
 void DevelopPhotograph(const DevelopOptions& options, const api::Settings& given, Results& results) {
   const Photograph& photograph = options.photograph;
+  std::optional<FileTimes> times;  // before the photograph is read
+  if (options.how.keep_times && options.output) times.emplace(photograph.input);
   api::Photo photo = Open(photograph, results, KeepsColors(options.how));
   // The point refers to the photograph as it is before development.
   if (options.background_blur > 0) photo.FindSubject(options.subject.x, options.subject.y);
@@ -100,6 +99,7 @@ void DevelopPhotograph(const DevelopOptions& options, const api::Settings& given
   photo.Render();
   results.NoteStep("developed");
   WriteFiles(options, given, used, photo, results);
+  if (times) times->ApplyTo(*options.output);
   if (options.worker_report) PrintWorkerReport(WrittenSize(options, photo), results);
 }
 

@@ -46,13 +46,16 @@ void AddExportOptions(CLI::App& command, ExportOptions& options) {
       ->type_name("PROFILE")
       ->check(CLI::Validator(CheckProfile, ""))
       ->group(kOutputGroup);
-  CLI::Option* const no_exif =
-      command.add_flag("--no-exif", options.no_exif, "Do not copy the photograph's metadata")
-          ->group(kOutputGroup);
+  command.add_flag("--no-exif", options.no_exif, "Do not copy the photograph's metadata")
+      ->group(kOutputGroup);
   command.add_flag("--strip-gps", options.strip_gps, "Do not copy GPS data")->group(kOutputGroup);
-  command.add_option("--copyright", options.copyright, "Set the copyright notice")
+  // Options are read in this order.
+  const auto set_copyright = [&options](const std::string& text) {
+    if (options.no_exif) throw CLI::ExcludesError("--copyright", "--no-exif");
+    options.copyright = text;
+  };
+  command.add_option_function<std::string>("--copyright", set_copyright, "Set the copyright notice")
       ->type_name("TEXT")
-      ->excludes(no_exif)
       ->group(kOutputGroup);
   command
       .add_flag("--keep-times", options.keep_times,
