@@ -299,6 +299,9 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_find_sidecar(const char* photogra
  * its own metadata. @p report (optional) is a JSON object: "file", where they were found, and "properties",
  * with "name", "value", "outcome" ("taken", "scaled" or "ignored"), "key" and "note" for each. Needs the
  * metadata module. A file without such settings gives ::LUMVIK_HOST_NOT_FOUND.
+ *
+ * A temperature there is that of the light. It is taken relative to the white balance as shot, which is that
+ * in the file or of the RAW file, for an XMP file that of the RAW file next to it; without one it is ignored.
  */
 LUMVIK_HOST_API lumvik_host_status lumvik_host_settings_import_xmp(const char* path,
                                                                    lumvik_host_settings** settings,

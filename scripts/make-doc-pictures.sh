@@ -41,6 +41,20 @@ compose() {
   echo "$PICTURES/$name.jpg"
 }
 
+# imported ATTRIBUTES [ELEMENTS]: the option for the settings imported from an XMP sidecar with these properties, whose
+# prefix is "crs".
+imported() {
+  cp "$PHOTO" "$work/imported.ARW"
+  cat >"$work/imported.xmp" <<XMP
+<x:xmpmeta xmlns:x="adobe:ns:meta/"><rdf:RDF xmlns:rdf="http://www.w3.org/1999/02/22-rdf-syntax-ns#">
+<rdf:Description rdf:about="" xmlns:crs="http://ns.adobe.com/camera-raw-settings/1.0/" $1>${2-}</rdf:Description>
+</rdf:RDF></x:xmpmeta>
+XMP
+  rm -f "$work/imported.json"
+  "$LUMVIK" settings import "$work/imported.ARW" -o "$work/imported.json" 2>/dev/null
+  printf -- '--settings %s\n' "$work/imported.json"
+}
+
 sky_and_hills=900x600+560+130
 cliff=300x200+300+480
 ridge=300x200+780+330
@@ -88,3 +102,13 @@ compose crop whole "" "--crop 0.35,0.25,0.6,0.6"
 compose vignette whole "" "--vignette-amount 60" "--vignette-amount 60 --vignette-midpoint 80" \
   "--vignette-amount 60 --vignette-roundness -100"
 compose grain "$ridge" "" "--grain-amount 60 --grain-size 0" "--grain-amount 60 --grain-size 100"
+
+# Imported from XMP. The sample's white balance as shot is 4726 kelvin.
+compose import-temperature whole "" '$(imported "crs:Temperature=\"4300\" crs:Tint=\"-2\"")' \
+  '$(imported "crs:Temperature=\"5500\" crs:Tint=\"-2\"")'
+compose import-vignette whole "" '$(imported "crs:PostCropVignetteAmount=\"+60\"")' \
+  '$(imported "crs:PostCropVignetteAmount=\"-60\" crs:Exposure2012=\"0\"")'
+compose import-look whole "" '$(imported "crs:Contrast2012=\"+35\" crs:Blacks2012=\"+30\" \
+  crs:HueAdjustmentBlue=\"-40\" crs:SaturationAdjustmentBlue=\"-35\" crs:LuminanceAdjustmentOrange=\"+20\"" \
+  "<crs:ToneCurvePV2012><rdf:Seq><rdf:li>0, 20</rdf:li><rdf:li>64, 56</rdf:li><rdf:li>192, 204</rdf:li>
+  <rdf:li>255, 245</rdf:li></rdf:Seq></crs:ToneCurvePV2012>")'

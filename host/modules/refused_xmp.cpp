@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cctype>
 #include <cstdint>
+#include <optional>
 #include <utility>
 
 #include "files/byte_reading.h"
@@ -41,8 +42,10 @@ class RefusedXmpFinder {
       SearchWebp();
     } else if (StartsWith(file_, "\xFF\xD8")) {
       SearchJpeg();
-    } else {
+    } else if (StartsWith(file_, "II") || StartsWith(file_, "MM")) {
       SearchTiff(file_);
+    } else {
+      SearchAnywhere();
     }
     return std::move(refused_);
   }
@@ -53,14 +56,21 @@ class RefusedXmpFinder {
   }
 
   // `name` is in the file and identifies the packet.
-  void Check(std::string_view name, const std::string& why) {
+  void Refuse(std::string_view name, const std::string& why) {
     if (!why.empty()) refused_.push_back({OffsetOf(name), why});
+  }
+
+  // Entries and boxes may overlap, so that a small file could hold any number of huge packets.
+  void Check(std::string_view name, std::string_view packet) {
+    constexpr int kMaxPackets = 4;
+    const bool is_one_too_many = ++packets_ > kMaxPackets;
+    Refuse(name, is_one_too_many ? "there are more than 4 packets" : XmpFault(packet));
   }
 
   void SearchJpeg() {
     for (const host::JpegSegment& segment : host::JpegSegments(file_)) {
       if (segment.marker != host::kJpegApp1 || !StartsWith(segment.payload, kJpegXmp)) continue;
-      Check(segment.payload, XmpFault(segment.payload.substr(kJpegXmp.size())));
+      Check(segment.payload, segment.payload.substr(kJpegXmp.size()));
     }
   }
 
@@ -68,9 +78,9 @@ class RefusedXmpFinder {
     for (const host::PngChunk& chunk : host::PngChunks(file_)) {
       const bool is_text = chunk.type == "iTXt" || chunk.type == "zTXt" || chunk.type == "tEXt";
       if (is_text && StartsWith(chunk.data, kPngXmp)) {
-        Check(chunk.type, PngTextFault(chunk, kPngXmp.size()));
+        CheckPacketOf(chunk, PngText(chunk, kPngXmp.size()));
       } else if (is_text && StartsWith(chunk.data, kPngRawXmp)) {
-        Check(chunk.type, RawProfileFault(chunk));
+        CheckPacketOf(chunk, FromRawProfile(PngText(chunk, kPngRawXmp.size())));
       } else if (StartsWith(chunk.data, kPngRawExif) || StartsWith(chunk.data, kPngRawApp1)) {
         SearchPngExif(chunk);
       }
@@ -99,9 +109,9 @@ class RefusedXmpFinder {
     return inflated;
   }
 
-  std::string PngTextFault(const host::PngChunk& chunk, std::size_t keyword) {
-    const std::string packet = PngText(chunk, keyword);
-    return packet.empty() ? kUndecodable : XmpFault(packet);
+  void CheckPacketOf(const host::PngChunk& chunk, const std::string& packet) {
+    if (packet.empty()) return Refuse(chunk.type, kUndecodable);
+    Check(chunk.type, packet);
   }
 
   // Three lines, the last with the length, and hexadecimal digits.
@@ -126,16 +136,11 @@ class RefusedXmpFinder {
     return bytes;
   }
 
-  std::string RawProfileFault(const host::PngChunk& chunk) {
-    const std::string packet = FromRawProfile(PngText(chunk, kPngRawXmp.size()));
-    return packet.empty() ? kUndecodable : XmpFault(packet);
-  }
-
   // EXIF is a TIFF, and may thus hold XMP. That of a camera has at most 64 KiB, since it was in a JPEG.
   void SearchPngExif(const host::PngChunk& chunk) {
     constexpr std::size_t kMaxExifInPng = std::size_t{1} << 20U;
     if (FromRawProfile(PngText(chunk, kPngRawExif.size())).size() > kMaxExifInPng) {
-      Check(chunk.type, "the EXIF around it is larger than 1 MB");
+      Refuse(chunk.type, "the EXIF around it is larger than 1 MB");
     }
   }
 
@@ -147,7 +152,7 @@ class RefusedXmpFinder {
       if (!size) return;
       const std::string_view name = host::PartOf(file_, at, 4);
       const std::string_view data = host::PartOf(file_, at + kHeader, *size);
-      if (name == "XMP ") Check(name, XmpFault(data));
+      if (name == "XMP ") Check(name, data);
       if (name == "EXIF") {
         constexpr std::string_view kExif = {"Exif\0\0", 6};
         SearchTiff(StartsWith(data, kExif) ? data.substr(kExif.size()) : data);
@@ -167,12 +172,35 @@ class RefusedXmpFinder {
       // The low byte of the tag.
       const std::size_t tag_at =
           static_cast<std::size_t>(entry.position) + (reader.Order() == ByteOrder::kBig ? 1 : 0);
-      Check(tiff.substr(tag_at), XmpFault(host::PartOf(tiff, entry.offset, size)));
+      Check(tiff.substr(tag_at), host::PartOf(tiff, entry.offset, size));
+    }
+  }
+
+  // Other RAW formats contain TIFFs, or ISO boxes, of which one with this identifier holds XMP.
+  void SearchAnywhere() {
+    constexpr std::string_view kTiffStarts[] = {{"II*\0", 4}, {"MM\0*", 4}};
+    constexpr std::string_view kXmpBox = "\xBE\x7A\xCF\xCB\x97\xA9\x42\xE8\x9C\x71\x99\x94\x91\xE3\xAF\xAC";
+    constexpr int kMaxTiffs = 64;  // far more than there are, in what is not pixels
+    for (const std::string_view start : kTiffStarts) {
+      std::size_t at = file_.find(start);
+      for (int i = 0; i < kMaxTiffs && at != std::string_view::npos; ++i, at = file_.find(start, at + 1)) {
+        SearchTiff(file_.substr(at));
+      }
+    }
+    for (std::size_t at = file_.find(kXmpBox); at != std::string_view::npos;
+         at = file_.find(kXmpBox, at + 1)) {
+      constexpr std::size_t kBoxHeader = 8;  // size and type
+      const auto size =
+          at < kBoxHeader ? std::nullopt : host::NumberAt(file_, at - kBoxHeader, 4, ByteOrder::kBig);
+      const std::size_t packet = at + kXmpBox.size();
+      const std::uint64_t length = std::max<std::uint64_t>(size.value_or(0), kBoxHeader + kXmpBox.size());
+      Check(file_.substr(at), host::PartOf(file_, packet, length - kBoxHeader - kXmpBox.size()));
     }
   }
 
   std::string_view file_;
   std::size_t inflated_ = 0;  // bytes
+  int packets_ = 0;
   std::vector<RefusedXmp> refused_;
 };
 

@@ -18,11 +18,14 @@
 #include "files/xmp_part.h"
 #include "metadata/metadata_fixture.h"
 #include "metadata/metadata_module.h"
+#include "modules/refused_xmp.h"
 #include "support/file_bytes.h"
 
 namespace lumvik::host::test {
 namespace {
 
+using lumvik::metadata::FindRefusedXmp;
+using lumvik::metadata::RefusedXmp;
 using lumvik::metadata::XmpFault;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -276,6 +279,56 @@ TEST_F(FencedPhotographTest, RefusedXmpIsLeftOutOfCopies) {
 TEST_F(FencedPhotographTest, ATextThatInflatesBeyondTheLimitIsRefused) {
   const std::string path = CompressedPng(Packet("crs:A=\"" + std::string(20U << 20U, 'a') + "\""));
   EXPECT_THAT(FailureOf(path).what(), HasSubstr("larger than 16 MB"));
+}
+
+// As in files of Fujifilm, Minolta and Canon.
+TEST_F(FencedPhotographTest, PacketsWithinOtherRawFormatsAreFound) {
+  const std::string bad = Packet(Attributes(2100));
+  const std::string tiff = ReplaceXmp(Content(PlainImage("plain.tif")), LUMVIK_HOST_FORMAT_TIFF, bad);
+  const std::string raf = "FUJIFILMCCD-RAW 0201" + std::string(100, '\0') + tiff;
+  ASSERT_EQ(FindRefusedXmp(raf).size(), 1U);
+  const std::size_t tag_at = FindRefusedXmp(raf)[0].name_at;
+  EXPECT_EQ(raf.substr(tag_at, 2), "\xBC\x02");
+
+  const auto boxed = [](const std::string& packet) {
+    const std::string uuid = "\xBE\x7A\xCF\xCB\x97\xA9\x42\xE8\x9C\x71\x99\x94\x91\xE3\xAF\xAC";
+    const std::size_t size = 8 + uuid.size() + packet.size();
+    return std::string(
+               "\0\0\0\x18"
+               "ftypcrx \0\0\0\1crx isom",
+               24) +
+           '\0' + static_cast<char>(size >> 16U) + static_cast<char>(size >> 8U) + static_cast<char>(size) +
+           "uuid" + uuid + packet + "<a b>";  // beyond the box
+  };
+  ASSERT_EQ(FindRefusedXmp(boxed(bad)).size(), 1U);
+  EXPECT_EQ(FindRefusedXmp(boxed(bad))[0].name_at, 32U);
+  EXPECT_EQ(FindRefusedXmp(boxed(bad))[0].why, kTooManyProperties);
+  EXPECT_EQ(FindRefusedXmp(boxed(Packet("crs:A=\"1\""))).size(), 0U);
+}
+
+TEST_F(FencedPhotographTest, NotMoreThanFourPacketsAreParsed) {
+  std::string png = Content(PlainImage("plain.png"));
+  const std::string packet = Packet("crs:A=\"1\"");
+  for (int i = 1; i <= 5; ++i) {
+    png = InsertIntoPng(png, MakePngChunk("iTXt", std::string("XML:com.adobe.xmp\0\0\0\0\0", 22) + packet));
+    ASSERT_EQ(FindRefusedXmp(png).size(), i <= 4 ? 0U : 1U) << i;
+  }
+  EXPECT_EQ(FindRefusedXmp(png)[0].why, "there are more than 4 packets");
+}
+
+TEST_F(FencedPhotographTest, DamagedFilesAreSearchedWithinTheirBounds) {
+  const std::string bad = Packet(Attributes(2100));
+  for (const std::string& path : Photographs(bad)) {
+    const std::string whole = Content(path);
+    for (std::size_t size = 0; size < whole.size(); size += 1 + size / 8) {
+      for (const RefusedXmp& refused : FindRefusedXmp(whole.substr(0, size))) {
+        EXPECT_LT(refused.name_at, size) << path;
+      }
+    }
+  }
+  for (const char* start : {"", "I", "II", "MM", "RIFF", "\xFF\xD8", "\x89PNG\r\n\x1A\n"}) {
+    EXPECT_EQ(FindRefusedXmp(start).size(), 0U);
+  }
 }
 
 }  // namespace
