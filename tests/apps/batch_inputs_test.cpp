@@ -80,11 +80,12 @@ TEST_F(BatchInputsTest, NamedOutputsAreReportedAsSkipped) {
   const ProcessResult result =
       RunProcess({LUMVIK_COMMAND, "batch", In("a.png"), In("a.jpg"), "-o", In(), "--json"});
   EXPECT_EQ(result.status, kSuccess) << result.err;
-  EXPECT_NE(result.err.find("lumvik: '" + In("a.jpg") + "' was skipped: it is an output of this command\n"),
+  EXPECT_NE(result.err.find("lumvik: skipped '" + In("a.jpg") + "': it is an output of this command\n"),
             std::string::npos)
       << result.err;
-  EXPECT_EQ(Json::parse(result.out).at("photographs").at(1),
-            Json({{"input", In("a.jpg")}, {"status", "skipped"}, {"reason", "an output of this command"}}));
+  EXPECT_EQ(
+      Json::parse(result.out).at("photographs").at(1),
+      Json({{"input", In("a.jpg")}, {"status", "skipped"}, {"reason", "it is an output of this command"}}));
 }
 
 TEST_F(BatchInputsTest, OutputsInAnotherFolderArePhotographs) {
@@ -104,10 +105,9 @@ TEST_F(BatchInputsTest, FilesAreListed) {
       RunProcess({"sh", "-c", "\"$0\" \"$@\" < \"" + Path("nul") + "\"", LUMVIK_COMMAND, "batch", In("d.png"),
                   "--files-from", "-", "-o", Path("piped")});
   EXPECT_EQ(piped.status, kSuccess) << piped.err;
-  EXPECT_EQ(piped.out.substr(0, piped.out.find(' ')), Path("piped/d.jpg"));
-  EXPECT_TRUE(fs::exists(Path("piped/b c.jpg")));
-  EXPECT_TRUE(fs::exists(Path("piped/a.jpg")));
-  EXPECT_FALSE(fs::exists(Path("piped/*.jpg")));
+  Names piped_names;
+  for (const auto& entry : fs::directory_iterator(Path("piped"))) piped_names.insert(entry.path().filename());
+  EXPECT_EQ(piped_names, Names({"a.jpg", "b c.jpg", "d.jpg"}));
 }
 
 TEST_F(BatchInputsTest, MissingListsAndFiles) {
@@ -173,8 +173,7 @@ TEST_F(BatchInputsTest, ADryRunWritesNothing) {
   WriteFile(Out("c.jpg"), "foreign");
   const ProcessResult result = Batch({"--dry-run", "--resume"});
   EXPECT_EQ(result.status, kFailure);
-  EXPECT_EQ(result.out,
-            In("a.png") + " skipped: already developed\n" + In("b.png") + " -> " + Out("b.jpg") + "\n");
+  EXPECT_EQ(result.out, In("a.png") + ": already developed\n" + In("b.png") + " -> " + Out("b.jpg") + "\n");
   EXPECT_EQ(result.err, "lumvik: '" + Out("c.jpg") +
                             "' exists and was not written by lumvik, or was changed since; --overwrite "
                             "replaces it\nlumvik: 1 to develop, 1 to skip, 1 would fail\n");

@@ -61,11 +61,15 @@ std::string StopOf(const BatchReport& report) {
   return "the disk of '" + *report.full_disk + "' is full; free some space and continue with --resume";
 }
 
-void ReportPhotograph(const BatchTask& task, const BatchOutcome& outcome) {
+void ReportPhotograph(const BatchTask& task, const BatchOutcome& outcome, const Reporting& reporting) {
   if (!outcome.failure.empty()) Report(outcome.failure);
-  if (!outcome.damage.empty()) Report("'" + task.input + "' is damaged: " + outcome.damage);
-  for (const std::string& warning : outcome.warnings) Report("'" + task.input + "': " + warning);
-  if (task.output.empty()) Report("'" + task.input + "' was skipped: it is " + outcome.reason);
+  if (reporting.quiet) return;
+  if (!outcome.damage.empty()) Report("warning: '" + task.input + "' is damaged: " + outcome.damage);
+  for (const std::string& warning : outcome.warnings) Report("warning: '" + task.input + "': " + warning);
+  const bool is_named = task.output.empty();  // and yet not developed
+  if (!outcome.reason.empty() && (reporting.verbose || is_named)) {
+    Report("skipped '" + task.input + "': " + outcome.reason);
+  }
 }
 
 std::string SummaryOf(const BatchReport& report) {
@@ -85,6 +89,12 @@ std::string SummaryOf(const BatchReport& report) {
   return text.str();
 }
 
+std::string DryRunSummaryOf(const BatchReport& report) {
+  return std::to_string(Count(report, BatchState::kPending)) + " to develop, " +
+         std::to_string(Count(report, BatchState::kSkipped)) + " to skip, " +
+         std::to_string(Count(report, BatchState::kFailed)) + " would fail";
+}
+
 }  // namespace
 
 ExitStatus StatusOf(const BatchReport& report) {
@@ -96,7 +106,7 @@ ExitStatus StatusOf(const BatchReport& report) {
 void PrintBatchJson(const BatchReport& report) {
   nlohmann::ordered_json json = {
       {"interrupted", report.interrupted}, {"jobs", report.work.workers}, {"seconds", report.seconds}};
-  if (report.dry_run) json["dry_run"] = true;
+  if (report.reporting.dry_run) json["dry_run"] = true;
   if (report.full_disk) json["stopped"] = StopOf(report);
   for (const BatchState state : {BatchState::kDeveloped, BatchState::kSkipped, BatchState::kDamaged,
                                  BatchState::kFailed, BatchState::kPending}) {
@@ -118,7 +128,7 @@ void PrintDryRun(const BatchReport& report) {
     if (outcome.state == BatchState::kPending) {
       std::cout << Printable(task.input) << " -> " << Printable(task.output) << '\n';
     } else if (outcome.state == BatchState::kSkipped) {
-      std::cout << Printable(task.input) << " skipped: " << outcome.reason << '\n';
+      std::cout << Printable(task.input) << ": " << outcome.reason << '\n';
     }
   }
 }
@@ -126,16 +136,11 @@ void PrintDryRun(const BatchReport& report) {
 void ReportBatch(const BatchReport& report) {
   for (const std::string& failure : report.failures) Report(failure);
   for (std::size_t i = 0; i < report.outcomes.size(); ++i) {
-    ReportPhotograph(report.work.tasks[i], report.outcomes[i]);
+    ReportPhotograph(report.work.tasks[i], report.outcomes[i], report.reporting);
   }
   if (report.full_disk) Report(StopOf(report));
-  if (report.dry_run) {
-    Report(std::to_string(Count(report, BatchState::kPending)) + " to develop, " +
-           std::to_string(Count(report, BatchState::kSkipped)) + " to skip, " +
-           std::to_string(Count(report, BatchState::kFailed)) + " would fail");
-  } else {
-    Report(SummaryOf(report));
-  }
+  if (report.reporting.quiet) return;
+  Report(report.reporting.dry_run ? DryRunSummaryOf(report) : SummaryOf(report));
 }
 
 }  // namespace lumvik

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "batch/run.h"
+#include "options/reporting.h"
 #include "terminal/exit_status.h"
 
 namespace lumvik {
@@ -15,10 +16,10 @@ struct BatchReport {
   const BatchWork& work;
   const std::vector<BatchOutcome>& outcomes;
   const std::vector<std::string>& failures;  // of arguments and folders
+  Reporting reporting;
   double seconds = 0;
   bool interrupted = false;
   std::optional<std::string> full_disk = std::nullopt;  // a folder on it
-  bool dry_run = false;
 };
 
 // That of the command, unless it was interrupted.

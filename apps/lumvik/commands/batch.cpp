@@ -40,6 +40,7 @@
 #include "options/passed_options.h"
 #include "options/photograph.h"
 #include "options/range.h"
+#include "options/reporting.h"
 #include "terminal/progress_bar.h"
 #include "terminal/reported_failure.h"
 #include "terminal/result_line.h"
@@ -61,8 +62,7 @@ struct BatchOptions {
   unsigned jobs = DefaultJobs();
   unsigned time_limit = kDefaultTimeLimit;  // seconds
   bool resume = false;
-  bool dry_run = false;
-  bool json = false;
+  Reporting reporting;
   Photograph photograph;  // applies to every input
   ExportOptions how;
   std::vector<const CLI::Option*> develop_options;
@@ -137,7 +137,8 @@ std::string Megabytes(std::uint64_t bytes) {
 }
 
 // The number of workers that the user wants and memory allows, which is reported on standard error.
-unsigned ChooseWorkers(const std::vector<std::string>& photographs, unsigned jobs) {
+unsigned ChooseWorkers(const std::vector<std::string>& photographs, unsigned jobs,
+                       const Reporting& reporting) {
   const std::vector<std::uint64_t> estimates = EstimateMemory(photographs);
   const std::uint64_t free = FreeMemory();
   const unsigned workers = WorkersThatFit(estimates, jobs, free);
@@ -147,8 +148,21 @@ unsigned ChooseWorkers(const std::vector<std::string>& photographs, unsigned job
        << std::max(processors / workers, 1U) << " of " << processors << " processors each; up to "
        << Megabytes(*std::max_element(estimates.begin(), estimates.end())) << " of memory each, "
        << Megabytes(free) << " available";
-  Report(text.str());
+  if (!reporting.quiet) Report(text.str());
   return workers;
+}
+
+void PrintDone(const BatchTask& task, const BatchOutcome& outcome, const Reporting& reporting) {
+  if (outcome.state != BatchState::kDeveloped) return;
+  if (!reporting.json && !reporting.quiet) {
+    PrintResult(task.output, {outcome.width, outcome.height});
+    std::cout.flush();
+  }
+  if (!reporting.verbose) return;
+  std::ostringstream text;
+  text << "developed '" << task.input << "' in " << std::fixed << std::setprecision(2) << outcome.seconds
+       << " s";
+  Report(text.str());
 }
 
 // For outputs that are not developed again; a run cleans the folders that it writes to.
@@ -167,17 +181,15 @@ void RunWithProgress(const BatchOptions& options, BatchWork& work, std::vector<B
   }
   if (pending.empty()) return CleanWorkFolders(work);
   MakeFolder(options.output_folder);
-  work.workers = ChooseWorkers(pending, options.jobs);
-  ProgressBar bar(pending.size(), ProgressBar::Elsewhere::kPlainLines);
+  work.workers = ChooseWorkers(pending, options.jobs, options.reporting);
+  ProgressBar bar(options.reporting.quiet ? 0 : pending.size(), ProgressBar::Elsewhere::kPlainLines);
   const auto done = [&](std::size_t i) {
-    if (!options.json && outcomes[i].state == BatchState::kDeveloped) {
-      bar.Wipe();
-      PrintResult(work.tasks[i].output, {outcomes[i].width, outcomes[i].height});
-      std::cout.flush();
-    }
+    bar.Wipe();
+    PrintDone(work.tasks[i], outcomes[i], options.reporting);
     bar.Advance();
   };
   const auto notify = [&](const std::string& sentence) {
+    if (options.reporting.quiet) return;
     bar.Wipe();
     Report(sentence);
   };
@@ -189,7 +201,7 @@ void AddOwnOutputs(const BatchInputs& inputs, BatchWork& work, std::vector<Batch
     work.tasks.push_back({path, ""});
     outcomes.emplace_back();
     outcomes.back().state = BatchState::kSkipped;
-    outcomes.back().reason = "an output of this command";
+    outcomes.back().reason = "it is an output of this command";
   }
 }
 
@@ -201,20 +213,19 @@ void DevelopBatch(const BatchOptions& options) {
   std::vector<BatchOutcome> outcomes = Survey(work, inputs.canonical_paths, options.resume);
   AddOwnOutputs(inputs, work, outcomes);
 
-  BatchReport report{work, outcomes, inputs.failures};
-  report.dry_run = options.dry_run;
+  BatchReport report{work, outcomes, inputs.failures, options.reporting};
   const auto begun = std::chrono::steady_clock::now();
   std::optional<Interruption> interruption;
   try {
-    if (!options.dry_run) RunWithProgress(options, work, outcomes, report);
+    if (!options.reporting.dry_run) RunWithProgress(options, work, outcomes, report);
   } catch (const Interruption& request) {
     interruption = request;
   }
   report.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count();
   report.interrupted = interruption.has_value();
-  if (options.json) {
+  if (options.reporting.json) {
     PrintBatchJson(report);
-  } else if (options.dry_run) {
+  } else if (options.reporting.dry_run) {
     PrintDryRun(report);
   }
   ReportBatch(report);
@@ -279,9 +290,6 @@ void AddRunOptions(CLI::App& command, BatchOptions& options) {
       ->check(InRange(kTimeLimits))
       ->group(kBatch);
   command.add_flag("--resume", options.resume, "Skip photographs that are already developed")->group(kBatch);
-  command.add_flag("--dry-run", options.dry_run, "Print what would be written, and write nothing")
-      ->group(kBatch);
-  command.add_flag("--json", options.json, "Print a JSON report")->group(kBatch);
 }
 
 }  // namespace
@@ -297,6 +305,8 @@ void AddBatchCommand(CLI::App& app) {
   AddInputArguments(*command, *options);
   AddOutputOptions(*command, *options);
   AddRunOptions(*command, *options);
+  AddReportingOptions(*command, options->reporting);
+  AddDryRunOption(*command, options->reporting);
   command->callback([options] { DevelopBatch(*options); });
 }
 
