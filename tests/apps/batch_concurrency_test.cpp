@@ -67,6 +67,7 @@ TEST_F(BatchConcurrencyTest, ARunWaitsForAnother) {
   RunningProcess first(BatchCommand({"--nr-luminance", "50"}));
   const pid_t worker = AwaitWorker(first.id(), slow);
   ASSERT_EQ(kill(worker, SIGSTOP), 0);
+  Await([&] { return Outputs().size() == 1; });
   RunningProcess second(BatchCommand({"--nr-luminance", "50", "--json", "--resume"}));
   const std::string message = "lumvik: another run (process " + std::to_string(first.id()) +
                               ") is writing into '" + Out() + "'; waiting for it to finish 1 photograph\n";

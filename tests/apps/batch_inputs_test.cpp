@@ -56,6 +56,14 @@ TEST_F(BatchInputsTest, NamedFilesAndFoldersAreTaken) {
             Names({"x.jpg", "y.jpg", ".z.jpg"}));
 }
 
+TEST_F(BatchInputsTest, ADashIsTheNameOfAFile) {
+  fs::rename(Photograph("photos/a.png"), In("-"));
+  const ProcessResult result =
+      RunProcess({"sh", "-c", "cd \"" + In() + "\" && \"$0\" batch -o ../developed -- -", LUMVIK_COMMAND});
+  EXPECT_EQ(result.status, kSuccess) << result.err;
+  EXPECT_EQ(Outputs(), Names({"-.jpg"}));
+}
+
 TEST_F(BatchInputsTest, TheOutputFolderMayBeTheInputFolder) {
   Photograph("photos/a.png");
   fs::create_directory(In("sub"));

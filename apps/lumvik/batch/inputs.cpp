@@ -9,6 +9,7 @@
 #include "batch/matching_files.h"
 #include "files/mark.h"
 #include "files/photograph_walk.h"
+#include "terminal/standard_streams.h"
 
 namespace lumvik {
 namespace {
@@ -56,6 +57,7 @@ class Search {
     const bool is_folder = fs::is_directory(path, ignored);
     if (origin == Origin::kFound && IsNoPhotograph(path, is_folder)) return;
     if (is_folder) return AddFolder(path);
+    if (IsStandardStream(path)) return AddExisting("./" + path, origin);  // here it is the name of a file
     const fs::path canonical = CanonicalPath(path);
     const fs::path folder = CanonicalPath(fs::absolute(path).parent_path()).filename();
     AddPhotograph({path, folder.string(), fs::path(path).filename().string()}, canonical, origin);

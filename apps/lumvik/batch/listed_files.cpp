@@ -5,11 +5,10 @@
 #include <sstream>
 
 #include "files/file_paths.h"
+#include "terminal/standard_streams.h"
 
 namespace lumvik {
 namespace {
-
-constexpr char kStandardInput[] = "-";
 
 std::string ContentsOf(std::istream& stream) {
   std::ostringstream text;
@@ -31,7 +30,7 @@ std::vector<std::string> NamesInList(const std::string& text) {
 }
 
 std::vector<std::string> ListedFiles(const std::string& list) {
-  if (list == kStandardInput) return NamesInList(ContentsOf(std::cin));
+  if (IsStandardStream(list)) return NamesInList(ContentsOf(std::cin));
   RequireReadable(list);
   std::ifstream file(list, std::ios::binary);
   return NamesInList(ContentsOf(file));

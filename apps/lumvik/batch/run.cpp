@@ -5,13 +5,14 @@
 #include <filesystem>
 #include <map>
 #include <memory>
-#include <sstream>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
 
-#include "batch/staged_output.h"
+#include "batch/commit.h"
 #include "batch/target_state.h"
+#include "batch/work_folders.h"
+#include "batch/worker_failure.h"
 #include "batch/worker_process.h"
 #include "batch/worker_report.h"
 #include "files/file_paths.h"
@@ -23,30 +24,7 @@ namespace {
 namespace fs = std::filesystem;
 using RunClock = std::chrono::steady_clock;
 
-constexpr char kMessageStart[] = "lumvik: ";
 constexpr std::chrono::milliseconds kBetweenClaims(200);
-
-bool IsDiskFull(const std::error_code& error) {
-  return error == std::errc::no_space_on_device || error == std::errc::file_too_large ||
-         error == std::error_code(EDQUOT, std::generic_category());
-}
-
-// The worker's error message; libraries may have printed other lines.
-std::string FailureOf(const WorkerEnd& end, const BatchWork& work, const std::string& input) {
-  const std::string failure = "cannot develop '" + input + "': ";
-  if (end.is_overdue) {
-    return failure + "it took longer than " + std::to_string(work.time_limit.count()) +
-           " s and was stopped; --time-limit raises the limit";
-  }
-  if (!end.signal.empty()) return failure + "its process was killed by " + end.signal;
-  std::istringstream lines(end.err);
-  std::string last;
-  for (std::string line; std::getline(lines, line);) {
-    if (line.rfind(kMessageStart, 0) == 0) return line.substr(sizeof kMessageStart - 1);
-    if (!line.empty()) last = line;
-  }
-  return failure + (last.empty() ? "its process exited with status " + std::to_string(end.status) : last);
-}
 
 class Run {
  public:
@@ -100,6 +78,8 @@ class Run {
       std::unique_ptr<StagedOutput> output = Claim(target, i);
       if (!output) return false;
       if (!IsSettled(i, target)) StartWorker(i, std::move(output));
+    } catch (const Interruption&) {
+      throw;
     } catch (const std::exception& error) {
       Fail(i, error.what());
     }
@@ -107,20 +87,17 @@ class Run {
   }
 
   std::unique_ptr<StagedOutput> Claim(const fs::path& target, std::size_t i) {
-    const fs::path folder = target.parent_path();
+    const std::string folder = target.parent_path().string();
     try {
-      auto& work_folder = folders_[fs::canonical(folder).string()];
-      if (!work_folder) {
-        work_folder = std::make_unique<WorkFolder>(folder);
-        if (!work_folder->HasLocks()) WarnOfMissingLocks(folder);
+      std::unique_ptr<StagedOutput> output = folders_.Claim(target, i);
+      if (!folders_.HasLocks(target) && !std::exchange(warned_, true)) {
+        notify_("the file system of '" + folder +
+                "' has no locks; no other run should write into the folder at the same time");
       }
-      std::optional<LockFile> claim = work_folder->Claim(target.filename().string());
-      if (!claim) return nullptr;
-      return std::make_unique<StagedOutput>(*work_folder, target, i, std::move(*claim));
+      return output;
     } catch (const std::system_error& error) {
-      if (IsDiskFull(error.code())) full_disk_ = folder.string();
-      throw std::runtime_error("cannot write into the folder '" + folder.string() +
-                               "': " + error.code().message());
+      if (IsDiskFull(error.code())) full_disk_ = folder;
+      throw std::runtime_error("cannot write into the folder '" + folder + "': " + error.code().message());
     }
   }
 
@@ -139,7 +116,7 @@ class Run {
     return !refusal.empty();
   }
 
-  std::function<std::optional<Mark>()> Expected(std::size_t i) const {
+  MarkSource Expected(std::size_t i) const {
     return [this, i] { return work_.expected_mark(work_.tasks[i].input); };
   }
 
@@ -166,19 +143,12 @@ class Run {
   }
 
   void Announce(const std::deque<std::size_t>& waiting) const {
-    const fs::path output = work_.tasks[waiting.front()].output;
-    const fs::path target = ResolveOutput(output.string(), work_.tasks[waiting.front()].input);
-    const auto folder = folders_.find(fs::canonical(target.parent_path()).string());
-    const int process = folder == folders_.end() ? 0 : folder->second->ClaimantOf(target.filename().string());
+    const BatchTask& task = work_.tasks[waiting.front()];
+    const int process = folders_.ClaimantOf(ResolveOutput(task.output, task.input));
     notify_("another run" + (process == 0 ? "" : " (process " + std::to_string(process) + ")") +
-            " is writing into '" + output.parent_path().string() + "'; waiting for it to finish " +
-            std::to_string(waiting.size()) + (waiting.size() == 1 ? " photograph" : " photographs"));
-  }
-
-  void WarnOfMissingLocks(const fs::path& folder) {
-    if (std::exchange(warned_, true)) return;
-    notify_("the file system of '" + folder.string() +
-            "' has no locks; no other run should write into the folder at the same time");
+            " is writing into '" + fs::path(task.output).parent_path().string() +
+            "'; waiting for it to finish " + std::to_string(waiting.size()) +
+            (waiting.size() == 1 ? " photograph" : " photographs"));
   }
 
   void Finish(const WorkerEnd& end) {
@@ -190,7 +160,7 @@ class Run {
     const std::optional<WorkerReport> report = FindWorkerReport(end.out);
     if (!report) return Fail(end.id, "cannot develop '" + input + "': its process reported no size");
     try {
-      Commit(end.id, *begun.output);
+      Commit(*begun.output, work_.tasks[end.id].output, Expected(end.id), work_.overwrite);
     } catch (const std::system_error& error) {
       if (IsDiskFull(error.code())) full_disk_ = begun.output->Target().parent_path().string();
       return Fail(end.id, "cannot write '" + work_.tasks[end.id].output + "': " + error.code().message());
@@ -207,22 +177,9 @@ class Run {
 
   void FinishFailed(const WorkerEnd& end, const StagedOutput& output) {
     if (end.status == kDiskFull) full_disk_ = output.Target().parent_path().string();
-    const std::string failure = FailureOf(end, work_, work_.tasks[end.id].input);
+    const std::string failure = FailureOf(end, work_.tasks[end.id].input, work_.time_limit);
     Fail(end.id, output.InTermsOfTarget(failure),
          end.status == kDamaged ? BatchState::kDamaged : BatchState::kFailed);
-  }
-
-  void Commit(std::size_t i, const StagedOutput& output) {
-    for (;;) {
-      const TargetState state = StateOf(output.Target(), Expected(i));
-      if (state == TargetState::kAbsent) {
-        if (output.MoveToAbsentTarget()) return;
-        continue;  // it appeared in the meantime
-      }
-      const std::string refusal = work_.overwrite ? "" : RefusalToReplace(state, work_.tasks[i].output);
-      if (!refusal.empty()) throw std::runtime_error(refusal);
-      return output.ReplaceTarget();
-    }
   }
 
   void Fail(std::size_t i, const std::string& failure, BatchState state = BatchState::kFailed) {
@@ -244,7 +201,7 @@ class Run {
   bool warned_ = false;
   std::optional<std::string> full_disk_;  // a folder on it
   // In this order: workers end, then staged outputs are removed, then work folders.
-  std::map<std::string, std::unique_ptr<WorkFolder>> folders_;  // by target folder
+  WorkFolders folders_;
   std::map<std::size_t, Begun> begun_;
   Workers workers_;
 };

@@ -17,8 +17,7 @@ std::optional<Mark> MarkIn(const std::filesystem::path& target) {
 
 }  // namespace
 
-TargetState StateOf(const std::filesystem::path& target,
-                    const std::function<std::optional<Mark>()>& expected) {
+TargetState StateOf(const std::filesystem::path& target, const MarkSource& expected) {
   std::error_code error;
   if (std::filesystem::symlink_status(target, error).type() == std::filesystem::file_type::not_found) {
     return TargetState::kAbsent;

@@ -19,9 +19,11 @@ enum class TargetState {
   kForeign,              // not written by this command, or changed since
 };
 
-// `expected` is called only if the file carries a mark.
-TargetState StateOf(const std::filesystem::path& target,
-                    const std::function<std::optional<Mark>()>& expected);
+// Makes the mark that the output will carry; nothing if that is unknown. Called only where needed, as it
+// reads the photograph.
+using MarkSource = std::function<std::optional<Mark>()>;
+
+TargetState StateOf(const std::filesystem::path& target, const MarkSource& expected);
 
 // Why a file in this state must not be replaced by `output`, as a message for the user; empty if it may.
 std::string RefusalToReplace(TargetState state, const std::string& output);
