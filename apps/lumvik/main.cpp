@@ -15,6 +15,7 @@
 #include "commands/info.h"
 #include "commands/mask.h"
 #include "commands/settings.h"
+#include "commands/shot_data.h"
 #include "commands/similar.h"
 #include "commands/suggest.h"
 #include "commands/thumb.h"
@@ -55,6 +56,7 @@ void RunCommand(int argc, char** argv) {
   lumvik::AddHashCommand(app);
   lumvik::AddSimilarCommand(app);
   lumvik::AddImageSizesCommand(app);
+  lumvik::AddShotDataCommand(app);
   lumvik::AddHelpCommand(app);
   try {
     app.parse(argc, argv);

@@ -7,6 +7,7 @@
 #include <opencv2/imgcodecs.hpp>
 
 #include "batch_fixture.h"
+#include "terminal/exit_status.h"
 
 namespace lumvik::test {
 namespace {
@@ -50,37 +51,77 @@ TEST_F(BatchFailureTest, AKilledWorkerFailsOnlyItsPhotograph) {
   }
 }
 
-TEST_F(BatchFailureTest, AFullDiskLeavesNoPartialFiles) {
+TEST_F(BatchFailureTest, AFullDiskStopsTheBatch) {
   if (geteuid() != 0) GTEST_SKIP() << "only the superuser can mount a small disk";
   WriteNoise();
   fs::create_directory(Out());
   if (mount("tmpfs", Out().c_str(), "tmpfs", 0, "size=500k") != 0)
     GTEST_SKIP() << "a disk cannot be mounted here";
-  const ProcessResult result = Batch({"--jobs", "1"});
+  const ProcessResult result = Batch({"--jobs", "1", "--json"});
   const std::set<std::string> outputs = Outputs();
   ExpectWholeOutputs();
   TearDown();  // checks for temporary files before unmounting
+  EXPECT_EQ(mount("tmpfs", Out().c_str(), "tmpfs", MS_REMOUNT, "size=2m"), 0);
+  const ProcessResult resumed = Batch({"--jobs", "1", "--resume"});
+  EXPECT_EQ(Outputs().size(), 4U);
   EXPECT_EQ(umount(Out().c_str()), 0);
-  EXPECT_EQ(result.status, kFailure);
+  EXPECT_EQ(result.status, kDiskFull);
   EXPECT_EQ(outputs, std::set<std::string>({"a.jpg", "b.jpg"}));
-  EXPECT_NE(result.err.find("lumvik: cannot write '" + Out("c.jpg") + "': "), std::string::npos)
+  EXPECT_NE(result.err.find("c.jpg'"), std::string::npos) << result.err;
+  EXPECT_EQ(result.err.find("d.jpg"), std::string::npos) << result.err;
+  const std::string cause = "the disk of '" + Out() + "' is full; free some space and continue with --resume";
+  EXPECT_NE(result.err.find("\nlumvik: " + cause + "\nlumvik: 2 developed, 1 failed, 1 not started"),
+            std::string::npos)
       << result.err;
-  EXPECT_NE(result.err.find("lumvik: cannot write '" + Out("d.jpg") + "': "), std::string::npos)
+  EXPECT_EQ(nlohmann::json::parse(result.out).at("stopped"), cause);
+  EXPECT_EQ(resumed.status, kSuccess) << resumed.err;
+  EXPECT_NE(resumed.err.find("2 developed, 2 skipped"), std::string::npos) << resumed.err;
+}
+
+TEST_F(BatchFailureTest, AFullDiskWithoutRoomForTheFirstOutput) {
+  if (geteuid() != 0) GTEST_SKIP() << "only the superuser can mount a small disk";
+  WriteNoise();
+  fs::create_directory(Out());
+  if (mount("tmpfs", Out().c_str(), "tmpfs", 0, "size=4k,nr_inodes=3") != 0)
+    GTEST_SKIP() << "a disk cannot be mounted here";
+  const ProcessResult result = Batch({"--jobs", "1"});
+  TearDown();
+  EXPECT_EQ(umount(Out().c_str()), 0);
+  EXPECT_EQ(result.status, kDiskFull);
+  EXPECT_NE(
+      result.err.find("lumvik: cannot write into the folder '" + Out() + "': No space left on device\n"),
+      std::string::npos)
       << result.err;
-  EXPECT_NE(result.err.find("lumvik: 2 developed, 2 failed ("), std::string::npos) << result.err;
+  EXPECT_NE(result.err.find("0 developed, 1 failed, 3 not started"), std::string::npos) << result.err;
 }
 
 TEST_F(BatchFailureTest, AShortWriteKeepsTheExistingFile) {
   WriteNoise();
-  fs::create_directory(Out());
-  WriteFile(Out("a.jpg"), "last year's work");
+  ASSERT_EQ(Batch({"--jpeg-quality", "50"}).status, kSuccess);
+  const std::string before = ReadFile(Out("a.jpg"));
   const ProcessResult result =
-      Batch({}, {"sh", "-c", "trap '' XFSZ; ulimit -f 64; exec \"$0\" \"$@\"", LUMVIK_COMMAND});
-  EXPECT_EQ(result.status, kFailure);
-  EXPECT_EQ(Outputs(), std::set<std::string>({"a.jpg"}));
-  EXPECT_EQ(ReadFile(Out("a.jpg")), "last year's work");
-  EXPECT_NE(result.err.find("lumvik: cannot write '" + Out("d.jpg") + "': File too large"), std::string::npos)
+      Batch({"--jobs", "1"}, {"sh", "-c", "trap '' XFSZ; ulimit -f 64; exec \"$0\" \"$@\"", LUMVIK_COMMAND});
+  EXPECT_EQ(result.status, kDiskFull);
+  EXPECT_EQ(Outputs(), std::set<std::string>({"a.jpg", "b.jpg", "c.jpg", "d.jpg"}));
+  EXPECT_EQ(ReadFile(Out("a.jpg")), before);
+  EXPECT_NE(result.err.find("lumvik: cannot write '" + Out("a.jpg") + "': File too large"), std::string::npos)
       << result.err;
+}
+
+TEST_F(BatchFailureTest, ASlowPhotographIsGivenUp) {
+  const std::string slow = SlowPhotograph("a slow.png");
+  Photograph("photos/b.png");
+  RunningProcess batch(BatchCommand({"--nr-luminance", "50", "--time-limit", "2"}));
+  ASSERT_EQ(kill(AwaitWorker(batch.id(), slow), SIGSTOP), 0);
+  const ProcessResult result = batch.Wait();
+  ExpectNoProcessLeft();
+  EXPECT_EQ(result.status, kFailure);
+  EXPECT_NE(result.err.find("\nlumvik: cannot develop '" + slow +
+                            "': it took longer than 2 s and was stopped; --time-limit raises the limit\n"),
+            std::string::npos)
+      << result.err;
+  EXPECT_EQ(Outputs(), std::set<std::string>({"b.jpg"}));
+  ExpectRefusal(Batch({"--time-limit", "-1"}), kUsage, "--time-limit: '-1' is not a whole number in 0..");
 }
 
 TEST_F(BatchFailureTest, TheOutputFolderIsAFile) {
@@ -142,7 +183,7 @@ TEST_F(BatchFailureTest, UnwritableOutputs) {
   fs::create_directory(Out());
   WriteFile(Out("a.jpg"), "last year's work");
   fs::permissions(Out("a.jpg"), fs::perms::owner_read);
-  const ProcessResult file = Batch({}, UnprivilegedCommand());
+  const ProcessResult file = Batch({"--overwrite"}, UnprivilegedCommand());
   EXPECT_EQ(file.status, kFailure);
   EXPECT_NE(file.err.find("lumvik: cannot write '" + Out("a.jpg") + "': Permission denied\n"),
             std::string::npos)

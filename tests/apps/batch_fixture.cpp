@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 // Enough for a loaded machine.
 constexpr std::chrono::seconds kPatience(60);
 
-bool Await(const std::function<bool()>& condition) {
+bool IsSoon(const std::function<bool()>& condition) {
   const auto end = std::chrono::steady_clock::now() + kPatience;
   while (!condition()) {
     if (std::chrono::steady_clock::now() > end) return false;
@@ -106,6 +106,10 @@ std::string BatchTest::SlowPhotograph(const std::string& name) const {
   return In(name);
 }
 
+void BatchTest::Await(const std::function<bool()>& condition) {
+  EXPECT_TRUE(IsSoon(condition));
+}
+
 std::set<std::string> BatchTest::Outputs() const {
   std::set<std::string> outputs;
   std::error_code none_yet;
@@ -122,7 +126,7 @@ std::set<std::string> BatchTest::Outputs() const {
 
 pid_t BatchTest::AwaitWorker(pid_t parent, const std::string& photograph) {
   pid_t worker = 0;
-  EXPECT_TRUE(Await([&] {
+  EXPECT_TRUE(IsSoon([&] {
     for (const pid_t process : ProcessesWith(std::string("--\0", 3) + photograph)) {
       const std::string arguments = Contents("/proc/" + std::to_string(process) + "/cmdline");
       const bool develops = arguments.find(std::string("\0develop\0", 9)) != std::string::npos;
@@ -134,7 +138,7 @@ pid_t BatchTest::AwaitWorker(pid_t parent, const std::string& photograph) {
 }
 
 void BatchTest::ExpectNoProcessLeft() const {
-  EXPECT_TRUE(Await([&] { return ProcessesWith(In()).empty(); }));
+  EXPECT_TRUE(IsSoon([&] { return ProcessesWith(In()).empty(); }));
 }
 
 void BatchTest::ExpectWholeOutputs() const {

@@ -4,6 +4,7 @@
 
 #include <sys/types.h>
 
+#include <functional>
 #include <nlohmann/json.hpp>
 #include <set>
 #include <string>
@@ -36,6 +37,9 @@ class BatchTest : public CommandTest {
 
   // A photograph that takes a second or more to develop.
   std::string SlowPhotograph(const std::string& name) const;
+
+  // Waits until the condition holds.
+  static void Await(const std::function<bool()>& condition);
 
   // The paths of the files in Out(), relative to it, without hidden ones.
   std::set<std::string> Outputs() const;

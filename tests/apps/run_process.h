@@ -27,6 +27,7 @@ class RunningProcess {
 
   pid_t id() const { return id_; }
   std::string OutSoFar() const;
+  std::string ErrSoFar() const;
 
   // Waits for it to end. Call once.
   ProcessResult Wait();

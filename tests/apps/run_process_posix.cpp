@@ -82,6 +82,10 @@ std::string RunningProcess::OutSoFar() const {
   return out_->Text();
 }
 
+std::string RunningProcess::ErrSoFar() const {
+  return err_->Text();
+}
+
 ProcessResult RunningProcess::Wait() {
   int wait_status = 0;
   while (waitpid(id_, &wait_status, 0) < 0) {

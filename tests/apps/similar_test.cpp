@@ -158,6 +158,15 @@ TEST_F(SimilarTest, OnlyPhotographsAreRead) {
   EXPECT_EQ(result.out, "");
 }
 
+TEST_F(SimilarTest, HiddenFilesAndFoldersOfSystemsAreSkipped) {
+  for (const char* folder : {"@eaDir", ".Trashes", "Old.lrdata"}) {
+    fs::create_directory(In(folder));
+    Copy(kData + "cat.jpg", std::string(folder) + "/cat.jpg");
+  }
+  for (const char* name : {"a.jpg", "b.jpg", "._a.jpg"}) Copy(kData + "cat.jpg", name);
+  EXPECT_EQ(GroupsOf(Similar({"--json"})), PathGroups({{"a.jpg", "b.jpg"}}));
+}
+
 TEST_F(SimilarTest, NamesCanBeAnyBytes) {
   Copy(kData + "cat.jpg", "\xC3\xA9t\xC3\xA9.jpg");
   Copy(kData + "cat.jpg", "\xE9t\xE9.jpg");  // not UTF-8

@@ -5,17 +5,16 @@
 #include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <optional>
 #include <sstream>
 #include <system_error>
 
-#include "batch/worker_process.h"
+#include "batch/isolated_reading.h"
 #include "commands/image_sizes.h"
 #include "files/photograph_walk.h"
 
 namespace lumvik {
 namespace {
-
-constexpr std::size_t kFilesAtOnce = 64;
 
 // Measured: an idle process takes 55 MB; decoding takes up to 21 bytes per pixel of a RAW file and 6 of an
 // ordinary image; all stages together take up to 62 bytes per pixel of the image reduced to its longest side.
@@ -39,16 +38,13 @@ std::uint64_t MemoryWithoutHeader(const std::string& path) {
   return MemoryToDevelop(side, side, IsOrdinaryImageName(path));
 }
 
-// Appends estimates for the files listed in `sizes`.
-void AddEstimates(const std::vector<std::string>& photographs, const std::string& sizes,
-                  std::vector<std::uint64_t>& estimates) {
-  std::istringstream lines(sizes);
-  for (std::uint64_t width = 0, height = 0; lines >> width >> height;) {
-    const std::string& path = photographs[estimates.size()];
-    estimates.push_back(width == 0 || height == 0
-                            ? MemoryWithoutHeader(path)
-                            : MemoryToDevelop(width, height, IsOrdinaryImageName(path)));
-  }
+// `line` is what the command that reads image sizes printed.
+std::uint64_t Estimate(const std::string& path, const std::optional<std::string>& line) {
+  std::istringstream size(line.value_or(""));
+  std::uint64_t width = 0;
+  std::uint64_t height = 0;
+  if (!(size >> width >> height) || width == 0 || height == 0) return MemoryWithoutHeader(path);
+  return MemoryToDevelop(width, height, IsOrdinaryImageName(path));
 }
 
 }  // namespace
@@ -64,23 +60,9 @@ std::uint64_t MemoryToDevelop(std::uint64_t width, std::uint64_t height, bool is
 }
 
 std::vector<std::uint64_t> EstimateMemory(const std::vector<std::string>& photographs) {
-  std::vector<std::uint64_t> estimates;
-  Workers workers(1);
-  while (estimates.size() < photographs.size()) {
-    const auto first = photographs.begin() + static_cast<std::ptrdiff_t>(estimates.size());
-    const auto last = photographs.end() - first > static_cast<std::ptrdiff_t>(kFilesAtOnce)
-                          ? first + kFilesAtOnce
-                          : photographs.end();
-    std::vector<std::string> arguments = {kImageSizesCommand, "--"};
-    arguments.insert(arguments.end(), first, last);
-    workers.Start(0, arguments);
-    const std::size_t before = estimates.size();
-    AddEstimates(photographs, workers.Wait().out, estimates);
-    // The next file crashed the reader.
-    if (estimates.size() < before + static_cast<std::size_t>(last - first)) {
-      estimates.push_back(MemoryWithoutHeader(photographs[estimates.size()]));
-    }
-  }
+  const std::vector<std::optional<std::string>> sizes = ReadIsolated(kImageSizesCommand, photographs);
+  std::vector<std::uint64_t> estimates(photographs.size());
+  std::transform(photographs.begin(), photographs.end(), sizes.begin(), estimates.begin(), Estimate);
   return estimates;
 }
 

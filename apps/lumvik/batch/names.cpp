@@ -11,6 +11,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
+constexpr char kFields[] = "{stem}, {n}, {ext}, {folder}, {source_ext}, {date}, {time}, {camera} or {lens}";
+
 // The value of a field by name; none for an unknown field.
 using Values = std::function<std::optional<std::string>(const std::string& field)>;
 
@@ -32,17 +34,17 @@ std::optional<std::string> Replaced(const std::string& pattern, const Values& va
   return name;
 }
 
-std::string Padded(std::size_t number, std::size_t width) {
-  const std::string digits = std::to_string(number);
-  return std::string(width - std::min(width, digits.size()), '0') + digits;
-}
-
-Values ValuesFor(const BatchInput& photograph, const std::string& number, lumvik_host_format format) {
+Values ValuesFor(const NameFields& fields, const std::string& number, lumvik_host_format format) {
   return [=](const std::string& field) -> std::optional<std::string> {
-    if (field == "stem") return fs::path(photograph.path).stem().string();
+    if (field == "stem") return fields.stem;
     if (field == "n") return number;
     if (field == "ext") return api::ExtensionOf(format).substr(1);  // without the dot
-    if (field == "folder") return photograph.folder;
+    if (field == "folder") return fields.folder;
+    if (field == "source_ext") return fields.source_ext;
+    if (field == "date") return fields.shot.date;
+    if (field == "time") return fields.shot.time;
+    if (field == "camera") return fields.shot.camera;
+    if (field == "lens") return fields.shot.lens;
     return std::nullopt;
   };
 }
@@ -53,29 +55,34 @@ bool LeavesFolder(const fs::path& name) {
 
 }  // namespace
 
-std::string NamePatternFault(const std::string& pattern, lumvik_host_format format) {
-  const std::string shown = "'" + pattern + "'";
-  const std::optional<std::string> example = Replaced(pattern, ValuesFor({"stem", "folder"}, "1", format));
-  if (!example) return shown + " has a brace that is not part of {stem}, {n}, {ext} or {folder}";
+NameFields FieldsOf(const BatchInput& photograph, const ShotFields& shot) {
+  const fs::path path = photograph.path;
+  const std::string extension = path.extension().string();
+  return {path.stem().string(), photograph.folder,
+          extension.empty() ? kUnknownField : SafeInFileName(extension.substr(1)), shot};
+}
+
+std::string NamePatternFault(const NamePattern& pattern) {
+  const std::string shown = "'" + pattern.text + "'";
+  const std::optional<std::string> example =
+      Replaced(pattern.text, ValuesFor({"stem", "folder", "raw", {}}, "1", pattern.format));
+  if (!example) return shown + " has a brace that is not part of " + kFields;
   if (LeavesFolder(*example)) return shown + " leads out of the output folder";
-  if (api::FormatOf(*example) != format)
+  if (api::FormatOf(*example) != pattern.format)
     return shown + " does not end in an extension of the format, such as .{ext}";
   return {};
 }
 
-std::vector<std::string> NamesByPattern(const std::string& pattern,
-                                        const std::vector<BatchInput>& photographs,
-                                        lumvik_host_format format) {
-  const std::size_t width = std::to_string(photographs.size()).size();
-  std::vector<std::string> names;
-  names.reserve(photographs.size());
-  for (const BatchInput& photograph : photographs) {
-    const std::string number = Padded(names.size() + 1, width);
-    const fs::path name = *Replaced(pattern, ValuesFor(photograph, number, format));
-    // {folder} is empty for the root folder, which leaves a leading slash.
-    names.push_back(name.relative_path().lexically_normal().string());
-  }
-  return names;
+bool UsesAny(const NamePattern& pattern, const std::vector<std::string>& fields) {
+  return std::any_of(fields.begin(), fields.end(), [&](const std::string& field) {
+    return pattern.text.find('{' + field + '}') != std::string::npos;
+  });
+}
+
+std::string NameOf(const NamePattern& pattern, const NameFields& fields, const std::string& number) {
+  const fs::path name = *Replaced(pattern.text, ValuesFor(fields, number, pattern.format));
+  // {folder} is empty for the root folder, which leaves a leading slash.
+  return name.relative_path().lexically_normal().string();
 }
 
 }  // namespace lumvik

@@ -6,19 +6,34 @@
 #include <vector>
 
 #include "batch/inputs.h"
+#include "batch/name_fields.h"
 #include "lumvik_host.hpp"
 
 namespace lumvik {
 
-inline constexpr char kDefaultNamePattern[] = "{stem}.{ext}";
+struct NamePattern {
+  std::string text = "{stem}.{ext}";
+  lumvik_host_format format = LUMVIK_HOST_FORMAT_JPEG;
+};
+
+// The fields of one photograph.
+struct NameFields {
+  std::string stem;
+  std::string folder;
+  std::string source_ext;  // without the dot
+  ShotFields shot;
+};
+
+NameFields FieldsOf(const BatchInput& photograph, const ShotFields& shot);
 
 // An error message for an invalid pattern; empty for a valid one.
-std::string NamePatternFault(const std::string& pattern, lumvik_host_format format);
+std::string NamePatternFault(const NamePattern& pattern);
 
-// The output path of each photograph relative to the output folder. The pattern must be valid.
-std::vector<std::string> NamesByPattern(const std::string& pattern,
-                                        const std::vector<BatchInput>& photographs,
-                                        lumvik_host_format format);
+// Whether the pattern uses one of these fields, such as "n".
+bool UsesAny(const NamePattern& pattern, const std::vector<std::string>& fields);
+
+// The output path relative to the output folder. The pattern must be valid.
+std::string NameOf(const NamePattern& pattern, const NameFields& fields, const std::string& number);
 
 }  // namespace lumvik
 

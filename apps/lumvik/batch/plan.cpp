@@ -4,61 +4,57 @@
 #include <cstddef>
 #include <filesystem>
 #include <map>
-#include <stdexcept>
-#include <system_error>
+#include <set>
 
-#include "batch/names.h"
+#include "files/lower_extension.h"
 
 namespace lumvik {
 namespace {
 
 namespace fs = std::filesystem;
 
-// False when a time is unknown, so that the photograph is developed again.
-bool IsNewer(const fs::path& file, const fs::path& than) {
-  std::error_code error;
-  const auto time = fs::last_write_time(file, error);
-  if (error) return false;
-  const auto other = fs::last_write_time(than, error);
-  return !error && time > other;
+bool HaveDifferentExtensions(const BatchClash& clash) {
+  std::set<std::string> extensions;
+  return std::all_of(clash.inputs.begin(), clash.inputs.end(), [&](const std::string& input) {
+    return extensions.insert(LowerExtension(input)).second;
+  });
 }
 
-bool IsWhole(const std::string& photograph) {
-  try {
-    return api::CheckFile(photograph).is_whole != 0;
-  } catch (const api::Error&) {
-    return false;
+std::vector<BatchClash> ClashesOf(const std::vector<BatchTask>& tasks) {
+  std::map<std::string, std::vector<std::string>> inputs_of;  // by output
+  for (const BatchTask& task : tasks) inputs_of[task.output].push_back(task.input);
+  std::vector<BatchClash> clashes;
+  for (const auto& [output, inputs] : inputs_of) {
+    if (inputs.size() > 1) clashes.push_back({output, inputs});
   }
+  return clashes;
 }
 
 }  // namespace
 
-std::vector<BatchTask> PlanBatch(const BatchInputs& inputs, const std::string& output_folder,
-                                 const std::string& name_pattern, lumvik_host_format format) {
-  const std::vector<std::string> names = NamesByPattern(name_pattern, inputs.photographs, format);
+BatchPlan PlanBatch(const BatchInputs& inputs, const std::vector<std::string>& names,
+                    const std::string& output_folder, const Shard& shard) {
   std::vector<BatchTask> tasks;
-  std::map<std::string, std::string> input_of;  // by output
   for (std::size_t i = 0; i < names.size(); ++i) {
-    const std::string& input = inputs.photographs[i].path;
-    const fs::path output = fs::path(output_folder) / names[i];
-    const auto [other, is_new] = input_of.emplace(output.string(), input);
-    if (!is_new) {
-      throw std::runtime_error("'" + other->second + "' and '" + input + "' would both be written to '" +
-                               output.string() + "'; use {n} or {folder} in --name to keep them apart");
-    }
-    if (inputs.canonical_paths.count(CanonicalPath(output).string()) != 0) {
-      throw std::runtime_error("cannot write '" + output.string() + "': it is one of the input photographs");
-    }
-    tasks.push_back({input, output.string()});
+    tasks.push_back({inputs.photographs[i].path, (fs::path(output_folder) / names[i]).string()});
   }
-  return tasks;
+  BatchPlan plan;
+  plan.clashes = ClashesOf(tasks);
+  plan.extensions_differ = std::all_of(plan.clashes.begin(), plan.clashes.end(), HaveDifferentExtensions);
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    if (IsIn(shard, inputs.photographs[i].relative_path)) plan.tasks.push_back(tasks[i]);
+  }
+  return plan;
 }
 
-bool IsDone(const BatchTask& task, const std::vector<std::string>& settings) {
-  return IsNewer(task.output, task.input) &&
-         std::all_of(settings.begin(), settings.end(),
-                     [&](const std::string& file) { return IsNewer(task.output, file); }) &&
-         IsWhole(task.output);
+std::string MessageOf(const BatchClash& clash) {
+  std::string message;
+  for (std::size_t i = 0; i < clash.inputs.size(); ++i) {
+    if (i > 0) message += i + 1 == clash.inputs.size() ? " and " : ", ";
+    message += "'" + clash.inputs[i] + "'";
+  }
+  return message + " would " + (clash.inputs.size() == 2 ? "both" : "all") + " be written to '" +
+         clash.output + "'";
 }
 
 }  // namespace lumvik

@@ -6,22 +6,47 @@
 #include <vector>
 
 #include "batch/inputs.h"
-#include "lumvik_host.hpp"
+#include "batch/shard.h"
 
 namespace lumvik {
 
+enum class BatchState { kPending, kSkipped, kDeveloped, kDamaged, kFailed };
+
 struct BatchTask {
   std::string input;
-  std::string output;
+  std::string output;       // empty for what is not a photograph to develop
+  bool is_current = false;  // the output was up to date before the run
 };
 
-// One task per photograph. Throws std::runtime_error with a message for the user when two outputs, or an
-// output and an input, would be the same file.
-std::vector<BatchTask> PlanBatch(const BatchInputs& inputs, const std::string& output_folder,
-                                 const std::string& name_pattern, lumvik_host_format format);
+struct BatchOutcome {
+  BatchState state = BatchState::kPending;
+  int width = 0;
+  int height = 0;
+  double seconds = 0;
+  std::string failure;                // message for the user; of a damaged photograph as well
+  std::string reason;                 // why it was skipped
+  std::string damage;                 // of a damaged photograph that was developed nevertheless
+  std::vector<std::string> warnings;  // of the worker
+};
 
-// Whether the output exists, is whole, and is newer than the photograph and its settings files.
-bool IsDone(const BatchTask& task, const std::vector<std::string>& settings);
+// Photographs that would be written to the same output.
+struct BatchClash {
+  std::string output;
+  std::vector<std::string> inputs;
+};
+
+struct BatchPlan {
+  std::vector<BatchTask> tasks;
+  std::vector<BatchClash> clashes;
+  bool extensions_differ = false;  // {source_ext} in the names would resolve all clashes
+};
+
+// One task per photograph of the shard. `names` are those of the photographs, relative to the output folder.
+BatchPlan PlanBatch(const BatchInputs& inputs, const std::vector<std::string>& names,
+                    const std::string& output_folder, const Shard& shard);
+
+// "'a.ARW' and 'a.JPG' would both be written to 'web/a.jpg'"
+std::string MessageOf(const BatchClash& clash);
 
 }  // namespace lumvik
 

@@ -2,9 +2,11 @@
 #ifndef LUMVIK_APPS_BATCH_WORKER_PROCESS_H_
 #define LUMVIK_APPS_BATCH_WORKER_PROCESS_H_
 
+#include <chrono>
 #include <cstddef>
 #include <exception>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,11 +14,12 @@ namespace lumvik {
 
 // How a worker ended.
 struct WorkerEnd {
-  std::size_t id = 0;  // as passed to Start
-  int status = 0;      // exit status
-  std::string signal;  // "signal 11, Segmentation fault" if that ended it; there is no exit status then
-  std::string out;     // the first 64 KiB of standard output
-  std::string err;     // and of standard error
+  std::size_t id = 0;       // as passed to Start
+  int status = 0;           // exit status
+  std::string signal;       // "signal 11, Segmentation fault" if that ended it; there is no exit status then
+  bool is_overdue = false;  // it took longer than the time limit and was killed
+  std::string out;          // the first 64 KiB of standard output
+  std::string err;          // and of standard error
 };
 
 // The user asked the command to end.
@@ -35,8 +38,8 @@ class Interruption : public std::exception {
 class Workers {
  public:
   // Divides the processors evenly among `max` workers. Each is pinned to its share, which also limits the
-  // threads of its libraries.
-  explicit Workers(unsigned max);
+  // threads of its libraries. A worker that takes longer than `time_limit` is killed; 0 for no limit.
+  explicit Workers(unsigned max, std::chrono::seconds time_limit = std::chrono::seconds(0));
   ~Workers();  // kills running workers and waits for them
   Workers(const Workers&) = delete;
   Workers& operator=(const Workers&) = delete;
@@ -49,6 +52,9 @@ class Workers {
 
   // Waits for a running worker to end. Throws Interruption.
   WorkerEnd Wait();
+
+  // The same for up to `time`; also waits if none is running.
+  std::optional<WorkerEnd> WaitFor(std::chrono::milliseconds time);
 
  private:
   class Processes;

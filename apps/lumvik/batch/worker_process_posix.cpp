@@ -24,6 +24,13 @@ constexpr std::size_t kMaxOutput = 1 << 16;  // bytes
 constexpr int kCannotStart = 127;            // the shell's convention
 constexpr int kSignalStatus = 128;           // plus the signal's number, by the shell's convention
 
+using ProcessClock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+// With deadlines, the longest wait. When it takes much longer, this process was stopped, as by Ctrl-Z, and
+// its workers probably were.
+constexpr milliseconds kLongestWait(1000);
+
 // An output of a worker, read through a pipe.
 class Output {
  public:
@@ -71,6 +78,8 @@ struct Process {
   const std::size_t id;
   const unsigned slot;  // selects its share of the processors
   pid_t pid = -1;
+  ProcessClock::time_point deadline = ProcessClock::time_point::max();
+  bool is_overdue = false;
   Output out;
   Output err;
 };
@@ -102,7 +111,7 @@ std::string NameOf(int signal) {
 
 class Workers::Processes {
  public:
-  explicit Processes(unsigned max) : max_(max) {}
+  Processes(unsigned max, std::chrono::seconds time_limit) : max_(max), time_limit_(time_limit) {}
   ~Processes() {
     for (const auto& process : running_) kill(process->pid, SIGKILL);
     for (const auto& process : running_) WaitFor(process->pid);
@@ -126,10 +135,12 @@ class Workers::Processes {
     if (process->pid == 0) BecomeWorker(*process, share, parent, argv);
     process->out.CloseWriteEnd();
     process->err.CloseWriteEnd();
+    if (time_limit_.count() > 0) process->deadline = ProcessClock::now() + time_limit_;
     running_.push_back(std::move(process));
   }
 
-  WorkerEnd Wait() {
+  // Nothing if none ends before `until`.
+  std::optional<WorkerEnd> Wait(ProcessClock::time_point until) {
     for (;;) {
       const auto ended = std::find_if(running_.begin(), running_.end(), [](const auto& process) {
         return process->out.ReadEnd() < 0 && process->err.ReadEnd() < 0;
@@ -139,7 +150,9 @@ class Workers::Processes {
         running_.erase(ended);
         return EndOf(*process);
       }
-      ReadOutputs();
+      if (ProcessClock::now() >= until) return std::nullopt;
+      ReadOutputs(until);
+      KillOverdue();
     }
   }
 
@@ -159,6 +172,7 @@ class Workers::Processes {
     } else {
       end.status = WEXITSTATUS(status);
     }
+    end.is_overdue = process.is_overdue;
     end.out = process.out.Take();
     end.err = process.err.Take();
     return end;
@@ -189,29 +203,58 @@ class Workers::Processes {
     _exit(ignored < 0 ? kCannotStart + 1 : kCannotStart);
   }
 
-  // Waits until a worker writes something or closes an output.
-  void ReadOutputs() {
+  // Waits until a worker writes something or closes an output, or for the next deadline.
+  void ReadOutputs(ProcessClock::time_point until) {
     std::vector<pollfd> polled = {{signals_.Descriptor(), POLLIN, 0}};
     std::vector<Output*> outputs;
     for (const auto& process : running_) {
+      until = std::min(until, process->deadline);
       for (Output* output : {&process->out, &process->err}) {
         polled.push_back({output->ReadEnd(), POLLIN, 0});  // poll skips negative descriptors
         outputs.push_back(output);
       }
     }
-    if (poll(polled.data(), polled.size(), -1) < 0) return;
+    const auto begun = ProcessClock::now();
+    const int ready = poll(polled.data(), polled.size(), TimeoutUntil(until));
+    PostponeDeadlines(ProcessClock::now() - begun);
+    if (ready < 0) return;
     if (const int signal = signals_.Take()) throw Interruption(kSignalStatus + signal);
     for (std::size_t i = 0; i < outputs.size(); ++i) {
       if (polled[i + 1].revents != 0) outputs[i]->Read();
     }
   }
 
+  static int TimeoutUntil(ProcessClock::time_point time) {
+    if (time == ProcessClock::time_point::max()) return -1;
+    const milliseconds left = std::chrono::ceil<milliseconds>(time - ProcessClock::now());
+    return static_cast<int>(std::clamp(left, milliseconds(0), kLongestWait).count());
+  }
+
+  void PostponeDeadlines(ProcessClock::duration waited) {
+    if (waited < 2 * kLongestWait) return;
+    for (const auto& process : running_) {
+      if (process->deadline != ProcessClock::time_point::max()) process->deadline += waited;
+    }
+  }
+
+  void KillOverdue() const {
+    const auto now = ProcessClock::now();
+    for (const auto& process : running_) {
+      if (process->is_overdue || now < process->deadline) continue;
+      process->is_overdue = true;
+      process->deadline = ProcessClock::time_point::max();
+      kill(process->pid, SIGKILL);
+    }
+  }
+
   const unsigned max_;
+  const std::chrono::seconds time_limit_;
   const TerminationSignals signals_;
   std::vector<std::unique_ptr<Process>> running_;
 };
 
-Workers::Workers(unsigned max) : processes_(std::make_unique<Processes>(max)) {}
+Workers::Workers(unsigned max, std::chrono::seconds time_limit)
+    : processes_(std::make_unique<Processes>(max, time_limit)) {}
 
 Workers::~Workers() = default;
 
@@ -224,7 +267,11 @@ void Workers::Start(std::size_t id, const std::vector<std::string>& arguments) {
 }
 
 WorkerEnd Workers::Wait() {
-  return processes_->Wait();
+  return *processes_->Wait(ProcessClock::time_point::max());
+}
+
+std::optional<WorkerEnd> Workers::WaitFor(milliseconds time) {
+  return processes_->Wait(ProcessClock::now() + time);
 }
 
 }  // namespace lumvik

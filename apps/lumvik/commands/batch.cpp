@@ -5,29 +5,42 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <filesystem>
 #include <iomanip>
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <set>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <vector>
 
+#include "batch/expected_mark.h"
 #include "batch/free_memory.h"
 #include "batch/inputs.h"
+#include "batch/listed_files.h"
 #include "batch/memory.h"
 #include "batch/names.h"
+#include "batch/numbers.h"
 #include "batch/plan.h"
 #include "batch/report.h"
 #include "batch/run.h"
+#include "batch/shard.h"
+#include "batch/shot_fields.h"
+#include "batch/survey.h"
+#include "batch/work_folder.h"
 #include "batch/worker_process.h"
 #include "files/file_paths.h"
 #include "lumvik_host.hpp"
 #include "options/export.h"
+#include "options/in_range.h"
 #include "options/jobs.h"
 #include "options/passed_options.h"
 #include "options/photograph.h"
+#include "options/range.h"
+#include "options/reporting.h"
 #include "terminal/progress_bar.h"
 #include "terminal/reported_failure.h"
 #include "terminal/result_line.h"
@@ -35,45 +48,88 @@
 namespace lumvik {
 namespace {
 
-constexpr char kBatch[] = "Batch";  // heading of its options in the help
+constexpr char kBatch[] = "Batch";           // heading of its options in the help
+constexpr unsigned kDefaultTimeLimit = 300;  // seconds
+constexpr Range<unsigned> kTimeLimits = {0, 1000000};
 
 struct BatchOptions {
   std::vector<std::string> inputs;
+  std::optional<std::string> files_from;
   std::string output_folder;
-  std::string name_pattern = kDefaultNamePattern;
+  std::string name_pattern = NamePattern().text;
   std::string format = "jpg";
+  std::string shard = "1/1";
   unsigned jobs = DefaultJobs();
+  unsigned time_limit = kDefaultTimeLimit;  // seconds
   bool resume = false;
-  bool json = false;
+  Reporting reporting;
   Photograph photograph;  // applies to every input
   ExportOptions how;
   std::vector<const CLI::Option*> develop_options;
 
   lumvik_host_format Format() const { return api::FormatOf("file." + format); }
+  NamePattern Names() const { return {name_pattern, Format()}; }
 };
 
 void CheckUsage(const BatchOptions& options) {
+  if (options.inputs.empty() && !options.files_from) throw CLI::RequiredError("IN or --files-from");
   CheckBits(options.how, options.Format());
-  const std::string fault = NamePatternFault(options.name_pattern, options.Format());
+  const std::string fault = NamePatternFault(options.Names());
   if (!fault.empty()) throw CLI::ValidationError("--name", fault);
 }
 
-// The files that provide settings for a photograph.
-std::vector<std::string> SettingsFiles(const Photograph& photograph, const std::string& input) {
-  std::vector<std::string> files;
-  for (const auto& file : {photograph.settings, SidecarOf(photograph, input)}) {
-    if (file) files.push_back(*file);
-  }
-  return files;
+BatchInputs InputsOf(const BatchOptions& options) {
+  BatchArguments arguments;
+  arguments.inputs = options.inputs;
+  if (options.files_from) arguments.listed = ListedFiles(*options.files_from);
+  return FindBatchInputs(arguments, options.output_folder);
 }
 
-std::vector<BatchOutcome> FirstOutcomes(const BatchOptions& options, const std::vector<BatchTask>& tasks) {
-  std::vector<BatchOutcome> outcomes(tasks.size());
-  for (std::size_t i = 0; options.resume && i < tasks.size(); ++i) {
-    const auto settings = SettingsFiles(options.photograph, tasks[i].input);
-    if (IsDone(tasks[i], settings)) outcomes[i].state = BatchState::kSkipped;
+std::vector<std::string> NamesFor(const BatchOptions& options, const std::vector<BatchInput>& photographs) {
+  const NamePattern pattern = options.Names();
+  std::vector<ShotFields> shots(photographs.size());
+  if (UsesAny(pattern, {"date", "time", "camera", "lens"})) {
+    std::vector<std::string> paths;
+    for (const BatchInput& photograph : photographs) paths.push_back(photograph.path);
+    shots = ReadShotFields(paths);
   }
-  return outcomes;
+  std::vector<NameFields> fields;
+  for (std::size_t i = 0; i < photographs.size(); ++i) {
+    fields.push_back(FieldsOf(photographs[i], shots[i]));
+  }
+  const std::vector<std::string> numbers =
+      options.resume && UsesAny(pattern, {"n"})
+          ? ContinuedNumbers(photographs, fields, pattern, options.output_folder)
+          : CountedNumbers(photographs.size());
+  std::vector<std::string> names;
+  for (std::size_t i = 0; i < fields.size(); ++i) names.push_back(NameOf(pattern, fields[i], numbers[i]));
+  return names;
+}
+
+// Reports all clashes.
+void RefuseClashes(const BatchPlan& plan) {
+  if (plan.clashes.empty()) return;
+  for (const BatchClash& clash : plan.clashes) Report(MessageOf(clash));
+  throw std::runtime_error(
+      plan.extensions_differ
+          ? "nothing was developed; use {source_ext} in --name to keep them apart, as in --name "
+            "'{stem}-{source_ext}.{ext}'"
+          : "nothing was developed; use {n} or {folder} in --name to keep them apart");
+}
+
+BatchWork WorkOf(const BatchOptions& options, const BatchInputs& inputs) {
+  const BatchPlan plan = PlanBatch(inputs, NamesFor(options, inputs.photographs), options.output_folder,
+                                   *ShardFrom(options.shard));
+  RefuseClashes(plan);
+  BatchWork work;
+  work.tasks = plan.tasks;
+  work.develop_options = PassedOptions(options.develop_options);
+  work.expected_mark = [&options](const std::string& input) {
+    return ExpectedMark(input, options.photograph, options.how, options.Format());
+  };
+  work.overwrite = options.how.overwrite;
+  work.time_limit = std::chrono::seconds(options.time_limit);
+  return work;
 }
 
 std::string Megabytes(std::uint64_t bytes) {
@@ -81,7 +137,8 @@ std::string Megabytes(std::uint64_t bytes) {
 }
 
 // The number of workers that the user wants and memory allows, which is reported on standard error.
-unsigned ChooseWorkers(const std::vector<std::string>& photographs, unsigned jobs) {
+unsigned ChooseWorkers(const std::vector<std::string>& photographs, unsigned jobs,
+                       const Reporting& reporting) {
   const std::vector<std::uint64_t> estimates = EstimateMemory(photographs);
   const std::uint64_t free = FreeMemory();
   const unsigned workers = WorkersThatFit(estimates, jobs, free);
@@ -91,53 +148,89 @@ unsigned ChooseWorkers(const std::vector<std::string>& photographs, unsigned job
        << std::max(processors / workers, 1U) << " of " << processors << " processors each; up to "
        << Megabytes(*std::max_element(estimates.begin(), estimates.end())) << " of memory each, "
        << Megabytes(free) << " available";
-  Report(text.str());
+  if (!reporting.quiet) Report(text.str());
   return workers;
 }
 
-// Returns the interruption that cut it short, if any.
-std::optional<Interruption> RunWithProgress(const BatchOptions& options, BatchWork& work,
-                                            std::vector<BatchOutcome>& outcomes) {
+void PrintDone(const BatchTask& task, const BatchOutcome& outcome, const Reporting& reporting) {
+  if (outcome.state != BatchState::kDeveloped) return;
+  if (!reporting.json && !reporting.quiet) {
+    PrintResult(task.output, {outcome.width, outcome.height});
+    std::cout.flush();
+  }
+  if (!reporting.verbose) return;
+  std::ostringstream text;
+  text << "developed '" << task.input << "' in " << std::fixed << std::setprecision(2) << outcome.seconds
+       << " s";
+  Report(text.str());
+}
+
+// For outputs that are not developed again; a run cleans the folders that it writes to.
+void CleanWorkFolders(const BatchWork& work) {
+  std::set<std::filesystem::path> folders;
+  for (const BatchTask& task : work.tasks) folders.insert(std::filesystem::path(task.output).parent_path());
+  for (const std::filesystem::path& folder : folders) CleanWorkFolder(folder);
+}
+
+// Runs the pending tasks. Sets in the report how it ended.
+void RunWithProgress(const BatchOptions& options, BatchWork& work, std::vector<BatchOutcome>& outcomes,
+                     BatchReport& report) {
   std::vector<std::string> pending;
   for (std::size_t i = 0; i < outcomes.size(); ++i) {
     if (outcomes[i].state == BatchState::kPending) pending.push_back(work.tasks[i].input);
   }
-  if (pending.empty()) return std::nullopt;
-  try {
-    MakeFolder(options.output_folder);
-    work.workers = ChooseWorkers(pending, options.jobs);
-    ProgressBar bar(pending.size(), ProgressBar::Elsewhere::kPlainLines);
-    RunBatch(work, outcomes, [&](std::size_t i) {
-      if (!options.json && outcomes[i].state == BatchState::kDeveloped) {
-        bar.Wipe();
-        PrintResult(work.tasks[i].output, {outcomes[i].width, outcomes[i].height});
-        std::cout.flush();
-      }
-      bar.Advance();
-    });
-  } catch (const Interruption& interruption) {
-    return interruption;
+  if (pending.empty()) return CleanWorkFolders(work);
+  MakeFolder(options.output_folder);
+  work.workers = ChooseWorkers(pending, options.jobs, options.reporting);
+  ProgressBar bar(options.reporting.quiet ? 0 : pending.size(), ProgressBar::Elsewhere::kPlainLines);
+  const auto done = [&](std::size_t i) {
+    bar.Wipe();
+    PrintDone(work.tasks[i], outcomes[i], options.reporting);
+    bar.Advance();
+  };
+  const auto notify = [&](const std::string& sentence) {
+    if (options.reporting.quiet) return;
+    bar.Wipe();
+    Report(sentence);
+  };
+  report.full_disk = RunBatch(work, outcomes, done, notify);
+}
+
+void AddOwnOutputs(const BatchInputs& inputs, BatchWork& work, std::vector<BatchOutcome>& outcomes) {
+  for (const std::string& path : inputs.own_outputs) {
+    work.tasks.push_back({path, ""});
+    outcomes.emplace_back();
+    outcomes.back().state = BatchState::kSkipped;
+    outcomes.back().reason = "it is an output of this command";
   }
-  return std::nullopt;
 }
 
 void DevelopBatch(const BatchOptions& options) {
   CheckUsage(options);
   GivenSettings(options.photograph, std::nullopt);  // reports a bad settings file before any work is done
-  const BatchInputs inputs = FindBatchInputs(options.inputs, options.output_folder);
-  BatchWork work;
-  work.tasks = PlanBatch(inputs, options.output_folder, options.name_pattern, options.Format());
-  work.develop_options = PassedOptions(options.develop_options);
-  std::vector<BatchOutcome> outcomes = FirstOutcomes(options, work.tasks);
+  const BatchInputs inputs = InputsOf(options);
+  BatchWork work = WorkOf(options, inputs);
+  std::vector<BatchOutcome> outcomes = Survey(work, inputs.canonical_paths, options.resume);
+  AddOwnOutputs(inputs, work, outcomes);
 
+  BatchReport report{work, outcomes, inputs.failures, options.reporting};
   const auto begun = std::chrono::steady_clock::now();
-  const std::optional<Interruption> interruption = RunWithProgress(options, work, outcomes);
-  const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count();
-  const BatchReport report{work, outcomes, inputs.failures, seconds, interruption.has_value()};
-  if (options.json) PrintBatchJson(report);
+  std::optional<Interruption> interruption;
+  try {
+    if (!options.reporting.dry_run) RunWithProgress(options, work, outcomes, report);
+  } catch (const Interruption& request) {
+    interruption = request;
+  }
+  report.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - begun).count();
+  report.interrupted = interruption.has_value();
+  if (options.reporting.json) {
+    PrintBatchJson(report);
+  } else if (options.reporting.dry_run) {
+    PrintDryRun(report);
+  }
   ReportBatch(report);
   if (interruption) throw Interruption(*interruption);
-  if (HasFailures(report)) throw ReportedFailure();
+  if (StatusOf(report) != kSuccess) throw ReportedFailure(StatusOf(report));
 }
 
 std::string CheckFormat(const std::string& text) {
@@ -145,12 +238,31 @@ std::string CheckFormat(const std::string& text) {
   return "'" + text + "' is not jpg, png or tiff";
 }
 
-void AddBatchOptions(CLI::App& command, BatchOptions& options) {
+std::string CheckShard(const std::string& text) {
+  if (ShardFrom(text)) return {};
+  return "'" + text + "' is not a share such as 2/5";
+}
+
+void AddInputArguments(CLI::App& command, BatchOptions& options) {
   command
       .add_option("IN", options.inputs,
                   "Photographs, folders of photographs, and patterns with the wildcards *, ? and [...]")
-      ->required()
       ->type_name("");
+  command
+      .add_option("--files-from", options.files_from,
+                  "Also develop the photographs listed in FILE, or in standard input for -: one name per "
+                  "line, or separated by NUL")
+      ->type_name("FILE")
+      ->group(kBatch);
+  command
+      .add_option("--shard", options.shard,
+                  "Develop one of N shares, numbered from 1, so that several machines can work on a batch")
+      ->type_name("I/N")
+      ->check(CLI::Validator(CheckShard, ""))
+      ->group(kBatch);
+}
+
+void AddOutputOptions(CLI::App& command, BatchOptions& options) {
   command
       .add_option("-o,--output", options.output_folder, "The folder to write to; it is created if necessary")
       ->required()
@@ -158,17 +270,26 @@ void AddBatchOptions(CLI::App& command, BatchOptions& options) {
       ->group(kBatch);
   command
       .add_option("--name", options.name_pattern,
-                  "Output names, using {stem}, {n}, {ext} and {folder} (default {stem}.{ext})")
+                  "Output names, using {stem}, {n}, {ext}, {folder}, {source_ext}, {date}, {time}, {camera} "
+                  "and {lens} (default {stem}.{ext})")
       ->type_name("PATTERN")
       ->group(kBatch);
   command.add_option("--format", options.format, "Output format: jpg, png or tiff (default jpg)")
       ->type_name("FORMAT")
       ->check(CLI::Validator(CheckFormat, ""))
       ->group(kBatch);
+}
+
+void AddRunOptions(CLI::App& command, BatchOptions& options) {
   AddJobsOption(command, options.jobs, "Photographs to develop in parallel (default: one per processor)")
       ->group(kBatch);
+  command
+      .add_option("--time-limit", options.time_limit,
+                  "Seconds after which a photograph is given up; 0 for no limit (default 300)")
+      ->type_name("SECONDS")
+      ->check(InRange(kTimeLimits))
+      ->group(kBatch);
   command.add_flag("--resume", options.resume, "Skip photographs that are already developed")->group(kBatch);
-  command.add_flag("--json", options.json, "Print a JSON report")->group(kBatch);
 }
 
 }  // namespace
@@ -181,7 +302,11 @@ void AddBatchCommand(CLI::App& app) {
   AddExportOptions(*command, options->how);
   const CLI::App* so_far = command;
   options->develop_options = so_far->get_options();
-  AddBatchOptions(*command, *options);
+  AddInputArguments(*command, *options);
+  AddOutputOptions(*command, *options);
+  AddRunOptions(*command, *options);
+  AddReportingOptions(*command, options->reporting);
+  AddDryRunOption(*command, options->reporting);
   command->callback([options] { DevelopBatch(*options); });
 }
 

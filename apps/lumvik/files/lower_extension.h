@@ -8,12 +8,16 @@
 
 namespace lumvik {
 
-// ".jpg" for "Holiday.JPG". Converts ASCII letters only.
-inline std::string LowerExtension(const std::filesystem::path& path) {
-  std::string extension = path.extension().string();
-  std::transform(extension.begin(), extension.end(), extension.begin(),
+// Converts ASCII letters only.
+inline std::string LowerAscii(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
                  [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-  return extension;
+  return text;
+}
+
+// ".jpg" for "Holiday.JPG".
+inline std::string LowerExtension(const std::filesystem::path& path) {
+  return LowerAscii(path.extension().string());
 }
 
 }  // namespace lumvik

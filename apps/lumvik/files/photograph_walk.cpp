@@ -23,6 +23,12 @@ constexpr std::string_view kRawExtensions[] = {
     ".fff", ".gpr", ".iiq", ".k25", ".kdc", ".mdc", ".mef", ".mos", ".mrw", ".nef", ".nrw", ".orf", ".pef",
     ".ptx", ".raf", ".raw", ".rw2", ".rwl", ".rwz", ".sr2", ".srf", ".srw", ".sti", ".x3f"};
 
+// Sorted, in lower case: folders of systems, network drives and catalogs, whose images are not photographs.
+constexpr std::string_view kSystemFolders[] = {
+    "#recycle", "#snapshot",  "$recycle.bin", "@eadir",   "@recently-snapshot",       "@recycle",
+    "__macosx", "captureone", "lost+found",   "recycler", "system volume information"};
+constexpr std::string_view kSystemFolderExtensions[] = {".cocatalog", ".lrdata"};
+
 template <std::size_t kCount>
 bool IsIn(const std::string_view (&extensions)[kCount], const std::string& extension) {
   return std::binary_search(std::begin(extensions), std::end(extensions), extension);
@@ -31,6 +37,16 @@ bool IsIn(const std::string_view (&extensions)[kCount], const std::string& exten
 bool IsPhotographName(const fs::path& path) {
   const std::string extension = LowerExtension(path);
   return IsIn(kOrdinaryExtensions, extension) || IsIn(kRawExtensions, extension);
+}
+
+bool IsHidden(const fs::path& path) {
+  const std::string name = path.filename().string();
+  return !name.empty() && name.front() == '.';
+}
+
+bool IsSystemFolder(const fs::path& path) {
+  return IsIn(kSystemFolders, LowerAscii(path.filename().string())) ||
+         IsIn(kSystemFolderExtensions, LowerExtension(path));
 }
 
 std::string Failure(const fs::path& path, const std::error_code& error) {
@@ -45,6 +61,8 @@ std::error_code List(const fs::path& folder, FoundPhotographs& found, std::vecto
     const fs::file_status status = entry->symlink_status(entry_error);
     if (entry_error) {
       found.failures.push_back(Failure(entry->path(), entry_error));
+    } else if (IsNoPhotograph(entry->path(), fs::is_directory(status))) {
+      continue;
     } else if (fs::is_directory(status)) {
       folders.push_back(entry->path());
     } else if (fs::is_regular_file(status) && IsPhotographName(entry->path())) {
@@ -55,6 +73,10 @@ std::error_code List(const fs::path& folder, FoundPhotographs& found, std::vecto
 }
 
 }  // namespace
+
+bool IsNoPhotograph(const fs::path& path, bool is_folder) {
+  return IsHidden(path) || (is_folder && IsSystemFolder(path));
+}
 
 bool IsOrdinaryImageName(const std::string& path) {
   return IsIn(kOrdinaryExtensions, LowerExtension(fs::u8path(path)));
