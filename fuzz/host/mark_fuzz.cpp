@@ -1,11 +1,13 @@
 // The mark of any file is read or reported missing. No change of a marked image leaves its mark intact. Any
-// bytes that are taken for an image, and images with any XMP packet, are marked and given a profile, or
+// bytes that are taken for an image, and images with any XMP packet, are given a mark and a profile, or
 // refused with a failure.
 #include <fuzzer/FuzzedDataProvider.h>
 
 #include "base/failure.h"
 #include "color/profile_attachment.h"
+#include "files/format.h"
 #include "files/intact_mark.h"
+#include "files/jpeg_metadata.h"
 #include "files/xmp_part.h"
 #include "fuzz_input.h"
 #include "host/marked_images.h"
@@ -75,6 +77,14 @@ void MarkAnything(const std::string& bytes) {
   }
 }
 
+void TurnJpeg(const std::string& bytes) {
+  constexpr std::int32_t kTurned = 6;
+  if (host::FormatOfBeginning(bytes) != LUMVIK_HOST_FORMAT_JPEG) return;
+  const std::string turned = host::WithOrientation(host::WithoutMetadata(bytes), kTurned);
+  Require(host::OrientationOfJpeg(turned) == kTurned);
+  Mark(turned, LUMVIK_HOST_FORMAT_JPEG);
+}
+
 }  // namespace
 }  // namespace lumvik::fuzz
 
@@ -82,5 +92,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   lumvik::fuzz::ReadMarkOf(data, size);
   lumvik::fuzz::EditMarkedImages(data, size);
   lumvik::fuzz::MarkAnything({data, data + size});
+  lumvik::fuzz::TurnJpeg({data, data + size});
   return 0;
 }

@@ -18,7 +18,7 @@ constexpr std::uint64_t kTiffLinkOffset = 4;
 constexpr std::uint64_t kTiffEntrySize = 12;
 
 Failure Unextendable(const char* format) {
-  return {LUMVIK_HOST_INTERNAL, std::string("nothing can be added to this ") + format};
+  return {LUMVIK_HOST_DAMAGED, std::string("nothing can be added to this ") + format + ": it is damaged"};
 }
 
 void AppendBytes(std::string& bytes, std::uint64_t number, unsigned width, ByteOrder order) {

@@ -1,4 +1,5 @@
-// Adding parts to image files. Each function throws Failure for a file whose beginning is damaged.
+// Adding parts to image files. Each function throws Failure with LUMVIK_HOST_DAMAGED for a file whose
+// beginning is.
 #ifndef LUMVIK_HOST_FILES_IMAGE_PARTS_H_
 #define LUMVIK_HOST_FILES_IMAGE_PARTS_H_
 

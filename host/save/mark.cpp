@@ -80,6 +80,16 @@ std::string PacketWithMark(std::string packet, const std::string& mark) {
   return packet;
 }
 
+void WriteDigest(const MarkPlace& place, std::string& image) {
+  const std::string digest = MarkDigest(image, place);
+  image.replace(place.digits, digest.size(), digest);
+  if (place.png_checked.empty()) return;
+  const std::string checksum = PngChecksum(place.png_checked);
+  const auto end =
+      static_cast<std::size_t>(place.png_checked.data() - image.data()) + place.png_checked.size();
+  image.replace(end, checksum.size(), checksum);
+}
+
 }  // namespace
 
 std::optional<std::string> MarkOf(const char* mark) {
@@ -94,17 +104,10 @@ std::optional<std::string> MarkOf(const char* mark) {
 }
 
 std::string WithMark(std::string image, lumvik_host_format format, const std::string& mark) {
-  image = ReplaceXmp(std::move(image), format, PacketWithMark(PacketOf(image, format), mark));
-  const auto place = FindMark(image, format);
-  if (!place) throw Unmarkable("it is damaged");
-  const std::string digest = MarkDigest(image, *place);
-  image.replace(place->digits, digest.size(), digest);
-  if (!place->png_checked.empty()) {
-    const std::string checksum = PngChecksum(place->png_checked);
-    const auto end =
-        static_cast<std::size_t>(place->png_checked.data() - image.data()) + place->png_checked.size();
-    image.replace(end, checksum.size(), checksum);
-  }
+  const std::string packet = PacketWithMark(PacketOf(image, format), mark);
+  image = ReplaceXmp(std::move(image), format, packet);
+  if (const auto place = FindMark(image, format)) WriteDigest(*place, image);
+  if (IntactMarkIn(image) != mark) throw Unmarkable("it is damaged");
   return image;
 }
 

@@ -13,7 +13,8 @@ namespace lumvik::host {
 std::optional<std::string> MarkOf(const char* mark);
 
 // The JPEG, PNG or TIFF with a mark, in the XMP packet that it has or a new one. Whatever changes the image
-// later makes the mark void. Throws Failure: LUMVIK_HOST_UNSUPPORTED if the packet becomes too long.
+// later makes the mark void. Throws Failure: LUMVIK_HOST_UNSUPPORTED if the packet becomes too long, or if
+// the image is so damaged that the mark could not be read back.
 std::string WithMark(std::string image, lumvik_host_format format, const std::string& mark);
 
 }  // namespace lumvik::host

@@ -21,6 +21,7 @@
 #include "files/jpeg_segments.h"
 #include "files/png_chunks.h"
 #include "files/tiff_reading.h"
+#include "files/xmp_part.h"
 #include "lumvik_host.h"
 #include "metadata/metadata_fixture.h"
 #include "photo/test_photos.h"
@@ -299,6 +300,21 @@ TEST(MarkedPacketTest, ThatDoesNotFitInAJpegIsUnsupported) {
     FAIL() << "marked";
   } catch (const Failure& failure) {
     EXPECT_EQ(failure.GetStatus(), LUMVIK_HOST_UNSUPPORTED);
+  }
+}
+
+TEST(MarkedPacketTest, ThatWouldHideTheMarkIsUnsupported) {
+  const std::string zeros(32, '0');
+  for (const auto format : {LUMVIK_HOST_FORMAT_JPEG, LUMVIK_HOST_FORMAT_PNG, LUMVIK_HOST_FORMAT_TIFF}) {
+    for (const std::string& end : {std::string(), zeros}) {
+      const std::string packet = "<rdf:RDF></rdf:RDF></lumvik:Mark><lumvik:Digest>" + end;
+      const std::string image = ReplaceXmp(EncodedForMark(format), format, packet);
+      try {
+        ADD_FAILURE() << "marked as " << IntactMarkIn(WithMark(image, format, "mark")).value_or("(none)");
+      } catch (const Failure& failure) {
+        EXPECT_EQ(failure.GetStatus(), LUMVIK_HOST_UNSUPPORTED);
+      }
+    }
   }
 }
 

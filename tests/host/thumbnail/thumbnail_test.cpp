@@ -316,5 +316,25 @@ TEST_F(ThumbnailTest, ADamagedPreviewIsReported) {
             "cannot read '" + raw + "': the preview in the RAW file is damaged or in an unknown format");
 }
 
+// Decoders skip garbage between the segments.
+TEST_F(ThumbnailTest, APreviewThatIsTooDamagedForAMarkIsReported) {
+  constexpr std::uint8_t kBeginning[] = {0xFF, 0xD8, 0xFF};
+  Bytes file = lumvik::test::MakeUndecodablePreviewRaw();
+  const auto preview = std::search(file.begin(), file.end(), std::begin(kBeginning), std::end(kBeginning));
+  ASSERT_NE(preview, file.end());
+  std::fill_n(preview + std::size(kBeginning), 20, std::uint8_t{0xD8});
+  const std::string raw = Written("in.dng", file);
+  lumvik_host_thumbnail_options options{};
+  options.struct_size = sizeof(options);
+  options.metadata = LUMVIK_HOST_METADATA_NONE;
+  options.mark = "mark";
+  std::uint8_t* data = nullptr;
+  std::size_t length = 0;
+  EXPECT_EQ(lumvik_host_extract_thumbnail(raw.c_str(), &options, &data, &length, nullptr, nullptr),
+            LUMVIK_HOST_DAMAGED)
+      << lumvik_host_last_error();
+  EXPECT_EQ(data, nullptr);
+}
+
 }  // namespace
 }  // namespace lumvik::host::test
