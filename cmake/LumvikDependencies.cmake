@@ -1,6 +1,5 @@
 # The libraries the engine uses, as the target lumvik_dependencies: OpenCV (core, imgproc, imgcodecs), LibRaw (the
-# thread-safe build), libexif and Little CMS 2. For the host library and the command also xxHash, as lumvik_xxhash, of
-# which only the headers are needed.
+# thread-safe build), libexif and Little CMS 2.
 
 find_package(Threads REQUIRED)
 find_package(PkgConfig REQUIRED)
@@ -28,7 +27,3 @@ else()
     target_link_libraries(lumvik_dependencies INTERFACE ${LUMVIK_OPENCV_${module}})
   endforeach()
 endif()
-
-find_path(LUMVIK_XXHASH_INCLUDE xxhash.h REQUIRED)
-add_library(lumvik_xxhash INTERFACE)
-target_include_directories(lumvik_xxhash SYSTEM INTERFACE ${LUMVIK_XXHASH_INCLUDE})
