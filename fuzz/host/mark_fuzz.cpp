@@ -20,8 +20,8 @@ constexpr int kMaxEdits = 8;
 constexpr std::size_t kMaxEditBytes = 64;
 
 const std::vector<MarkedImage>& MarkedImages() {
-  static const std::vector<MarkedImage> images = MakeMarkedImages();
-  return images;
+  static const std::vector<MarkedImage> kImages = MakeMarkedImages();
+  return kImages;
 }
 
 void ReadMarkOf(const uint8_t* data, size_t size) {
