@@ -45,8 +45,6 @@ class SettingsImportTest : public CommandTest {
   std::string file_;
 };
 
-constexpr int kDamagedXmp = 3;  // exit status
-
 struct NumberCase {
   const char* name;
   const char* value;
@@ -358,7 +356,7 @@ TEST_F(SettingsImportTest, DamagedXmpIsRefused) {
   for (const std::string& text : {whole.substr(0, whole.size() / 2), std::string("<x"), std::string("{}"),
                                   std::string("\0\xFF\xFE", 3)}) {
     WriteFile(Path("in.xmp"), text);
-    ExpectRefusal(Import(Path("in.xmp"), {"-o", Path("old.json")}), kDamagedXmp,
+    ExpectRefusal(Import(Path("in.xmp"), {"-o", Path("old.json")}), kFailure,
                   "cannot read '" + Path("in.xmp") + "': it ");
   }
   EXPECT_EQ(ReadFile(Path("old.json")), "last year's work");
