@@ -621,8 +621,9 @@ LUMVIK_HOST_API int32_t lumvik_host_format_of(const char* path);
 LUMVIK_HOST_API const char* lumvik_host_extension_of(int32_t format);
 
 /**
- * Renders if necessary and writes the result to @p path. The attached profile is sRGB, or that of the
- * photograph if it was opened with @c keep_colors.
+ * Renders if necessary and writes the result to @p path. The attached profile is sRGB. If the
+ * photograph was opened with @c keep_colors, it is that of the photograph; one that is damaged or not for RGB
+ * images is replaced by sRGB, and one too large for the format left out, see lumvik_host_get_warnings().
  *
  * Metadata of the photograph that is damaged, or too long for the format, is left out, see
  * lumvik_host_get_warnings().
@@ -640,9 +641,9 @@ LUMVIK_HOST_API lumvik_host_status lumvik_host_save_bytes(lumvik_host_photo* pho
                                                           uint8_t** data, size_t* size);
 
 /**
- * Writes the subject on a transparent background as an 8-bit PNG. Of the options only @c overwrite and @c
- * mark count. Without a mask the status is ::LUMVIK_HOST_NOT_FOUND; settings that move pixels give
- * ::LUMVIK_HOST_UNSUPPORTED and a text that names the setting.
+ * Writes the subject on a transparent background as an 8-bit PNG. Of the options only @c overwrite, @c
+ * no_profile and @c mark count. Without a mask the status is ::LUMVIK_HOST_NOT_FOUND; settings that move
+ * pixels give ::LUMVIK_HOST_UNSUPPORTED and a text that names the setting.
  */
 LUMVIK_HOST_API lumvik_host_status lumvik_host_save_cutout(lumvik_host_photo* photo, const char* path,
                                                            const lumvik_host_save_options* options);
@@ -689,7 +690,7 @@ typedef struct lumvik_host_exif {
   double gps_latitude;  /**< Degrees, south negative. */
   double gps_longitude; /**< Degrees, west negative. */
   double as_shot_temperature; /**< Kelvin, of the white balance of a RAW file as shot; NaN if unknown. */
-  double as_shot_tint;        /**< The magenta that neutralizes it, 3000 x Duv of the light; NaN if unknown. */
+  double as_shot_tint; /**< The magenta that neutralizes it, 3000 x Duv of the light; NaN if unknown. */
 } lumvik_host_exif;
 
 /**

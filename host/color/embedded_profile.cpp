@@ -13,8 +13,6 @@
 namespace lumvik::host {
 namespace {
 
-constexpr std::size_t kMaxProfileBytes = 16U << 20U;
-
 bool IsJpegProfile(const JpegSegment& segment) {
   return segment.marker == kJpegApp2 &&
          PartOf(segment.payload, 0, kJpegProfileMark.size()) == kJpegProfileMark;
@@ -54,7 +52,7 @@ std::string TiffProfile(std::string_view tiff) {
   const TiffReader reader(tiff);
   if (reader.Directories().empty()) return {};
   const TiffEntry* const entry = reader.Directories().front().Find(kTiffProfileTag);
-  return entry == nullptr ? std::string() : std::string(reader.Bytes(*entry));
+  return entry == nullptr ? std::string() : std::string(reader.Bytes(*entry).substr(0, kMaxProfileBytes));
 }
 
 std::optional<std::string> WebpProfile(std::string_view webp) {

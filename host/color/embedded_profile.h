@@ -2,6 +2,7 @@
 #ifndef LUMVIK_HOST_COLOR_EMBEDDED_PROFILE_H_
 #define LUMVIK_HOST_COLOR_EMBEDDED_PROFILE_H_
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -12,6 +13,9 @@ namespace lumvik::host {
 
 // The prefix of a JPEG's APP2 segment with a part of a profile; its number and the number of parts follow.
 inline constexpr std::string_view kJpegProfileMark = {"ICC_PROFILE\0", 12};
+
+// Larger ones are cut off.
+inline constexpr std::size_t kMaxProfileBytes = std::size_t{16} << 20;
 
 inline constexpr std::uint16_t kTiffProfileTag = 34675;
 

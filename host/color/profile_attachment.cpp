@@ -14,15 +14,18 @@
 namespace lumvik::host {
 namespace {
 
+// Numbers of parts have one byte.
+constexpr std::size_t kMaxParts = 255;
+constexpr std::size_t kPartSize = kMaxJpegPayload - kJpegProfileMark.size() - 2;
+
 std::string ProfileSegments(std::string_view icc) {
-  const std::size_t part_size = kMaxJpegPayload - kJpegProfileMark.size() - 2;
-  const std::size_t count = (icc.size() + part_size - 1) / part_size;
+  const std::size_t count = (icc.size() + kPartSize - 1) / kPartSize;
   std::string segments;
   for (std::size_t i = 0; i < count; ++i) {
     std::string payload(kJpegProfileMark);
     payload.push_back(static_cast<char>(i + 1));
     payload.push_back(static_cast<char>(count));
-    segments += MakeJpegSegment(kJpegApp2, payload.append(icc.substr(i * part_size, part_size)));
+    segments += MakeJpegSegment(kJpegApp2, payload.append(icc.substr(i * kPartSize, kPartSize)));
   }
   return segments;
 }
@@ -41,6 +44,10 @@ std::string ProfileChunk(std::string_view icc) {
 }
 
 }  // namespace
+
+std::size_t MaxProfileBytes(lumvik_host_format format) {
+  return format == LUMVIK_HOST_FORMAT_JPEG ? kMaxParts * kPartSize : kMaxProfileBytes;
+}
 
 std::string AttachProfile(std::string image, lumvik_host_format format, std::string_view icc) {
   switch (format) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <limits>
 #include <new>
 #include <opencv2/imgcodecs.hpp>
 #include <vector>
@@ -11,13 +10,11 @@
 #include "base/byte_matrix.h"
 #include "base/failure.h"
 #include "color/color_profile.h"
-#include "color/embedded_profile.h"
+#include "color/stated_profile.h"
 #include "files/file_reading.h"
 
 namespace lumvik::host {
 namespace {
-
-constexpr std::uintmax_t kMaxImageBytes = std::numeric_limits<std::int32_t>::max();
 
 // Upright, blue first; empty if it cannot be decoded.
 cv::Mat Decode(const std::string& image, int flags) {
@@ -44,15 +41,6 @@ cv::Mat PixelsFor(const ColorProfile& profile, const cv::Mat& image) {
   return profile.IsGray() ? GrayOf(image) : image;
 }
 
-ColorProfile ProfileOf(const std::string& image, lumvik_host_format format) {
-  const std::string icc = FindIccProfile(image, format);
-  if (icc.empty() && format == LUMVIK_HOST_FORMAT_JPEG && !HasIccProfile(image, format) &&
-      StatesAdobeRgb(image)) {
-    return ColorProfile::AdobeRgb();
-  }
-  return ColorProfile(icc);
-}
-
 struct ConvertedPixels {
   std::string profile;
   cv::Mat pixels;  // CV_8UC3 in sRGB; empty if there is nothing to convert
@@ -60,27 +48,19 @@ struct ConvertedPixels {
 };
 
 ConvertedPixels Convert(const std::string& image, lumvik_host_format format) {
+  const StatedProfile stated = ProfileStatedBy(image, format);
   ConvertedPixels result;
-  const ColorProfile profile = ProfileOf(image, format);
-  if (!profile.IsUsable()) {
-    if (HasIccProfile(image, format)) result.warning = "it is damaged, so the colors are taken as sRGB";
-    return result;
-  }
-  result.profile = profile.Description();
-  if (!profile.IsRgb() && !profile.IsGray()) {
-    // OpenCV has already converted CMYK images, whose profiles are the most common of these.
-    result.warning = "it is neither for RGB nor for gray images, so the colors are approximate";
-    return result;
-  }
-  if (profile.IsLikeSrgb()) return result;
+  result.profile = stated.description;
+  result.warning = stated.warning;
+  if (!stated.profile || stated.profile->IsLikeSrgb()) return result;
   const cv::Mat decoded = Decode(image, cv::IMREAD_COLOR | cv::IMREAD_ANYDEPTH);
   if (decoded.empty()) return result;  // opening it states the reason
-  const cv::Mat pixels = PixelsFor(profile, decoded);
+  const cv::Mat pixels = PixelsFor(*stated.profile, decoded);
   if (pixels.empty()) {
     result.warning = "it does not fit the image, so the colors are taken as sRGB";
     return result;
   }
-  result.pixels = profile.ConvertToSrgb(pixels);
+  result.pixels = stated.profile->ConvertToSrgb(pixels);
   return result;
 }
 
@@ -104,8 +84,9 @@ cv::Mat DecodeToSrgb(const std::string& image, lumvik_host_format format) {
 }
 
 bool StatesOtherColors(const std::string& image, lumvik_host_format format) {
-  const ColorProfile profile = ProfileOf(image, format);
-  return profile.IsUsable() && !((profile.IsRgb() || profile.IsGray()) && profile.IsLikeSrgb());
+  const StatedProfile stated = ProfileStatedBy(image, format);
+  if (stated.profile) return !stated.profile->IsLikeSrgb();
+  return !stated.description.empty();
 }
 
 }  // namespace lumvik::host

@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <limits>
 #include <string>
 
 namespace lumvik::host {
@@ -21,6 +22,9 @@ std::string ReadBeginning(const std::string& path, std::size_t count);
 
 // The first and the last bytes of a file, at most `count` of each; none twice.
 std::string ReadEnds(const std::string& path, std::size_t count);
+
+// What the image decoders accept.
+inline constexpr std::uintmax_t kMaxImageBytes = std::numeric_limits<std::int32_t>::max();
 
 // A whole file. One of more than `max_bytes` is not read but refused as LUMVIK_HOST_INVALID_ARGUMENT.
 std::string ReadFile(const std::string& path, std::uintmax_t max_bytes);

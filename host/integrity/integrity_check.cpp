@@ -1,8 +1,5 @@
 #include "integrity/integrity_check.h"
 
-#include <cstdint>
-#include <limits>
-
 #include "base/failure.h"
 #include "files/file_reading.h"
 #include "integrity/image_check.h"
@@ -12,14 +9,8 @@
 #include "integrity/tiff_check.h"
 
 namespace lumvik::host {
-namespace {
-
-constexpr std::uintmax_t kMaxCheckedBytes = std::numeric_limits<std::int32_t>::max();
-
-}  // namespace
-
 std::optional<Damage> FindDamage(const std::string& path, lumvik_host_format format) {
-  const std::string bytes = ReadFile(path, kMaxCheckedBytes);
+  const std::string bytes = ReadFile(path, kMaxImageBytes);
   switch (format) {
     case LUMVIK_HOST_FORMAT_RAW:
       return CheckRaw(path, bytes);

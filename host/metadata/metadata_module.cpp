@@ -205,16 +205,6 @@ std::string WithMetadata(std::string image, const std::string& photograph, const
   return written.empty() ? image : written;
 }
 
-void CopyMetadata(const std::string& photograph, const std::string& shown, const std::string& image,
-                  const MetadataOptions& options, std::vector<std::string>& warnings) {
-  std::string bytes = ReadFile(image, std::numeric_limits<std::uintmax_t>::max());
-  const std::string written = AddMetadata(bytes, photograph, shown, options, warnings);
-  if (written.empty()) return;
-  std::error_code failure;
-  WithoutFileSizeSignal([&] { failure = FillFile(PathOf(image), written, WriteMode::kReplace); });
-  if (failure) throw Failure(StatusOf(failure), "cannot write the metadata: " + failure.message());
-}
-
 ModuleExif ReadModuleExif(const std::string& path) {
   lumvik_metadata_exif exif{};
   lumvik_metadata_error ignored{};

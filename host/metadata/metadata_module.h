@@ -42,7 +42,7 @@ CameraRawSettings ReadCameraRawSettings(const std::string& path);
 struct MetadataOptions {
   bool keep_position = true;
   std::optional<std::string> copyright;
-  bool is_srgb = false;  // the image, whatever the photograph states
+  bool is_srgb = true;  // the image, whatever the photograph states
 };
 
 // An image with the metadata of a photograph about the shot and its author. `image`, a file, may state its
@@ -55,10 +55,6 @@ struct MetadataOptions {
 // copyright that the format cannot hold.
 std::string WithMetadata(std::string image, const std::string& photograph, const std::string& shown,
                          const MetadataOptions& options, std::vector<std::string>& warnings);
-
-// The same for an image in a file.
-void CopyMetadata(const std::string& photograph, const std::string& shown, const std::string& image,
-                  const MetadataOptions& options, std::vector<std::string>& warnings);
 
 // What the module knows of a photograph; "" for what it does not.
 struct ModuleExif {

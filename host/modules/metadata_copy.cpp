@@ -12,6 +12,7 @@ namespace {
 
 constexpr std::uint16_t kUprightTag = 1;
 constexpr std::uint16_t kSrgb = 1;
+constexpr std::uint16_t kUncalibrated = 65535;
 constexpr char kLensModel[] = "Exif.Photo.LensModel";
 
 // Kept from the main directory, whose other tags describe how pixels are stored.
@@ -102,7 +103,6 @@ KeptMetadata KeptOfSource(const SourceMetadata& source, const KeepOptions& optio
   if (!lens.empty() && kept.exif.findKey(Exiv2::ExifKey(kLensModel)) == kept.exif.end()) {
     kept.exif[kLensModel] = lens;
   }
-  if (options.is_srgb) kept.exif["Exif.Photo.ColorSpace"] = kSrgb;
   return kept;
 }
 
@@ -127,6 +127,7 @@ void SetCopyright(KeptMetadata& metadata, const std::string& notice) {
 KeptMetadata KeptOf(const SourceMetadata& source, const KeepOptions& options) {
   KeptMetadata kept = KeptOfSource(source, options);
   if (options.copyright) SetCopyright(kept, *options.copyright);
+  if (!kept.exif.empty()) kept.exif["Exif.Photo.ColorSpace"] = options.is_srgb ? kSrgb : kUncalibrated;
   return kept;
 }
 

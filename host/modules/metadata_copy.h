@@ -22,7 +22,7 @@ struct KeptMetadata {
 
 struct KeepOptions {
   bool position = true;
-  bool is_srgb = false;  // whatever the photograph states
+  bool is_srgb = true;  // the image, whatever the photograph states
   std::optional<std::string> copyright;
 };
 

@@ -52,7 +52,7 @@ typedef int32_t (*lumvik_metadata_left_out)(void* user, const char* what, const 
 
 typedef struct lumvik_metadata_copy_options {
   int32_t keep_position;
-  int32_t is_srgb;       /* The image is in sRGB, whatever the photograph states. */
+  int32_t is_srgb;       /* Of the image, whatever the photograph states. */
   const char* copyright; /* Replaces the photograph's; null keeps it. */
 } lumvik_metadata_copy_options;
 

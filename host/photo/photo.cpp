@@ -11,20 +11,32 @@ namespace lumvik::host {
 
 Photo::Photo(std::unique_ptr<PhotoSource> source, const lumvik_host_open_options& options)
     : source_(std::move(source)) {
-  if (IsRaw() || options.keep_colors != 0) {
-    constexpr int kProxyQuality = 4;
-    const int first = options.proxy_first != 0 ? kProxyQuality : options.quality;
-    image_ = source_->Load(IsRaw() ? first : 1);
-    return;
+  constexpr int kProxyQuality = 4;
+  if (IsRaw()) {
+    image_ = source_->Load(options.proxy_first != 0 ? kProxyQuality : options.quality);
+  } else {
+    OpenImage(options.keep_colors != 0);
   }
-  PhotoSource::Converted converted = source_->LoadConverted();
-  image_ = std::move(converted.image);
-  profile_ = std::move(converted.profile);
-  is_converted_ = converted.is_converted;
-  if (!converted.warning.empty()) {
-    opening_warnings_.push_back(
-        OneLine("the color profile of " + Shown() + " was not used: " + converted.warning));
+}
+
+void Photo::OpenImage(bool keeps_colors) {
+  constexpr int kFullQuality = 1;
+  std::string warning;
+  if (keeps_colors) {
+    KeptColors kept = source_->Colors();
+    image_ = source_->Load(kFullQuality);
+    colors_ = std::move(kept.colors);
+    profile_ = std::move(kept.description);
+    warning = std::move(kept.warning);
+  } else {
+    PhotoSource::Converted converted = source_->LoadConverted();
+    image_ = std::move(converted.image);
+    profile_ = std::move(converted.profile);
+    is_converted_ = converted.is_converted;
+    warning = std::move(converted.warning);
   }
+  if (warning.empty()) return;
+  opening_warnings_.push_back(OneLine("the color profile of " + Shown() + " was not used: " + warning));
 }
 
 lumvik_host_photo_info Photo::Info() const {

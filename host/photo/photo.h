@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "color/stated_profile.h"
 #include "lumvik.h"
 #include "lumvik_host.h"
 #include "photo/engine_image.h"
@@ -28,6 +29,7 @@ class Photo {
   EngineContext* Engine() const { return image_->Context(); }
   lumvik_host_photo_info Info() const;
   bool IsRaw() const { return source_->IsRaw(); }
+  const PixelColors& Colors() const { return colors_; }
   // What the engine reads, and the photograph with its metadata: the same but for a name that contradicts the
   // content. Absolute.
   const std::string& SourcePath() const { return source_->ServedPath(); }
@@ -67,10 +69,12 @@ class Photo {
     float background_blur;
   };
 
+  void OpenImage(bool keeps_colors);
   void Render(Settings complete, float background_blur);
 
   std::unique_ptr<PhotoSource> source_;
   std::unique_ptr<EngineImage> image_;
+  PixelColors colors_ = SrgbColors();
   std::string profile_;
   std::vector<std::string> opening_warnings_;
   std::vector<std::string> saving_warnings_;

@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 
+#include "color/stated_profile.h"
 #include "files/memory_file.h"
 #include "files/served_file.h"
 #include "lumvik_host.h"
@@ -41,6 +42,9 @@ class PhotoSource {
     std::string warning;  // why the profile was not used; "" if it was, or without one
   };
   Converted LoadConverted();
+
+  // The colors of an image that is loaded without conversion.
+  KeptColors Colors() const { return ColorsOf(ServedPath(), format_); }
 
  private:
   PhotoSource(std::unique_ptr<MemoryFile> bytes, const std::string& path, std::string shown);

@@ -1,7 +1,6 @@
 #include "save/image_export.h"
 
 #include <cstdint>
-#include <limits>
 #include <memory>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
@@ -60,7 +59,7 @@ cv::Mat ReducedFrame(const Frame& frame, const PreviewLayout& layout) {
 // 16 bits per channel. The engine gives them out in files only.
 cv::Mat ReducedExport(Photo& photo, const SavePlan& plan, const PreviewLayout& layout, const SafeFile& file) {
   ExportWholeImage(photo, plan, file);
-  const std::string bytes = ReadFile(file.TemporaryPath(), std::numeric_limits<std::int32_t>::max());
+  const std::string bytes = ReadFile(file.TemporaryPath(), kMaxImageBytes);
   cv::Mat reduced;
   cv::resize(cv::imdecode(ByteMatrix(bytes), cv::IMREAD_UNCHANGED), reduced, {layout.width, layout.height}, 0,
              0, cv::INTER_AREA);

@@ -114,7 +114,7 @@ SavePlan PlanForBytes(const lumvik_host_save_options& options) {
 }
 
 PngPlan PlanForPng(const lumvik_host_save_options& options) {
-  return {OverwriteOf(options.overwrite), MarkOf(options.mark)};
+  return {options.no_profile == 0, OverwriteOf(options.overwrite), MarkOf(options.mark)};
 }
 
 }  // namespace lumvik::host

@@ -26,6 +26,7 @@ struct SavePlan {
 
 // What counts of the options for a PNG of given pixels.
 struct PngPlan {
+  bool has_profile = true;  // of a cutout
   Overwrite overwrite = Overwrite::kNo;
   std::optional<std::string> mark;
 };

@@ -1,14 +1,15 @@
 #include "save/saving.h"
 
 #include <limits>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "base/failure.h"
-#include "color/color_profile.h"
 #include "color/profile_attachment.h"
 #include "files/file_reading.h"
+#include "files/format.h"
 #include "files/private_folder.h"
 #include "lumvik.h"
 #include "metadata/metadata_module.h"
@@ -24,30 +25,39 @@ std::string Content(const SafeFile& file) {
   return ReadFile(file.TemporaryPath(), std::numeric_limits<std::uintmax_t>::max());
 }
 
-void AddMetadata(const Photo& photo, const SavePlan& plan, const SafeFile& file,
-                 std::vector<std::string>& warnings) {
-  if (plan.metadata == LUMVIK_HOST_METADATA_NONE) return;
+std::string AddMetadata(std::string image, const Photo& photo, const SavePlan& plan,
+                        std::vector<std::string>& warnings) {
+  if (plan.metadata == LUMVIK_HOST_METADATA_NONE) return image;
   MetadataOptions options;
   options.keep_position = plan.metadata == LUMVIK_HOST_METADATA_KEEP;
   options.copyright = plan.copyright;
-  options.is_srgb = photo.IsRaw() || photo.Info().is_converted != 0;
-  CopyMetadata(photo.OriginalPath(), photo.Shown(), file.TemporaryPath(), options, warnings);
+  options.is_srgb = photo.Colors().is_srgb;
+  return WithMetadata(std::move(image), photo.OriginalPath(), photo.Shown(), options, warnings);
 }
 
-void AddProfileAndMark(const SavePlan& plan, const SafeFile& file) {
-  static const std::string kSrgb = ColorProfile::Srgb().Serialize();
-  if (!plan.has_profile && !plan.mark) return;
-  std::string image = Content(file);
-  if (plan.has_profile) image = AttachProfile(std::move(image), plan.format, kSrgb);
-  if (plan.mark) image = WithMark(std::move(image), plan.format, *plan.mark);
-  file.Write(image);
+std::string AddProfile(std::string image, const Photo& photo, const SavePlan& plan,
+                       std::vector<std::string>& warnings) {
+  if (!plan.has_profile) return image;
+  const std::string& icc = photo.Colors().icc;
+  const std::size_t limit = MaxProfileBytes(plan.format);
+  if (icc.size() <= limit) return AttachProfile(std::move(image), plan.format, icc);
+  warnings.push_back("the color profile of " + photo.Shown() + " was left out: it has " +
+                     std::to_string(icc.size()) + " bytes, and a " + NameOfFormat(plan.format) +
+                     " holds at most " + std::to_string(limit));
+  return image;
+}
+
+std::string AddMark(std::string image, lumvik_host_format format, const std::optional<std::string>& mark) {
+  return mark ? WithMark(std::move(image), format, *mark) : image;
 }
 
 void Produce(Photo& photo, const SavePlan& plan, const SafeFile& file) {
   std::vector<std::string>& warnings = photo.StartSaving();
   ExportImage(photo, plan, file);
-  AddMetadata(photo, plan, file, warnings);
-  AddProfileAndMark(plan, file);
+  if (plan.metadata == LUMVIK_HOST_METADATA_NONE && !plan.has_profile && !plan.mark) return;
+  std::string image = AddMetadata(Content(file), photo, plan, warnings);
+  image = AddProfile(std::move(image), photo, plan, warnings);
+  file.Write(AddMark(std::move(image), plan.format, plan.mark));
 }
 
 // These move pixels away from the mask, which is made before any geometric correction.
@@ -92,7 +102,11 @@ void SaveCutout(Photo& photo, const std::string& path, const PngPlan& plan) {
              return lumvik_export_subject_png(photo.Engine(), temporary.c_str());
            }) == LUMVIK_OK;
   });
-  if (plan.mark) file.Write(WithMark(Content(file), LUMVIK_HOST_FORMAT_PNG, *plan.mark));
+  if (plan.has_profile || plan.mark) {
+    std::string png = Content(file);
+    if (plan.has_profile) png = AttachProfile(std::move(png), LUMVIK_HOST_FORMAT_PNG, photo.Colors().icc);
+    file.Write(AddMark(std::move(png), LUMVIK_HOST_FORMAT_PNG, plan.mark));
+  }
   file.Commit();
 }
 

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <limits>
 #include <new>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
@@ -74,7 +73,7 @@ std::string EncodeReduced(const cv::Mat& image, int max_width, int max_height) {
 
 std::string OfOrdinaryImage(const std::string& path, lumvik_host_format format, const ThumbnailPlan& plan,
                             const std::string& what) {
-  const cv::Mat image = DecodeToSrgb(ReadFile(path, std::numeric_limits<std::int32_t>::max()), format);
+  const cv::Mat image = DecodeToSrgb(ReadFile(path, kMaxImageBytes), format);
   if (image.empty()) throw Failure(LUMVIK_HOST_DAMAGED, what + ": it is damaged");
   if (plan.HasLimit()) return EncodeReduced(image, plan.max_width, plan.max_height);
   return EncodeReduced(image, kUsualSide, kUsualSide);

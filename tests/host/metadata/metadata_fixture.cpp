@@ -1,7 +1,10 @@
 #include "metadata/metadata_fixture.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <opencv2/imgcodecs.hpp>
+
+#include "support/file_bytes.h"
 
 namespace lumvik::host::test {
 
@@ -31,6 +34,15 @@ int TagsInGroup(const Exiv2::Image& image, const std::string& group) {
   return static_cast<int>(std::count_if(exif.begin(), exif.end(), [&](const Exiv2::Exifdatum& tag) {
     return tag.groupName().rfind(group, 0) == 0;
   }));
+}
+
+std::vector<std::string> CopyMetadataForTest(const std::string& photograph, const std::string& image,
+                                             const MetadataOptions& options) {
+  const std::vector<std::uint8_t> plain = lumvik::test::ReadBytes(image);
+  std::vector<std::string> warnings;
+  const std::string copy = WithMetadata({plain.begin(), plain.end()}, photograph, "'in'", options, warnings);
+  lumvik::test::WriteBytes(image, {copy.begin(), copy.end()});
+  return warnings;
 }
 
 std::string MetadataFixture::PlainImage(const std::string& name) const {

@@ -7,7 +7,9 @@
 #include <exiv2/exiv2.hpp>
 #include <memory>
 #include <string>
+#include <vector>
 
+#include "metadata/metadata_module.h"
 #include "support/temp_dir.h"
 
 namespace lumvik::host::test {
@@ -22,6 +24,10 @@ std::string IptcValue(const Exiv2::Image& image, const std::string& key);
 
 // The number of EXIF tags in groups whose names begin with `group`.
 int TagsInGroup(const Exiv2::Image& image, const std::string& group);
+
+// Adds the metadata of a photograph to an image file. Returns the warnings, which name the photograph 'in'.
+std::vector<std::string> CopyMetadataForTest(const std::string& photograph, const std::string& image,
+                                             const MetadataOptions& options = {});
 
 class MetadataFixture : public ::testing::Test {
  protected:
