@@ -70,8 +70,7 @@ void ExpectRefusal(const ProcessResult& result, int status, const std::string& p
 
 void CommandTest::TearDown() {
   for (const fs::directory_entry& entry : fs::recursive_directory_iterator(folder_.path())) {
-    EXPECT_NE(entry.path().filename().string().rfind(".lumvik", 0), 0U)
-        << entry.path() << " was left behind";
+    EXPECT_NE(entry.path().filename().string().rfind(".lumvik", 0), 0U) << entry.path() << " was left behind";
   }
 }
 

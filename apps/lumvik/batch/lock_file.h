@@ -21,7 +21,7 @@ class LockFile {
   LockFile& operator=(LockFile&&) = delete;
   LockFile(const LockFile&) = delete;
   LockFile& operator=(const LockFile&) = delete;
-  ~LockFile();  // removes the file, unless it is to be kept, and releases the lock
+  ~LockFile();  // removes the file, unless Keep was called, and releases the lock
 
   bool IsExclusive() const { return is_exclusive_; }  // false where the file system has no locks
 

@@ -76,7 +76,10 @@ class Run {
       MakeFolder(fs::path(task.output).parent_path());
       const fs::path target = ResolveOutput(task.output, task.input);
       std::unique_ptr<StagedOutput> output = Claim(target, i);
-      if (!output) return false;
+      if (!output) {
+        other_run_ = folders_.ClaimantOf(target);
+        return false;
+      }
       if (!IsSettled(i, target)) StartWorker(i, std::move(output));
     } catch (const Interruption&) {
       throw;
@@ -143,12 +146,10 @@ class Run {
   }
 
   void Announce(const std::deque<std::size_t>& waiting) const {
-    const BatchTask& task = work_.tasks[waiting.front()];
-    const int process = folders_.ClaimantOf(ResolveOutput(task.output, task.input));
-    notify_("another run" + (process == 0 ? "" : " (process " + std::to_string(process) + ")") +
-            " is writing into '" + fs::path(task.output).parent_path().string() +
-            "'; waiting for it to finish " + std::to_string(waiting.size()) +
-            (waiting.size() == 1 ? " photograph" : " photographs"));
+    const fs::path folder = fs::path(work_.tasks[waiting.back()].output).parent_path();
+    notify_("another run" + (other_run_ == 0 ? "" : " (process " + std::to_string(other_run_) + ")") +
+            " is writing into '" + folder.string() + "'; waiting for it to finish " +
+            std::to_string(waiting.size()) + (waiting.size() == 1 ? " photograph" : " photographs"));
   }
 
   void Finish(const WorkerEnd& end) {
@@ -197,6 +198,7 @@ class Run {
   std::vector<BatchOutcome>& outcomes_;
   const std::function<void(std::size_t)>& done_;
   const std::function<void(const std::string&)>& notify_;
+  int other_run_ = 0;  // the process that was last found to write an output; 0 if unknown
   bool announced_ = false;
   bool warned_ = false;
   std::optional<std::string> full_disk_;  // a folder on it
