@@ -14,8 +14,8 @@ struct RefusedXmp {
   std::string why;
 };
 
-// The packets in a JPEG, PNG, WebP, TIFF or RAW file that exiv2 would parse and XmpFault() refuses. In a JPEG,
-// EXIF may hold another one, whose size is limited to 64 KiB.
+// The packets in a JPEG, PNG, WebP, TIFF or RAW file that exiv2 would parse and XmpFault() refuses. In a
+// JPEG, EXIF may hold another one, whose size is limited to 64 KiB.
 std::vector<RefusedXmp> FindRefusedXmp(std::string_view file);
 
 }  // namespace lumvik::metadata
