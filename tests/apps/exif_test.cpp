@@ -93,7 +93,10 @@ TEST_F(ExifTest, ACommentTooLongForJpegIsDropped) {
   const std::string in = Photograph("in.jpg");
   WriteExif(in, exif);
   ASSERT_NE(TagValue(ReadExif(in), kComment), "(none)");
-  Developed(in, Path("out.jpg"));
+  const ProcessResult result = Develop(in, Path("out.jpg"));
+  EXPECT_EQ(result.status, kSuccess);
+  EXPECT_EQ(result.err,
+            "lumvik: warning: " + kComment + " of '" + in + "' was left out: it is too long for a JPEG\n");
   EXPECT_EQ(TagValue(ReadExif(Path("out.jpg")), kComment), "(none)");
   EXPECT_EQ(TagValue(ReadExif(Path("out.jpg")), kMake), "Camera");
   Developed(in, Path("out.tif"));
