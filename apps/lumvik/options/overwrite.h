@@ -10,7 +10,8 @@
 namespace lumvik {
 
 inline CLI::Option* AddOverwriteOption(CLI::App& command, bool& overwrite) {
-  return command.add_flag("--overwrite", overwrite, "Replace existing files, also those that lumvik did not write");
+  return command.add_flag("--overwrite", overwrite,
+                          "Replace existing files, also those that lumvik did not write");
 }
 
 // Existing files of others are replaced on request only.
