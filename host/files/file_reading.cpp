@@ -59,7 +59,11 @@ void RequireReadable(const std::string& path) {
 }
 
 void RequireContent(const std::string& path, const std::string& shown) {
-  if (ReadBeginning(path, 1).empty()) throw Failure(LUMVIK_HOST_NOT_A_PHOTOGRAPH, shown + " is empty");
+  RequireReadable(path);
+  std::error_code error;
+  const std::uintmax_t size = fs::file_size(PathOf(path), error);
+  if (error) throw FileFailure("read", path, error);
+  if (size == 0) throw Failure(LUMVIK_HOST_NOT_A_PHOTOGRAPH, shown + " is empty");
 }
 
 std::string ReadBeginning(const std::string& path, std::size_t count) {
