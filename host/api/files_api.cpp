@@ -8,6 +8,7 @@
 #include "api/guard.h"
 #include "api/photo_handle.h"
 #include "api/registry.h"
+#include "files/file_reading.h"
 #include "files/fingerprint.h"
 #include "files/format.h"
 #include "files/jpeg_size.h"
@@ -45,8 +46,9 @@ std::uint64_t HashOf(const std::string& path) {
   const ServedFile served(path, format == LUMVIK_HOST_FORMAT_RAW ? Decoder::kRaw : Decoder::kImage);
   std::uint64_t hash = 0;
   const int status = CallLibrary(what, [&] { return lumvik_phash(served.Path().c_str(), &hash); });
-  if (status != LUMVIK_OK) ThrowHashFailure(status, what);
-  return hash;
+  if (status == LUMVIK_OK) return hash;
+  RequireReadable(path);  // the engine takes a file that is gone for a damaged one
+  ThrowHashFailure(status, what);
 }
 
 }  // namespace

@@ -8,14 +8,15 @@
 #include "files/file_reading.h"
 #include "files/format.h"
 #include "files/image_size.h"
+#include "files/tiff_directory.h"
 #include "lumvik_host.h"
 #include "metadata/raw_facts.h"
 
 namespace lumvik::host {
 namespace {
 
-// The directory of a TIFF may be anywhere; other headers, with all their metadata, are at the beginning.
-constexpr std::uintmax_t kMaxTiffBytes = std::uintmax_t{4} << 30;
+// Where the size is found. Most headers with all their metadata are shorter than the usual size.
+constexpr std::size_t kUsualHeaderBytes = std::size_t{256} << 10;
 constexpr std::size_t kMaxHeaderBytes = std::size_t{16} << 20;
 
 std::optional<ImageSize> RawSize(const std::string& path) {
@@ -24,15 +25,16 @@ std::optional<ImageSize> RawSize(const std::string& path) {
   return ImageSize{static_cast<std::uint64_t>(facts->width), static_cast<std::uint64_t>(facts->height)};
 }
 
+std::optional<ImageSize> OrdinarySize(const std::string& path, lumvik_host_format format) {
+  if (format == LUMVIK_HOST_FORMAT_TIFF) return SizeInHeader(ReadFirstTiffDirectory(path), format);
+  const auto size = SizeInHeader(ReadBeginning(path, kUsualHeaderBytes), format);
+  return size ? size : SizeInHeader(ReadBeginning(path, kMaxHeaderBytes), format);
+}
+
 ImageSize ReadImageSize(const std::string& path) {
-  RequireReadable(path);
   const lumvik_host_format format = IdentifyFormat(path, "'" + path + "'");
-  const auto header = [&] {
-    return format == LUMVIK_HOST_FORMAT_TIFF ? ReadFile(path, kMaxTiffBytes)
-                                             : ReadBeginning(path, kMaxHeaderBytes);
-  };
   const std::optional<ImageSize> size =
-      format == LUMVIK_HOST_FORMAT_RAW ? RawSize(path) : SizeInHeader(header(), format);
+      format == LUMVIK_HOST_FORMAT_RAW ? RawSize(path) : OrdinarySize(path, format);
   if (!size) {
     throw Failure(LUMVIK_HOST_DAMAGED, "cannot read the size of '" + path + "': its header is damaged");
   }

@@ -58,9 +58,24 @@ void RequireReadable(const std::string& path) {
   OpenExisting(path);
 }
 
+void RequireContent(const std::string& path, const std::string& shown) {
+  RequireReadable(path);
+  std::error_code error;
+  const std::uintmax_t size = fs::file_size(PathOf(path), error);
+  if (error) throw FileFailure("read", path, error);
+  if (size == 0) throw Failure(LUMVIK_HOST_NOT_A_PHOTOGRAPH, shown + " is empty");
+}
+
 std::string ReadBeginning(const std::string& path, std::size_t count) {
+  return ReadPart(path, 0, count);
+}
+
+std::string ReadPart(const std::string& path, std::uint64_t offset, std::size_t count) {
   std::ifstream file = OpenReadable(path);
-  return ReadBytes(file, path, count);
+  const std::uintmax_t size = SizeOfOpen(file);
+  if (offset >= size) return {};
+  file.seekg(static_cast<std::streamoff>(offset));
+  return ReadBytes(file, path, static_cast<std::size_t>(std::min<std::uintmax_t>(count, size - offset)));
 }
 
 std::string ReadEnds(const std::string& path, std::size_t count) {

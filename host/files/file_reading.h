@@ -17,8 +17,14 @@ inline std::filesystem::path PathOf(const std::string& utf8) {
 // Requires a regular file that can be read. A pipe or a device could block a decoder forever.
 void RequireReadable(const std::string& path);
 
+// Requires that and at least one byte. `shown` names the file in messages.
+void RequireContent(const std::string& path, const std::string& shown);
+
 // The first bytes of a file, at most `count`.
 std::string ReadBeginning(const std::string& path, std::size_t count);
+
+// At most `count` bytes from `offset` on; none beyond the end of the file.
+std::string ReadPart(const std::string& path, std::uint64_t offset, std::size_t count);
 
 // The first and the last bytes of a file, at most `count` of each; none twice.
 std::string ReadEnds(const std::string& path, std::size_t count);

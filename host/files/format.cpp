@@ -71,8 +71,8 @@ lumvik_host_format FormatOfBeginning(std::string_view beginning) {
 }
 
 lumvik_host_format IdentifyFormat(const std::string& path, const std::string& shown) {
+  RequireContent(path, shown);
   const std::string beginning = ReadBeginning(path, kBeginning);
-  if (beginning.empty()) throw Failure(LUMVIK_HOST_NOT_A_PHOTOGRAPH, shown + " is empty");
   const lumvik_host_format format = FormatOfBeginning(beginning);
   const bool may_be_raw = format == LUMVIK_HOST_FORMAT_UNKNOWN || format == LUMVIK_HOST_FORMAT_TIFF;
   if (may_be_raw && IsRaw(path)) return LUMVIK_HOST_FORMAT_RAW;

@@ -90,6 +90,7 @@ struct CopyReceiver {
 };
 
 void ReadPacket(const std::string& path, CameraRawSettings& settings) {
+  RequireContent(path, "'" + path + "'");
   const std::string packet = ReadBeginning(path, kMaxXmpBytes);
   lumvik_metadata_frame frame{};
   lumvik_metadata_error error{};
@@ -101,7 +102,7 @@ void ReadPacket(const std::string& path, CameraRawSettings& settings) {
 }
 
 void ReadPhotograph(const std::string& path, CameraRawSettings& settings) {
-  RequireReadable(path);
+  RequireContent(path, "'" + path + "'");
   lumvik_metadata_frame frame{};
   lumvik_metadata_error error{};
   const std::int32_t status =

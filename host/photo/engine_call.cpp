@@ -46,6 +46,8 @@ Failure LoadFailure(const std::string& what, const std::string& reason) {
   if (is_about(LIBRAW_FILE_UNSUPPORTED) || is_about(LIBRAW_TOO_BIG)) {
     return {LUMVIK_HOST_UNSUPPORTED, what + ": " + reason};
   }
+  // The system's text for a failing disk, which LibRaw also uses where a file ends early.
+  if (is_about(LIBRAW_IO_ERROR)) return {LUMVIK_HOST_DAMAGED, what + ": its data is truncated or corrupt"};
   return {LUMVIK_HOST_DAMAGED, what + ": " + reason};
 }
 

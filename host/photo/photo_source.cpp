@@ -2,7 +2,9 @@
 
 #include <utility>
 
+#include "base/failure.h"
 #include "color/srgb_conversion.h"
+#include "files/file_reading.h"
 #include "files/format.h"
 
 namespace lumvik::host {
@@ -25,7 +27,12 @@ PhotoSource::PhotoSource(std::unique_ptr<MemoryFile> bytes, const std::string& p
       served_(path, IsRaw() ? Decoder::kRaw : Decoder::kImage) {}
 
 std::unique_ptr<EngineImage> PhotoSource::Load(int quality) const {
-  return std::make_unique<EngineImage>(ServedPath(), quality, shown_);
+  try {
+    return std::make_unique<EngineImage>(ServedPath(), quality, shown_);
+  } catch (const Failure&) {
+    RequireReadable(path_);  // a decoder takes a file that is gone for a damaged one
+    throw;
+  }
 }
 
 PhotoSource::Converted PhotoSource::LoadConverted() {

@@ -181,6 +181,7 @@ Settings ParseSettings(std::string_view text) {
 
 Settings ReadSettings(const std::string& path) {
   const std::string text = ReadFile(path, kMaxSettingsBytes);
+  if (text.empty()) throw Failure(LUMVIK_HOST_INVALID_ARGUMENT, "'" + path + "' is empty");
   try {
     return ParseSettings(text);
   } catch (const Failure& fault) {

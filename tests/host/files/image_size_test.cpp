@@ -3,9 +3,12 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
 #include <cstdint>
+#include <fstream>
 #include <opencv2/imgcodecs.hpp>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "lumvik_host.h"
@@ -106,6 +109,72 @@ TEST_F(ImageSizeTest, DamagedHeadersAreRefused) {
       EXPECT_TRUE(!stated || (stated->width == 31 && stated->height == 17)) << c.name << ' ' << size;
     }
   }
+}
+
+// Entries for a width of 31 and a height of 17, both LONG.
+std::string SizeEntries(bool is_big_tiff) {
+  std::string entries;
+  for (const auto& [tag, value] : {std::pair{'\0', '\x1F'}, std::pair{'\x01', '\x11'}}) {
+    entries += std::string{tag, 1, 4, 0, 1, 0, 0, 0} + std::string(is_big_tiff ? 4 : 0, '\0');
+    entries += std::string{value, 0, 0, 0} + std::string(is_big_tiff ? 4 : 0, '\0');
+  }
+  return entries;
+}
+
+TEST_F(ImageSizeTest, ADirectoryMayFollowGigabytesOfPixels) {
+  const std::string path = folder_.File("a.tif");
+  const struct {
+    std::uint64_t offset;
+    std::string header;
+    std::string directory;
+  } cases[] = {
+      {0xFFFFFF00, std::string("II*\0\0\xFF\xFF\xFF", 8),
+       std::string{2, 0} + SizeEntries(false) + std::string(4, '\0')},
+      {0x1'0000'0100, std::string("II+\0\x08\0\0\0\0\x01\0\0\x01\0\0\0", 16),
+       std::string{2, 0, 0, 0, 0, 0, 0, 0} + SizeEntries(true) + std::string(8, '\0')},
+  };
+  for (const auto& c : cases) {
+    std::ofstream file(path, std::ios::binary);
+    file << c.header;
+    file.seekp(static_cast<std::streamoff>(c.offset));  // leaves a hole that takes no space
+    file << c.directory;
+    file.close();
+    ASSERT_TRUE(file.good());
+    ExpectSize(path, {31, 17});
+  }
+}
+
+TEST_F(ImageSizeTest, TiffsHaveTwoByteOrders) {
+  const std::string big(
+      "MM\0*\0\0\0\x08\0\x02\x01\0\0\x03\0\0\0\x01\0\x1F\0\0\x01\x01\0\x04\0\0\0\x01\0\0\0\x11", 34);
+  lumvik::test::WriteBytes(folder_.File("a.tif"), {big.begin(), big.end()});
+  ExpectSize(folder_.File("a.tif"), {31, 17});
+}
+
+TEST_F(ImageSizeTest, CutTiffsAreDamaged) {
+  const std::vector<std::uint8_t> whole = lumvik::test::ReadBytes(Written("a.tif", {31, 17}));
+  const std::string cut = folder_.File("cut.tif");
+  for (std::size_t size = 4; size < whole.size(); size += 7) {
+    lumvik::test::WriteBytes(cut, {whole.begin(), whole.begin() + static_cast<std::ptrdiff_t>(size)});
+    std::int32_t width = 0;
+    std::int32_t height = 0;
+    if (lumvik_host_read_size(cut.c_str(), &width, &height) == LUMVIK_HOST_OK) {
+      EXPECT_EQ(cv::Size(width, height), cv::Size(31, 17)) << size;
+    } else {
+      EXPECT_EQ(StatusOf(cut), LUMVIK_HOST_DAMAGED) << size;
+    }
+  }
+}
+
+TEST_F(ImageSizeTest, LongMetadataMayComeFirst) {
+  const std::vector<std::uint8_t> plain = lumvik::test::ReadBytes(Written("a.jpg", {31, 17}));
+  std::vector<std::uint8_t> jpeg(plain.begin(), plain.begin() + 2);
+  for (int segment = 0; segment < 20; ++segment) {
+    jpeg.insert(jpeg.end(), {0xFF, 0xE5, 0xFF, 0xFF});
+    jpeg.resize(jpeg.size() + 65533);
+  }
+  jpeg.insert(jpeg.end(), plain.begin() + 2, plain.end());
+  ExpectSize(lumvik::test::WriteBytes(folder_.File("b.jpg"), jpeg), {31, 17});
 }
 
 TEST_F(ImageSizeTest, FailuresHaveTheirStatuses) {

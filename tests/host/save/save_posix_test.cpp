@@ -34,8 +34,8 @@ std::size_t SavedSize(const PhotoHandle& photo, bool has_profile) {
   return size;
 }
 
-lumvik_host_status SaveWithLimit(const PhotoHandle& photo, const std::string& path, rlim_t bytes) {
-  const lumvik_host_save_options options = OptionsForFullDisk(true);
+lumvik_host_status SaveWithLimit(const PhotoHandle& photo, const std::string& path, rlim_t bytes,
+                                 const lumvik_host_save_options& options = OptionsForFullDisk(true)) {
   rlimit before{};
   ::getrlimit(RLIMIT_FSIZE, &before);
   const rlimit limit = {bytes, before.rlim_max};
@@ -59,6 +59,31 @@ TEST(SaveToFullDiskTest, StatusSaysSoAndNothingIsLeft) {
     EXPECT_TRUE(std::filesystem::is_empty(dir.path())) << limit;
   }
   EXPECT_EQ(SaveWithLimit(photo, dir.File("a.png"), complete), LUMVIK_HOST_OK);
+}
+
+// A deep image is exported in full size before it is reduced.
+TEST(SaveToFullDiskTest, StatusSaysSoOfReducedImages) {
+  const TempDir dir;
+  const PhotoHandle photo = OpenBytesForTest(PhotoBytes(LUMVIK_HOST_FORMAT_PNG));
+  for (const char* name : {"a.png", "a.tif"}) {
+    lumvik_host_save_options options{};
+    options.struct_size = sizeof(options);
+    options.bits = 16;
+    options.metadata = LUMVIK_HOST_METADATA_NONE;
+    const std::string whole = dir.File(std::string("whole_") + name);
+    options.no_profile = 1;
+    ASSERT_EQ(lumvik_host_save(photo.get(), whole.c_str(), &options), LUMVIK_HOST_OK);
+    const std::size_t exported = std::filesystem::file_size(whole);
+    options.max_width = 48;
+    options.no_profile = 0;
+    for (std::size_t limit = 1; limit < exported; limit += exported / 40) {
+      EXPECT_EQ(SaveWithLimit(photo, dir.File(name), limit, options), LUMVIK_HOST_DISK_FULL)
+          << name << ' ' << limit << ": " << lumvik_host_last_error();
+      EXPECT_FALSE(std::filesystem::exists(dir.File(name))) << limit;
+    }
+    EXPECT_EQ(SaveWithLimit(photo, dir.File(name), exported - 1, options), LUMVIK_HOST_DISK_FULL) << name;
+    EXPECT_EQ(SaveWithLimit(photo, dir.File(name), exported, options), LUMVIK_HOST_OK) << name;
+  }
 }
 
 }  // namespace
