@@ -9,6 +9,7 @@
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
 #include <sstream>
+#include <stdexcept>
 #include <thread>
 
 #include "support/raw_writer.h"
@@ -134,6 +135,8 @@ pid_t BatchTest::AwaitWorker(pid_t parent, const std::string& photograph) {
     }
     return worker != 0;
   }));
+  // A signal to process 0 would stop the tests themselves.
+  if (worker == 0) throw std::runtime_error("no worker develops " + photograph);
   return worker;
 }
 

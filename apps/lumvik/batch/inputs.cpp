@@ -52,12 +52,12 @@ class Search {
                                "': " + (is_missing ? "there is no such file" : error.message()));
   }
 
-  void AddExisting(const std::string& path, Origin origin) {
+  void AddExisting(const std::string& name, Origin origin) {
+    const std::string path = IsStandardStream(name) ? "./" + name : name;  // here it is the name of a file
     std::error_code ignored;
     const bool is_folder = fs::is_directory(path, ignored);
     if (origin == Origin::kFound && IsNoPhotograph(path, is_folder)) return;
     if (is_folder) return AddFolder(path);
-    if (IsStandardStream(path)) return AddExisting("./" + path, origin);  // here it is the name of a file
     const fs::path canonical = CanonicalPath(path);
     const fs::path folder = CanonicalPath(fs::absolute(path).parent_path()).filename();
     AddPhotograph({path, folder.string(), fs::path(path).filename().string()}, canonical, origin);

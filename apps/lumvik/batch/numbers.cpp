@@ -61,7 +61,7 @@ std::optional<std::string> TakeNumber(const BatchInput& photograph, const NamePa
   try {
     const auto [first, last] = outputs.equal_range(api::Fingerprint(photograph.path));
     for (auto output = first; output != last; ++output) {
-      const std::optional<std::string> number = NumberIn(output->second, pattern, fields);
+      std::optional<std::string> number = NumberIn(output->second, pattern, fields);
       if (!number) continue;
       outputs.erase(output);
       return number;
