@@ -51,8 +51,9 @@ void CheckFolder(const std::string& path, const fs::path& folder) {
   }
 }
 
-// Returns whether the target exists.
+// Returns whether the target exists. Its folder must.
 bool CheckTarget(const std::string& path, const fs::path& target, Overwrite overwrite) {
+  CheckFolder(path, target.parent_path());
   std::error_code error;
   const fs::file_status status = fs::status(target, error);
   if (status.type() == fs::file_type::not_found) return false;
@@ -82,10 +83,11 @@ fs::path ReserveFile(const fs::path& folder, const fs::path& extension) {
 }  // namespace
 
 SafeFile::SafeFile(const std::string& path, Overwrite overwrite, const char* extension)
-    : shown_(path), overwrite_(overwrite), target_(FollowLinks(path)), target_exists_(false) {
-  CheckFolder(path, target_.parent_path());
-  target_exists_ = CheckTarget(path, target_, overwrite);
-  temporary_ = ReserveFile(target_.parent_path(), extension != nullptr ? extension : target_.extension());
+    : shown_(path),
+      overwrite_(overwrite),
+      target_(FollowLinks(path)),
+      target_exists_(CheckTarget(path, target_, overwrite)),
+      temporary_(ReserveFile(target_.parent_path(), extension != nullptr ? extension : target_.extension())) {
 }
 
 SafeFile::~SafeFile() {
