@@ -101,6 +101,19 @@ TEST_F(InputFailureTest, FilesThatAreNotPhotographs) {
   }
 }
 
+TEST_F(InputFailureTest, EveryCommandReportsAnEmptyFile) {
+  const std::string in = Path("empty.jpg");
+  WriteFile(in, "");
+  const std::vector<std::vector<std::string>> commands = {
+      {"hash", in}, {"info", in}, {"thumb", in, "-o", Path("out.jpg")}, {"settings", "import", in}};
+  for (const std::vector<std::string>& arguments : commands) {
+    std::vector<std::string> all = Command();
+    all.insert(all.end(), arguments.begin(), arguments.end());
+    SCOPED_TRACE(arguments.front());
+    ExpectRefusal(RunProcess(all), kFailure, "'" + in + "' is empty");
+  }
+}
+
 TEST_F(InputFailureTest, ASizeBeyondTheDecodersLimits) {
   WriteFile(Path("giant.png"), EmptyPng(60000, 60000));
   ExpectRefusal(Develop(Path("giant.png"), Path("out.jpg")), kDamaged,
