@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <opencv2/core/types.hpp>
 
 #include "lumvik_host.h"
 #include "photo/frame.h"

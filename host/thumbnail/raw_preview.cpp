@@ -44,7 +44,7 @@ cv::Mat Upright(const cv::Mat& image, std::int32_t orientation) {
   return upright;
 }
 
-void TakeJpeg(std::string jpeg, RawPreview& preview) {
+void TakeJpeg(const std::string& jpeg, RawPreview& preview) {
   preview.is_srgb = !StatesOtherColors(jpeg, LUMVIK_HOST_FORMAT_JPEG);
   if (const auto orientation = OrientationOfJpeg(jpeg)) preview.orientation = *orientation;
   const bool is_adobe = !preview.is_srgb && !HasIccProfile(jpeg, LUMVIK_HOST_FORMAT_JPEG);

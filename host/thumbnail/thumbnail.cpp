@@ -30,9 +30,9 @@ constexpr int kThumbnailQuality = 90;
 constexpr int kMaxJpegSide = 65500;  // the limit of the encoder
 
 struct ThumbnailPlan {
-  int max_width;  // 0: no limit
-  int max_height;
-  lumvik_host_metadata_policy metadata;
+  int max_width = 0;  // 0: no limit
+  int max_height = 0;
+  lumvik_host_metadata_policy metadata = LUMVIK_HOST_METADATA_KEEP;
   std::optional<std::string> mark;
 
   bool HasLimit() const { return max_width != 0 || max_height != 0; }

@@ -58,10 +58,12 @@ std::vector<std::string> NamesFor(const BatchOptions& options, const std::vector
   std::vector<ShotFields> shots(photographs.size());
   if (UsesAny(pattern, {"date", "time", "camera", "lens"})) {
     std::vector<std::string> paths;
+    paths.reserve(photographs.size());
     for (const BatchInput& photograph : photographs) paths.push_back(photograph.path);
     shots = ReadShotFields(paths);
   }
   std::vector<NameFields> fields;
+  fields.reserve(photographs.size());
   for (std::size_t i = 0; i < photographs.size(); ++i) {
     fields.push_back(FieldsOf(photographs[i], shots[i]));
   }
@@ -70,6 +72,7 @@ std::vector<std::string> NamesFor(const BatchOptions& options, const std::vector
           ? ContinuedNumbers(photographs, fields, pattern, options.output_folder)
           : CountedNumbers(photographs.size());
   std::vector<std::string> names;
+  names.reserve(fields.size());
   for (std::size_t i = 0; i < fields.size(); ++i) names.push_back(NameOf(pattern, fields[i], numbers[i]));
   return names;
 }

@@ -15,7 +15,9 @@ void PrintHelp(const CLI::App& app, const std::vector<std::string>& words) {
   for (const std::string& word : words) {
     const auto found = command->get_subcommands([&](const CLI::App* sub) { return sub->check_name(word); });
     if (found.empty()) {
-      throw CLI::ValidationError("COMMAND", "'" + word + "' is not a command; see " + name + " --help");
+      std::string fault = "'" + word;
+      throw CLI::ValidationError("COMMAND",
+                                 fault.append("' is not a command; see ").append(name).append(" --help"));
     }
     command = found.front();
     name += ' ' + word;

@@ -90,7 +90,7 @@ std::string Position(const api::ExifInfo& exif) {
   return text.str();
 }
 
-nlohmann::ordered_json NullIf(bool unknown, nlohmann::ordered_json value) {
+nlohmann::ordered_json NullIf(bool unknown, const nlohmann::ordered_json& value) {
   return unknown ? nlohmann::ordered_json() : value;
 }
 
