@@ -158,7 +158,7 @@ TEST_F(FullDiskTest, TheImageFitsWithoutItsMetadata) {
   exif["Exif.Photo.UserComment"] = comment;
   WriteExif(photograph_, exif);
   for (std::size_t i = 0; i < names.size(); ++i) {
-    ExpectNothingLost(Path(names[i]), bare[i] + 8, "cannot write the metadata: File too large");
+    ExpectNothingLost(Path(names[i]), bare[i] + 8, "cannot write '" + Path(names[i]) + "': File too large");
   }
 }
 

@@ -216,7 +216,6 @@ struct Fault {
 };
 
 constexpr Fault kFaults[] = {
-    {"", "line 1: syntax error while parsing value - unexpected end of input"},
     {"[]", "line 1: a settings file must be an object"},
     {"{}", "line 1: lumvik: missing; it must be 2"},
     {"{\n\"lumvik\": 3, \"sepia\": 1}", "line 2: lumvik: 3 is not a supported version"},
@@ -277,6 +276,8 @@ TEST_F(SettingsFileTest, FilesWithoutJsonAreRefused) {
   refused(Path("folder"), "it is a folder");
   refused(in_, "line 3: a NUL character is not JSON");
   refused(Settings(std::string(300000, ' ')), "the file is too large");
+  const std::string empty = Settings("");
+  ExpectRefusal(Develop(in_, Path("out.png"), {"--settings", empty}), kFailure, "'" + empty + "' is empty");
 }
 
 TEST_F(SettingsFileTest, UnwritableFilesAreRefused) {

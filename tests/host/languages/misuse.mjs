@@ -12,7 +12,7 @@ const folder = mkdtempSync(join(tmpdir(), "lumvik-"));
 const library = koffi.load(libraryPath);
 koffi.struct("SaveOptions", {
   struct_size: "uint32", format: "int32", quality: "int32", bits: "int32", max_width: "int32", max_height: "int32",
-  metadata: "int32", overwrite: "int32", no_profile: "int32", copyright: "const char*",
+  metadata: "int32", overwrite: "int32", no_profile: "int32", copyright: "const char*", mark: "const char*",
 });
 
 const statusName = library.func("const char* lumvik_host_status_name(int32)");
@@ -52,7 +52,7 @@ const path = (name) => join(folder, name);
 const saveAs = (name, bits = 0) =>
   save(photo, path(name), {
     struct_size: koffi.sizeof("SaveOptions"), format: 0, quality: 0, bits, max_width: 0, max_height: 0,
-    metadata: METADATA_NONE, overwrite: 1, no_profile: 0, copyright: null,
+    metadata: METADATA_NONE, overwrite: 1, no_profile: 0, copyright: null, mark: null,
   });
 
 function cutoutOfACrop() {

@@ -27,7 +27,7 @@ FOLDER = os.fsencode(SCRATCH.name)
 class SaveOptions(ctypes.Structure):
     _fields_ = [("struct_size", c_uint32), ("format", c_int32), ("quality", c_int32), ("bits", c_int32),
                 ("max_width", c_int32), ("max_height", c_int32), ("metadata", c_int32), ("overwrite", c_int32),
-                ("no_profile", c_int32), ("copyright", c_char_p)]
+                ("no_profile", c_int32), ("copyright", c_char_p), ("mark", c_char_p)]
 
 
 def call(name, *arguments):
