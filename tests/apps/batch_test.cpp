@@ -172,7 +172,8 @@ TEST_F(BatchTest, ProgressShowsRateAndRemainingTime) {
   const ProcessResult plain = Batch();
   EXPECT_NE(plain.err.find("\n2/2, "), std::string::npos) << plain.err;
   EXPECT_NE(plain.err.find("/s, 0:00 left\n"), std::string::npos) << plain.err;
-  const std::string command = std::string("'") + LUMVIK_COMMAND + "' batch '" + In() + "' -o '" + Out() + "'";
+  const std::string command =
+      std::string("TERM=xterm '") + LUMVIK_COMMAND + "' batch '" + In() + "' -o '" + Out() + "'";
   const ProcessResult terminal = RunProcess({"script", "-q", "-e", "-c", command, "/dev/null"});
   EXPECT_EQ(terminal.status, kSuccess);
   EXPECT_NE(terminal.out.find("....] 0/2\r\x1B[K"), std::string::npos) << terminal.out;
