@@ -20,8 +20,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     settings = Settings::ImportXmp(path, &report);
   } catch (const lumvik::api::Error& error) {
     const std::string sentence = error.what();
-    Require(error.status() == LUMVIK_HOST_NOT_FOUND || error.status() == LUMVIK_HOST_DAMAGED ||
-            error.status() == LUMVIK_HOST_INVALID_ARGUMENT);
+    Require(size == 0 ? error.status() == LUMVIK_HOST_NOT_A_PHOTOGRAPH
+                      : error.status() == LUMVIK_HOST_NOT_FOUND || error.status() == LUMVIK_HOST_DAMAGED ||
+                            error.status() == LUMVIK_HOST_INVALID_ARGUMENT);
     Require(!sentence.empty() && sentence.find('\n') == std::string::npos);
     return 0;
   }
