@@ -3,6 +3,7 @@
 #include <system_error>
 
 #include "lumvik_host.hpp"
+#include "options/overwrite.h"
 
 namespace lumvik {
 namespace {
@@ -30,10 +31,10 @@ TargetState StateOf(const std::filesystem::path& target, const MarkSource& expec
 }
 
 std::string RefusalToReplace(TargetState state, const std::string& output) {
-  const std::string start = "'" + output + "' exists and was ";
-  const std::string end = "; --overwrite replaces it";
-  if (state == TargetState::kOfAnotherPhotograph) return start + "developed from another photograph" + end;
-  if (state == TargetState::kForeign) return start + "not written by lumvik, or was changed since" + end;
+  if (state == TargetState::kForeign) return RefusalOfForeign(output);
+  if (state == TargetState::kOfAnotherPhotograph) {
+    return "'" + output + "' exists and was developed from another photograph; --overwrite replaces it";
+  }
   return {};
 }
 

@@ -12,11 +12,6 @@ namespace {
 constexpr char kBatch[] = "Batch";  // heading of its options in the help
 constexpr Range<unsigned> kTimeLimits = {0, 1000000};
 
-std::string CheckFormat(const std::string& text) {
-  if (text == "jpg" || text == "png" || text == "tiff") return {};
-  return "'" + text + "' is not jpg, png or tiff";
-}
-
 std::string CheckShard(const std::string& text) {
   if (ShardFrom(text)) return {};
   return "'" + text + "' is not a share such as 2/5";
@@ -53,10 +48,7 @@ void AddBatchOutputOptions(CLI::App& command, BatchOptions& options) {
                   "and {lens} (default {stem}.{ext})")
       ->type_name("PATTERN")
       ->group(kBatch);
-  command.add_option("--format", options.format, "Output format: jpg, png or tiff (default jpg)")
-      ->type_name("FORMAT")
-      ->check(CLI::Validator(CheckFormat, ""))
-      ->group(kBatch);
+  AddFormatOption(command, options.format, "Output format: jpg, png or tiff (default jpg)")->group(kBatch);
 }
 
 void AddRunOptions(CLI::App& command, BatchOptions& options) {

@@ -11,6 +11,7 @@
 #include "lumvik_host.hpp"
 #include "options/export.h"
 #include "options/jobs.h"
+#include "options/output_format.h"
 #include "options/photograph.h"
 #include "options/reporting.h"
 
@@ -31,7 +32,7 @@ struct BatchOptions {
   ExportOptions how;
   std::vector<const CLI::Option*> develop_options;
 
-  lumvik_host_format Format() const { return api::FormatOf("file." + format); }
+  lumvik_host_format Format() const { return FormatNamed(format); }
   NamePattern Names() const { return {name_pattern, Format()}; }
 };
 

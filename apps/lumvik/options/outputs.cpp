@@ -1,13 +1,14 @@
 #include "options/outputs.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 #include <cstddef>
 #include <filesystem>
 #include <system_error>
 
 #include "files/file_paths.h"
+#include "files/lower_extension.h"
 #include "lumvik_host.hpp"
+#include "options/overwrite.h"
 
 namespace lumvik {
 namespace {
@@ -16,17 +17,7 @@ namespace fs = std::filesystem;
 
 void RequireReplaceableImage(const std::string& path, const fs::path& target) {
   if (!fs::exists(target) || api::ReadMark(path)) return;
-  throw api::Error(LUMVIK_HOST_EXISTS, "'" + path +
-                                           "' exists and was not written by lumvik, or was changed since; "
-                                           "--overwrite replaces it");
-}
-
-// ASCII letters only.
-std::string WithoutCase(const fs::path& path) {
-  std::string name = path.u8string();
-  std::transform(name.begin(), name.end(), name.begin(),
-                 [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; });
-  return name;
+  throw api::Error(LUMVIK_HOST_EXISTS, RefusalOfForeign(path));
 }
 
 void RequireDifferent(const Output& output, const fs::path& target, const Output& other,
@@ -34,7 +25,7 @@ void RequireDifferent(const Output& output, const fs::path& target, const Output
   std::error_code missing;
   const bool is_same = target == other_target || fs::equivalent(target, other_target, missing);
   // Whether they are the same file depends on the file system.
-  const bool differs_in_case = WithoutCase(target) == WithoutCase(other_target);
+  const bool differs_in_case = LowerAscii(target.u8string()) == LowerAscii(other_target.u8string());
   if (!is_same && !differs_in_case) return;
   throw CLI::ValidationError(
       output.option, "'" + output.path + "' " +

@@ -14,6 +14,11 @@ inline CLI::Option* AddOverwriteOption(CLI::App& command, bool& overwrite) {
                           "Replace existing files, also those that lumvik did not write");
 }
 
+// Says why an existing image at this path is not replaced.
+inline std::string RefusalOfForeign(const std::string& path) {
+  return "'" + path + "' exists and was not written by lumvik, or was changed since; --overwrite replaces it";
+}
+
 // Existing files of others are replaced on request only.
 inline lumvik_host_overwrite OverwriteRule(bool overwrite) {
   return overwrite ? LUMVIK_HOST_OVERWRITE_ANY : LUMVIK_HOST_OVERWRITE_MARKED;
