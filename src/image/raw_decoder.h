@@ -9,6 +9,10 @@
 
 namespace lumvik {
 
+// Whose code turned the sensor's samples into the image: ours, tile by tile, or LibRaw's. Both give the same
+// bytes.
+enum class RawDeveloper { kTiles, kLibRaw };
+
 // A context's last RAW decode. Empty once an ordinary image has been loaded.
 struct DecodedImage {
   ImageBuffer image;  // gamma-encoded sRGB after the base curve, at working size
@@ -23,6 +27,7 @@ struct DecodedImage {
   std::array<float, 4> cam_mul = {1, 1, 1, 1};  // as-shot white-balance multipliers
   int orientation = 0;                          // LibRaw's flip code
   std::array<std::array<float, 4>, 3> rgb_cam = {};
+  RawDeveloper developer = RawDeveloper::kLibRaw;
   std::string path;   // of the last attempt
   std::string error;  // of the last attempt
 };
