@@ -56,6 +56,17 @@ function(lumvik_compile_options target)
   endif()
 endfunction()
 
+# Adds `${stem}_avx2.cpp` and `${stem}_avx512.cpp`, compiled for these instruction sets. By default, GCC neither gathers
+# from tables nor uses vectors of 512 bits, whatever the instruction set.
+function(lumvik_instruction_set_sources target stem)
+  target_sources(${target} PRIVATE ${stem}_avx2.cpp ${stem}_avx512.cpp)
+  set(gather $<$<CXX_COMPILER_ID:GNU>:-mtune-ctrl=use_gather>)
+  set(avx512 -mavx512f -mavx512bw -mavx512dq -mavx512vl -mprefer-vector-width=512)
+  set_source_files_properties(${stem}_avx2.cpp PROPERTIES COMPILE_OPTIONS "-mavx2;${gather}" SKIP_UNITY_BUILD_INCLUSION ON)
+  set_source_files_properties(${stem}_avx512.cpp PROPERTIES COMPILE_OPTIONS "-mavx2;${avx512};${gather}" SKIP_UNITY_BUILD_INCLUSION ON)
+  set_source_files_properties(${stem}_baseline.cpp PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+endfunction()
+
 # For test cases, which take longer to compile than to run.
 function(lumvik_test_options target)
   lumvik_compile_options(${target})

@@ -5,10 +5,14 @@
 #include <memory>
 #include <opencv2/core/utility.hpp>
 #include <opencv2/imgproc.hpp>
+#include <vector>
 
 #include "base/fixed_text.h"
 #include "image/base_curve.h"
-#include "image/guarded_libraw.h"
+#include "image/raw/area_reduction.h"
+#include "image/raw/bayer_libraw.h"
+#include "image/raw/own_thread.h"
+#include "image/raw/tiled_developer.h"
 
 namespace lumvik {
 namespace {
@@ -34,10 +38,6 @@ void SetProcessingParameters(libraw_output_params_t& params, int quality) {
   params.no_auto_bright = 1;
 }
 
-std::string Failure(const char* step, int code) {
-  return std::string("LibRaw ") + step + " failed: " + libraw_strerror(code);
-}
-
 // Checks what LibRaw is about to deliver. A monochrome sensor has one color, which must not be read as three,
 // and a file's pixel aspect can stretch its image beyond all bounds.
 bool HasThreeDeepColors(const LibRaw& raw) {
@@ -50,23 +50,32 @@ bool HasThreeDeepColors(const LibRaw& raw) {
          static_cast<size_t>(width) * static_cast<size_t>(height) <= kMaxPixels;
 }
 
-// Runs LibRaw up to the finished image in memory. Null, with `error` set, when a step fails.
-MemoryImage Develop(GuardedLibRaw& raw, const std::string& path, int quality, std::string& error) {
-  MemoryImage image(nullptr, &LibRaw::dcraw_clear_mem);
-  const auto failed = [&error](const char* step, int code) {
-    if (code != LIBRAW_SUCCESS) error = Failure(step, code);
-    return code != LIBRAW_SUCCESS;
-  };
-  if (failed("open_file", raw.OpenFile(path))) return image;
+// Why a photograph could not be developed; empty after success.
+using Failure = std::string;
+
+Failure FailureOf(const char* step, int code) {
+  return code == LIBRAW_SUCCESS ? Failure()
+                                : std::string("LibRaw ") + step + " failed: " + libraw_strerror(code);
+}
+
+Failure Unpack(BayerLibRaw& raw, const std::string& path, int quality) {
+  if (Failure failure = FailureOf("open_file", raw.OpenFile(path)); !failure.empty()) return failure;
   SetProcessingParameters(raw.imgdata.params, quality);
   const libraw_image_sizes_t& sizes = raw.imgdata.sizes;
   const bool too_big = size_t{sizes.raw_width} * sizes.raw_height > kMaxPixels;
-  if (failed("unpack", too_big ? LIBRAW_TOO_BIG : raw.UnpackSensor())) return image;
-  if (failed("dcraw_process", raw.dcraw_process())) return image;
-  int code = HasThreeDeepColors(raw) ? LIBRAW_SUCCESS : LIBRAW_FILE_UNSUPPORTED;
-  if (code == LIBRAW_SUCCESS) image.reset(raw.dcraw_make_mem_image(&code));
-  if (!image) error = Failure("dcraw_make_mem_image", code);
-  return image;
+  return FailureOf("unpack", too_big ? LIBRAW_TOO_BIG : raw.UnpackSensor());
+}
+
+// The transfer curve of the processing parameters, which are always the same, followed by the base curve.
+const uint32_t* Tones(BayerLibRaw& raw) {
+  static const auto kTones = [&raw] {
+    std::vector<uint32_t> tones(kCurveTableSize);
+    const uint16_t* transfer = raw.TransferCurve();
+    std::transform(transfer, transfer + kCurveTableSize, tones.begin(),
+                   [](uint16_t sample) { return BaseCurveTable()[sample]; });
+    return tones;
+  }();
+  return kTones.data();
 }
 
 cv::Mat ThroughBaseCurve(const libraw_processed_image_t& image) {
@@ -84,16 +93,54 @@ cv::Mat ThroughBaseCurve(const libraw_processed_image_t& image) {
   return curved;
 }
 
+// By which a picture is brought down to working size.
+float WorkingFactor(cv::Size picture) {
+  const int long_side = std::max(picture.width, picture.height);
+  return std::min(static_cast<float>(kDecodedLongSide) / static_cast<float>(long_side), 1.0F);
+}
+
 // A quarter-size decode is halved and then scaled by the factor of its size before the halving: a large file
 // ends up at about half the usual long side, as a quick proxy.
 void ReduceToWorkingSize(cv::Mat& image, int quality) {
-  const int long_side = std::max(image.cols, image.rows);
+  const float factor = WorkingFactor(image.size());
   if (quality == kRawQuarter) {
     cv::resize(image, image, cv::Size(image.cols / 2, image.rows / 2), 0, 0, cv::INTER_AREA);
   }
-  if (long_side > kDecodedLongSide) {
-    ShrinkImage(image, static_cast<float>(kDecodedLongSide) / static_cast<float>(long_side));
-  }
+  if (factor < 1) ShrinkImage(image, factor);
+}
+
+Failure DevelopInTiles(BayerLibRaw& raw, int quality, ImageBuffer& image) {
+  if (Failure failure = FailureOf("dcraw_process", raw.ProcessWithoutPixels()); !failure.empty())
+    return failure;
+  const BayerSensor sensor = raw.Sensor();
+  TileSettings settings;
+  settings.resolution = quality >= kRawHalf ? SensorResolution::kHalf : SensorResolution::kFull;
+  settings.tones = Tones(raw);
+  const cv::Size picture = PictureSize(sensor, settings.resolution);
+  const double factor = WorkingFactor(picture);
+  const bool reduces_tiles = quality != kRawQuarter && AreaReduction::Supports(picture, factor);
+  if (reduces_tiles) settings.factor = factor;
+  image = DevelopInTiles(sensor, settings);
+  if (reduces_tiles || (quality != kRawQuarter && factor == 1)) return {};
+  cv::Mat rgb = ToRgb16(image);
+  ReduceToWorkingSize(rgb, quality);
+  image = ToImageBuffer(rgb);
+  return {};
+}
+
+Failure DevelopWithLibRaw(BayerLibRaw& raw, int quality, ImageBuffer& image) {
+  int code = LIBRAW_SUCCESS;
+  InOwnThread([&] { code = raw.dcraw_process(); });
+  if (code != LIBRAW_SUCCESS) return FailureOf("dcraw_process", code);
+  if (!HasThreeDeepColors(raw)) return FailureOf("dcraw_make_mem_image", LIBRAW_FILE_UNSUPPORTED);
+  MemoryImage memory(raw.dcraw_make_mem_image(&code), &LibRaw::dcraw_clear_mem);
+  if (!memory) return FailureOf("dcraw_make_mem_image", code);
+  cv::Mat rgb = ThroughBaseCurve(*memory);
+  memory.reset();
+  raw.free_image();
+  ReduceToWorkingSize(rgb, quality);
+  image = ToImageBuffer(rgb);
+  return {};
 }
 
 void CopyMetadata(const libraw_data_t& data, DecodedImage& decoded) {
@@ -116,19 +163,20 @@ void CopyMetadata(const libraw_data_t& data, DecodedImage& decoded) {
 bool DecodeRaw(const std::string& path, int quality, DecodedImage& decoded) {
   DecodedImage result;
   result.path = path;
-  const auto raw = std::make_unique<GuardedLibRaw>();
-  MemoryImage memory = Develop(*raw, path, quality, result.error);
-  if (!memory) {
+  const auto raw = std::make_unique<BayerLibRaw>();
+  result.error = Unpack(*raw, path, quality);
+  if (result.error.empty()) {
+    const bool in_tiles = raw->IsOrdinaryBayer();
+    result.developer = in_tiles ? RawDeveloper::kTiles : RawDeveloper::kLibRaw;
+    result.error = in_tiles ? DevelopInTiles(*raw, quality, result.image)
+                            : DevelopWithLibRaw(*raw, quality, result.image);
+  }
+  if (!result.error.empty()) {
     decoded.path = std::move(result.path);
     decoded.error = std::move(result.error);
     return false;
   }
   CopyMetadata(raw->imgdata, result);
-  cv::Mat image = ThroughBaseCurve(*memory);
-  memory.reset();
-  raw->recycle();
-  ReduceToWorkingSize(image, quality);
-  result.image = ToImageBuffer(image);
   result.width = result.image.cols;
   result.height = result.image.rows;
   decoded = std::move(result);

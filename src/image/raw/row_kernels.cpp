@@ -1,0 +1,22 @@
+#include "image/raw/row_kernels.h"
+
+#include "base/vectorized.h"
+#include "image/raw/row_kernel_sets.h"
+
+namespace lumvik {
+
+const RowKernels& BestRowKernels() {
+#if defined(__x86_64__)
+  switch (BestInstructionSet()) {
+    case InstructionSet::kAvx512:
+      return kAvx512RowKernels;
+    case InstructionSet::kAvx2:
+      return kAvx2RowKernels;
+    case InstructionSet::kBaseline:
+      break;
+  }
+#endif
+  return kBaselineRowKernels;
+}
+
+}  // namespace lumvik

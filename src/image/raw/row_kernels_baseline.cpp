@@ -1,0 +1,2 @@
+#define LUMVIK_ROW_KERNELS kBaselineRowKernels
+#include "image/raw/row_kernels.inc"
