@@ -6,6 +6,15 @@
 
 namespace lumvik {
 
+// Of a sample, and of what LibRaw converts to an int. The kernels must not see these as constants: from
+// constants, the compiler makes longer code than the instructions for a minimum and a maximum.
+struct SampleBounds {
+  float least;
+  float largest;
+  float int_limit;
+};
+extern const SampleBounds kSampleBounds;
+
 extern const RowKernels kBaselineRowKernels;
 extern const RowKernels kAvx2RowKernels;
 extern const RowKernels kAvx512RowKernels;

@@ -5,6 +5,8 @@
 
 namespace lumvik {
 
+const SampleBounds kSampleBounds = {0.0F, 65535.0F, 2147483648.0F};
+
 const RowKernels& BestRowKernels() {
 #if defined(__x86_64__)
   switch (BestInstructionSet()) {
