@@ -1,11 +1,8 @@
 // The RAW decoder gives the bytes, the metadata and the failures of LibRaw's own calls.
 #include <gtest/gtest.h>
 
-#include <cstring>
-#include <filesystem>
 #include <iostream>
 #include <opencv2/core/utility.hpp>
-#include <opencv2/imgproc.hpp>
 #include <string>
 
 #include "image/raw_decoder.h"
@@ -15,8 +12,8 @@
 #include "support/instruction_sets.h"
 #include "support/plain_raw_decode.h"
 #include "support/raw_kinds.h"
+#include "support/same_decode.h"
 #include "support/temp_dir.h"
-#include "support/test_images.h"
 
 namespace lumvik::test {
 namespace {
@@ -37,68 +34,6 @@ Files EveryNth(const Files& files, size_t n) {
   return some;
 }
 
-// The first sample that differs, of two images of one size and type.
-std::string FirstDifference(const cv::Mat& actual, const cv::Mat& expected) {
-  for (int y = 0; y < actual.rows; ++y) {
-    for (int i = 0; i < actual.cols * actual.channels(); ++i) {
-      const int a = actual.ptr<uint16_t>(y)[i];
-      const int b = expected.ptr<uint16_t>(y)[i];
-      if (a == b) continue;
-      const int x = i / actual.channels();
-      return "channel " + std::to_string(i % actual.channels()) + " at column " + std::to_string(x) +
-             ", row " + std::to_string(y) + ": " + std::to_string(a) + " instead of " + std::to_string(b);
-    }
-  }
-  return "";
-}
-
-void ExpectSameImage(const cv::Mat& actual, const cv::Mat& plain) {
-  cv::Mat expected;
-  cv::cvtColor(plain, expected, cv::COLOR_RGB2RGBA);
-  ASSERT_EQ(actual.size(), expected.size());
-  ASSERT_EQ(actual.type(), expected.type());
-  if (SameBytes(actual, expected)) return;
-  const cv::Mat differs = actual.reshape(1) != expected.reshape(1);
-  ADD_FAILURE() << cv::countNonZero(differs) << " of " << differs.total() << " samples differ, first "
-                << FirstDifference(actual, expected);
-}
-
-// Of floats, too: a matrix may hold NaN.
-template <typename A, typename B>
-bool SameField(const A& a, const B& b) {
-  static_assert(sizeof(a) == sizeof(b));
-  return std::memcmp(&a, &b, sizeof(a)) == 0;
-}
-
-void ExpectSameMetadata(const DecodedImage& decoded, const PlainDecode& plain) {
-  const libraw_data_t& data = plain.Data();
-  EXPECT_EQ(decoded.width, plain.Image().cols);
-  EXPECT_EQ(decoded.height, plain.Image().rows);
-  EXPECT_EQ(decoded.iso_speed, data.other.iso_speed);
-  EXPECT_EQ(decoded.shutter, data.other.shutter);
-  EXPECT_EQ(decoded.aperture, data.other.aperture);
-  EXPECT_EQ(decoded.focal_len, data.other.focal_len);
-  EXPECT_STREQ(decoded.make, data.idata.make);
-  EXPECT_STREQ(decoded.model, data.idata.model);
-  EXPECT_EQ(decoded.orientation, data.sizes.flip);
-  EXPECT_TRUE(SameField(decoded.cam_mul, data.color.cam_mul));
-  EXPECT_TRUE(SameField(decoded.rgb_cam, data.color.rgb_cam));
-}
-
-// Returns the decoded image.
-DecodedImage ExpectSame(const std::string& path, int quality, const PlainDecode& plain) {
-  DecodedImage decoded;
-  const bool success = DecodeRaw(path, quality, decoded);
-  EXPECT_EQ(success, plain.Error().empty());
-  EXPECT_EQ(decoded.error, plain.Error());
-  EXPECT_EQ(decoded.path, path);
-  if (success && plain.Error().empty()) {
-    ExpectSameImage(decoded.image, plain.Image());
-    ExpectSameMetadata(decoded, plain);
-  }
-  return decoded;
-}
-
 class RawIdentityTest : public ::testing::Test {
  protected:
   ~RawIdentityTest() override { cv::setNumThreads(threads_); }
@@ -114,7 +49,7 @@ class RawIdentityTest : public ::testing::Test {
       const std::string path = Write(MakeBayerFile(file));
       for (int quality = 1; quality <= kQualities; ++quality) {
         SCOPED_TRACE(::testing::Message() << "quality " << quality << ", " << file);
-        const DecodedImage image = ExpectSame(path, quality, PlainDecode(path, quality));
+        const DecodedImage image = ExpectSameDecode(path, quality, PlainDecode(path, quality));
         if (image.image.empty()) continue;
         ++decoded;
         if (image.developer == RawDeveloper::kTiles) ++tiles;
@@ -133,6 +68,10 @@ class RawIdentityTest : public ::testing::Test {
 
 TEST_F(RawIdentityTest, PhasesAndOrientations) {
   ExpectIdentity(PhaseAndOrientationFiles(), 100);
+}
+
+TEST_F(RawIdentityTest, Margins) {
+  ExpectIdentity(MarginFiles(), 60);
 }
 
 TEST_F(RawIdentityTest, BlackAndWhiteLevels) {
@@ -165,7 +104,7 @@ TEST_F(RawIdentityTest, EachInstructionSet) {
     for (int quality = 1; quality <= kQualities; ++quality) {
       SCOPED_TRACE(::testing::Message() << "quality " << quality << ", " << file);
       const PlainDecode plain(path, quality);
-      WithEachInstructionSet([&] { ExpectSame(path, quality, plain); });
+      WithEachInstructionSet([&] { ExpectSameDecode(path, quality, plain); });
     }
   }
 }
@@ -179,7 +118,7 @@ TEST_F(RawIdentityTest, OneToFourThreads) {
       for (int threads = 1; threads <= kMostThreads; ++threads) {
         SCOPED_TRACE(::testing::Message() << threads << " threads, quality " << quality << ", " << file);
         cv::setNumThreads(threads);
-        ExpectSame(path, quality, plain);
+        ExpectSameDecode(path, quality, plain);
       }
     }
   }
@@ -191,7 +130,7 @@ TEST_F(RawIdentityTest, Photographs) {
                            LUMVIK_TEST_DATA "/no_thumb.dng"}) {
     for (int quality = 1; quality <= kQualities; ++quality) {
       SCOPED_TRACE(::testing::Message() << "quality " << quality << ", " << name);
-      const DecodedImage decoded = ExpectSame(name, quality, PlainDecode(name, quality));
+      const DecodedImage decoded = ExpectSameDecode(name, quality, PlainDecode(name, quality));
       EXPECT_EQ(decoded.developer, RawDeveloper::kTiles);
     }
   }
@@ -202,7 +141,7 @@ TEST_F(RawIdentityTest, EachKindOfRawFile) {
     const std::string path = Write(kind.file);
     for (int quality = 1; quality <= kQualities; ++quality) {
       SCOPED_TRACE(::testing::Message() << "quality " << quality << ", " << kind.name);
-      ExpectSame(path, quality, PlainDecode::OfDamaged(path, quality));
+      ExpectSameDecode(path, quality, PlainDecode::OfDamaged(path, quality));
     }
   }
 }
@@ -223,7 +162,7 @@ TEST_F(RawIdentityTest, DamagedFiles) {
     const std::string path = Write(files[i]);
     for (int quality = 1; quality <= kQualities; ++quality) {
       SCOPED_TRACE(::testing::Message() << "quality " << quality << ", file " << i);
-      ExpectSame(path, quality, PlainDecode::OfDamaged(path, quality));
+      ExpectSameDecode(path, quality, PlainDecode::OfDamaged(path, quality));
     }
   }
 }

@@ -96,6 +96,24 @@ std::vector<BayerFile> PhaseAndOrientationFiles() {
   return files;
 }
 
+std::vector<BayerFile> MarginFiles() {
+  const BayerMargins kMargins[] = {{1, 0, 0, 0},   {0, 1, 0, 0},   {1, 1, 0, 0},  {7, 3, 2, 9},
+                                   {0, 0, 40, 60}, {40, 60, 0, 0}, {0, 8, 0, -4}, {8, 0, -4, 0},
+                                   {6, 2, -6, -2}, {0, 31, 0, -1}};
+  std::vector<BayerFile> files;
+  for (const BayerMargins& margins : kMargins) {
+    for (const auto& pattern : kPhases) {
+      BayerFile file = SmallFile(files.size());
+      file.size += cv::Size(2, 2);
+      file.margins = margins;
+      file.pattern = pattern;
+      file.content = BayerContent::kNoise;
+      files.push_back(file);
+    }
+  }
+  return files;
+}
+
 std::vector<BayerFile> LevelFiles() {
   std::vector<BayerFile> files;
   const auto add = [&files](int white, cv::Size repeat, Values black) {

@@ -10,6 +10,7 @@ namespace lumvik::test {
 
 // Each property at all its values, the others ordinary.
 std::vector<BayerFile> PhaseAndOrientationFiles();
+std::vector<BayerFile> MarginFiles();
 std::vector<BayerFile> LevelFiles();
 std::vector<BayerFile> ColorFiles();
 std::vector<BayerFile> ArwFiles();

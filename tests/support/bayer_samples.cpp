@@ -120,6 +120,8 @@ cv::Mat BayerSamples(const BayerFile& file) {
       return RecordLight(file, GradientLight(SensorSize(file)));
     case BayerContent::kNoise:
       return NoiseBetween(file, 0, 1.1 * white);
+    case BayerContent::kDimNoise:
+      return NoiseBetween(file, 0, white * (0.5 + static_cast<double>(file.seed % 50) / 100));
     case BayerContent::kSixteenBits:
       return NoiseBetween(file, 0, kMaxCode);
     case BayerContent::kCheckerboard:
