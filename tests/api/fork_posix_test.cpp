@@ -1,4 +1,5 @@
 // Forked child processes of a process that has rendered.
+#include <dlfcn.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -8,6 +9,9 @@
 #include <thread>
 
 #include "api_test.h"
+#include "support/bayer_file.h"
+#include "support/file_bytes.h"
+#include "support/plain_raw_decode.h"
 
 namespace lumvik::test {
 namespace {
@@ -37,10 +41,17 @@ class ForkTest : public ApiTest {
     return lumvik_get_preview(context, out, static_cast<int>(pixels.size())) == LUMVIK_OK ? pixels : "";
   }
 
-  std::string Loaded(int quality) const {
+  std::string Loaded(int quality) const { return Loaded(sample_, quality); }
+  std::string Loaded(const std::string& path, int quality) const {
     const ContextPtr context = CreateContext();
-    return lumvik_load_arw(context.get(), sample_.c_str(), quality) == LUMVIK_OK ? Rendered(context.get())
-                                                                                 : "";
+    return lumvik_load_arw(context.get(), path.c_str(), quality) == LUMVIK_OK ? Rendered(context.get()) : "";
+  }
+
+  // Without a camera white balance, which only LibRaw's own code develops.
+  std::string UnbalancedDng() const {
+    BayerFile file;
+    file.neutral.clear();
+    return WriteBytes(Path("unbalanced.dng"), MakeBayerFile(file));
   }
 
   std::string sample_ = LUMVIK_SAMPLES "/sample_small.ARW";
@@ -90,6 +101,47 @@ TEST_F(ForkTest, ForksWhileAnotherThreadRenders) {
   EXPECT_EQ(served, kForks);
   stop = true;
   other.join();
+}
+
+TEST_F(ForkTest, ChildrenLoadWhatTheirParentLoaded) {
+  constexpr int kChildren = 10;
+  for (const std::string& path : {sample_, UnbalancedDng()}) {
+    const std::string expected = Loaded(path, 1);
+    ASSERT_FALSE(expected.empty());
+    for (int i = 0; i < kChildren; ++i) {
+      ASSERT_EQ(StateOfChild([&] { return Loaded(path, 1) == expected ? 0 : 1; }), 0) << path << ", " << i;
+    }
+  }
+}
+
+TEST_F(ForkTest, ChildrenLoadWhatAThreadOfTheirParentLoaded) {
+  for (const std::string& path : {sample_, UnbalancedDng()}) {
+    std::string expected;
+    std::thread([&] { expected = Loaded(path, 1); }).join();
+    ASSERT_FALSE(expected.empty());
+    EXPECT_EQ(StateOfChild([&] { return Loaded(path, 1) == expected ? 0 : 1; }), 0) << path;
+  }
+}
+
+// A load must not leave the host's thread with an OpenMP pool, whose threads a child would wait for: OpenMP
+// code of the host, here LibRaw's, works in the child.
+TEST_F(ForkTest, ChildrenRunOpenMpAfterALoad) {
+  auto* const use_threads = reinterpret_cast<void (*)(int)>(dlsym(RTLD_DEFAULT, "omp_set_num_threads"));
+  if (use_threads == nullptr) GTEST_SKIP() << "LibRaw was built without OpenMP";
+  constexpr int kThreads = 2;  // even on a single core
+  for (const std::string& path : {sample_, UnbalancedDng()}) {
+    int state = -1;
+    // A thread of the test, which nobody else gave a pool.
+    std::thread([&] {
+      use_threads(kThreads);
+      if (Loaded(path, 1).empty()) return;
+      state = StateOfChild([&] {
+        use_threads(kThreads);
+        return PlainDecode(path, 1).Image().empty() ? 1 : 0;
+      });
+    }).join();
+    EXPECT_EQ(state, 0) << path;
+  }
 }
 
 }  // namespace
