@@ -20,7 +20,7 @@ digest() {
     clang-tidy --version
     cat "$ROOT/.clang-tidy" "${BASH_SOURCE[0]}"
     grep -B 1 -F "\"file\": \"$1\"" "$BUILD/compile_commands.json"
-    find "$ROOT"/{include,src,host,apps} -name '*.h*' -print0 | sort -z | xargs -0 sha256sum
+    find "$ROOT"/{include,src,host,apps} \( -name '*.h*' -o -name '*.inc' \) -print0 | sort -z | xargs -0 sha256sum
     sed -n 's/^#include "\(.*\.cpp\)"$/\1/p' "$1" | xargs -d '\n' sha256sum "$1"
   } | sha256sum | cut -d ' ' -f 1
 }

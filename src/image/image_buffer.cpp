@@ -112,7 +112,9 @@ cv::Mat ToRgb16(const ImageBuffer& image) {
 }
 
 void AssignImage(ImageBuffer& destination, const ImageBuffer& source) {
-  destination = source.clone();
+  cv::Mat copy = source.empty() ? cv::Mat() : LargeImage(source.size(), source.type());
+  source.copyTo(copy);
+  destination = copy;
 }
 
 void ShrinkImage(cv::Mat& image, float factor) {

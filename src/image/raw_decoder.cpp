@@ -93,9 +93,9 @@ cv::Mat ThroughBaseCurve(const libraw_processed_image_t& image) {
   return curved;
 }
 
-// By which a picture is brought down to working size.
-float WorkingFactor(cv::Size picture) {
-  const int long_side = std::max(picture.width, picture.height);
+// By which an image is reduced to working size.
+float WorkingFactor(cv::Size image) {
+  const int long_side = std::max(image.width, image.height);
   return std::min(static_cast<float>(kDecodedLongSide) / static_cast<float>(long_side), 1.0F);
 }
 
@@ -116,9 +116,9 @@ Failure DevelopInTiles(BayerLibRaw& raw, int quality, ImageBuffer& image) {
   TileSettings settings;
   settings.resolution = quality >= kRawHalf ? SensorResolution::kHalf : SensorResolution::kFull;
   settings.tones = Tones(raw);
-  const cv::Size picture = PictureSize(sensor, settings.resolution);
-  const double factor = WorkingFactor(picture);
-  const bool reduces_tiles = quality != kRawQuarter && AreaReduction::Supports(picture, factor);
+  const cv::Size size = TurnedSize(sensor, settings.resolution);
+  const double factor = WorkingFactor(size);
+  const bool reduces_tiles = quality != kRawQuarter && AreaReduction::Supports(size, factor);
   if (reduces_tiles) settings.factor = factor;
   image = DevelopInTiles(sensor, settings);
   if (reduces_tiles || (quality != kRawQuarter && factor == 1)) return {};

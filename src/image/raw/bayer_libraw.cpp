@@ -13,8 +13,16 @@ namespace {
 constexpr int kSecondGreen = 3;
 constexpr int kRowsPerTask = 64;
 
+// On other processors LibRaw's compiler may fuse multiplications and additions, and numbers beyond the range
+// of an int become others.
+#if defined(__x86_64__)
+constexpr bool kComputesLikeLibRaw = true;
+#else
+constexpr bool kComputesLikeLibRaw = false;
+#endif
+
 BayerLibRaw& Object(void* libraw) {
-  return static_cast<BayerLibRaw&>(*static_cast<LibRaw*>(libraw));
+  return dynamic_cast<BayerLibRaw&>(*static_cast<LibRaw*>(libraw));
 }
 
 // LibRaw's code of a site's color: red, green, blue, green of the other rows.
@@ -55,22 +63,31 @@ bool BayerLibRaw::LeavesBlackPattern() const {
 bool BayerLibRaw::IsOrdinaryBayer() {
   constexpr unsigned kLastSpecialPattern = 1000;
   constexpr int kRgb = 3;
-  constexpr int kMinSide = 16;               // smaller than the frame that is not demosaiced, on both sides
-  constexpr float kNoCameraBalance = 1e-5F;  // LibRaw would balance the colors by the image itself
+  constexpr int kMinSide = 16;  // more than the frames that LibRaw does not demosaic
+  constexpr float kNoCameraBalance = 1e-5F;
   constexpr double kMinSquareAspect = 0.995;
   constexpr double kMaxSquareAspect = 1.005;
   const libraw_image_sizes_t& sizes = imgdata.sizes;
   const auto& internal = libraw_internal_data.internal_output_params;
   filters_ = imgdata.idata.filters;
-  return IsKnownLibRaw() && imgdata.rawdata.raw_image != nullptr && filters_ > kLastSpecialPattern &&
-         HasBayerPattern() && imgdata.idata.colors == kRgb && imgdata.idata.is_foveon == 0 &&
-         internal.fuji_width == 0 && internal.zero_is_bad == 0 && is_phaseone_compressed() == 0 &&
-         is_canon_600() == 0 && imgdata.color.cam_mul[0] > kNoCameraBalance && !LeavesBlackPattern() &&
-         sizes.pixel_aspect >= kMinSquareAspect && sizes.pixel_aspect <= kMaxSquareAspect &&
-         sizes.width >= kMinSide && sizes.height >= kMinSide &&
-         sizes.left_margin + sizes.width <= sizes.raw_width &&
-         sizes.top_margin + sizes.height <= sizes.raw_height &&
-         sizes.raw_pitch >= sizes.raw_width * sizeof(uint16_t);
+  if (!kComputesLikeLibRaw || !IsKnownLibRaw()) return false;
+  // One sample per pixel, in a pattern of red, green and blue.
+  if (imgdata.rawdata.raw_image == nullptr) return false;
+  if (filters_ <= kLastSpecialPattern || !HasBayerPattern()) return false;
+  if (imgdata.idata.colors != kRgb || imgdata.idata.is_foveon != 0) return false;
+  // Rows that are the image's rows, within what was unpacked, and pixels that are square.
+  if (internal.fuji_width != 0) return false;
+  if (sizes.width < kMinSide || sizes.height < kMinSide) return false;
+  if (sizes.left_margin + sizes.width > sizes.raw_width) return false;
+  if (sizes.top_margin + sizes.height > sizes.raw_height) return false;
+  if (sizes.raw_pitch < sizes.raw_width * sizeof(uint16_t)) return false;
+  if (!(sizes.pixel_aspect >= kMinSquareAspect && sizes.pixel_aspect <= kMaxSquareAspect)) return false;
+  // No correction of the samples before the usual steps.
+  if (internal.zero_is_bad != 0) return false;
+  if (is_phaseone_compressed() != 0 || is_canon_600() != 0) return false;
+  if (LeavesBlackPattern()) return false;
+  // Otherwise LibRaw balances the colors by the image itself.
+  return imgdata.color.cam_mul[0] > kNoCameraBalance;
 }
 
 int BayerLibRaw::ProcessWithoutPixels() {

@@ -1,4 +1,4 @@
-// How a picture is turned from the sensor's orientation into the photographer's.
+// Turning the sensor's image into the orientation that the camera recorded.
 #ifndef LUMVIK_IMAGE_RAW_ORIENTATION_H_
 #define LUMVIK_IMAGE_RAW_ORIENTATION_H_
 
@@ -7,7 +7,7 @@
 
 namespace lumvik {
 
-// LibRaw's flip code: the turned picture's rows run along the sensor's columns (4), up from the bottom (2),
+// LibRaw's flip code: the turned image's rows run along the sensor's columns (4), up from the bottom (2),
 // or its columns from the right (1), both in terms of the sensor.
 class Orientation {
  public:
@@ -17,11 +17,10 @@ class Orientation {
         from_right_((flip & 1) != 0),
         sensor_(sensor) {}
 
-  bool SwapsAxes() const { return swaps_axes_; }
-  cv::Size Turned() const { return Swapped(sensor_); }
+  cv::Size TurnedSize() const { return Swapped(sensor_); }
   cv::Size Swapped(cv::Size size) const { return swaps_axes_ ? cv::Size(size.height, size.width) : size; }
 
-  // The area of the sensor that an area of the turned picture comes from.
+  // The area of the sensor that an area of the turned image comes from.
   cv::Rect OnSensor(cv::Rect turned) const {
     if (swaps_axes_) turned = {turned.y, turned.x, turned.height, turned.width};
     if (from_bottom_) turned.y = sensor_.height - turned.y - turned.height;
@@ -29,14 +28,14 @@ class Orientation {
     return turned;
   }
 
-  // The turned picture's position of a pixel of the sensor, and the step from there to the next pixel on the
+  // The position of a sensor's pixel in the turned image, and the step from there to the next pixel on the
   // right.
-  cv::Point InPicture(cv::Point pixel) const {
+  cv::Point Turned(cv::Point pixel) const {
     if (from_bottom_) pixel.y = sensor_.height - 1 - pixel.y;
     if (from_right_) pixel.x = sensor_.width - 1 - pixel.x;
     return swaps_axes_ ? cv::Point(pixel.y, pixel.x) : pixel;
   }
-  cv::Point StepInPicture() const {
+  cv::Point TurnedStep() const {
     const int step = from_right_ ? -1 : 1;
     return swaps_axes_ ? cv::Point(0, step) : cv::Point(step, 0);
   }

@@ -17,7 +17,7 @@ namespace lumvik {
 namespace {
 
 constexpr int kChannels = 4;
-// Of a tile, in pixels of the sensor's picture: its rows of all steps and its pixels fit into a second-level
+// Of a tile, in pixels of the sensor's image: its rows of all steps and its pixels fit into a second-level
 // cache, and what neighboring tiles compute twice is small beside it.
 constexpr int kTileColumns = 640;
 constexpr int kTileRows = 128;
@@ -41,8 +41,8 @@ class Developer {
         settings_(settings),
         kernels_(BestRowKernels()),
         orientation_(sensor.flip, UprightSize(sensor, settings.resolution)) {
-    if (settings.factor != 1) reduction_.emplace(orientation_.Turned(), settings.factor);
-    image_ = LargeImage(reduction_ ? reduction_->Reduced() : orientation_.Turned(), CV_16UC4);
+    if (settings.factor != 1) reduction_.emplace(orientation_.TurnedSize(), settings.factor);
+    image_ = LargeImage(reduction_ ? reduction_->Reduced() : orientation_.TurnedSize(), CV_16UC4);
     const cv::Size tile = orientation_.Swapped({kTileColumns, kTileRows});
     tile_ = {std::max(static_cast<int>(tile.width * settings.factor), 1),
              std::max(static_cast<int>(tile.height * settings.factor), 1)};
@@ -62,8 +62,8 @@ class Developer {
   }
 
  private:
-  // `area` of the image: from the sensor's samples to pixels in the picture's orientation, and to reduced
-  // ones.
+  // `area` of the image: from the sensor's samples to pixels in the turned image's orientation, and to
+  // reduced ones.
   void DevelopTile(const cv::Rect& area, Workspace& workspace) {
     if (!reduction_) return DevelopPixels(area, workspace, image_(area));
     const cv::Rect source = reduction_->Source(area);
@@ -72,7 +72,7 @@ class Developer {
     reduction_->Reduce(workspace.tile, area, kernels_, image_);
   }
 
-  // `area` of the turned picture, before any reduction.
+  // `area` of the turned image, before any reduction.
   void DevelopPixels(const cv::Rect& area, Workspace& workspace, const cv::Mat& pixels) {
     const cv::Rect upright = orientation_.OnSensor(area);
     const Span rows = {upright.y, upright.y + upright.height};
@@ -84,24 +84,24 @@ class Developer {
                   [&](int y, int first_column, const RgbRow& rgb) {
                     const int halves = (columns.end - first_column + 1) / 2;
                     kernels_.finish_split(rgb, halves, sensor_.srgb_from_camera, settings_.tones, row);
-                    PlaceRow(row + (columns.begin - first_column) * kChannels, {columns.begin, y},
+                    StoreRow(row + (columns.begin - first_column) * kChannels, {columns.begin, y},
                              upright.width, area, pixels);
                   });
     } else {
       HalveSensor(sensor_, rows, columns, kernels_, workspace.arena,
                   [&](int y, const uint16_t* const rgb[3]) {
                     kernels_.finish(rgb, upright.width, sensor_.srgb_from_camera, settings_.tones, row);
-                    PlaceRow(row, {columns.begin, y}, upright.width, area, pixels);
+                    StoreRow(row, {columns.begin, y}, upright.width, area, pixels);
                   });
     }
   }
 
-  // Puts the pixels of a row of the sensor, from `first` on, where they belong in the picture.
-  void PlaceRow(const uint16_t* rgba, cv::Point first, int columns, const cv::Rect& area,
+  // Puts the pixels of a row of the sensor, from `first` on, where they belong in the turned image.
+  void StoreRow(const uint16_t* rgba, cv::Point first, int columns, const cv::Rect& area,
                 const cv::Mat& pixels) const {
     constexpr size_t kPixelBytes = kChannels * sizeof(uint16_t);
-    const cv::Point to = orientation_.InPicture(first) - area.tl();
-    const cv::Point step = orientation_.StepInPicture();
+    const cv::Point to = orientation_.Turned(first) - area.tl();
+    const cv::Point step = orientation_.TurnedStep();
     uint8_t* target =
         pixels.data + to.y * static_cast<ptrdiff_t>(pixels.step) + to.x * static_cast<ptrdiff_t>(kPixelBytes);
     const ptrdiff_t stride =
@@ -125,8 +125,8 @@ class Developer {
 
 }  // namespace
 
-cv::Size PictureSize(const BayerSensor& sensor, SensorResolution resolution) {
-  return Orientation(sensor.flip, UprightSize(sensor, resolution)).Turned();
+cv::Size TurnedSize(const BayerSensor& sensor, SensorResolution resolution) {
+  return Orientation(sensor.flip, UprightSize(sensor, resolution)).TurnedSize();
 }
 
 cv::Mat DevelopInTiles(const BayerSensor& sensor, const TileSettings& settings) {

@@ -16,13 +16,13 @@ enum class SensorResolution {
 
 struct TileSettings {
   SensorResolution resolution = SensorResolution::kFull;
-  // Of the result relative to the turned picture; 1 keeps the size, and AreaReduction::Supports() any other.
+  // Of the result relative to the turned image; 1 keeps the size, and AreaReduction::Supports() any other.
   double factor = 1;
   const uint32_t* tones = nullptr;  // 65536 values: the transfer curve and what follows it
 };
 
-// The size of the picture, turned, before any reduction.
-cv::Size PictureSize(const BayerSensor& sensor, SensorResolution resolution);
+// The size of the turned image, before any reduction.
+cv::Size TurnedSize(const BayerSensor& sensor, SensorResolution resolution);
 
 // CV_16UC4, opaque.
 cv::Mat DevelopInTiles(const BayerSensor& sensor, const TileSettings& settings);
