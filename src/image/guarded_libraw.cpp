@@ -6,8 +6,12 @@
 #include <cstring>
 #include <limits>
 #include <memory>
+#include <new>
 #include <string_view>
 
+#include "image/raw/arw2_rows.h"
+#include "image/raw/known_libraw.h"
+#include "image/raw/own_thread.h"
 #include "image/raw_file.h"
 
 namespace lumvik {
@@ -35,6 +39,10 @@ bool IsOfDirectory(int tag) {
   constexpr int kPanasonic = 0x30000;
   constexpr int kFirstDirectory = 1 << 20;
   return (tag & ~kTagMask) == kPanasonic || tag >= kFirstDirectory;
+}
+
+bool IsArw2(const libraw_decoder_info_t& decoder) {
+  return decoder.decoder_name != nullptr && decoder.decoder_name == std::string_view("sony_arw2_load_raw()");
 }
 
 // The text at the stream's position, at most `limit` bytes and truncated as LibRaw truncates names.
@@ -100,12 +108,32 @@ int GuardedLibRaw::UnpackSensor() {
   awaits_sensor_buffer_ = (decoder.decoder_flags & LIBRAW_DECODER_OWNALLOC) == 0;
   // A group of samples whose extremes share a place has a delta too many: LibRaw reads it from beyond the
   // row.
-  clears_byte_after_row_ = kIsOldLibRaw && decoder.decoder_name != nullptr &&
-                           decoder.decoder_name == std::string_view("sony_arw2_load_raw()");
+  clears_byte_after_row_ = kIsOldLibRaw && IsArw2(decoder);
+  is_unpacking_sensor_ = true;
   const int status = unpack();
+  is_unpacking_sensor_ = false;
   awaits_sensor_buffer_ = false;
   clears_byte_after_row_ = false;
+  RestoreDecoder();
   return status;
+}
+
+// LibRaw asks this of itself right before it calls the decoder.
+int GuardedLibRaw::get_decoder_info(libraw_decoder_info_t* decoder) {
+  const int status = LibRaw::get_decoder_info(decoder);
+  if (is_unpacking_sensor_ && status == LIBRAW_SUCCESS && IsArw2(*decoder) && IsKnownLibRaw()) {
+    libraw_decoder_ = load_raw;
+    load_raw = static_cast<Decoder>(&GuardedLibRaw::LoadArw2);
+    awaits_sensor_buffer_ = false;  // which touches all its memory
+  }
+  return status;
+}
+
+// LibRaw compares its decoder with others later on.
+void GuardedLibRaw::RestoreDecoder() {
+  if (libraw_decoder_ != nullptr && load_raw == static_cast<Decoder>(&GuardedLibRaw::LoadArw2))
+    load_raw = libraw_decoder_;
+  libraw_decoder_ = nullptr;
 }
 
 int GuardedLibRaw::UnpackPreview() {
@@ -122,13 +150,17 @@ int GuardedLibRaw::UnpackPreview() {
 // preview's. A decoder that gives up without an error, or a missing strip, leaves part of the buffer unset.
 void GuardedLibRaw::BeforeSeek() {
   if (awaits_sensor_buffer_ && imgdata.rawdata.raw_alloc != nullptr) {
-    std::memset(imgdata.rawdata.raw_alloc, 0, SensorBufferSize());
+    ClearSensorBuffer();
     awaits_sensor_buffer_ = false;
   }
   if (awaits_preview_buffer_ && imgdata.thumbnail.thumb != nullptr) {
     std::memset(imgdata.thumbnail.thumb, 0, imgdata.thumbnail.tlength);
     awaits_preview_buffer_ = false;
   }
+}
+
+void GuardedLibRaw::ClearSensorBuffer() {
+  std::memset(imgdata.rawdata.raw_alloc, 0, SensorBufferSize());
 }
 
 // Only a row's buffer is known to have a byte more than was read.
@@ -147,6 +179,63 @@ size_t GuardedLibRaw::SensorBufferSize() const {
   }
   const size_t samples = imgdata.rawdata.color3_image != nullptr ? 3 : 1;
   return columns * rows * samples * sizeof(uint16_t);
+}
+
+// Called as LibRaw's decoder, with the stream at the first row.
+void GuardedLibRaw::LoadArw2() {
+  RestoreDecoder();
+  if (!HasWholeArw2Rows()) {
+    if (imgdata.rawdata.raw_alloc != nullptr) ClearSensorBuffer();
+    return (this->*load_raw)();
+  }
+  try {
+    DecodeArw2();
+  } catch (const std::bad_alloc&) {
+    throw LibRaw_exceptions{LIBRAW_EXCEPTION_ALLOC};
+  }
+}
+
+// Whether all that LibRaw's decoder would read is in the file, and is what our decoder expects.
+bool GuardedLibRaw::HasWholeArw2Rows() const {
+  constexpr short kLittleEndian = 0x4949;
+#if !LIBRAW_COMPILE_CHECK_VERSION_NOTLESS(0, 21)
+  if ((imgdata.params.raw_processing_options & LIBRAW_PROCESSING_SONYARW2_ALLFLAGS) != 0) return false;
+#endif
+  LibRaw_abstract_datastream& file = *libraw_internal_data.internal_data.input;
+  const INT64 begin = file.tell();
+  const INT64 bytes = INT64{imgdata.sizes.raw_width} * imgdata.sizes.height;
+  return imgdata.rawdata.raw_image != nullptr && imgdata.rawdata.raw_image == imgdata.rawdata.raw_alloc &&
+         libraw_internal_data.internal_output_params.fuji_width == 0 &&
+         libraw_internal_data.unpacker_data.order == kLittleEndian && begin >= 0 &&
+         bytes <= file.size() - begin;
+}
+
+void GuardedLibRaw::DecodeArw2() {
+  clears_byte_after_row_ = false;
+  Arw2Curve curve;
+  for (size_t code = 0; code < curve.size(); ++code) curve[code] = imgdata.color.curve[2 * code];
+  const libraw_image_sizes_t& sizes = imgdata.sizes;
+  const auto read = [this](uint8_t* bytes, size_t count) {
+    checkCancel();
+    libraw_internal_data.internal_data.input->read(bytes, 1, count);
+  };
+  uint16_t* const samples = imgdata.rawdata.raw_image;
+  DecodeArw2Rows(read, {sizes.raw_width, sizes.height}, curve, samples);
+  const size_t decoded = size_t{sizes.raw_width} * sizes.height;
+  std::memset(samples + decoded, 0, SensorBufferSize() - decoded * sizeof(uint16_t));
+}
+
+void GuardedLibRaw::fuji_decode_loop(const fuji_compressed_params* common, int count, INT64* offsets,
+                                     unsigned* sizes) {
+  InOwnThread([=] { LibRaw::fuji_decode_loop(common, count, offsets, sizes); });
+}
+
+void GuardedLibRaw::crxLoadDecodeLoop(void* image, int planes) {
+  InOwnThread([=] { LibRaw::crxLoadDecodeLoop(image, planes); });
+}
+
+void GuardedLibRaw::crxLoadFinalizeLoopE3(void* image, int rows) {
+  InOwnThread([=] { LibRaw::crxLoadFinalizeLoopE3(image, rows); });
 }
 
 // Keeps LibRaw from reading more of the preview than it allocates. False when that is not possible.

@@ -91,6 +91,10 @@ TEST_F(RawIdentityTest, RandomFiles) {
   ExpectIdentity(RandomBayerFiles(kFiles, 1), 60);
 }
 
+TEST_F(RawIdentityTest, TileBorders) {
+  ExpectIdentity(TileBorderFiles(), 100);
+}
+
 TEST_F(RawIdentityTest, LargeFilesAreReduced) {
   ExpectIdentity(LargeFiles(), 100);
 }

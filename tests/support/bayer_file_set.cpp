@@ -221,6 +221,23 @@ std::vector<BayerFile> RandomBayerFiles(int count, uint64_t seed) {
   return files;
 }
 
+std::vector<BayerFile> TileBorderFiles() {
+  constexpr int kColumns = 640;
+  constexpr int kRows = 128;
+  std::vector<BayerFile> files;
+  for (int beyond = -1; beyond <= 7; ++beyond) {
+    for (const cv::Size size : {cv::Size(kColumns + beyond, 40), cv::Size(50, kRows + beyond),
+                                cv::Size(2 * kColumns + 2 * beyond - 1, 2 * kRows + 2 * beyond - 1)}) {
+      BayerFile file = SmallFile(files.size());
+      file.size = size;
+      file.content = BayerContent::kNoise;
+      file.orientation = 1 + static_cast<int>(files.size() % 8);
+      files.push_back(file);
+    }
+  }
+  return files;
+}
+
 std::vector<BayerFile> LargeFiles() {
   const cv::Size kSizes[] = {{1999, 40}, {2000, 25}, {2001, 30}, {24, 2101}, {2305, 61},
                              {3000, 40}, {4000, 24}, {24, 4000}, {3999, 27}, {4001, 23},

@@ -18,6 +18,10 @@ std::vector<BayerFile> ArwFiles();
 // All properties at random.
 std::vector<BayerFile> RandomBayerFiles(int count, uint64_t seed);
 
+// Sides around those of our tiles, at full and half size, so that the frame that is not demosaiced lies on
+// both sides of a border.
+std::vector<BayerFile> TileBorderFiles();
+
 // Images larger than the working size or than several tiles.
 std::vector<BayerFile> LargeFiles();
 
