@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "image/raw/bayer_sensor.h"
-#include "image/raw/row_kernels.h"
+#include "image/raw/kernels/row_kernels.h"
 
 namespace lumvik {
 

@@ -5,7 +5,7 @@
 #include <opencv2/core.hpp>
 #include <vector>
 
-#include "image/raw/row_kernels.h"
+#include "image/raw/kernels/row_kernels.h"
 
 namespace lumvik {
 

@@ -5,7 +5,7 @@
 #include <opencv2/core/utility.hpp>
 
 #include "image/raw/known_libraw.h"
-#include "image/raw/row_kernels.h"
+#include "image/raw/kernels/row_kernels.h"
 
 namespace lumvik {
 namespace {

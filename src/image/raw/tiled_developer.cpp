@@ -11,7 +11,7 @@
 #include "image/raw/area_reduction.h"
 #include "image/raw/half_size_rows.h"
 #include "image/raw/orientation.h"
-#include "image/raw/row_kernels.h"
+#include "image/raw/kernels/row_kernels.h"
 
 namespace lumvik {
 namespace {

@@ -1,8 +1,8 @@
 // The tables of the row kernels, one for each instruction set.
-#ifndef LUMVIK_IMAGE_RAW_ROW_KERNEL_SETS_H_
-#define LUMVIK_IMAGE_RAW_ROW_KERNEL_SETS_H_
+#ifndef LUMVIK_IMAGE_RAW_KERNELS_KERNEL_SETS_H_
+#define LUMVIK_IMAGE_RAW_KERNELS_KERNEL_SETS_H_
 
-#include "image/raw/row_kernels.h"
+#include "image/raw/kernels/row_kernels.h"
 
 namespace lumvik {
 
@@ -21,4 +21,4 @@ extern const RowKernels kAvx512RowKernels;
 
 }  // namespace lumvik
 
-#endif  // LUMVIK_IMAGE_RAW_ROW_KERNEL_SETS_H_
+#endif  // LUMVIK_IMAGE_RAW_KERNELS_KERNEL_SETS_H_

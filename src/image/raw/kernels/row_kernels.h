@@ -4,8 +4,8 @@
 // the same color, and every loop runs over neighbors in memory without branches. Half rows have
 // kHalfRowMargin accessible values before the first and after the last one, of any content: what depends on
 // them is never used.
-#ifndef LUMVIK_IMAGE_RAW_ROW_KERNELS_H_
-#define LUMVIK_IMAGE_RAW_ROW_KERNELS_H_
+#ifndef LUMVIK_IMAGE_RAW_KERNELS_ROW_KERNELS_H_
+#define LUMVIK_IMAGE_RAW_KERNELS_ROW_KERNELS_H_
 
 #include <cstddef>
 #include <cstdint>
@@ -105,4 +105,4 @@ const RowKernels& BestRowKernels();
 
 }  // namespace lumvik
 
-#endif  // LUMVIK_IMAGE_RAW_ROW_KERNELS_H_
+#endif  // LUMVIK_IMAGE_RAW_KERNELS_ROW_KERNELS_H_

@@ -1,7 +1,7 @@
-#include "image/raw/row_kernels.h"
+#include "image/raw/kernels/row_kernels.h"
 
 #include "base/vectorized.h"
-#include "image/raw/row_kernel_sets.h"
+#include "image/raw/kernels/kernel_sets.h"
 
 namespace lumvik {
 

@@ -1,2 +1,2 @@
 #define LUMVIK_ROW_KERNELS kBaselineRowKernels
-#include "image/raw/row_kernels.inc"
+#include "image/raw/kernels/row_kernels.inc"
