@@ -8,5 +8,5 @@ mode=(--dry-run --Werror)
 [[ ${1:-} == --fix ]] && mode=(-i)
 
 cd "$ROOT"
-find . \( -path ./build -o -name '.?*' \) -prune -o \( -name '*.[ch]' -o -name '*.[ch]pp' \) -print0 |
+find . \( -path ./build -o -name '.?*' \) -prune -o \( -name '*.[ch]' -o -name '*.[ch]pp' -o -name '*.inc' \) -print0 |
   xargs -0 -P "$JOBS" -n 16 clang-format "${mode[@]}"

@@ -4,8 +4,8 @@
 #include <mutex>
 #include <opencv2/core/utility.hpp>
 
-#include "image/raw/known_libraw.h"
 #include "image/raw/kernels/row_kernels.h"
+#include "image/raw/known_libraw.h"
 
 namespace lumvik {
 namespace {

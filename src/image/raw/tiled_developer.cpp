@@ -10,8 +10,8 @@
 #include "image/raw/ahd_rows.h"
 #include "image/raw/area_reduction.h"
 #include "image/raw/half_size_rows.h"
-#include "image/raw/orientation.h"
 #include "image/raw/kernels/row_kernels.h"
+#include "image/raw/orientation.h"
 
 namespace lumvik {
 namespace {
