@@ -139,7 +139,7 @@ class AhdStrip {
 
   void CountHomogeneous(int row) {
     PixelDifferences differences = {};
-    for (int direction = 0; direction < kDirections; ++direction) {
+    for (size_t direction = 0; direction < kDirections; ++direction) {
       Candidate& candidate = candidates_[direction];
       differences.to_left[direction] = candidate.to_left[row];
       differences.to_above[direction] = candidate.to_above[row];

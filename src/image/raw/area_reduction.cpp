@@ -7,7 +7,6 @@
 namespace lumvik {
 namespace {
 
-constexpr int kChannels = 4;
 // cv::resize ignores smaller shares of a source pixel.
 constexpr double kMinShare = 1e-3;
 
@@ -69,7 +68,7 @@ void AreaReduction::Reduce(const cv::Mat& source, const cv::Rect& area, const Ro
                            cv::Mat& image) const {
   const cv::Range source_columns = columns_.Source(area.x, area.x + area.width);
   const int first_row = rows_[area.y].first;
-  const auto values = static_cast<size_t>(area.width) * kChannels;
+  const auto values = static_cast<size_t>(area.width) * kRgbaChannels;
   std::vector<float> sums(values);
   std::vector<float> total(values);
   int summed_row = -1;
@@ -79,15 +78,15 @@ void AreaReduction::Reduce(const cv::Mat& source, const cv::Rect& area, const Ro
       const int row = rows_[y].first + tap;
       // A row that two reduced ones share was summed last.
       if (row != summed_row) {
-        const auto* pixels =
-            source.ptr<uint16_t>(row - first_row) - static_cast<ptrdiff_t>(source_columns.start) * kChannels;
+        const auto* pixels = source.ptr<uint16_t>(row - first_row) -
+                             static_cast<ptrdiff_t>(source_columns.start) * kRgbaChannels;
         kernels.reduce_row(pixels, columns_.From(area.x), area.width, sums.data());
         summed_row = row;
       }
       kernels.add_weighted(sums.data(), rows_[y].weights[tap], static_cast<int>(values), total.data());
     }
     kernels.round(total.data(), area.width,
-                  image.ptr<uint16_t>(y) + static_cast<ptrdiff_t>(area.x) * kChannels);
+                  image.ptr<uint16_t>(y) + static_cast<ptrdiff_t>(area.x) * kRgbaChannels);
   }
 }
 

@@ -11,7 +11,7 @@ namespace lumvik {
 namespace {
 
 constexpr int kSecondGreen = 3;
-constexpr int kRowsPerTask = 64;
+constexpr int kMaximumRowsPerTask = 64;
 
 // On other processors LibRaw's compiler may fuse multiplications and additions, and numbers beyond the range
 // of an int become others.
@@ -138,11 +138,11 @@ void BayerLibRaw::copy_bayer(unsigned short black[4], unsigned short* data_maxim
   const RowKernels& kernels = BestRowKernels();
   std::mutex mutex;
   int largest = 0;
-  const int tasks = (visible_height_ + kRowsPerTask - 1) / kRowsPerTask;
+  const int tasks = (visible_height_ + kMaximumRowsPerTask - 1) / kMaximumRowsPerTask;
   cv::parallel_for_(cv::Range(0, tasks), [&](const cv::Range& range) {
     uint16_t samples[2][2] = {};
-    const int end = std::min(range.end * kRowsPerTask, visible_height_);
-    for (int y = range.start * kRowsPerTask; y < end; ++y) {
+    const int end = std::min(range.end * kMaximumRowsPerTask, visible_height_);
+    for (int y = range.start * kMaximumRowsPerTask; y < end; ++y) {
       kernels.maximum(Samples() + y * stride, visible_width_, samples[y % 2]);
     }
     const std::lock_guard lock(mutex);

@@ -16,7 +16,6 @@
 namespace lumvik {
 namespace {
 
-constexpr int kChannels = 4;
 // Of a tile, in pixels of the sensor's image: its rows of all steps and its pixels fit into a second-level
 // cache, and what neighboring tiles compute twice is small beside it.
 constexpr int kTileColumns = 640;
@@ -77,14 +76,14 @@ class Developer {
     const cv::Rect upright = orientation_.OnSensor(area);
     const Span rows = {upright.y, upright.y + upright.height};
     const Span columns = {upright.x, upright.x + upright.width};
-    workspace.row.resize((static_cast<size_t>(upright.width) + 2 * kHalfRowMargin) * kChannels);
+    workspace.row.resize((static_cast<size_t>(upright.width) + 2 * kHalfRowMargin) * kRgbaChannels);
     uint16_t* const row = workspace.row.data();
     if (settings_.resolution == SensorResolution::kFull) {
       DemosaicAhd(sensor_, rows, columns, kernels_, workspace.arena,
                   [&](int y, int first_column, const RgbRow& rgb) {
                     const int halves = (columns.end - first_column + 1) / 2;
                     kernels_.finish_split(rgb, halves, sensor_.srgb_from_camera, settings_.tones, row);
-                    StoreRow(row + (columns.begin - first_column) * kChannels, {columns.begin, y},
+                    StoreRow(row + (columns.begin - first_column) * kRgbaChannels, {columns.begin, y},
                              upright.width, area, pixels);
                   });
     } else {
@@ -99,7 +98,7 @@ class Developer {
   // Puts the pixels of a row of the sensor, from `first` on, where they belong in the turned image.
   void StoreRow(const uint16_t* rgba, cv::Point first, int columns, const cv::Rect& area,
                 const cv::Mat& pixels) const {
-    constexpr size_t kPixelBytes = kChannels * sizeof(uint16_t);
+    constexpr size_t kPixelBytes = kRgbaChannels * sizeof(uint16_t);
     const cv::Point to = orientation_.Turned(first) - area.tl();
     const cv::Point step = orientation_.TurnedStep();
     uint8_t* target =
@@ -110,7 +109,7 @@ class Developer {
       std::memcpy(target, rgba, static_cast<size_t>(columns) * kPixelBytes);
       return;
     }
-    for (int x = 0; x < columns; ++x, target += stride, rgba += kChannels)
+    for (int x = 0; x < columns; ++x, target += stride, rgba += kRgbaChannels)
       std::memcpy(target, rgba, kPixelBytes);
   }
 

@@ -15,6 +15,7 @@
 namespace lumvik {
 
 inline constexpr int kHalfRowMargin = 32;
+inline constexpr int kRgbaChannels = 4;
 
 // AHD's two candidates for a pixel: green interpolated along the row, or along the column.
 enum Direction { kHorizontal, kVertical, kDirections };
