@@ -20,7 +20,8 @@ struct Comparison {
 
 // Registers a benchmark that alternates between the two, so that noise on the machine affects both equally.
 // It reports the time of `ours` with pixels and bytes per second, and `ratio`, the median time of `plain`
-// over that of `ours`. `make` is called when the benchmark runs.
+// over that of `ours`; `cpu_ms` and `cpu_ratio` are the same for the CPU time of all threads. `make` is
+// called when the benchmark runs.
 void RegisterComparison(const std::string& name, std::function<Comparison()> make);
 
 }  // namespace lumvik::bench

@@ -7,6 +7,7 @@
 #   --build         `cmake --preset release`
 #   --test          scripts/test.sh (with --build --fuzz)
 #   --fuzz          scripts/fuzz.sh (with --build)
+#   --bench         bench/compare-commands.sh (with --build)
 #   --pictures      scripts/make-doc-pictures.sh (with --build)
 #   --package       scripts/package.sh (with --build)
 #   --bare-system   scripts/test-on-bare-system.sh and scripts/test-packages.sh
@@ -42,6 +43,10 @@ test_packages=(
   doxygen       # the API reference
   python3       # checks of wording and documents
   abigail-tools # check of the binary interface
+  valgrind      # counts instructions
+)
+bench_packages=(
+  libraw-bin # LibRaw's own command
 )
 picture_packages=(
   imagemagick  # scales and combines the pictures in the documents
@@ -78,6 +83,7 @@ for argument in "$@"; do
   case $argument in
     --build) sets+=("${build_packages[@]}") ;;
     --test) sets+=("${test_packages[@]}") ;;
+    --bench) sets+=("${bench_packages[@]}") ;;
     --pictures) sets+=("${picture_packages[@]}") ;;
     --package) sets+=("${package_packages[@]}") ;;
     --bare-system) sets+=("${bare_system_packages[@]}") ;;

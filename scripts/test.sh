@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # Builds and checks everything, installing first what that takes: formatting, the API reference, the binary interface,
-# reproducible bytes, static analysis, all tests with AddressSanitizer and UndefinedBehaviorSanitizer and again as
-# shipped, line coverage, a short run of the fuzz targets, and the thread tests with ThreadSanitizer.
+# instruction counts, reproducible bytes, static analysis, all tests with AddressSanitizer and
+# UndefinedBehaviorSanitizer and again as shipped, line coverage, a short run of the fuzz targets, and the thread tests
+# with ThreadSanitizer.
 #
 #   scripts/test.sh
 set -euo pipefail
@@ -35,6 +36,9 @@ cmake --build "$ROOT/build/release"
 
 step "Binary interface"
 "$ROOT/scripts/check-abi.sh"
+
+step "Instruction counts"
+"$ROOT/scripts/check-speed.sh"
 
 step "Reproducible build"
 "$ROOT/scripts/check-reproducible.sh"

@@ -2,7 +2,7 @@
 #include <memory>
 
 #include "alternating.h"
-#include "base/vectorized.h"
+#include "instruction_set.h"
 #include "pipeline/develop_pipeline.h"
 #include "reference/develop_pipeline.h"
 #include "support/random_adjustments.h"
@@ -39,6 +39,13 @@ constexpr Setting kSettings[] = {
     {"ca_correction", [](Adjustments& a) { a.ca_correction = 30; }},
     {"lens_vignette", [](Adjustments& a) { a.lens_vignette = 40; }},
     {"defringe", [](Adjustments& a) { a.defringe = 40; }},
+    {"flips", [](Adjustments& a) { a.flip_h = 1, a.flip_v = 1; }},
+    {"flip_and_crop",
+     [](Adjustments& a) {
+       a.flip_h = 1, a.crop = {0.1F, 0.1F, 0.8F, 0.8F};
+     }},
+    {"rotation", [](Adjustments& a) { a.rotation = 2; }},
+    {"perspective", [](Adjustments& a) { a.perspective_h = 10; }},
     {"geometry",
      [](Adjustments& a) {
        a.rotation = 2, a.perspective_h = 10, a.crop = {0.1F, 0.1F, 0.8F, 0.8F};
@@ -58,30 +65,11 @@ Comparison Render(cv::Size size, const Setting& setting) {
           2 * bytes};
 }
 
-// Simulates a processor without wider vectors.
-struct NarrowerSet {
-  const char* name;
-  InstructionSet set;
-};
-
-constexpr NarrowerSet kNarrowerSets[] = {{"baseline", InstructionSet::kBaseline},
-                                         {"avx2", InstructionSet::kAvx2}};
-
-Comparison WithSet(Comparison comparison, InstructionSet set) {
-  comparison.ours = [set, ours = comparison.ours] {
-    const InstructionSet usual = widest_instruction_set;
-    widest_instruction_set = set;
-    ours();
-    widest_instruction_set = usual;
-  };
-  return comparison;
-}
-
 const bool kRegistered = [] {
   const cv::Size small(2000, 1333);
   for (const NarrowerSet& narrower : kNarrowerSets) {
     RegisterComparison(std::string("instruction_set/") + narrower.name, [narrower, small] {
-      return WithSet(Render(small, {"typical", test::SetTypical}), narrower.set);
+      return WithInstructionSet(narrower.set, Render(small, {"typical", test::SetTypical}));
     });
   }
   for (const cv::Size size : {small, cv::Size(4096, 2731)}) {
