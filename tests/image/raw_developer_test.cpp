@@ -85,7 +85,9 @@ Bytes OfKind(const std::string& name) {
 class RawDeveloperTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (!IsKnownLibRaw()) GTEST_SKIP() << "LibRaw develops everything: its version is unknown";
+    constexpr int kCertainlyKnown = LIBRAW_MAKE_VERSION(0, 20, 2);
+    if (LIBRAW_VERSION != kCertainlyKnown && !IsKnownLibRaw())
+      GTEST_SKIP() << "LibRaw develops everything: its version is unknown";
   }
 };
 

@@ -3,8 +3,10 @@
 
 #include <iostream>
 #include <opencv2/core/utility.hpp>
+#include <set>
 #include <string>
 
+#include "image/raw/known_libraw.h"
 #include "image/raw_decoder.h"
 #include "support/bayer_file_set.h"
 #include "support/broken_raw.h"
@@ -57,7 +59,7 @@ class RawIdentityTest : public ::testing::Test {
     }
     std::cout << files.size() << " files at " << kQualities << " qualities: " << decoded << " decoded, "
               << tiles << " in tiles\n";
-    EXPECT_GE(100 * tiles, least_percent_of_tiles * decoded);
+    EXPECT_TRUE(!IsKnownLibRaw() || 100 * tiles >= least_percent_of_tiles * decoded);
   }
 
   TempDir dir_;
@@ -135,17 +137,21 @@ TEST_F(RawIdentityTest, Photographs) {
     for (int quality = 1; quality <= kQualities; ++quality) {
       SCOPED_TRACE(::testing::Message() << "quality " << quality << ", " << name);
       const DecodedImage decoded = ExpectSameDecode(name, quality, PlainDecode(name, quality));
-      EXPECT_EQ(decoded.developer, RawDeveloper::kTiles);
+      EXPECT_TRUE(!IsKnownLibRaw() || decoded.developer == RawDeveloper::kTiles);
     }
   }
 }
 
 TEST_F(RawIdentityTest, EachKindOfRawFile) {
+  const std::set<std::string> damaged = {"arw_compressed_flat_no_preview", "arw_lossless_no_preview",
+                                         "dng_lossless_missing_tile_no_preview"};
   for (const RawKind& kind : RawKinds()) {
     const std::string path = Write(kind.file);
     for (int quality = 1; quality <= kQualities; ++quality) {
       SCOPED_TRACE(::testing::Message() << "quality " << quality << ", " << kind.name);
-      ExpectSameDecode(path, quality, PlainDecode::OfDamaged(path, quality));
+      const bool is_damaged = damaged.count(kind.name) != 0;
+      ExpectSameDecode(path, quality,
+                       is_damaged ? PlainDecode::OfDamaged(path, quality) : PlainDecode(path, quality));
     }
   }
 }
