@@ -12,7 +12,6 @@ namespace lumvik::test {
 namespace {
 
 constexpr uint16_t kColorFilterArray = 32803;  // a photometric interpretation
-constexpr uint16_t kIlluminantD65 = 21;
 
 bool IsDng(const BayerFile& file) {
   return file.format == RawFormat::kDng;

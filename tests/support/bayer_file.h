@@ -19,7 +19,7 @@ enum class BayerContent {
   kPhotograph,
   kGradients,
   kNoise,         // up to a tenth above white
-  kDimNoise,     // up to half of white or more: LibRaw may take its maximum for white
+  kDimNoise,      // up to half of white or more: LibRaw may take its maximum for white
   kSixteenBits,   // noise over all codes
   kCheckerboard,  // black and white squares of 1 to 3 pixels
   kHotPixels,     // white and black pixels on dark gray

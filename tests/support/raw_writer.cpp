@@ -29,7 +29,6 @@ constexpr int kPreviewQuality = 90;
 constexpr uint16_t kPhotometricRgb = 2, kPhotometricYcbcr = 6, kPhotometricCfa = 32803,
                    kPhotometricLinearRaw = 34892;
 constexpr uint16_t kUncompressed = 1, kOldJpeg = 6, kJpeg = 7;
-constexpr uint16_t kIlluminantD65 = 21;
 
 bool IsDng(const RawOptions& options) {
   return options.format == RawFormat::kDng;

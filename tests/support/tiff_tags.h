@@ -9,6 +9,9 @@ namespace lumvik::test {
 // A value of the compression tag.
 inline constexpr uint16_t kSonyCompressed = 32767;
 
+// A value of the tags of a calibration illuminant.
+inline constexpr uint16_t kIlluminantD65 = 21;
+
 }  // namespace lumvik::test
 
 namespace lumvik::test::tag {
