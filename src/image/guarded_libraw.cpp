@@ -9,6 +9,7 @@
 #include <new>
 #include <string_view>
 
+#include "base/large_image.h"
 #include "image/raw/arw2_rows.h"
 #include "image/raw/known_libraw.h"
 #include "image/raw/own_thread.h"
@@ -160,6 +161,7 @@ void GuardedLibRaw::BeforeSeek() {
 }
 
 void GuardedLibRaw::ClearSensorBuffer() {
+  PreferHugePages(imgdata.rawdata.raw_alloc, SensorBufferSize());
   std::memset(imgdata.rawdata.raw_alloc, 0, SensorBufferSize());
 }
 
@@ -220,6 +222,7 @@ void GuardedLibRaw::DecodeArw2() {
     libraw_internal_data.internal_data.input->read(bytes, 1, count);
   };
   uint16_t* const samples = imgdata.rawdata.raw_image;
+  PreferHugePages(samples, SensorBufferSize());
   DecodeArw2Rows(read, {sizes.raw_width, sizes.height}, curve, samples);
   const size_t decoded = size_t{sizes.raw_width} * sizes.height;
   std::memset(samples + decoded, 0, SensorBufferSize() - decoded * sizeof(uint16_t));

@@ -4,15 +4,18 @@
 
 #include <algorithm>
 #include <cstring>
+#include <memory>
 #include <tuple>
 
 #include "analysis/perceptual_hash.h"
+#include "image/guarded_libraw.h"
 #include "image/raw_decoder.h"
 #include "image/thumbnail.h"
 #include "support/allow_leaks.h"
 #include "support/file_bytes.h"
 #include "support/poisoned_memory.h"
 #include "support/raw_kinds.h"
+#include "support/raw_writer.h"
 #include "support/temp_dir.h"
 #include "support/test_images.h"
 
@@ -100,6 +103,25 @@ TEST_P(RawUnsetMemoryTest, DoesNotShowInACutFile) {
   for (size_t cut = 0; cut < kTags; cut += kTagStep) ExpectReproducibleAt(cut);
   for (size_t cut = kTags; cut < size; cut += size / kDataSteps) ExpectReproducibleAt(cut);
   ExpectReproducibleAt(size - 1);
+}
+
+// The last columns of such a sensor belong to no group of samples.
+TEST(RawUnsetMemory, DoesNotShowInColumnsThatACompressedArwLacks) {
+  constexpr int kSensorColumns = 50;
+  const Bytes file = MakeRawFile(cv::Mat(32, 64, CV_8UC3, cv::Scalar::all(90)));
+  const TempDir folder;
+  for (const std::ptrdiff_t missing : {0, 1000}) {
+    const std::string path = WriteBytes(folder.File("a.arw"), {file.begin(), file.end() - missing});
+    EXPECT_TRUE(IsReproducible([&] {
+      const auto raw = std::make_unique<GuardedLibRaw>();
+      EXPECT_EQ(raw->OpenFile(path), LIBRAW_SUCCESS);
+      raw->imgdata.sizes.raw_width = kSensorColumns;
+      raw->imgdata.sizes.width = kSensorColumns;
+      EXPECT_EQ(raw->UnpackSensor(), LIBRAW_SUCCESS);
+      const uint16_t* samples = raw->imgdata.rawdata.raw_image;
+      return std::vector<uint16_t>(samples, samples + kSensorColumns * raw->imgdata.sizes.raw_height);
+    })) << missing;
+  }
 }
 
 INSTANTIATE_TEST_SUITE_P(Kinds, RawUnsetMemoryTest, ::testing::ValuesIn(RawKinds()),
