@@ -112,6 +112,7 @@ void ReduceToWorkingSize(cv::Mat& image, int quality) {
 Failure DevelopInTiles(BayerLibRaw& raw, int quality, ImageBuffer& image) {
   if (Failure failure = FailureOf("dcraw_process", raw.ProcessWithoutPixels()); !failure.empty())
     return failure;
+  if (!raw.HasSensor()) return FailureOf("dcraw_make_mem_image", LIBRAW_FILE_UNSUPPORTED);
   const BayerSensor sensor = raw.Sensor();
   TileSettings settings;
   settings.resolution = quality >= kRawHalf ? SensorResolution::kHalf : SensorResolution::kFull;

@@ -20,7 +20,10 @@ class BayerLibRaw : public GuardedLibRaw {
   bool IsOrdinaryBayer();
   int ProcessWithoutPixels();
 
-  // After success. The sensor's samples belong to this object.
+  // After success. False if LibRaw ran out of memory for its own image, which it reports as success after
+  // dropping all it had.
+  bool HasSensor() const { return imgdata.rawdata.raw_image != nullptr; }
+  // The sensor's samples belong to this object.
   BayerSensor Sensor();
   // LibRaw's transfer curve for its processing parameters, a table of 65536 values.
   const uint16_t* TransferCurve();
