@@ -117,7 +117,10 @@ TEST_F(RawIdentityTest, EachInstructionSet) {
 
 TEST_F(RawIdentityTest, OneToFourThreads) {
   constexpr int kMostThreads = 4;
-  for (const BayerFile& file : EveryNth(EveryNth(LargeFiles(), 3), kFilesPerUsedOne)) {
+  Files files = EveryNth(LargeFiles(), 3);
+  const Files borders = EveryNth(TileBorderFiles(), 4);
+  files.insert(files.end(), borders.begin(), borders.end());
+  for (const BayerFile& file : EveryNth(files, kFilesPerUsedOne)) {
     const std::string path = Write(MakeBayerFile(file));
     for (int quality = 1; quality <= kQualities; ++quality) {
       const PlainDecode plain(path, quality);

@@ -21,12 +21,13 @@ enum class BayerContent {
   kNoise,         // up to a tenth above white
   kDimNoise,      // up to half of white or more: LibRaw may take its maximum for white
   kSixteenBits,   // noise over all codes
+  kPrimaries,     // squares of 2 to 5 pixels, each color black or white in each
   kCheckerboard,  // black and white squares of 1 to 3 pixels
   kHotPixels,     // white and black pixels on dark gray
   kBlack,         // around the black level
   kSaturated,     // white and above
 };
-inline constexpr int kBayerContents = 9;
+inline constexpr int kBayerContents = 10;
 
 // LibRaw rounds the top and left margins up to even numbers, at the cost of the image.
 struct BayerMargins {

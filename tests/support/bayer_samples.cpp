@@ -25,6 +25,12 @@ cv::Size SensorSize(const BayerFile& file) {
   return {margins.left + file.size.width + margins.right, margins.top + file.size.height + margins.bottom};
 }
 
+// Red, green or blue.
+int ColorAt(const BayerFile& file, int column, int row) {
+  const size_t place = 2 * static_cast<size_t>(row) + static_cast<size_t>(column & 1);
+  return std::min<int>(file.pattern[place % file.pattern.size()], 2);
+}
+
 // Linear light of a photograph, 0..1, rows x columns x (red, green, blue).
 cv::Mat PhotographedLight(cv::Size size) {
   static const cv::Mat kPhotograph = [] {
@@ -65,8 +71,7 @@ cv::Mat RecordLight(const BayerFile& file, const cv::Mat& light) {
   cv::Mat samples(light.size(), CV_16UC1);
   for (int y = 0; y < light.rows; ++y) {
     for (int x = 0; x < light.cols; ++x) {
-      const size_t place = 2 * static_cast<size_t>(y & 1) + static_cast<size_t>(x & 1);
-      const int color = std::min<int>(file.pattern[place % file.pattern.size()], 2);
+      const int color = ColorAt(file, x, y);
       const double signal = (White(file) - black) * kSensitivity[color];
       samples.at<uint16_t>(y, x) =
           cv::saturate_cast<uint16_t>(black + signal * light.at<cv::Vec3f>(y, x)[color]);
@@ -82,6 +87,22 @@ cv::Mat NoiseBetween(const BayerFile& file, double least, double most) {
   const int high = std::clamp(static_cast<int>(most), low, last);
   cv::Mat samples(SensorSize(file), CV_16UC1);
   cv::RNG(file.seed).fill(samples, cv::RNG::UNIFORM, low, high + 1);
+  return samples;
+}
+
+// Neighbors as far apart in color as there are.
+cv::Mat Primaries(const BayerFile& file) {
+  const int side = 2 + static_cast<int>(file.seed % 4);
+  const cv::Size size = SensorSize(file);
+  cv::Mat squares(size.height / side + 1, size.width / side + 1, CV_32FC3);
+  cv::RNG(file.seed).fill(squares, cv::RNG::UNIFORM, 0, 2);
+  cv::Mat samples(size, CV_16UC1);
+  for (int y = 0; y < size.height; ++y) {
+    for (int x = 0; x < size.width; ++x) {
+      const float share = squares.at<cv::Vec3f>(y / side, x / side)[ColorAt(file, x, y)];
+      samples.at<uint16_t>(y, x) = cv::saturate_cast<uint16_t>(share < 1 ? file.black.front() : White(file));
+    }
+  }
   return samples;
 }
 
@@ -124,6 +145,8 @@ cv::Mat BayerSamples(const BayerFile& file) {
       return NoiseBetween(file, 0, white * (0.5 + static_cast<double>(file.seed % 50) / 100));
     case BayerContent::kSixteenBits:
       return NoiseBetween(file, 0, kMaxCode);
+    case BayerContent::kPrimaries:
+      return Primaries(file);
     case BayerContent::kCheckerboard:
       return Checkerboard(file);
     case BayerContent::kHotPixels:
