@@ -21,7 +21,7 @@ enum class BayerContent {
   kNoise,         // up to a tenth above white
   kDimNoise,      // up to half of white or more: LibRaw may take its maximum for white
   kSixteenBits,   // noise over all codes
-  kPrimaries,     // squares of 2 to 5 pixels, each color black or white in each
+  kPrimaries,     // squares of 1 to 4 pixels, each color black or white in each
   kCheckerboard,  // black and white squares of 1 to 3 pixels
   kHotPixels,     // white and black pixels on dark gray
   kBlack,         // around the black level

@@ -163,6 +163,14 @@ std::vector<BayerFile> ColorFiles() {
       files.back().content = static_cast<BayerContent>(content);
     }
   }
+  // Differences in color whose squares exceed an int.
+  constexpr int kExtremes = 8;
+  for (int i = 0; i < kExtremes; ++i) {
+    add(kNeutrals.front(),
+        {0.5, 0.52, 0.1, 0.48, 0.54, 0.1, 0.1, 0.1, 0.8});  // red and green nearly the same
+    files.back().content = i % 2 == 0 ? BayerContent::kNoise : BayerContent::kPrimaries;
+    files.back().white = 16383;
+  }
   return files;
 }
 

@@ -92,7 +92,7 @@ cv::Mat NoiseBetween(const BayerFile& file, double least, double most) {
 
 // Neighbors as far apart in color as there are.
 cv::Mat Primaries(const BayerFile& file) {
-  const int side = 2 + static_cast<int>(file.seed % 4);
+  const int side = 1 + static_cast<int>(file.seed % 4);
   const cv::Size size = SensorSize(file);
   cv::Mat squares(size.height / side + 1, size.width / side + 1, CV_32FC3);
   cv::RNG(file.seed).fill(squares, cv::RNG::UNIFORM, 0, 2);
