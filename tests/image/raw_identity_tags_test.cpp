@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <functional>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -45,6 +46,10 @@ struct TagCase {
   const char* name;
   std::function<void(TiffDirectory&)> change;
 };
+
+std::ostream& operator<<(std::ostream& out, const TagCase& tag_case) {
+  return out << tag_case.name;
+}
 
 class RawIdentityTags : public ::testing::TestWithParam<TagCase> {
  protected:
@@ -173,7 +178,7 @@ TEST_F(RawIdentityPatterns, WithoutABayerMosaicAtHalfSize) {
   }
 }
 
-// Makers whose files LibRaw treats in ways of their own.
+// Makers whose files LibRaw handles specially.
 class RawIdentityMakers : public RawIdentityTags {};
 
 TEST_F(RawIdentityMakers, AreObeyed) {
