@@ -1,12 +1,12 @@
 #include "pipeline/stages/dehaze.h"
 
 #include <algorithm>
-#include <opencv2/imgproc.hpp>
+#include <opencv2/core.hpp>
 #include <vector>
 
-#include "base/large_image.h"
 #include "pipeline/largest_values.h"
 #include "pipeline/pixel_math.h"
+#include "pipeline/scaled_blur.h"
 #include "pipeline/square_minimum.h"
 
 namespace lumvik {
@@ -20,12 +20,6 @@ constexpr float kDehazeStrength = 0.95F;
 constexpr double kTransmissionSigma = 5.0;
 constexpr float kMinTransmission = 0.1F;
 
-// Calls `work(rows)` for each of `stripes` ranges of rows, on all threads.
-template <typename Work>
-void ForStripes(int rows, int stripes, const Work& work) {
-  cv::parallel_for_(cv::Range(0, rows), work, stripes);
-}
-
 cv::Mat DarkChannel(const cv::Mat& minimum) {
   return SquareMinimum(minimum, std::max(static_cast<int>(minimum.cols * kPatchShare) | 1, kMinPatch));
 }
@@ -36,24 +30,6 @@ float Airlight(const cv::Mat& dark) {
       std::max(static_cast<size_t>(static_cast<double>(dark.total()) * kBrightestShare), size_t{1});
   const std::vector<float> brightest = LargestValuesOf(dark, count);
   return std::max(static_cast<float>(cv::mean(cv::Mat(brightest, false).reshape(1, 1))[0]), kMinAirlight);
-}
-
-// Overwrites `dark`. Blurred by OpenCV itself, since the threshold and the division that follow make a
-// difference in the last bit visible. Its blur runs on one thread, but given a range of rows it reads the
-// rows around them.
-cv::Mat Transmission(cv::Mat& dark, float strength, float airlight) {
-  ForStripes(dark.rows, cv::getNumThreads(), [&](const cv::Range& rows) {
-    cv::Mat stripe = dark.rowRange(rows);
-    stripe = 1.0 - stripe * static_cast<double>(strength) / static_cast<double>(airlight);
-  });
-  cv::Mat transmission = LargeImage(dark.size(), CV_32F);
-  // The last bits of a single column depend on the number of rows; those of wider planes do not.
-  const int stripes = dark.cols == 1 ? 1 : cv::getNumThreads();
-  ForStripes(dark.rows, stripes, [&](const cv::Range& rows) {
-    cv::Mat stripe = transmission.rowRange(rows);
-    cv::GaussianBlur(dark.rowRange(rows), stripe, cv::Size(), kTransmissionSigma);
-  });
-  return transmission;
 }
 
 void Clear(const RowPart& row, const float* transmission, float airlight) {
@@ -80,11 +56,17 @@ RowSink StoreMinimum(const cv::Mat& plane) {
 }  // namespace
 
 RowTransform Dehaze(float amount, const StoreRows& store) {
-  cv::Mat dark = DarkChannel(store(CV_32F, StoreMinimum));
+  cv::Mat minimum = store(CV_32F, StoreMinimum);
+  cv::Mat dark = DarkChannel(minimum);
   const float airlight = Airlight(dark);
+  // In OpenCV's bytes, since the threshold and the division that follow make a difference in the last bit
+  // visible.
+  cv::Mat& transmission = minimum;
+  const double strength = amount / 100.0F * kDehazeStrength;
+  ScaleAndBlur(dark, {-(strength * (1 / static_cast<double>(airlight))), 1}, kTransmissionSigma,
+               transmission);
   return MakeRowTransform(
-      [airlight](const RowPart& part, const float* transmission) { Clear(part, transmission, airlight); },
-      Transmission(dark, amount / 100.0F * kDehazeStrength, airlight));
+      [airlight](const RowPart& part, const float* values) { Clear(part, values, airlight); }, transmission);
 }
 
 }  // namespace lumvik
