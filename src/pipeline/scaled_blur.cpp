@@ -124,7 +124,7 @@ class BlurTile {
 
   // Scales a row with its mirrored ends, and blurs it.
   void Hold(int y) {
-    const float* const row = plane_.ptr<float>(y);
+    const auto* const row = plane_.ptr<float>(y);
     const int first = columns_.first - radius_;
     const int last = columns_.last + radius_;
     const int left = std::max(first, 0);
@@ -216,8 +216,8 @@ bool OpenCvBlursFused() {
 
 bool CanBlurFused() {
   if (BestInstructionSet() == InstructionSet::kBaseline) return false;
-  static const bool fused = OpenCvBlursFused();
-  return fused;
+  static const bool kFused = OpenCvBlursFused();
+  return kFused;
 }
 
 void ScaleAndBlur(cv::Mat& plane, const LinearScale& scale, double sigma, cv::Mat& blurred) {

@@ -48,7 +48,7 @@ class MinimumTile {
         columns_(columns),
         side_(side),
         line_(static_cast<size_t>(RoundedUp(columns.Count() + side) + side), kNothing),
-        block_(side + 2, RoundedUp(columns.Count()), CV_32F, cv::Scalar(kNothing)) {}
+        block_(side + 2, RoundedUp(columns.Count()), CV_32F, cv::Scalar(static_cast<double>(kNothing))) {}
 
   // Writes the minimum around each value of these rows.
   void Write(const cv::Range& rows, cv::Mat& smallest) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/large_image.h"
+#include "pipeline/normal_noise.h"
 #include "pipeline/pixel_math.h"
 #include "pipeline/wide_gaussian.h"
 
@@ -56,7 +57,7 @@ std::future<GrainNoise> DrawGrain(cv::Size frame, float amount) {
   // It draws from a copy of the generator: cv::parallel_for_ resets that of the calling thread.
   return std::async(policy, [noise = GrainNoise{LargeImage(frame, CV_32F), cv::theRNG()},
                              deviation = DeviationOf(amount)]() mutable {
-    noise.generator.fill(noise.values, cv::RNG::NORMAL, 0.0, deviation);
+    FillWithNoise(noise.values, deviation, noise.generator);
     return noise;
   });
 }
