@@ -13,6 +13,7 @@ namespace {
 TEST(SquareMinimum, IsOpenCvsErosion) {
   std::vector<cv::Size> sizes = test::OddSizes();
   sizes.emplace_back(331, 217);
+  sizes.emplace_back(1300, 90);  // more than one tile
   for (const cv::Size size : sizes) {
     cv::Mat plane(size, CV_32F);
     cv::RNG(5).fill(plane, cv::RNG::UNIFORM, -1, 1);

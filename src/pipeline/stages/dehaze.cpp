@@ -1,14 +1,12 @@
 #include "pipeline/stages/dehaze.h"
 
 #include <algorithm>
-#include <cstring>
-#include <functional>
-#include <mutex>
-#include <opencv2/imgproc.hpp>
+#include <opencv2/core.hpp>
 #include <vector>
 
-#include "base/large_image.h"
+#include "pipeline/largest_values.h"
 #include "pipeline/pixel_math.h"
+#include "pipeline/scaled_blur.h"
 #include "pipeline/square_minimum.h"
 
 namespace lumvik {
@@ -22,98 +20,16 @@ constexpr float kDehazeStrength = 0.95F;
 constexpr double kTransmissionSigma = 5.0;
 constexpr float kMinTransmission = 0.1F;
 
-// Calls `work(rows)` for each of `stripes` ranges of rows, on all threads.
-template <typename Work>
-void ForStripes(int rows, int stripes, const Work& work) {
-  cv::parallel_for_(cv::Range(0, rows), work, stripes);
-}
-
 cv::Mat DarkChannel(const cv::Mat& minimum) {
   return SquareMinimum(minimum, std::max(static_cast<int>(minimum.cols * kPatchShare) | 1, kMinPatch));
-}
-
-// The upper half of the bits orders values as they are; NaN and all values up to 0 come first.
-constexpr size_t kClasses = 1 << 16;
-size_t ClassOf(float value) {
-  uint32_t bits = 0;
-  std::memcpy(&bits, &value, sizeof(bits));
-  return value > 0 ? bits >> 16 : 0;
-}
-
-// Calls `work(values, columns, own)` for every row, with a copy of `part` per thread, and then `add(own)`,
-// one at a time.
-template <typename Part, typename Work, typename Add>
-void Gather(const cv::Mat& plane, const Part& part, const Work& work, const Add& add) {
-  std::mutex busy;
-  const auto gather = [&](const cv::Range& rows) {
-    Part own = part;
-    for (int y = rows.start; y < rows.end; ++y) work(plane.ptr<float>(y), plane.cols, own);
-    const std::lock_guard<std::mutex> lock(busy);
-    add(own);
-  };
-  cv::parallel_for_(cv::Range(0, plane.rows), gather, cv::getNumThreads());
-}
-
-// The lowest class such that it and those above hold at least `count` values.
-size_t LowestClass(const cv::Mat& plane, size_t count) {
-  using Counts = std::vector<uint32_t>;
-  Counts in_class(kClasses);
-  Gather(
-      plane, Counts(kClasses),
-      [](const float* values, int columns, Counts& counts) {
-        for (int x = 0; x < columns; ++x) ++counts[ClassOf(values[x])];
-      },
-      [&](const Counts& counts) {
-        std::transform(counts.begin(), counts.end(), in_class.begin(), in_class.begin(), std::plus<>());
-      });
-  size_t lowest = kClasses;
-  for (size_t found = 0; found < count;) found += in_class[--lowest];
-  return lowest;
-}
-
-// The `count` brightest values in descending order. They are selected by class first: sorting or even
-// partitioning the whole plane would cost more than the rest of the stage.
-std::vector<float> Brightest(const cv::Mat& plane, size_t count) {
-  using Values = std::vector<float>;
-  const size_t lowest = LowestClass(plane, count);
-  Values brightest;
-  Gather(
-      plane, Values(),
-      [lowest](const float* values, int columns, Values& found) {
-        for (int x = 0; x < columns; ++x) {
-          if (ClassOf(values[x]) >= lowest) found.push_back(values[x]);
-        }
-      },
-      [&](const Values& found) { brightest.insert(brightest.end(), found.begin(), found.end()); });
-  std::sort(brightest.begin(), brightest.end(), std::greater<>());
-  brightest.resize(count);
-  return brightest;
 }
 
 // The order of the sum decides the last bits of the mean.
 float Airlight(const cv::Mat& dark) {
   const auto count =
       std::max(static_cast<size_t>(static_cast<double>(dark.total()) * kBrightestShare), size_t{1});
-  std::vector<float> values = Brightest(dark, count);
-  return std::max(static_cast<float>(cv::mean(cv::Mat(values, false).reshape(1, 1))[0]), kMinAirlight);
-}
-
-// Overwrites `dark`. Blurred by OpenCV itself, since the threshold and the division that follow make a
-// difference in the last bit visible. Its blur runs on one thread, but given a range of rows it reads the
-// rows around them.
-cv::Mat Transmission(cv::Mat& dark, float strength, float airlight) {
-  ForStripes(dark.rows, cv::getNumThreads(), [&](const cv::Range& rows) {
-    cv::Mat stripe = dark.rowRange(rows);
-    stripe = 1.0 - stripe * static_cast<double>(strength) / static_cast<double>(airlight);
-  });
-  cv::Mat transmission = LargeImage(dark.size(), CV_32F);
-  // The last bits of a single column depend on the number of rows; those of wider planes do not.
-  const int stripes = dark.cols == 1 ? 1 : cv::getNumThreads();
-  ForStripes(dark.rows, stripes, [&](const cv::Range& rows) {
-    cv::Mat stripe = transmission.rowRange(rows);
-    cv::GaussianBlur(dark.rowRange(rows), stripe, cv::Size(), kTransmissionSigma);
-  });
-  return transmission;
+  const std::vector<float> brightest = LargestValuesOf(dark, count);
+  return std::max(static_cast<float>(cv::mean(cv::Mat(brightest, false).reshape(1, 1))[0]), kMinAirlight);
 }
 
 void Clear(const RowPart& row, const float* transmission, float airlight) {
@@ -140,11 +56,17 @@ RowSink StoreMinimum(const cv::Mat& plane) {
 }  // namespace
 
 RowTransform Dehaze(float amount, const StoreRows& store) {
-  cv::Mat dark = DarkChannel(store(CV_32F, StoreMinimum));
+  cv::Mat minimum = store(CV_32F, StoreMinimum);
+  cv::Mat dark = DarkChannel(minimum);
   const float airlight = Airlight(dark);
+  // In OpenCV's bytes, since the threshold and the division that follow make a difference in the last bit
+  // visible.
+  cv::Mat& transmission = minimum;
+  const double strength = amount / 100.0F * kDehazeStrength;
+  ScaleAndBlur(dark, {-(strength * (1 / static_cast<double>(airlight))), 1}, kTransmissionSigma,
+               transmission);
   return MakeRowTransform(
-      [airlight](const RowPart& part, const float* transmission) { Clear(part, transmission, airlight); },
-      Transmission(dark, amount / 100.0F * kDehazeStrength, airlight));
+      [airlight](const RowPart& part, const float* values) { Clear(part, values, airlight); }, transmission);
 }
 
 }  // namespace lumvik

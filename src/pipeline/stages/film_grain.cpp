@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "base/large_image.h"
+#include "pipeline/normal_noise.h"
 #include "pipeline/pixel_math.h"
 #include "pipeline/wide_gaussian.h"
 
@@ -16,20 +17,39 @@ constexpr float kGrainStrength = 0.05F;
 constexpr float kMinSize = 0.01F;
 constexpr double kMinDeviation = 1e-6;
 
-// Combined from the deviations of the rows, which are computed on all threads.
+// A sum waits for each value before it takes the next, so those of several rows are computed together.
+constexpr int kRowsTogether = 4;
+
+void WriteMeans(const float* const* rows, int columns, double* means, double* mean_squares) {
+  double sums[kRowsTogether] = {};
+  double square_sums[kRowsTogether] = {};
+  for (int x = 0; x < columns; ++x) {
+    for (int n = 0; n < kRowsTogether; ++n) {
+      const auto value = static_cast<double>(rows[n][x]);
+      sums[n] += value;
+      square_sums[n] += value * value;
+    }
+  }
+  for (int n = 0; n < kRowsTogether; ++n) {
+    means[n] = sums[n] / columns;
+    mean_squares[n] = square_sums[n] / columns;
+  }
+}
+
+// Combined from the means of the rows, which are computed on all threads.
 double StandardDeviation(const cv::Mat& plane) {
-  const auto rows = static_cast<size_t>(plane.rows);
-  std::vector<double> means(rows);
-  std::vector<double> mean_squares(rows);
-  cv::parallel_for_(cv::Range(0, plane.rows), [&](const cv::Range& range) {
-    for (int y = range.start; y < range.end; ++y) {
-      cv::Scalar mean;
-      cv::Scalar deviation;
-      cv::meanStdDev(plane.row(y), mean, deviation);
-      means[static_cast<size_t>(y)] = mean[0];
-      mean_squares[static_cast<size_t>(y)] = mean[0] * mean[0] + deviation[0] * deviation[0];
+  const int blocks = (plane.rows + kRowsTogether - 1) / kRowsTogether;
+  std::vector<double> means(static_cast<size_t>(blocks * kRowsTogether));
+  std::vector<double> mean_squares(means.size());
+  cv::parallel_for_(cv::Range(0, blocks), [&](const cv::Range& range) {
+    for (int y = range.start * kRowsTogether; y < range.end * kRowsTogether; y += kRowsTogether) {
+      const float* rows[kRowsTogether];
+      for (int n = 0; n < kRowsTogether; ++n) rows[n] = plane.ptr<float>(std::min(y + n, plane.rows - 1));
+      WriteMeans(rows, plane.cols, &means[static_cast<size_t>(y)], &mean_squares[static_cast<size_t>(y)]);
     }
   });
+  means.resize(static_cast<size_t>(plane.rows));
+  mean_squares.resize(means.size());
   const double mean = cv::mean(means)[0];
   return std::sqrt(std::max(cv::mean(mean_squares)[0] - mean * mean, 0.0));
 }
@@ -56,7 +76,7 @@ std::future<GrainNoise> DrawGrain(cv::Size frame, float amount) {
   // It draws from a copy of the generator: cv::parallel_for_ resets that of the calling thread.
   return std::async(policy, [noise = GrainNoise{LargeImage(frame, CV_32F), cv::theRNG()},
                              deviation = DeviationOf(amount)]() mutable {
-    noise.generator.fill(noise.values, cv::RNG::NORMAL, 0.0, deviation);
+    FillWithNoise(noise.values, deviation, noise.generator);
     return noise;
   });
 }
