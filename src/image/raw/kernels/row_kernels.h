@@ -48,7 +48,7 @@ struct LabRow {
 // Of each pixel to the one on its left, or above.
 struct DifferenceRow {
   HalfRows<uint16_t> lightness;
-  HalfRows<uint32_t> chroma;  // squared, modulo 2^32
+  HalfRows<uint32_t> chroma;  // squared distance
 };
 
 struct PixelDifferences {
