@@ -35,7 +35,7 @@ struct RowPart {
   int y;
 };
 
-// The three below are called from several threads at once.
+// The sources, transforms and sinks below are called from several threads at once.
 
 // An image that may be computed while it is read: `read` fills in the pixels of a part, parts in any order.
 struct RowSource {
@@ -48,6 +48,13 @@ struct RowTransform {
   std::function<void(const RowPart&)> apply;  // empty for the identity
 
   bool IsIdentity() const { return !apply; }
+};
+
+// Another frame on the same pixels: those of `area`, then mirrored.
+struct FrameView {
+  cv::Rect area;
+  bool flip_h = false;
+  bool flip_v = false;
 };
 
 // Stores the pixels of a part, or something made of them.

@@ -41,6 +41,33 @@ class TransformStream : public RowStream {
   const RowTransform& transform_;
 };
 
+class ViewStream : public RowStream {
+ public:
+  ViewStream(std::unique_ptr<RowStream> input, const FrameView& view)
+      : input_(std::move(input)), view_(view) {}
+
+  void Read(const RowPart& part) override {
+    const cv::Rect& area = view_.area;
+    RowPart from = part;
+    from.x = area.x + (view_.flip_h ? area.width - part.x - part.columns : part.x);
+    from.y = area.y + (view_.flip_v ? area.height - 1 - part.y : part.y);
+    input_->Read(from);
+    if (view_.flip_h) ChangePart([](const RowPart& own) { Reverse(own); }, part);
+  }
+
+ private:
+  static void Reverse(const RowPart& part) {
+    for (float* values : {part.red, part.green, part.blue, part.alpha}) {
+      float forward[kMaxPart];
+      std::copy_n(values, int{part.columns}, forward);
+      for (int i = 0; i < part.columns; ++i) values[i] = forward[part.columns - 1 - i];
+    }
+  }
+
+  std::unique_ptr<RowStream> input_;
+  FrameView view_;
+};
+
 // Holds the rows of a strip that the blur's kernel covers.
 class AreaStream : public RowStream {
  public:
@@ -153,11 +180,15 @@ int ColumnsAfter(const RowSteps& steps, size_t i) {
 
 std::unique_ptr<RowStream> MakeRowStream(const RowSource& source, const RowSteps& steps) {
   std::unique_ptr<RowStream> stream = std::make_unique<SourceStream>(source);
+  cv::Size frame = source.size;
   for (size_t i = 0; i < steps.size(); ++i) {
     if (const auto* transform = std::get_if<RowTransform>(&steps[i])) {
       stream = std::make_unique<TransformStream>(std::move(stream), *transform);
+    } else if (const auto* view = std::get_if<FrameView>(&steps[i])) {
+      stream = std::make_unique<ViewStream>(std::move(stream), *view);
+      frame = view->area.size();
     } else {
-      stream = std::make_unique<AreaStream>(std::move(stream), source.size, ColumnsAfter(steps, i),
+      stream = std::make_unique<AreaStream>(std::move(stream), frame, ColumnsAfter(steps, i),
                                             std::get<AreaTransform>(steps[i]));
     }
   }

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/code_scale.h"
 #include "base/vectorized.h"
 #include "pipeline/bilinear_sampler.h"
 #include "pipeline/packed_rows.h"
@@ -70,68 +71,108 @@ Line ResizedLine(int length, double factor, int resized_length, bool is_cut) {
   return line;
 }
 
-// One color of the working image, resized.
+// Columns whose two sources lie at the same distances from them.
+struct Run {
+  Columns columns;
+  int to_first;
+  int to_second;
+};
+
+std::vector<Run> RunsOf(const Line& line) {
+  std::vector<Run> runs;
+  for (size_t i = 0; i < line.first.size(); ++i) {
+    const int x = static_cast<int>(i);
+    const int to_first = line.first[i] - x;
+    const int to_second = line.second[i] - x;
+    if (runs.empty() || runs.back().to_first != to_first || runs.back().to_second != to_second) {
+      runs.push_back({{x, x}, to_first, to_second});
+    }
+    runs.back().columns.last = x + 1;
+  }
+  return runs;
+}
+
+// One color of an image, resized.
 class ResizedColor {
  public:
-  ResizedColor(const cv::Mat& working, int color, float factor) : working_(working), color_(color) {
+  ResizedColor(const cv::Mat& image, int color, float factor) : image_(image), color_(color) {
     const auto scale = static_cast<double>(factor);
-    const cv::Size resized(cvRound(working.cols * scale), cvRound(working.rows * scale));
+    const cv::Size resized(cvRound(image.cols * scale), cvRound(image.rows * scale));
     CV_Assert(!resized.empty());
     // OpenCV copies a plane whose size does not change.
-    const double used_scale = resized == working.size() ? 1.0 : scale;
+    const double used_scale = resized == image.size() ? 1.0 : scale;
     // Sizes are compared because half the difference is 0 for a plane one pixel too small.
-    const bool is_cut = resized.width >= working.cols && resized.height >= working.rows;
-    columns_ = ResizedLine(working.cols, used_scale, resized.width, is_cut);
-    rows_ = ResizedLine(working.rows, used_scale, resized.height, is_cut);
+    const bool is_cut = resized.width >= image.cols && resized.height >= image.rows;
+    columns_ = ResizedLine(image.cols, used_scale, resized.width, is_cut);
+    rows_ = ResizedLine(image.rows, used_scale, resized.height, is_cut);
+    runs_ = RunsOf(columns_);
   }
 
-  void Read(const RowPart& part, float* __restrict values) const {
-    const auto y = static_cast<size_t>(part.y);
-    const float* top = working_.ptr<float>(rows_.first[y]) + color_;
-    const float* bottom = working_.ptr<float>(rows_.second[y]) + color_;
-    const float top_weight = rows_.first_weight[y];
-    const float bottom_weight = rows_.second_weight[y];
-    const int* first = columns_.first.data() + part.x;
-    const int* second = columns_.second.data() + part.x;
-    const float* left_weight = columns_.first_weight.data() + part.x;
-    const float* right_weight = columns_.second_weight.data() + part.x;
-    Vectorized([=, columns = part.columns] {
-      for (int i = 0; i < columns; ++i) {
-        const int left = first[i] * kChannels;
-        const int right = second[i] * kChannels;
-        const float above = top[left] * left_weight[i] + top[right] * right_weight[i];
-        const float below = bottom[left] * left_weight[i] + bottom[right] * right_weight[i];
+  void Read(const RowPart& part, float* values) const {
+    for (const Run& run : runs_) {
+      const int first = std::max(run.columns.first, part.x);
+      const int last = std::min(run.columns.last, part.x + part.columns);
+      if (first >= last) continue;
+      if (image_.depth() == CV_16U) {
+        ReadRun<uint64_t>(run, {first, last}, part.y, values + (first - part.x));
+      } else {
+        ReadRun<cv::Vec4f>(run, {first, last}, part.y, values + (first - part.x));
+      }
+    }
+  }
+
+ private:
+  static float ColorOf(uint64_t pixel, int color) {
+    return static_cast<float>(static_cast<int>((pixel >> (16 * color)) & 0xFFFF)) * kUnitPerCode;
+  }
+  static float ColorOf(const cv::Vec4f& pixel, int color) { return pixel[color]; }
+
+  template <typename Pixel>
+  void ReadRun(const Run& run, Columns columns, int y, float* __restrict values) const {
+    const auto row = static_cast<size_t>(y);
+    const auto* top = reinterpret_cast<const Pixel*>(image_.ptr(rows_.first[row])) + columns.first;
+    const auto* bottom = reinterpret_cast<const Pixel*>(image_.ptr(rows_.second[row])) + columns.first;
+    const float top_weight = rows_.first_weight[row];
+    const float bottom_weight = rows_.second_weight[row];
+    const float* left_weight = columns_.first_weight.data() + columns.first;
+    const float* right_weight = columns_.second_weight.data() + columns.first;
+    Vectorized([=, left = run.to_first, right = run.to_second, color = color_] {
+      for (int i = 0; i < columns.Count(); ++i) {
+        const float above =
+            ColorOf(top[i + left], color) * left_weight[i] + ColorOf(top[i + right], color) * right_weight[i];
+        const float below = ColorOf(bottom[i + left], color) * left_weight[i] +
+                            ColorOf(bottom[i + right], color) * right_weight[i];
         values[i] = above * top_weight + below * bottom_weight;
       }
     });
   }
 
- private:
-  cv::Mat working_;
+  cv::Mat image_;
   int color_;
   Line columns_;
   Line rows_;
+  std::vector<Run> runs_;
 };
 
 }  // namespace
 
-RowSource CorrectDistortion(const cv::Mat& working, float amount) {
-  const Lens lens(working.size(), amount / 100.0F * kDistortionStrength);
-  return Sampled(working, [lens](const RowPart& part, SamplePositions& positions) {
+RowSource CorrectDistortion(const cv::Mat& image, float amount) {
+  const Lens lens(image.size(), amount / 100.0F * kDistortionStrength);
+  return Sampled(image, [lens](const RowPart& part, SamplePositions& positions) {
     Vectorized([&] { LocatePixels(lens, part.x, part.y, part.columns, positions.x, positions.y); });
   });
 }
 
-RowSource CorrectChromaticAberration(const cv::Mat& working, float amount) {
+RowSource CorrectChromaticAberration(const cv::Mat& image, float amount) {
   const float strength = amount / 100.0F * kAberrationStrength;
-  const auto red = std::make_shared<const ResizedColor>(working, kRed, 1.0F + strength);
-  const auto blue = std::make_shared<const ResizedColor>(working, kBlue, 1.0F - strength);
-  const auto read = [unchanged = RowsOf(working).read, red, blue](const RowPart& part) {
+  const auto red = std::make_shared<const ResizedColor>(image, kRed, 1.0F + strength);
+  const auto blue = std::make_shared<const ResizedColor>(image, kBlue, 1.0F - strength);
+  const auto read = [unchanged = RowsOf(image).read, red, blue](const RowPart& part) {
     unchanged(part);
     red->Read(part, part.red);
     blue->Read(part, part.blue);
   };
-  return {working.size(), read};
+  return {image.size(), read};
 }
 
 }  // namespace lumvik

@@ -6,14 +6,14 @@
 
 namespace lumvik {
 
-// Both refer to `working` (CV_32FC4), which they sample while their rows are read.
+// Both refer to `image` (CV_16UC4 or CV_32FC4), which they sample while their rows are read.
 
 // Radial distortion, -100..100 percent: positive values sample closer to the center toward the corners, which
 // corrects barrel distortion. The image is mirrored at its edges.
-RowSource CorrectDistortion(const cv::Mat& working, float amount);
+RowSource CorrectDistortion(const cv::Mat& image, float amount);
 
 // Enlarges red and shrinks blue about the center by up to 0.3 % at 100 percent. Blue is padded with 0.
-RowSource CorrectChromaticAberration(const cv::Mat& working, float amount);
+RowSource CorrectChromaticAberration(const cv::Mat& image, float amount);
 
 }  // namespace lumvik
 
