@@ -19,24 +19,27 @@ static_assert(1 << kPositionBits == kPositionsPerPixel);
 constexpr int kGroup = 16;
 static_assert(kMaxPart % kGroup == 0);
 
-// Where the part's positions lie, and the weights of the four pixels around each.
+// The four pixels around each position: the left ones, counted from the first pixel of the image, and the
+// weights.
 struct Corners {
-  uint32_t top_left[kMaxPart];  // pixels from the first one
+  uint32_t top_left[kMaxPart];
+  uint32_t bottom_left[kMaxPart];
   float top_left_weight[kMaxPart];
   float top_right_weight[kMaxPart];
   float bottom_left_weight[kMaxPart];
   float bottom_right_weight[kMaxPart];
 };
 
-void Weigh(const SamplePositions& positions, int count, uint32_t step, Corners& __restrict corners) {
+void FindCorners(const SamplePositions& positions, int count, uint32_t step, Corners& __restrict corners) {
   constexpr auto kToFraction = static_cast<float>(1.0 / kPositionsPerPixel);
   for (int i = 0; i < count; ++i) {
     const int x = positions.x[i];
     const int y = positions.y[i];
     const float right = static_cast<float>(x & (kPositionsPerPixel - 1)) * kToFraction;
     const float bottom = static_cast<float>(y & (kPositionsPerPixel - 1)) * kToFraction;
-    corners.top_left[i] =
-        static_cast<uint32_t>(y >> kPositionBits) * step + static_cast<uint32_t>(x >> kPositionBits);
+    const uint32_t row = static_cast<uint32_t>(y >> kPositionBits) * step;
+    corners.top_left[i] = row + static_cast<uint32_t>(x >> kPositionBits);
+    corners.bottom_left[i] = corners.top_left[i] + step;
     corners.top_left_weight[i] = (1.0F - bottom) * (1.0F - right);
     corners.top_right_weight[i] = (1.0F - bottom) * right;
     corners.bottom_left_weight[i] = bottom * (1.0F - right);
@@ -44,76 +47,98 @@ void Weigh(const SamplePositions& positions, int count, uint32_t step, Corners& 
   }
 }
 
-// A vector of `count` values; those of the pixels follow one another.
-template <typename Value, int count>
-struct VectorOf {
-  using Type __attribute__((vector_size(count * sizeof(Value)))) = Value;
+// The lower or upper halves of each four values of two vectors, alternating.
+template <int lanes>
+Lanes<lanes> InterleaveLow(const Lanes<lanes>& a, const Lanes<lanes>& b) {
+  if constexpr (lanes == 16) {
+    return __builtin_shufflevector(a, b, 0, 16, 1, 17, 4, 20, 5, 21, 8, 24, 9, 25, 12, 28, 13, 29);
+  } else if constexpr (lanes == 8) {
+    return __builtin_shufflevector(a, b, 0, 8, 1, 9, 4, 12, 5, 13);
+  } else {
+    return __builtin_shufflevector(a, b, 0, 4, 1, 5);
+  }
+}
+
+template <int lanes>
+Lanes<lanes> InterleaveHigh(const Lanes<lanes>& a, const Lanes<lanes>& b) {
+  if constexpr (lanes == 16) {
+    return __builtin_shufflevector(a, b, 2, 18, 3, 19, 6, 22, 7, 23, 10, 26, 11, 27, 14, 30, 15, 31);
+  } else if constexpr (lanes == 8) {
+    return __builtin_shufflevector(a, b, 2, 10, 3, 11, 6, 14, 7, 15);
+  } else {
+    return __builtin_shufflevector(a, b, 2, 6, 3, 7);
+  }
+}
+
+// Four values at each of at(i), at(i + 4), ... in one vector.
+template <int lanes, typename At>
+Lanes<lanes> LoadEveryFourth(const At& at, int i) {
+  const auto one = [&at](int k) { return LoadLanes<4>(at(k)); };
+  const auto two = [&one](int k) {
+    return __builtin_shufflevector(one(k), one(k + 4), 0, 1, 2, 3, 4, 5, 6, 7);
+  };
+  if constexpr (lanes == 16) {
+    return __builtin_shufflevector(two(i), two(i + 8), 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
+  } else if constexpr (lanes == 8) {
+    return two(i);
+  } else {
+    return one(i);
+  }
+}
+
+// Vectors of the first, second, third and fourth of the values at at(0), at(1), ..., at(lanes - 1).
+template <int lanes>
+struct Four {
+  Lanes<lanes> at[4];
 };
-template <typename Value, int count>
-using Vector = typename VectorOf<Value, count>::Type;
-
-template <typename Loaded>
-Loaded LoadAs(const void* from) {
-  Loaded loaded;
-  std::memcpy(&loaded, from, sizeof(loaded));
-  return loaded;
-}
-
-// The pixels at `at(0)`, `at(1)`, ... in one vector.
-template <int lanes, typename At>
-Lanes<lanes> LoadEach(const float*, const At& at) {
-  using One = Lanes<4>;
-  const auto one = [&at](int i) { return LoadAs<One>(at(i)); };
-  const auto two = [&one](int i) {
-    return __builtin_shufflevector(one(i), one(i + 1), 0, 1, 2, 3, 4, 5, 6, 7);
-  };
-  if constexpr (lanes == 16) {
-    return __builtin_shufflevector(two(0), two(2), 0, 1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15);
-  } else if constexpr (lanes == 8) {
-    return two(0);
-  } else {
-    return one(0);
-  }
-}
 
 template <int lanes, typename At>
-Lanes<lanes> LoadEach(const uint16_t*, const At& at) {
-  const auto one = [&at](int i) { return LoadAs<uint64_t>(at(i)); };
-  const auto unit = [](const auto& words) {
-    const auto codes = LoadAs<Vector<uint16_t, lanes>>(&words);
-    return __builtin_convertvector(__builtin_convertvector(codes, Vector<int, lanes>), Lanes<lanes>) *
-           kUnitPerCode;
+Four<lanes> LoadTransposed(const At& at) {
+  const auto a = LoadEveryFourth<lanes>(at, 0);
+  const auto b = LoadEveryFourth<lanes>(at, 1);
+  const auto c = LoadEveryFourth<lanes>(at, 2);
+  const auto d = LoadEveryFourth<lanes>(at, 3);
+  const auto low_ac = InterleaveLow<lanes>(a, c);
+  const auto low_bd = InterleaveLow<lanes>(b, d);
+  const auto high_ac = InterleaveHigh<lanes>(a, c);
+  const auto high_bd = InterleaveHigh<lanes>(b, d);
+  return {{InterleaveLow<lanes>(low_ac, low_bd), InterleaveHigh<lanes>(low_ac, low_bd),
+           InterleaveLow<lanes>(high_ac, high_bd), InterleaveHigh<lanes>(high_ac, high_bd)}};
+}
+
+// The channels of pairs of neighboring pixels.
+template <int lanes>
+struct Pairs {
+  Four<lanes> left;
+  Four<lanes> right;
+};
+
+template <int lanes, typename At>
+Pairs<lanes> LoadPairs(const At& at, const float* /*type*/) {
+  return {LoadTransposed<lanes>(at), LoadTransposed<lanes>([&at](int i) { return at(i) + kChannels; })};
+}
+
+// As many words of 32 bits.
+template <int lanes>
+struct WordsOf {
+  using Type __attribute__((vector_size(lanes * sizeof(int)))) = int;
+};
+
+// Two pixels of 16 bits are four words of 32.
+template <int lanes, typename At>
+Pairs<lanes> LoadPairs(const At& at, const uint16_t* /*type*/) {
+  using Words = typename WordsOf<lanes>::Type;
+  const Four<lanes> words =
+      LoadTransposed<lanes>([&at](int i) { return reinterpret_cast<const float*>(at(i)); });
+  const auto channels = [](const Lanes<lanes>& red_green, const Lanes<lanes>& blue_alpha) {
+    const auto unit = [](const Words& codes) {
+      return __builtin_convertvector(codes & 0xFFFF, Lanes<lanes>) * kUnitPerCode;
+    };
+    const auto low = reinterpret_cast<Words>(red_green);
+    const auto high = reinterpret_cast<Words>(blue_alpha);
+    return Four<lanes>{{unit(low), unit(low >> 16), unit(high), unit(high >> 16)}};
   };
-  if constexpr (lanes == 16) {
-    return unit(Vector<uint64_t, 4>{one(0), one(1), one(2), one(3)});
-  } else if constexpr (lanes == 8) {
-    return unit(Vector<uint64_t, 2>{one(0), one(1)});
-  } else {
-    return unit(one(0));
-  }
-}
-
-// Each weight from `weights` on, kChannels times.
-template <int lanes>
-Lanes<lanes> Spread(const float* weights) {
-  if constexpr (lanes == 16) {
-    const auto each = LoadAs<Lanes<4>>(weights);
-    return __builtin_shufflevector(each, each, 0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2, 3, 3, 3, 3);
-  } else if constexpr (lanes == 8) {
-    return Lanes<8>{weights[0], weights[0], weights[0], weights[0],
-                    weights[1], weights[1], weights[1], weights[1]};
-  } else {
-    return Lanes<4>{weights[0], weights[0], weights[0], weights[0]};
-  }
-}
-
-template <int lanes>
-Lanes<lanes> Mix(const Lanes<lanes>& top_left, const Lanes<lanes>& top_right, const Lanes<lanes>& bottom_left,
-                 const Lanes<lanes>& bottom_right, const Corners& corners, int i) {
-  return top_left * Spread<lanes>(corners.top_left_weight + i) +
-         top_right * Spread<lanes>(corners.top_right_weight + i) +
-         bottom_left * Spread<lanes>(corners.bottom_left_weight + i) +
-         bottom_right * Spread<lanes>(corners.bottom_right_weight + i);
+  return {channels(words.at[0], words.at[1]), channels(words.at[2], words.at[3])};
 }
 
 template <typename Sample>
@@ -131,61 +156,86 @@ class Sampler {
   void Read(const RowPart& part, const LocatePart& locate) const {
     SamplePositions positions;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by locate
     locate(part, positions);
-    Corners corners;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by Weigh
-    float mixed[kMaxPart * kChannels];
-    Vectorized([&, columns = part.columns] { Weigh(positions, columns, step_, corners); });
-    VectorizedByLanes([&, columns = int{part.columns}](auto lanes) {
+    Corners corners;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by FindCorners
+    Vectorized([&, columns = part.columns] { FindCorners(positions, columns, step_, corners); });
+    VectorizedByLanes([&](auto lanes) {
+      const RowPart to = part;
+      const bool all_inside = AreInside(positions, 0, to.columns);
       int i = 0;
-      for (; i + kGroup <= columns; i += kGroup) {
-        if (AreInside(positions, i)) {
-          MixGroup<lanes>(corners, i, mixed + i * kChannels);
+      for (; i + kGroup <= to.columns; i += kGroup) {
+        if (all_inside || AreInside(positions, i, i + kGroup)) {
+          PrefetchBelow(corners, i);
+          for (int k = i; k < i + kGroup; k += lanes) MixVector<lanes>(corners, k, to);
         } else {
-          for (int k = i; k < i + kGroup; ++k) MixMirrored(positions, corners, k, mixed + k * kChannels);
+          for (int k = i; k < i + kGroup; ++k) MixMirrored(positions, corners, k, to);
         }
       }
-      for (; i < columns; ++i) MixMirrored(positions, corners, i, mixed + i * kChannels);
+      for (; i < to.columns; ++i) MixMirrored(positions, corners, i, to);
     });
-    LoadPixels(mixed, part);
   }
 
  private:
   // Including the neighbors to the right and below.
-  bool AreInside(const SamplePositions& positions, int first) const {
-    bool outside = false;
-    for (int i = first; i < first + kGroup; ++i) {
-      outside |= static_cast<unsigned>(positions.x[i] >> kPositionBits) >= inner_columns_;
-      outside |= static_cast<unsigned>(positions.y[i] >> kPositionBits) >= inner_rows_;
+  bool AreInside(const SamplePositions& positions, int first, int last) const {
+    unsigned outside = 0;
+    for (int i = first; i < last; ++i) {
+      outside |= static_cast<unsigned>(positions.x[i] >> kPositionBits) >= inner_columns_ ? 1U : 0U;
+      outside |= static_cast<unsigned>(positions.y[i] >> kPositionBits) >= inner_rows_ ? 1U : 0U;
     }
-    return !outside;
+    return outside == 0;
+  }
+
+  // Most positions of the next row are there, on other pages, which the hardware prefetcher does not reach.
+  [[gnu::always_inline]] inline void PrefetchBelow(const Corners& corners, int first) const {
+    constexpr int kCacheLine = 64;
+    constexpr int kPixelsPerLine = kCacheLine / static_cast<int>(sizeof(Sample)) / kChannels;
+    for (int i = first; i < first + kGroup; i += kPixelsPerLine) {
+      __builtin_prefetch(pixels_ + static_cast<size_t>(corners.bottom_left[i] + step_) * kChannels);
+    }
   }
 
   template <int lanes>
-  void MixGroup(const Corners& corners, int first, float* mixed) const {
-    constexpr int kPixels = lanes / kChannels;
-    const Sample* below = pixels_ + static_cast<size_t>(step_) * kChannels;
-    for (int i = first; i < first + kGroup; i += kPixels, mixed += lanes) {
-      const auto offset = [&corners, i](int k) { return static_cast<size_t>(corners.top_left[i + k]) * kChannels; };
-      const Lanes<lanes> mix = Mix<lanes>(
-          LoadEach<lanes>(pixels_, [&](int k) { return pixels_ + offset(k); }),
-          LoadEach<lanes>(pixels_, [&](int k) { return pixels_ + offset(k) + kChannels; }),
-          LoadEach<lanes>(pixels_, [&](int k) { return below + offset(k); }),
-          LoadEach<lanes>(pixels_, [&](int k) { return below + offset(k) + kChannels; }), corners, i);
-      StoreLanes(mix, mixed);
-    }
+  void MixVector(const Corners& corners, int first, const RowPart& to) const {
+    const auto pixels_at = [this](const uint32_t* offsets) {
+      return [this, offsets](int i) { return pixels_ + static_cast<size_t>(offsets[i]) * kChannels; };
+    };
+    const Pairs<lanes> top = LoadPairs<lanes>(pixels_at(corners.top_left + first), pixels_);
+    const Pairs<lanes> bottom = LoadPairs<lanes>(pixels_at(corners.bottom_left + first), pixels_);
+    const auto top_left = LoadLanes<lanes>(corners.top_left_weight + first);
+    const auto top_right = LoadLanes<lanes>(corners.top_right_weight + first);
+    const auto bottom_left = LoadLanes<lanes>(corners.bottom_left_weight + first);
+    const auto bottom_right = LoadLanes<lanes>(corners.bottom_right_weight + first);
+    const auto mix = [&](int channel) {
+      return top.left.at[channel] * top_left + top.right.at[channel] * top_right +
+             bottom.left.at[channel] * bottom_left + bottom.right.at[channel] * bottom_right;
+    };
+    StoreLanes(mix(0), to.red + first);
+    StoreLanes(mix(1), to.green + first);
+    StoreLanes(mix(2), to.blue + first);
+    StoreLanes(mix(3), to.alpha + first);
   }
 
-  void MixMirrored(const SamplePositions& positions, const Corners& corners, int i, float* mixed) const {
+  void MixMirrored(const SamplePositions& positions, const Corners& corners, int i, const RowPart& to) const {
     const int x = positions.x[i] >> kPositionBits;
     const int y = positions.y[i] >> kPositionBits;
-    const int columns[] = {MirroredAtEdge(x, image_.cols), MirroredAtEdge(x + 1, image_.cols)};
-    const int rows[] = {MirroredAtEdge(y, image_.rows), MirroredAtEdge(y + 1, image_.rows)};
-    const auto pixel = [&](int right, int below) {
-      return LoadEach<kChannels>(pixels_, [&](int) {
-        return image_.ptr<Sample>(rows[below]) + static_cast<ptrdiff_t>(columns[right]) * kChannels;
-      });
+    const int left = MirroredAtEdge(x, image_.cols) * kChannels;
+    const int right = MirroredAtEdge(x + 1, image_.cols) * kChannels;
+    const auto* top = image_.ptr<Sample>(MirroredAtEdge(y, image_.rows));
+    const auto* bottom = image_.ptr<Sample>(MirroredAtEdge(y + 1, image_.rows));
+    const auto mix = [&](int channel) {
+      return Unit(top[left + channel]) * corners.top_left_weight[i] +
+             Unit(top[right + channel]) * corners.top_right_weight[i] +
+             Unit(bottom[left + channel]) * corners.bottom_left_weight[i] +
+             Unit(bottom[right + channel]) * corners.bottom_right_weight[i];
     };
-    StoreLanes(Mix<kChannels>(pixel(0, 0), pixel(1, 0), pixel(0, 1), pixel(1, 1), corners, i), mixed);
+    to.red[i] = mix(0);
+    to.green[i] = mix(1);
+    to.blue[i] = mix(2);
+    to.alpha[i] = mix(3);
   }
+
+  static float Unit(float value) { return value; }
+  static float Unit(uint16_t code) { return static_cast<float>(code) * kUnitPerCode; }
 
   cv::Mat image_;
   const Sample* pixels_;
@@ -198,7 +248,8 @@ template <typename Sample>
 RowSource SampledFrom(const cv::Mat& image, const LocatePart& locate) {
   return {image.size(), [sampler = Sampler<Sample>(image), locate](const RowPart& part) {
             sampler.Read(part, locate);
-          }};
+          },
+          true};
 }
 
 }  // namespace

@@ -41,6 +41,7 @@ struct RowPart {
 struct RowSource {
   cv::Size size;
   std::function<void(const RowPart&)> read;
+  bool is_sampled = false;  // a row is made from several rows of another image
 };
 
 // Changes the pixels of a part in place; each depends on itself and its position alone.

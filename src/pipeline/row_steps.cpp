@@ -15,6 +15,9 @@ namespace {
 constexpr int kRowsPerExtraRow = 8;
 constexpr int kChunksPerThread = 4;
 
+// The rows that such a strip is sampled from stay in L2.
+constexpr int kRowsPerSampledStrip = 32;
+
 // Whether the first step reads rows from top to bottom when the last one is read from bottom to top.
 bool IsUpsideDown(const RowSteps& steps) {
   bool upside_down = false;
@@ -53,7 +56,8 @@ void RunRowSteps(const RowSource& source, const RowSteps& steps, const RowSink& 
   const int rows_per_chunk =
       std::max({frame.height / (kChunksPerThread * threads), extra_rows * kRowsPerExtraRow, 1});
   // Memory order is fastest unless rows are read again for their neighbors.
-  const int rows_per_strip = extra_rows == 0 ? 1 : rows_per_chunk;
+  const int rows_per_source_strip = source.is_sampled ? kRowsPerSampledStrip : 1;
+  const int rows_per_strip = extra_rows == 0 ? rows_per_source_strip : rows_per_chunk;
   std::vector<std::unique_ptr<RowStream>> streams;
   streams.reserve(static_cast<size_t>(threads));
   for (int i = 0; i < threads; ++i) streams.push_back(MakeRowStream(source, steps));
