@@ -33,6 +33,7 @@ struct RowPart {
   PartColumns columns;
   int x;  // of the first column in the frame
   int y;
+  int next_y = y + 1;  // where this strip of columns is read next
 };
 
 // The sources, transforms and sinks below are called from several threads at once.

@@ -33,7 +33,8 @@ void RunStrip(RowStream& stream, const RowSink& sink, Columns columns, cv::Range
   const PartColumns count(columns.Count());
   for (int i = rows.start; i < rows.end; ++i) {
     const int y = upside_down ? rows.end - 1 - (i - rows.start) : i;
-    const RowPart part{planes[0], planes[1], planes[2], planes[3], count, columns.first, y};
+    const int next_y = upside_down ? y - 1 : y + 1;
+    const RowPart part{planes[0], planes[1], planes[2], planes[3], count, columns.first, y, next_y};
     stream.Read(part);
     sink.store(part);
   }
@@ -67,7 +68,8 @@ void RunRowSteps(const RowSource& source, const RowSteps& steps, const RowSink& 
     for (int y = 0; (y = next_row.fetch_add(rows_per_chunk)) < frame.height;) {
       const int end = std::min(y + rows_per_chunk, frame.height);
       for (int top = y; top < end; top += rows_per_strip) {
-        const cv::Range rows(top, std::min(top + rows_per_strip, end));
+        const int bottom = std::min(top + rows_per_strip, end);
+        const cv::Range rows = upside_down ? cv::Range(y + end - bottom, y + end - top) : cv::Range(top, bottom);
         for (int x = 0; x < frame.width; x += kStripColumns) {
           RunStrip(stream, sink, {x, std::min(x + kStripColumns, frame.width)}, rows, upside_down);
         }

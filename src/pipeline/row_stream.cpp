@@ -41,6 +41,37 @@ class TransformStream : public RowStream {
   const RowTransform& transform_;
 };
 
+template <int lanes>
+Lanes<lanes> Reversed(const Lanes<lanes>& values) {
+  if constexpr (lanes == 16) {
+    return __builtin_shufflevector(values, values, 15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0);
+  } else if constexpr (lanes == 8) {
+    return __builtin_shufflevector(values, values, 7, 6, 5, 4, 3, 2, 1, 0);
+  } else {
+    return __builtin_shufflevector(values, values, 3, 2, 1, 0);
+  }
+}
+
+// Swaps vectors from both ends, then the values between them.
+template <int lanes>
+void Reverse(float* values, int count) {
+  float* first = values;
+  float* last = values + count;
+  for (; last - first >= 2 * lanes; first += lanes) {
+    last -= lanes;
+    const auto front = LoadLanes<lanes>(first);
+    StoreLanes(Reversed<lanes>(LoadLanes<lanes>(last)), first);
+    StoreLanes(Reversed<lanes>(front), last);
+  }
+  std::reverse(first, last);
+}
+
+void Reverse(const RowPart& part) {
+  VectorizedByLanes([&part](auto lanes) {
+    for (float* values : {part.red, part.green, part.blue, part.alpha}) Reverse<lanes>(values, part.columns);
+  });
+}
+
 class ViewStream : public RowStream {
  public:
   ViewStream(std::unique_ptr<RowStream> input, const FrameView& view)
@@ -50,19 +81,14 @@ class ViewStream : public RowStream {
     const cv::Rect& area = view_.area;
     RowPart from = part;
     from.x = area.x + (view_.flip_h ? area.width - part.x - part.columns : part.x);
-    from.y = area.y + (view_.flip_v ? area.height - 1 - part.y : part.y);
+    from.y = RowAt(part.y);
+    from.next_y = RowAt(part.next_y);
     input_->Read(from);
-    if (view_.flip_h) ChangePart([](const RowPart& own) { Reverse(own); }, part);
+    if (view_.flip_h) Reverse(part);
   }
 
  private:
-  static void Reverse(const RowPart& part) {
-    for (float* values : {part.red, part.green, part.blue, part.alpha}) {
-      float forward[kMaxPart];
-      std::copy_n(values, int{part.columns}, forward);
-      for (int i = 0; i < part.columns; ++i) values[i] = forward[part.columns - 1 - i];
-    }
-  }
+  int RowAt(int y) const { return view_.area.y + (view_.flip_v ? view_.area.height - 1 - y : y); }
 
   std::unique_ptr<RowStream> input_;
   FrameView view_;
