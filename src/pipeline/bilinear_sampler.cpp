@@ -19,7 +19,7 @@ static_assert(1 << kPositionBits == kPositionsPerPixel);
 constexpr int kGroup = 16;
 static_assert(kMaxPart % kGroup == 0);
 
-// The four pixels around each position: the left ones, counted from the first pixel of the image, and the
+// The four pixels around each position: the left ones, counted from the first pixel of the window, and the
 // weights.
 struct Corners {
   uint32_t top_left[kMaxPart];
@@ -30,15 +30,16 @@ struct Corners {
   float bottom_right_weight[kMaxPart];
 };
 
-void FindCorners(const SamplePositions& positions, int count, uint32_t step, Corners& __restrict corners) {
+void FindCorners(const SamplePositions& positions, int count, cv::Point origin, uint32_t step,
+                 Corners& __restrict corners) {
   constexpr auto kToFraction = static_cast<float>(1.0 / kPositionsPerPixel);
   for (int i = 0; i < count; ++i) {
     const int x = positions.x[i];
     const int y = positions.y[i];
     const float right = static_cast<float>(x & (kPositionsPerPixel - 1)) * kToFraction;
     const float bottom = static_cast<float>(y & (kPositionsPerPixel - 1)) * kToFraction;
-    const uint32_t row = static_cast<uint32_t>(y >> kPositionBits) * step;
-    corners.top_left[i] = row + static_cast<uint32_t>(x >> kPositionBits);
+    const uint32_t row = static_cast<uint32_t>((y >> kPositionBits) - origin.y) * step;
+    corners.top_left[i] = row + static_cast<uint32_t>((x >> kPositionBits) - origin.x);
     corners.bottom_left[i] = corners.top_left[i] + step;
     corners.top_left_weight[i] = (1.0F - bottom) * (1.0F - right);
     corners.top_right_weight[i] = (1.0F - bottom) * right;
@@ -144,20 +145,21 @@ Pairs<lanes> LoadPairs(const At& at, const uint16_t* /*type*/) {
 template <typename Sample>
 class Sampler {
  public:
-  explicit Sampler(const cv::Mat& image)
-      : image_(image),
-        pixels_(image.ptr<Sample>()),
-        step_(static_cast<uint32_t>(image.step / image.elemSize())),
-        inner_columns_(static_cast<unsigned>(image.cols - 1)),
-        inner_rows_(static_cast<unsigned>(image.rows - 1)) {
-    CV_Assert(image.step % image.elemSize() == 0);
+  Sampler(const ImageWindow& window, cv::Size frame)
+      : window_(window),
+        frame_(frame),
+        pixels_(window.pixels.ptr<Sample>()),
+        step_(static_cast<uint32_t>(window.pixels.step / window.pixels.elemSize())),
+        inner_columns_(static_cast<unsigned>(frame.width - 1)),
+        inner_rows_(static_cast<unsigned>(frame.height - 1)) {
+    CV_Assert(window.pixels.step % window.pixels.elemSize() == 0);
   }
 
-  void Read(const RowPart& part, const LocatePart& locate) const {
-    SamplePositions positions;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by locate
-    locate(part, positions);
+  void Read(const RowPart& part, const SamplePositions& positions) const {
     Corners corners;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by FindCorners
-    Vectorized([&, columns = part.columns] { FindCorners(positions, columns, step_, corners); });
+    Vectorized([&, columns = part.columns] {
+      FindCorners(positions, columns, window_.origin, step_, corners);
+    });
     VectorizedByLanes([&](auto lanes) {
       const RowPart to = part;
       const bool all_inside = AreInside(positions, 0, to.columns);
@@ -218,10 +220,10 @@ class Sampler {
   void MixMirrored(const SamplePositions& positions, const Corners& corners, int i, const RowPart& to) const {
     const int x = positions.x[i] >> kPositionBits;
     const int y = positions.y[i] >> kPositionBits;
-    const int left = MirroredAtEdge(x, image_.cols) * kChannels;
-    const int right = MirroredAtEdge(x + 1, image_.cols) * kChannels;
-    const auto* top = image_.ptr<Sample>(MirroredAtEdge(y, image_.rows));
-    const auto* bottom = image_.ptr<Sample>(MirroredAtEdge(y + 1, image_.rows));
+    const int left = ColumnOf(x) * kChannels;
+    const int right = ColumnOf(x + 1) * kChannels;
+    const auto* top = window_.pixels.ptr<Sample>(RowOf(y));
+    const auto* bottom = window_.pixels.ptr<Sample>(RowOf(y + 1));
     const auto mix = [&](int channel) {
       return Unit(top[left + channel]) * corners.top_left_weight[i] +
              Unit(top[right + channel]) * corners.top_right_weight[i] +
@@ -234,29 +236,76 @@ class Sampler {
     to.alpha[i] = mix(3);
   }
 
+  // In the window.
+  int ColumnOf(int x) const { return MirroredAtEdge(x, frame_.width) - window_.origin.x; }
+  int RowOf(int y) const { return MirroredAtEdge(y, frame_.height) - window_.origin.y; }
+
   static float Unit(float value) { return value; }
   static float Unit(uint16_t code) { return static_cast<float>(code) * kUnitPerCode; }
 
-  cv::Mat image_;
+  const ImageWindow& window_;
+  cv::Size frame_;
   const Sample* pixels_;
   uint32_t step_;  // in pixels
   unsigned inner_columns_;
   unsigned inner_rows_;
 };
 
-template <typename Sample>
-RowSource SampledFrom(const cv::Mat& image, const LocatePart& locate) {
-  return {image.size(), [sampler = Sampler<Sample>(image), locate](const RowPart& part) {
-            sampler.Read(part, locate);
-          },
-          true};
+// The pixels around positions from `least` to `most`, of `count` that are mirrored at the edge.
+cv::Range PixelsAround(int least, int most, int count) {
+  const int first = least >> kPositionBits;
+  const int last = (most >> kPositionBits) + 1;
+  const int mirrored_first = MirroredAtEdge(first, count);
+  const int mirrored_last = MirroredAtEdge(last, count);
+  const cv::Range between(std::min(mirrored_first, mirrored_last), std::max(mirrored_first, mirrored_last) + 1);
+  const auto reflection_of = [count](int at) { return at >= 0 ? at / count : -1 - (-1 - at) / count; };
+  switch (reflection_of(last) - reflection_of(first)) {
+    case 0:
+      return between;
+    case 1:  // around one edge
+      return reflection_of(last) % 2 == 0 ? cv::Range(0, between.end) : cv::Range(between.start, count);
+    default:
+      return {0, count};
+  }
+}
+
+cv::Range PixelsAround(const int* positions, int columns, int count) {
+  int least = 0;
+  int most = 0;
+  Vectorized([&] {
+    // Locals, which stay in registers.
+    int smallest = positions[0];
+    int largest = positions[0];
+    for (int i = 0; i < columns; ++i) {
+      smallest = std::min(smallest, positions[i]);
+      largest = std::max(largest, positions[i]);
+    }
+    least = smallest;
+    most = largest;
+  });
+  return PixelsAround(least, most, count);
 }
 
 }  // namespace
 
-RowSource Sampled(const cv::Mat& image, const LocatePart& locate) {
-  CV_Assert(image.type() == CV_16UC4 || image.type() == CV_32FC4);
-  return image.depth() == CV_16U ? SampledFrom<uint16_t>(image, locate) : SampledFrom<float>(image, locate);
+FrameTransform BilinearSampling(cv::Size frame, const LocatePart& locate) {
+  const auto needs = [=](const RowPart& part) {
+    SamplePositions positions;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by locate
+    locate(part, positions);
+    const cv::Range columns = PixelsAround(positions.x, part.columns, frame.width);
+    const cv::Range rows = PixelsAround(positions.y, part.columns, frame.height);
+    return cv::Rect(columns.start, rows.start, columns.size(), rows.size());
+  };
+  const auto read = [=](const ImageWindow& window, const RowPart& part) {
+    SamplePositions positions;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by locate
+    locate(part, positions);
+    if (window.pixels.depth() == CV_16U) {
+      Sampler<uint16_t>(window, frame).Read(part, positions);
+    } else {
+      Sampler<float>(window, frame).Read(part, positions);
+    }
+  };
+  return {needs, read};
 }
 
 }  // namespace lumvik

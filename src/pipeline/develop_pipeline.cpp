@@ -115,10 +115,9 @@ const Stage kStages[] = {
        Area{[](const A& a) { return SharpeningOf(a); }}}}},
     {"lens corrections", {
       {[](const A& a) { return a.distortion != 0; },
-       Frame{[](const A& a, const cv::Mat& image) { return CorrectDistortion(image, a.distortion); }}},
+       Frame{[](const A& a, cv::Size frame) { return DistortionCorrection(frame, a.distortion); }}},
       {[](const A& a) { return a.ca_correction > 0; },
-       Frame{[](const A& a, const cv::Mat& image) {
-         return CorrectChromaticAberration(image, a.ca_correction); }}},
+       Frame{[](const A& a, cv::Size frame) { return AberrationCorrection(frame, a.ca_correction); }}},
       {[](const A& a) { return a.lens_vignette > 0; },
        Point{[](const A& a, cv::Size frame) { return LensVignetting(a.lens_vignette, frame); }}},
       {[](const A& a) { return a.defringe > 0; },
@@ -127,10 +126,10 @@ const Stage kStages[] = {
       {[](const A& a) { return a.flip_h != 0 || a.flip_v != 0; },
        View{[](const A& a, cv::Size frame) { return Flip(frame, a.flip_h != 0, a.flip_v != 0); }}},
       {[](const A& a) { return a.rotation != 0; },
-       Frame{[](const A& a, const cv::Mat& image) { return Rotated(image, a.rotation); }}},
+       Frame{[](const A& a, cv::Size frame) { return Rotation(frame, a.rotation); }}},
       {[](const A& a) { return a.perspective_h != 0 || a.perspective_v != 0; },
-       Frame{[](const A& a, const cv::Mat& image) {
-         return PerspectiveCorrected(image, a.perspective_h, a.perspective_v); }}},
+       Frame{[](const A& a, cv::Size frame) {
+         return Perspective(frame, a.perspective_h, a.perspective_v); }}},
       {[](const A& a) { return a.crop.w > 0 && a.crop.h > 0; },
        View{[](const A& a, cv::Size frame) { return FrameView{CropArea(a.crop, frame)}; }}}}},
     {"post-crop vignette", {

@@ -1,5 +1,6 @@
 #include "pipeline/pipeline_run.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/large_image.h"
@@ -46,8 +47,15 @@ void PipelineRun::Add(const Whole& whole) {
 }
 
 void PipelineRun::Add(const Frame& frame) {
-  if (pixels_.empty() || !steps_.empty()) KeepWorkingImage();
-  image_ = frame.make(adjustments_, pixels_);
+  const FrameTransform transform = frame.make(adjustments_, FrameSize());
+  const bool is_stored = !pixels_.empty() && steps_.empty();
+  const auto streamed = is_stored || IsWorthStoring() ? std::nullopt : Streamed(transform, FrameSize());
+  if (streamed) {
+    steps_.emplace_back(*streamed);
+    return;
+  }
+  if (!is_stored) KeepWorkingImage();
+  image_ = Transformed(pixels_, transform);
   pixels_.release();
 }
 
@@ -88,6 +96,13 @@ void PipelineRun::StoreSteps(const RowSink& sink) {
     steps_.emplace_back(RowTransform{sink.store});
     KeepWorkingImage();
   }
+}
+
+// Whether reading some rows twice costs more.
+bool PipelineRun::IsWorthStoring() const {
+  return std::any_of(steps_.begin(), steps_.end(), [](const RowStep& step) {
+    return std::holds_alternative<AreaTransform>(step) || std::holds_alternative<StreamedFrame>(step);
+  });
 }
 
 // The previous working image, from which this one is read, becomes the memory of the next.

@@ -28,9 +28,9 @@ struct Whole {
   RowStep (*make)(const Adjustments&, const StoreRows& store);
 };
 
-// Pixels move: the operation samples an image in memory, CV_16UC4 or CV_32FC4.
+// Pixels move.
 struct Frame {
-  RowSource (*make)(const Adjustments&, const cv::Mat& image);
+  FrameTransform (*make)(const Adjustments&, cv::Size frame);
 };
 
 // The pixels are those of a part of the image, or mirrored.
@@ -74,6 +74,7 @@ class PipelineRun {
   StoreRows StoreHere();
   void StoreSteps(const RowSink& sink);
   void KeepWorkingImage();
+  bool IsWorthStoring() const;
   cv::Size FrameSize() const { return SizeAfter(image_.size, steps_); }
   bool IsReusable(const cv::Mat& developed, int type) const;
 

@@ -18,12 +18,13 @@ constexpr int kChunksPerThread = 4;
 // The rows that such a strip is sampled from stay in L2.
 constexpr int kRowsPerSampledStrip = 32;
 
-// Whether the first step reads rows from top to bottom when the last one is read from bottom to top.
+// Whether the steps that hold rows read them from top to bottom when the last step is read from bottom to top.
 bool IsUpsideDown(const RowSteps& steps) {
   bool upside_down = false;
   for (const RowStep& step : steps) {
     const auto* view = std::get_if<FrameView>(&step);
     if (view != nullptr) upside_down ^= view->flip_v;
+    if (std::holds_alternative<StreamedFrame>(step)) upside_down = false;
   }
   return upside_down;
 }

@@ -6,11 +6,12 @@
 #include <vector>
 
 #include "pipeline/area_transform.h"
+#include "pipeline/frame_transform.h"
 
 namespace lumvik {
 
 // The blur of an area transform must not be wide here.
-using RowStep = std::variant<RowTransform, AreaTransform, FrameView>;
+using RowStep = std::variant<RowTransform, AreaTransform, FrameView, StreamedFrame>;
 using RowSteps = std::vector<RowStep>;
 
 // The size of a frame after steps.

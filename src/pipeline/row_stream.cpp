@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "pipeline/frame_stream.h"
 #include "pipeline/gaussian_blur.h"
 #include "pipeline/mirrored_border.h"
 #include "pipeline/packed_rows.h"
@@ -198,6 +199,7 @@ int ColumnsAfter(const RowSteps& steps, size_t i) {
   int columns = kStripColumns;
   for (size_t later = steps.size() - 1; later > i; --later) {
     if (const int radius = RadiusOf(steps[later]); radius > 0) columns = WidenedColumns(columns, radius);
+    if (std::holds_alternative<StreamedFrame>(steps[later])) columns = WindowColumns(columns);
   }
   return columns;
 }
@@ -213,6 +215,8 @@ std::unique_ptr<RowStream> MakeRowStream(const RowSource& source, const RowSteps
     } else if (const auto* view = std::get_if<FrameView>(&steps[i])) {
       stream = std::make_unique<ViewStream>(std::move(stream), *view);
       frame = view->area.size();
+    } else if (const auto* streamed = std::get_if<StreamedFrame>(&steps[i])) {
+      stream = MakeFrameStream(std::move(stream), frame, ColumnsAfter(steps, i), *streamed);
     } else {
       stream = std::make_unique<AreaStream>(std::move(stream), frame, ColumnsAfter(steps, i),
                                             std::get<AreaTransform>(steps[i]));
@@ -223,7 +227,10 @@ std::unique_ptr<RowStream> MakeRowStream(const RowSource& source, const RowSteps
 
 int ExtraRows(const RowSteps& steps) {
   int extra = 0;
-  for (const RowStep& step : steps) extra += 2 * RadiusOf(step);
+  for (const RowStep& step : steps) {
+    extra += 2 * RadiusOf(step);
+    if (const auto* streamed = std::get_if<StreamedFrame>(&step)) extra += streamed->rows;
+  }
   return extra;
 }
 

@@ -69,6 +69,16 @@ TEST(RenderMemory, FlipsACropAndOneTransformNeedNoImage) {
   }
 }
 
+TEST(RenderMemory, PointStagesAndStraighteningNeedNoImage) {
+  const cv::Mat source = test::ResizedPhotograph("cat.jpg", kWide);
+  Adjustments a;
+  a.exposure = 0.5F;
+  a.flip_h = 1;
+  a.rotation = 1.5F;
+  a.crop = {0.1F, 0.1F, 0.8F, 0.8F};
+  EXPECT_LT(PeakOf(a, source), 16 * kMegabyte);
+}
+
 TEST(RenderMemory, EverythingTakesAtMostThreeWorkingImages) {
   const cv::Mat source = test::ResizedPhotograph("cat.jpg", {1000, 667});
   Adjustments a;

@@ -63,19 +63,19 @@ FrameView Flip(cv::Size frame, bool horizontally, bool vertically) {
   return {{{0, 0}, frame}, horizontally, vertically};
 }
 
-RowSource Rotated(const cv::Mat& image, float degrees) {
-  const cv::Point2f center(static_cast<float>(image.cols) * 0.5F, static_cast<float>(image.rows) * 0.5F);
+FrameTransform Rotation(cv::Size frame, float degrees) {
+  const cv::Point2f center(static_cast<float>(frame.width) * 0.5F, static_cast<float>(frame.height) * 0.5F);
   cv::Matx23d forward = cv::getRotationMatrix2D(center, static_cast<double>(degrees), 1.0);
   cv::Matx23d back;
   cv::invertAffineTransform(forward, back);
   constexpr double kFine = 1 << kFineBits;
-  std::vector<int> along_x(static_cast<size_t>(image.cols));
+  std::vector<int> along_x(static_cast<size_t>(frame.width));
   std::vector<int> along_y(along_x.size());
-  for (int x = 0; x < image.cols; ++x) {
+  for (int x = 0; x < frame.width; ++x) {
     along_x[static_cast<size_t>(x)] = cvRound(back(0, 0) * x * kFine);
     along_y[static_cast<size_t>(x)] = cvRound(back(1, 0) * x * kFine);
   }
-  return Sampled(image, [=](const RowPart& part, SamplePositions& positions) {
+  return BilinearSampling(frame, [=](const RowPart& part, SamplePositions& positions) {
     constexpr int kHalfPosition = 1 << (kFineToPosition - 1);
     const int row_x = cvRound((back(0, 1) * part.y + back(0, 2)) * kFine) + kHalfPosition;
     const int row_y = cvRound((back(1, 1) * part.y + back(1, 2)) * kFine) + kHalfPosition;
@@ -90,9 +90,9 @@ RowSource Rotated(const cv::Mat& image, float degrees) {
   });
 }
 
-RowSource PerspectiveCorrected(const cv::Mat& image, float horizontal, float vertical) {
-  const auto width = static_cast<float>(image.cols);
-  const auto height = static_cast<float>(image.rows);
+FrameTransform Perspective(cv::Size frame, float horizontal, float vertical) {
+  const auto width = static_cast<float>(frame.width);
+  const auto height = static_cast<float>(frame.height);
   const float dx = width * (horizontal / 100.0F * kPerspectiveStrength);
   const float dy = height * (vertical / 100.0F * kPerspectiveStrength);
   const std::vector<cv::Point2f> from = {{0, 0}, {width, 0}, {width, height}, {0, height}};
@@ -103,8 +103,8 @@ RowSource PerspectiveCorrected(const cv::Mat& image, float horizontal, float ver
   cv::invert(forward, back);
   // cv::warpPerspective evaluates the matrix anew per block of columns, which affects the last bits of a
   // position.
-  const int block = std::min(kBlockPixels / std::min(kBlockRows, image.rows), image.cols);
-  return Sampled(image, [back, block](const RowPart& part, SamplePositions& positions) {
+  const int block = std::min(kBlockPixels / std::min(kBlockRows, frame.height), frame.width);
+  return BilinearSampling(frame, [back, block](const RowPart& part, SamplePositions& positions) {
     for (int i = 0; i < part.columns;) {
       const int x = part.x + i;
       const int first = x / block * block;

@@ -95,28 +95,37 @@ std::vector<Run> RunsOf(const Line& line) {
 // One color of an image, resized.
 class ResizedColor {
  public:
-  ResizedColor(const cv::Mat& image, int color, float factor) : image_(image), color_(color) {
+  ResizedColor(cv::Size frame, int color, float factor) : color_(color) {
     const auto scale = static_cast<double>(factor);
-    const cv::Size resized(cvRound(image.cols * scale), cvRound(image.rows * scale));
+    const cv::Size resized(cvRound(frame.width * scale), cvRound(frame.height * scale));
     CV_Assert(!resized.empty());
     // OpenCV copies a plane whose size does not change.
-    const double used_scale = resized == image.size() ? 1.0 : scale;
+    const double used_scale = resized == frame ? 1.0 : scale;
     // Sizes are compared because half the difference is 0 for a plane one pixel too small.
-    const bool is_cut = resized.width >= image.cols && resized.height >= image.rows;
-    columns_ = ResizedLine(image.cols, used_scale, resized.width, is_cut);
-    rows_ = ResizedLine(image.rows, used_scale, resized.height, is_cut);
+    const bool is_cut = resized.width >= frame.width && resized.height >= frame.height;
+    columns_ = ResizedLine(frame.width, used_scale, resized.width, is_cut);
+    rows_ = ResizedLine(frame.height, used_scale, resized.height, is_cut);
     runs_ = RunsOf(columns_);
   }
 
-  void Read(const RowPart& part, float* values) const {
+  // The rectangle between the first and the last of the pixels that a part is made of.
+  cv::Rect Needs(const RowPart& part) const {
+    const auto left = static_cast<size_t>(part.x);
+    const size_t right = left + static_cast<size_t>(part.columns) - 1;
+    const auto y = static_cast<size_t>(part.y);
+    return {cv::Point(columns_.first[left], rows_.first[y]),
+            cv::Point(columns_.second[right] + 1, rows_.second[y] + 1)};
+  }
+
+  void Read(const ImageWindow& window, const RowPart& part, float* values) const {
     for (const Run& run : runs_) {
       const int first = std::max(run.columns.first, part.x);
       const int last = std::min(run.columns.last, part.x + part.columns);
       if (first >= last) continue;
-      if (image_.depth() == CV_16U) {
-        ReadRun<uint64_t>(run, {first, last}, part.y, values + (first - part.x));
+      if (window.pixels.depth() == CV_16U) {
+        ReadRun<uint64_t>(window, run, {first, last}, part.y, values + (first - part.x));
       } else {
-        ReadRun<cv::Vec4f>(run, {first, last}, part.y, values + (first - part.x));
+        ReadRun<cv::Vec4f>(window, run, {first, last}, part.y, values + (first - part.x));
       }
     }
   }
@@ -128,10 +137,15 @@ class ResizedColor {
   static float ColorOf(const cv::Vec4f& pixel, int color) { return pixel[color]; }
 
   template <typename Pixel>
-  void ReadRun(const Run& run, Columns columns, int y, float* __restrict values) const {
+  void ReadRun(const ImageWindow& window, const Run& run, Columns columns, int y,
+               float* __restrict values) const {
     const auto row = static_cast<size_t>(y);
-    const auto* top = reinterpret_cast<const Pixel*>(image_.ptr(rows_.first[row])) + columns.first;
-    const auto* bottom = reinterpret_cast<const Pixel*>(image_.ptr(rows_.second[row])) + columns.first;
+    const auto pixels_of = [&](int source_row) {
+      return reinterpret_cast<const Pixel*>(window.pixels.ptr(source_row - window.origin.y)) + columns.first -
+             window.origin.x;
+    };
+    const Pixel* top = pixels_of(rows_.first[row]);
+    const Pixel* bottom = pixels_of(rows_.second[row]);
     const float top_weight = rows_.first_weight[row];
     const float bottom_weight = rows_.second_weight[row];
     const float* left_weight = columns_.first_weight.data() + columns.first;
@@ -147,7 +161,6 @@ class ResizedColor {
     });
   }
 
-  cv::Mat image_;
   int color_;
   Line columns_;
   Line rows_;
@@ -156,23 +169,30 @@ class ResizedColor {
 
 }  // namespace
 
-RowSource CorrectDistortion(const cv::Mat& image, float amount) {
-  const Lens lens(image.size(), amount / 100.0F * kDistortionStrength);
-  return Sampled(image, [lens](const RowPart& part, SamplePositions& positions) {
+FrameTransform DistortionCorrection(cv::Size frame, float amount) {
+  const Lens lens(frame, amount / 100.0F * kDistortionStrength);
+  return BilinearSampling(frame, [lens](const RowPart& part, SamplePositions& positions) {
     Vectorized([&] { LocatePixels(lens, part.x, part.y, part.columns, positions.x, positions.y); });
   });
 }
 
-RowSource CorrectChromaticAberration(const cv::Mat& image, float amount) {
+FrameTransform AberrationCorrection(cv::Size frame, float amount) {
   const float strength = amount / 100.0F * kAberrationStrength;
-  const auto red = std::make_shared<const ResizedColor>(image, kRed, 1.0F + strength);
-  const auto blue = std::make_shared<const ResizedColor>(image, kBlue, 1.0F - strength);
-  const auto read = [unchanged = RowsOf(image).read, red, blue](const RowPart& part) {
-    unchanged(part);
-    red->Read(part, part.red);
-    blue->Read(part, part.blue);
+  const auto red = std::make_shared<const ResizedColor>(frame, kRed, 1.0F + strength);
+  const auto blue = std::make_shared<const ResizedColor>(frame, kBlue, 1.0F - strength);
+  const auto needs = [red, blue](const RowPart& part) {
+    return red->Needs(part) | blue->Needs(part) | cv::Rect(part.x, part.y, part.columns, 1);
   };
-  return {image.size(), read};
+  const auto read = [red, blue](const ImageWindow& window, const RowPart& part) {
+    RowPart unchanged = part;
+    unchanged.x -= window.origin.x;
+    unchanged.y -= window.origin.y;
+    unchanged.next_y -= window.origin.y;
+    ReadPixels(window.pixels, unchanged);
+    red->Read(window, part, part.red);
+    blue->Read(window, part, part.blue);
+  };
+  return {needs, read};
 }
 
 }  // namespace lumvik

@@ -1,0 +1,114 @@
+#include "pipeline/frame_stream.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "pipeline/packed_rows.h"
+
+namespace lumvik {
+namespace {
+
+// Held on both sides of what a part needs, for the parts below it.
+constexpr int kMarginColumns = 8;
+
+// The window moves down in its buffer, and is copied back to the top at the end.
+constexpr int kWindowsPerBuffer = 3;
+
+class FrameStream : public RowStream {
+ public:
+  FrameStream(std::unique_ptr<RowStream> input, cv::Size frame, int max_columns,
+              const StreamedFrame& streamed)
+      : input_(std::move(input)),
+        frame_(frame),
+        transform_(streamed.transform),
+        window_{cv::Mat(kWindowsPerBuffer * (streamed.rows + 1),
+                        std::min(WindowColumns(max_columns), frame.width), CV_32FC4),
+                cv::Point()},
+        row_(kChannels, window_.pixels.cols, CV_32F) {}
+
+  // A part that needs more than fits is made in two halves; a single pixel always fits.
+  void Read(const RowPart& part) override {
+    const cv::Rect needed = transform_.needs(part);
+    if ((needed.width > window_.pixels.cols || needed.height > window_.pixels.rows) && part.columns > 1) {
+      const int half = part.columns / 2;
+      const auto read_from = [&](int i, int columns) {
+        Read({part.red + i, part.green + i, part.blue + i, part.alpha + i, PartColumns(columns), part.x + i,
+              part.y});
+      };
+      read_from(0, half);
+      read_from(half, part.columns - half);
+      return;
+    }
+    MoveTo(needed);
+    window_.origin = held_.tl();
+    transform_.read(window_, part);
+  }
+
+ private:
+  void MoveTo(const cv::Rect& needed) {
+    const bool goes_on = needed.x >= held_.x && needed.br().x <= held_.br().x &&
+                         needed.y <= held_.br().y && needed.br().y >= held_.y;
+    if (!goes_on) StartAt(needed);
+    if (needed.y < held_.y) InsertRowsFrom(needed.y);
+    if (needed.br().y > held_.y + window_.pixels.rows) DropRowsAbove(needed.y);
+    for (; held_.br().y < needed.br().y; ++held_.height) Hold(held_.br().y);
+  }
+
+  void StartAt(const cv::Rect& needed) {
+    const int spare = std::min(window_.pixels.cols - needed.width, 2 * kMarginColumns);
+    const int x = std::clamp(needed.x - spare / 2, 0, frame_.width - needed.width - spare);
+    held_ = {x, needed.y, needed.width + spare, 0};
+  }
+
+  void DropRowsAbove(int y) {
+    const int dropped = y - held_.y;
+    for (int row = dropped; row < held_.height; ++row) CopyRow(row, row - dropped);
+    held_.y += dropped;
+    held_.height -= dropped;
+  }
+
+  // Where positions lie above the frame, the mirrored rows move up.
+  void InsertRowsFrom(int y) {
+    const int inserted = held_.y - y;
+    held_.height = std::min(held_.height, window_.pixels.rows - inserted);
+    for (int row = held_.height - 1; row >= 0; --row) CopyRow(row, row + inserted);
+    held_.y = y;
+    held_.height += inserted;
+    for (int i = 0; i < inserted; ++i) Hold(y + i);
+  }
+
+  void CopyRow(int from, int to) {
+    std::copy_n(window_.pixels.ptr<cv::Vec4f>(from), held_.width, window_.pixels.ptr<cv::Vec4f>(to));
+  }
+
+  void Hold(int y) {
+    ForEachPart({held_.x, held_.br().x}, [this, y](int x, PartColumns columns) {
+      RowPart part = {row_.ptr<float>(0), row_.ptr<float>(1), row_.ptr<float>(2), row_.ptr<float>(3), columns,
+                      x,                  y};
+      input_->Read(part);
+      part.x -= held_.x;
+      part.y -= held_.y;
+      WritePixels(part, window_.pixels);
+    });
+  }
+
+  std::unique_ptr<RowStream> input_;
+  cv::Size frame_;
+  const FrameTransform& transform_;
+  ImageWindow window_;
+  cv::Mat row_;  // its planes
+  cv::Rect held_;  // of the input, in the upper left corner of the window
+};
+
+}  // namespace
+
+std::unique_ptr<RowStream> MakeFrameStream(std::unique_ptr<RowStream> input, cv::Size frame, int max_columns,
+                                           const StreamedFrame& streamed) {
+  return std::make_unique<FrameStream>(std::move(input), frame, max_columns, streamed);
+}
+
+int WindowColumns(int max_columns) {
+  return max_columns + max_columns / 2;
+}
+
+}  // namespace lumvik
