@@ -15,11 +15,11 @@ namespace {
 constexpr int kPositionBits = 5;
 static_assert(1 << kPositionBits == kPositionsPerPixel);
 
-// Positions are checked this many at a time, so that most need no check of their own.
+// Positions are checked this many at a time.
 constexpr int kGroup = 16;
 static_assert(kMaxPart % kGroup == 0);
 
-// The four pixels around each position: the left ones, counted from the first pixel of the window, and the
+// The four pixels around each position: the left ones, counted from the first pixel of the tile, and the
 // weights.
 struct Corners {
   uint32_t top_left[kMaxPart];
@@ -145,21 +145,20 @@ Pairs<lanes> LoadPairs(const At& at, const uint16_t* /*type*/) {
 template <typename Sample>
 class Sampler {
  public:
-  Sampler(const ImageWindow& window, cv::Size frame)
-      : window_(window),
+  Sampler(const ImageTile& tile, cv::Size frame)
+      : tile_(tile),
         frame_(frame),
-        pixels_(window.pixels.ptr<Sample>()),
-        step_(static_cast<uint32_t>(window.pixels.step / window.pixels.elemSize())),
+        pixels_(tile.pixels.ptr<Sample>()),
+        step_(static_cast<uint32_t>(tile.pixels.step / tile.pixels.elemSize())),
         inner_columns_(static_cast<unsigned>(frame.width - 1)),
         inner_rows_(static_cast<unsigned>(frame.height - 1)) {
-    CV_Assert(window.pixels.step % window.pixels.elemSize() == 0);
+    CV_Assert(tile.pixels.step % tile.pixels.elemSize() == 0);
   }
 
   void Read(const RowPart& part, const SamplePositions& positions) const {
     Corners corners;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by FindCorners
-    Vectorized([&, columns = part.columns] {
-      FindCorners(positions, columns, window_.origin, step_, corners);
-    });
+    Vectorized(
+        [&, columns = part.columns] { FindCorners(positions, columns, tile_.origin, step_, corners); });
     VectorizedByLanes([&](auto lanes) {
       const RowPart to = part;
       const bool all_inside = AreInside(positions, 0, to.columns);
@@ -222,8 +221,8 @@ class Sampler {
     const int y = positions.y[i] >> kPositionBits;
     const int left = ColumnOf(x) * kChannels;
     const int right = ColumnOf(x + 1) * kChannels;
-    const auto* top = window_.pixels.ptr<Sample>(RowOf(y));
-    const auto* bottom = window_.pixels.ptr<Sample>(RowOf(y + 1));
+    const auto* top = tile_.pixels.ptr<Sample>(RowOf(y));
+    const auto* bottom = tile_.pixels.ptr<Sample>(RowOf(y + 1));
     const auto mix = [&](int channel) {
       return Unit(top[left + channel]) * corners.top_left_weight[i] +
              Unit(top[right + channel]) * corners.top_right_weight[i] +
@@ -236,14 +235,14 @@ class Sampler {
     to.alpha[i] = mix(3);
   }
 
-  // In the window.
-  int ColumnOf(int x) const { return MirroredAtEdge(x, frame_.width) - window_.origin.x; }
-  int RowOf(int y) const { return MirroredAtEdge(y, frame_.height) - window_.origin.y; }
+  // In the tile.
+  int ColumnOf(int x) const { return MirroredAtEdge(x, frame_.width) - tile_.origin.x; }
+  int RowOf(int y) const { return MirroredAtEdge(y, frame_.height) - tile_.origin.y; }
 
   static float Unit(float value) { return value; }
   static float Unit(uint16_t code) { return static_cast<float>(code) * kUnitPerCode; }
 
-  const ImageWindow& window_;
+  const ImageTile& tile_;
   cv::Size frame_;
   const Sample* pixels_;
   uint32_t step_;  // in pixels
@@ -257,7 +256,8 @@ cv::Range PixelsAround(int least, int most, int count) {
   const int last = (most >> kPositionBits) + 1;
   const int mirrored_first = MirroredAtEdge(first, count);
   const int mirrored_last = MirroredAtEdge(last, count);
-  const cv::Range between(std::min(mirrored_first, mirrored_last), std::max(mirrored_first, mirrored_last) + 1);
+  const cv::Range between(std::min(mirrored_first, mirrored_last),
+                          std::max(mirrored_first, mirrored_last) + 1);
   const auto reflection_of = [count](int at) { return at >= 0 ? at / count : -1 - (-1 - at) / count; };
   switch (reflection_of(last) - reflection_of(first)) {
     case 0:
@@ -296,13 +296,13 @@ FrameTransform BilinearSampling(cv::Size frame, const LocatePart& locate) {
     const cv::Range rows = PixelsAround(positions.y, part.columns, frame.height);
     return cv::Rect(columns.start, rows.start, columns.size(), rows.size());
   };
-  const auto read = [=](const ImageWindow& window, const RowPart& part) {
+  const auto read = [=](const ImageTile& tile, const RowPart& part) {
     SamplePositions positions;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by locate
     locate(part, positions);
-    if (window.pixels.depth() == CV_16U) {
-      Sampler<uint16_t>(window, frame).Read(part, positions);
+    if (tile.pixels.depth() == CV_16U) {
+      Sampler<uint16_t>(tile, frame).Read(part, positions);
     } else {
-      Sampler<float>(window, frame).Read(part, positions);
+      Sampler<float>(tile, frame).Read(part, positions);
     }
   };
   return {needs, read};

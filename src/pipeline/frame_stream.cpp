@@ -11,8 +11,8 @@ namespace {
 // Held on both sides of what a part needs, for the parts below it.
 constexpr int kMarginColumns = 8;
 
-// The window moves down in its buffer, and is copied back to the top at the end.
-constexpr int kWindowsPerBuffer = 3;
+// The tile moves down in its buffer, and is copied back to the top at the end.
+constexpr int kTilesPerBuffer = 3;
 
 class FrameStream : public RowStream {
  public:
@@ -21,15 +21,15 @@ class FrameStream : public RowStream {
       : input_(std::move(input)),
         frame_(frame),
         transform_(streamed.transform),
-        window_{cv::Mat(kWindowsPerBuffer * (streamed.rows + 1),
-                        std::min(WindowColumns(max_columns), frame.width), CV_32FC4),
-                cv::Point()},
-        row_(kChannels, window_.pixels.cols, CV_32F) {}
+        tile_{cv::Mat(kTilesPerBuffer * (streamed.rows + 1), std::min(TileColumns(max_columns), frame.width),
+                      CV_32FC4),
+              cv::Point()},
+        row_(kChannels, tile_.pixels.cols, CV_32F) {}
 
   // A part that needs more than fits is made in two halves; a single pixel always fits.
   void Read(const RowPart& part) override {
     const cv::Rect needed = transform_.needs(part);
-    if ((needed.width > window_.pixels.cols || needed.height > window_.pixels.rows) && part.columns > 1) {
+    if ((needed.width > tile_.pixels.cols || needed.height > tile_.pixels.rows) && part.columns > 1) {
       const int half = part.columns / 2;
       const auto read_from = [&](int i, int columns) {
         Read({part.red + i, part.green + i, part.blue + i, part.alpha + i, PartColumns(columns), part.x + i,
@@ -40,22 +40,22 @@ class FrameStream : public RowStream {
       return;
     }
     MoveTo(needed);
-    window_.origin = held_.tl();
-    transform_.read(window_, part);
+    tile_.origin = held_.tl();
+    transform_.read(tile_, part);
   }
 
  private:
   void MoveTo(const cv::Rect& needed) {
-    const bool goes_on = needed.x >= held_.x && needed.br().x <= held_.br().x &&
-                         needed.y <= held_.br().y && needed.br().y >= held_.y;
+    const bool goes_on = needed.x >= held_.x && needed.br().x <= held_.br().x && needed.y <= held_.br().y &&
+                         needed.br().y >= held_.y;
     if (!goes_on) StartAt(needed);
     if (needed.y < held_.y) InsertRowsFrom(needed.y);
-    if (needed.br().y > held_.y + window_.pixels.rows) DropRowsAbove(needed.y);
+    if (needed.br().y > held_.y + tile_.pixels.rows) DropRowsAbove(needed.y);
     for (; held_.br().y < needed.br().y; ++held_.height) Hold(held_.br().y);
   }
 
   void StartAt(const cv::Rect& needed) {
-    const int spare = std::min(window_.pixels.cols - needed.width, 2 * kMarginColumns);
+    const int spare = std::min(tile_.pixels.cols - needed.width, 2 * kMarginColumns);
     const int x = std::clamp(needed.x - spare / 2, 0, frame_.width - needed.width - spare);
     held_ = {x, needed.y, needed.width + spare, 0};
   }
@@ -70,7 +70,7 @@ class FrameStream : public RowStream {
   // Where positions lie above the frame, the mirrored rows move up.
   void InsertRowsFrom(int y) {
     const int inserted = held_.y - y;
-    held_.height = std::min(held_.height, window_.pixels.rows - inserted);
+    held_.height = std::min(held_.height, tile_.pixels.rows - inserted);
     for (int row = held_.height - 1; row >= 0; --row) CopyRow(row, row + inserted);
     held_.y = y;
     held_.height += inserted;
@@ -78,26 +78,26 @@ class FrameStream : public RowStream {
   }
 
   void CopyRow(int from, int to) {
-    std::copy_n(window_.pixels.ptr<cv::Vec4f>(from), held_.width, window_.pixels.ptr<cv::Vec4f>(to));
+    std::copy_n(tile_.pixels.ptr<cv::Vec4f>(from), held_.width, tile_.pixels.ptr<cv::Vec4f>(to));
   }
 
   void Hold(int y) {
     ForEachPart({held_.x, held_.br().x}, [this, y](int x, PartColumns columns) {
-      RowPart part = {row_.ptr<float>(0), row_.ptr<float>(1), row_.ptr<float>(2), row_.ptr<float>(3), columns,
-                      x,                  y};
+      RowPart part = {
+          row_.ptr<float>(0), row_.ptr<float>(1), row_.ptr<float>(2), row_.ptr<float>(3), columns, x, y};
       input_->Read(part);
       part.x -= held_.x;
       part.y -= held_.y;
-      WritePixels(part, window_.pixels);
+      WritePixels(part, tile_.pixels);
     });
   }
 
   std::unique_ptr<RowStream> input_;
   cv::Size frame_;
   const FrameTransform& transform_;
-  ImageWindow window_;
-  cv::Mat row_;  // its planes
-  cv::Rect held_;  // of the input, in the upper left corner of the window
+  ImageTile tile_;
+  cv::Mat row_;    // its planes
+  cv::Rect held_;  // of the input, in the upper left corner of the tile
 };
 
 }  // namespace
@@ -107,7 +107,7 @@ std::unique_ptr<RowStream> MakeFrameStream(std::unique_ptr<RowStream> input, cv:
   return std::make_unique<FrameStream>(std::move(input), frame, max_columns, streamed);
 }
 
-int WindowColumns(int max_columns) {
+int TileColumns(int max_columns) {
   return max_columns + max_columns / 2;
 }
 

@@ -9,12 +9,12 @@
 
 namespace lumvik {
 
-// Reads `input` at most WindowColumns(max_columns) columns at a time.
+// Reads `input` at most TileColumns(max_columns) columns at a time.
 std::unique_ptr<RowStream> MakeFrameStream(std::unique_ptr<RowStream> input, cv::Size frame, int max_columns,
                                            const StreamedFrame& streamed);
 
-// The width of a window for parts of at most `max_columns` columns.
-int WindowColumns(int max_columns);
+// The width of a tile for parts of at most `max_columns` columns.
+int TileColumns(int max_columns);
 
 }  // namespace lumvik
 

@@ -10,14 +10,14 @@ namespace {
 // Beyond that, storing the image costs less than reading its rows again for each chunk of rows.
 constexpr int kMaxStreamedRows = 32;
 
-// Rows of the frame where the height of the window is tested.
+// Rows of the frame where the height of the tile is tested.
 constexpr int kTestedRows = 9;
 
 }  // namespace
 
 RowSource Transformed(const cv::Mat& image, const FrameTransform& transform) {
-  const auto read = [window = ImageWindow{image, {0, 0}}, read = transform.read](const RowPart& part) {
-    read(window, part);
+  const auto read = [tile = ImageTile{image, {0, 0}}, read = transform.read](const RowPart& part) {
+    read(tile, part);
   };
   return {image.size(), read, true};
 }

@@ -9,7 +9,7 @@
 namespace lumvik {
 
 // A rectangle of an image: `pixels` (CV_16UC4 or CV_32FC4) begin at `origin`.
-struct ImageWindow {
+struct ImageTile {
   cv::Mat pixels;
   cv::Point origin;
 };
@@ -18,21 +18,21 @@ struct ImageWindow {
 struct FrameTransform {
   // The rectangle of the image that a part is made of.
   std::function<cv::Rect(const RowPart&)> needs;
-  // Fills in a part from a window that covers that rectangle.
-  std::function<void(const ImageWindow&, const RowPart&)> read;
+  // Fills in a part from a tile that covers that rectangle.
+  std::function<void(const ImageTile&, const RowPart&)> read;
 };
 
 // An image in memory after a transform.
 RowSource Transformed(const cv::Mat& image, const FrameTransform& transform);
 
-// A transform whose input is read through a window that moves down a strip with it. In most strips, `rows`
+// A transform whose input is read through a tile that moves down a strip with it. In most strips, `rows`
 // rows at a time are enough.
 struct StreamedFrame {
   FrameTransform transform;
   int rows;
 };
 
-// Nothing if the window would have to be too high, or to move up.
+// Nothing if the tile would have to be too high, or to move up.
 std::optional<StreamedFrame> Streamed(const FrameTransform& transform, cv::Size frame);
 
 }  // namespace lumvik

@@ -18,7 +18,8 @@ constexpr int kChunksPerThread = 4;
 // The rows that such a strip is sampled from stay in L2.
 constexpr int kRowsPerSampledStrip = 32;
 
-// Whether the steps that hold rows read them from top to bottom when the last step is read from bottom to top.
+// Whether the steps that hold rows read them from top to bottom when the last step is read from bottom to
+// top.
 bool IsUpsideDown(const RowSteps& steps) {
   bool upside_down = false;
   for (const RowStep& step : steps) {
@@ -70,7 +71,8 @@ void RunRowSteps(const RowSource& source, const RowSteps& steps, const RowSink& 
       const int end = std::min(y + rows_per_chunk, frame.height);
       for (int top = y; top < end; top += rows_per_strip) {
         const int bottom = std::min(top + rows_per_strip, end);
-        const cv::Range rows = upside_down ? cv::Range(y + end - bottom, y + end - top) : cv::Range(top, bottom);
+        const cv::Range rows =
+            upside_down ? cv::Range(y + end - bottom, y + end - top) : cv::Range(top, bottom);
         for (int x = 0; x < frame.width; x += kStripColumns) {
           RunStrip(stream, sink, {x, std::min(x + kStripColumns, frame.width)}, rows, upside_down);
         }

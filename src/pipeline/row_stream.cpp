@@ -199,7 +199,7 @@ int ColumnsAfter(const RowSteps& steps, size_t i) {
   int columns = kStripColumns;
   for (size_t later = steps.size() - 1; later > i; --later) {
     if (const int radius = RadiusOf(steps[later]); radius > 0) columns = WidenedColumns(columns, radius);
-    if (std::holds_alternative<StreamedFrame>(steps[later])) columns = WindowColumns(columns);
+    if (std::holds_alternative<StreamedFrame>(steps[later])) columns = TileColumns(columns);
   }
   return columns;
 }

@@ -63,9 +63,15 @@ TEST(BilinearSampling, IsOpenCvsRemap) {
         positions.y[i] = NearestPosition(place.y * kPositionsPerPixel);
       }
     };
-    EXPECT_LT(cv::norm(Stored(Transformed(working, BilinearSampling(size, locate))), expected, cv::NORM_INF), 1e-6) << size;
-    test::WithEachInstructionSet(
-        [&] { EXPECT_LT(cv::norm(Stored(Transformed(working, BilinearSampling(size, locate))), expected, cv::NORM_INF), 1e-6) << size; });
+    EXPECT_LT(cv::norm(Stored(Transformed(working, BilinearSampling(size, locate))), expected, cv::NORM_INF),
+              1e-6)
+        << size;
+    test::WithEachInstructionSet([&] {
+      EXPECT_LT(
+          cv::norm(Stored(Transformed(working, BilinearSampling(size, locate))), expected, cv::NORM_INF),
+          1e-6)
+          << size;
+    });
   }
 }
 

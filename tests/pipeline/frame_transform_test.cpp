@@ -42,7 +42,7 @@ std::vector<cv::Size> TransformedSizes() {
   return sizes;
 }
 
-TEST(StreamedFrame, AWindowThatIsTooSmallGivesTheSameBytes) {
+TEST(StreamedFrame, ATileThatIsTooSmallGivesTheSameBytes) {
   for (const cv::Size size : TransformedSizes()) {
     const cv::Mat image = test::NoiseImage(size, 4);
     const cv::Mat expected = StoredAfter(Transformed(image, Waves(size)), {});
@@ -84,7 +84,8 @@ TEST(StreamedFrame, TwoInARowGiveTheBytesOfTwoPasses) {
 
 TEST(Streamed, TakesTransformsThatReadFewRowsFromTopToBottom) {
   const cv::Size frame(2000, 1333);
-  for (const float degrees : {0.3F, -2.0F, 4.0F}) EXPECT_TRUE(Streamed(Rotation(frame, degrees), frame)) << degrees;
+  for (const float degrees : {0.3F, -2.0F, 4.0F})
+    EXPECT_TRUE(Streamed(Rotation(frame, degrees), frame)) << degrees;
   for (const float degrees : {30.0F, 90.0F, 180.0F}) EXPECT_FALSE(Streamed(Rotation(frame, degrees), frame));
   EXPECT_TRUE(Streamed(AberrationCorrection(frame, 100), frame));
   EXPECT_TRUE(Streamed(DistortionCorrection(frame, 10), frame));

@@ -60,9 +60,8 @@ TEST(RenderMemory, FlipsACropAndOneTransformNeedNoImage) {
   a.flip_v = 1;
   a.crop = {0.1F, 0.1F, 0.8F, 0.8F};
   EXPECT_LT(PeakOf(a, source), 16 * kMegabyte);
-  for (float Adjustments::*transform :
-       {&Adjustments::distortion, &Adjustments::ca_correction, &Adjustments::rotation,
-        &Adjustments::perspective_h}) {
+  for (float Adjustments::*transform : {&Adjustments::distortion, &Adjustments::ca_correction,
+                                        &Adjustments::rotation, &Adjustments::perspective_h}) {
     Adjustments alone = test::NeutralAdjustments();
     alone.*transform = 2;
     EXPECT_LT(PeakOf(alone, source), 16 * kMegabyte);

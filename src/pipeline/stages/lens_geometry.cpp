@@ -117,15 +117,15 @@ class ResizedColor {
             cv::Point(columns_.second[right] + 1, rows_.second[y] + 1)};
   }
 
-  void Read(const ImageWindow& window, const RowPart& part, float* values) const {
+  void Read(const ImageTile& tile, const RowPart& part, float* values) const {
     for (const Run& run : runs_) {
       const int first = std::max(run.columns.first, part.x);
       const int last = std::min(run.columns.last, part.x + part.columns);
       if (first >= last) continue;
-      if (window.pixels.depth() == CV_16U) {
-        ReadRun<uint64_t>(window, run, {first, last}, part.y, values + (first - part.x));
+      if (tile.pixels.depth() == CV_16U) {
+        ReadRun<uint64_t>(tile, run, {first, last}, part.y, values + (first - part.x));
       } else {
-        ReadRun<cv::Vec4f>(window, run, {first, last}, part.y, values + (first - part.x));
+        ReadRun<cv::Vec4f>(tile, run, {first, last}, part.y, values + (first - part.x));
       }
     }
   }
@@ -137,12 +137,12 @@ class ResizedColor {
   static float ColorOf(const cv::Vec4f& pixel, int color) { return pixel[color]; }
 
   template <typename Pixel>
-  void ReadRun(const ImageWindow& window, const Run& run, Columns columns, int y,
+  void ReadRun(const ImageTile& tile, const Run& run, Columns columns, int y,
                float* __restrict values) const {
     const auto row = static_cast<size_t>(y);
     const auto pixels_of = [&](int source_row) {
-      return reinterpret_cast<const Pixel*>(window.pixels.ptr(source_row - window.origin.y)) + columns.first -
-             window.origin.x;
+      return reinterpret_cast<const Pixel*>(tile.pixels.ptr(source_row - tile.origin.y)) + columns.first -
+             tile.origin.x;
     };
     const Pixel* top = pixels_of(rows_.first[row]);
     const Pixel* bottom = pixels_of(rows_.second[row]);
@@ -183,14 +183,14 @@ FrameTransform AberrationCorrection(cv::Size frame, float amount) {
   const auto needs = [red, blue](const RowPart& part) {
     return red->Needs(part) | blue->Needs(part) | cv::Rect(part.x, part.y, part.columns, 1);
   };
-  const auto read = [red, blue](const ImageWindow& window, const RowPart& part) {
+  const auto read = [red, blue](const ImageTile& tile, const RowPart& part) {
     RowPart unchanged = part;
-    unchanged.x -= window.origin.x;
-    unchanged.y -= window.origin.y;
-    unchanged.next_y -= window.origin.y;
-    ReadPixels(window.pixels, unchanged);
-    red->Read(window, part, part.red);
-    blue->Read(window, part, part.blue);
+    unchanged.x -= tile.origin.x;
+    unchanged.y -= tile.origin.y;
+    unchanged.next_y -= tile.origin.y;
+    ReadPixels(tile.pixels, unchanged);
+    red->Read(tile, part, part.red);
+    blue->Read(tile, part, part.blue);
   };
   return {needs, read};
 }
