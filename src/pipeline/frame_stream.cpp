@@ -26,25 +26,39 @@ class FrameStream : public RowStream {
               cv::Point()},
         row_(kChannels, tile_.pixels.cols, CV_32F) {}
 
-  // A part that needs more than fits is made in two halves; a single pixel always fits.
+  // A part that needs more than fits is read in smaller ones; what a single pixel needs always fits.
   void Read(const RowPart& part) override {
-    const cv::Rect needed = transform_.needs(part);
-    if ((needed.width > tile_.pixels.cols || needed.height > tile_.pixels.rows) && part.columns > 1) {
-      const int half = part.columns / 2;
-      const auto read_from = [&](int i, int columns) {
-        Read({part.red + i, part.green + i, part.blue + i, part.alpha + i, PartColumns(columns), part.x + i,
-              part.y});
-      };
-      read_from(0, half);
-      read_from(half, part.columns - half);
-      return;
+    for (int first = 0; first < part.columns;) {
+      int count = part.columns - first;
+      cv::Rect needed = transform_.needs(SubPart(part, first, count));
+      while (count > 1 && !Fits(needed)) {
+        count /= 2;
+        needed = transform_.needs(SubPart(part, first, count));
+      }
+      CV_Assert(Fits(needed));
+      MoveTo(needed);
+      tile_.origin = held_.tl();
+      transform_.read(tile_, SubPart(part, first, count));
+      first += count;
     }
-    MoveTo(needed);
-    tile_.origin = held_.tl();
-    transform_.read(tile_, part);
   }
 
  private:
+  static RowPart SubPart(const RowPart& part, int first, int count) {
+    return {part.red + first,
+            part.green + first,
+            part.blue + first,
+            part.alpha + first,
+            PartColumns(count),
+            part.x + first,
+            part.y,
+            part.next_y};
+  }
+
+  bool Fits(const cv::Rect& needed) const {
+    return needed.width <= tile_.pixels.cols && needed.height <= tile_.pixels.rows;
+  }
+
   void MoveTo(const cv::Rect& needed) {
     const bool goes_on = needed.x >= held_.x && needed.br().x <= held_.br().x && needed.y <= held_.br().y &&
                          needed.br().y >= held_.y;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "pipeline/frame_stream.h"
 #include "pipeline/gaussian_blur.h"
 
 namespace lumvik {
@@ -24,6 +25,7 @@ RowSource Transformed(const cv::Mat& image, const FrameTransform& transform) {
 
 std::optional<StreamedFrame> Streamed(const FrameTransform& transform, cv::Size frame) {
   int rows = 0;
+  int widest = 0;
   bool moves_up = false;
   for (int x = 0; x < frame.width; x += kStripColumns) {
     const PartColumns columns(std::min(kStripColumns, frame.width - x));
@@ -32,10 +34,12 @@ std::optional<StreamedFrame> Streamed(const FrameTransform& transform, cv::Size 
     };
     moves_up |= needed_at(frame.height - 1).y < needed_at(0).y;
     for (int i = 0; i < kTestedRows; ++i) {
-      rows = std::max(rows, needed_at((frame.height - 1) * i / (kTestedRows - 1)).height);
+      const cv::Rect needed = needed_at((frame.height - 1) * i / (kTestedRows - 1));
+      rows = std::max(rows, needed.height);
+      widest = std::max(widest, needed.width);
     }
   }
-  if (moves_up || rows > kMaxStreamedRows) return {};
+  if (moves_up || rows > kMaxStreamedRows || widest > TileColumns(kStripColumns)) return {};
   return StreamedFrame{transform, rows};
 }
 

@@ -16,7 +16,8 @@ struct ImageTile {
 
 // Both functions are called from several threads at once.
 struct FrameTransform {
-  // The rectangle of the image that a part is made of.
+  // The rectangle of the image that a part is made of. For a single pixel it is largest at the corners of the
+  // frame, or two pixels wide and high.
   std::function<cv::Rect(const RowPart&)> needs;
   // Fills in a part from a tile that covers that rectangle.
   std::function<void(const ImageTile&, const RowPart&)> read;
@@ -32,7 +33,7 @@ struct StreamedFrame {
   int rows;
 };
 
-// Nothing if the tile would have to be too high, or to move up.
+// Nothing if the tile would have to be too large, or to move up.
 std::optional<StreamedFrame> Streamed(const FrameTransform& transform, cv::Size frame);
 
 }  // namespace lumvik

@@ -198,7 +198,10 @@ class AreaStream : public RowStream {
 int ColumnsAfter(const RowSteps& steps, size_t i) {
   int columns = kStripColumns;
   for (size_t later = steps.size() - 1; later > i; --later) {
-    if (const int radius = RadiusOf(steps[later]); radius > 0) columns = WidenedColumns(columns, radius);
+    // Even without a radius: columns that a view has moved are no longer aligned.
+    if (std::holds_alternative<AreaTransform>(steps[later])) {
+      columns = WidenedColumns(columns, RadiusOf(steps[later]));
+    }
     if (std::holds_alternative<StreamedFrame>(steps[later])) columns = TileColumns(columns);
   }
   return columns;

@@ -82,6 +82,13 @@ TEST(StreamedFrame, TwoInARowGiveTheBytesOfTwoPasses) {
   }
 }
 
+// The three sources of a pixel are further apart than a tile is wide.
+TEST(Streamed, RefusesAnAberrationAcrossAWideFrame) {
+  const cv::Size frame(3000, 16);
+  EXPECT_FALSE(Streamed(AberrationCorrection(frame, 2e4F), frame));
+  EXPECT_TRUE(Streamed(AberrationCorrection(frame, 1000), frame));
+}
+
 TEST(Streamed, TakesTransformsThatReadFewRowsFromTopToBottom) {
   const cv::Size frame(2000, 1333);
   for (const float degrees : {0.3F, -2.0F, 4.0F})
