@@ -1,11 +1,11 @@
-// Images sampled from another one at fractional positions.
+// Images sampled at fractional positions.
 #ifndef LUMVIK_PIPELINE_BILINEAR_SAMPLER_H_
 #define LUMVIK_PIPELINE_BILINEAR_SAMPLER_H_
 
 #include <functional>
 
 #include "base/rounding.h"
-#include "pipeline/row_part.h"
+#include "pipeline/frame_transform.h"
 
 namespace lumvik {
 
@@ -21,9 +21,9 @@ struct SamplePositions {
 // Fills in the positions for a part.
 using LocatePart = std::function<void(const RowPart& part, SamplePositions& positions)>;
 
-// `working` (CV_32FC4, at most 32767 pixels wide and high) sampled as by cv::remap with cv::INTER_LINEAR,
-// mirrored at the edge with the outermost pixel repeated (cv::BORDER_REFLECT).
-RowSource Sampled(const cv::Mat& working, const LocatePart& locate);
+// Samples an image, at most 32767 pixels wide and high, as cv::remap does with cv::INTER_LINEAR, mirrored at
+// the edge with the outermost pixel repeated (cv::BORDER_REFLECT).
+FrameTransform BilinearSampling(cv::Size frame, const LocatePart& locate);
 
 // The position nearest to a coordinate already in 1/32 pixels, ties to even. Anything further out than the
 // largest image is moved just outside it, NaN to the far left or top.

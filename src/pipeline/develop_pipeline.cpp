@@ -39,7 +39,7 @@ constexpr float kTintTolerance = 0.1F;
 
 struct Operation {
   bool (*is_active)(const A&);
-  std::variant<Point, Area, Whole, Frame, Crop, Drawn> kind;
+  std::variant<Point, Area, Whole, Frame, View, Drawn> kind;
 };
 
 struct Stage {
@@ -115,24 +115,23 @@ const Stage kStages[] = {
        Area{[](const A& a) { return SharpeningOf(a); }}}}},
     {"lens corrections", {
       {[](const A& a) { return a.distortion != 0; },
-       Frame{[](const A& a, cv::Mat& working) { return CorrectDistortion(working, a.distortion); }}},
+       Frame{[](const A& a, cv::Size frame) { return DistortionCorrection(frame, a.distortion); }}},
       {[](const A& a) { return a.ca_correction > 0; },
-       Frame{[](const A& a, cv::Mat& working) {
-         return CorrectChromaticAberration(working, a.ca_correction); }}},
+       Frame{[](const A& a, cv::Size frame) { return AberrationCorrection(frame, a.ca_correction); }}},
       {[](const A& a) { return a.lens_vignette > 0; },
        Point{[](const A& a, cv::Size frame) { return LensVignetting(a.lens_vignette, frame); }}},
       {[](const A& a) { return a.defringe > 0; },
        Point{[](const A& a, cv::Size) { return Defringe(a.defringe); }}}}},
     {"geometry", {
       {[](const A& a) { return a.flip_h != 0 || a.flip_v != 0; },
-       Frame{[](const A& a, cv::Mat& working) { return Flipped(working, a.flip_h != 0, a.flip_v != 0); }}},
+       View{[](const A& a, cv::Size frame) { return Flip(frame, a.flip_h != 0, a.flip_v != 0); }}},
       {[](const A& a) { return a.rotation != 0; },
-       Frame{[](const A& a, cv::Mat& working) { return Rotated(working, a.rotation); }}},
+       Frame{[](const A& a, cv::Size frame) { return Rotation(frame, a.rotation); }}},
       {[](const A& a) { return a.perspective_h != 0 || a.perspective_v != 0; },
-       Frame{[](const A& a, cv::Mat& working) {
-         return PerspectiveCorrected(working, a.perspective_h, a.perspective_v); }}},
+       Frame{[](const A& a, cv::Size frame) {
+         return Perspective(frame, a.perspective_h, a.perspective_v); }}},
       {[](const A& a) { return a.crop.w > 0 && a.crop.h > 0; },
-       Crop{[](const A& a, cv::Size frame) { return CropArea(a.crop, frame); }}}}},
+       View{[](const A& a, cv::Size frame) { return FrameView{CropArea(a.crop, frame)}; }}}}},
     {"post-crop vignette", {
       {[](const A& a) { return a.vignette_amount != 0; },
        Point{[](const A& a, cv::Size frame) { return PostCropVignette(VignetteOf(a), frame); }}}}},

@@ -18,6 +18,9 @@ inline int Mirrored(int at, int count) {
 
 // Mirrored at the outer edges, the outermost pixels repeated, as cv::BORDER_REFLECT does.
 inline int MirroredAtEdge(int at, int count) {
+  if (at >= 0 && at < count) return at;
+  const int once = at < 0 ? -1 - at : 2 * count - 1 - at;
+  if (once >= 0 && once < count) return once;
   const int period = 2 * count;
   const int distance = (at < 0 ? -1 - at : at) % period;
   return distance < count ? distance : period - 1 - distance;

@@ -62,39 +62,40 @@ void Store(const RowPart& part, float* __restrict to) {
 }
 
 template <typename Sample>
-RowSource ReadFrom(const cv::Mat& packed) {
-  return {packed.size(), [packed](const RowPart& part) {
-            ChangePart([](const RowPart& own, const Sample* from) { Load(from, own); }, part,
-                       static_cast<const Sample*>(PixelsOf<Sample>(packed, part)));
-            PrefetchNextRow(packed, part);
-          }};
+void ReadFrom(const cv::Mat& packed, const RowPart& part) {
+  ChangePart([](const RowPart& own, const Sample* from) { Load(from, own); }, part,
+             static_cast<const Sample*>(PixelsOf<Sample>(packed, part)));
+  PrefetchNextRow(packed, part);
 }
 
 template <typename Sample>
-RowSink WriteTo(const cv::Mat& packed) {
-  return {[packed](const RowPart& part) {
-    ChangePart([](const RowPart& own, Sample* to) { Store(own, to); }, part, PixelsOf<Sample>(packed, part));
-    PrefetchNextRow(packed, part);
-  }};
+void WriteTo(const cv::Mat& packed, const RowPart& part) {
+  ChangePart([](const RowPart& own, Sample* to) { Store(own, to); }, part, PixelsOf<Sample>(packed, part));
+  PrefetchNextRow(packed, part);
 }
 
-bool Holds16Bits(const cv::Mat& packed) {
+void CheckType(const cv::Mat& packed) {
   CV_Assert(packed.type() == CV_16UC4 || packed.type() == CV_32FC4);
-  return packed.depth() == CV_16U;
 }
 
 }  // namespace
 
-RowSource RowsOf(const cv::Mat& packed) {
-  return Holds16Bits(packed) ? ReadFrom<uint16_t>(packed) : ReadFrom<float>(packed);
+void ReadPixels(const cv::Mat& packed, const RowPart& part) {
+  packed.depth() == CV_16U ? ReadFrom<uint16_t>(packed, part) : ReadFrom<float>(packed, part);
 }
 
-void LoadPixels(const float* packed, const RowPart& part) {
-  ChangePart([](const RowPart& own, const float* from) { Load(from, own); }, part, packed);
+void WritePixels(const RowPart& part, const cv::Mat& packed) {
+  packed.depth() == CV_16U ? WriteTo<uint16_t>(packed, part) : WriteTo<float>(packed, part);
+}
+
+RowSource RowsOf(const cv::Mat& packed) {
+  CheckType(packed);
+  return {packed.size(), [packed](const RowPart& part) { ReadPixels(packed, part); }};
 }
 
 RowSink StoreIn(const cv::Mat& packed) {
-  return Holds16Bits(packed) ? WriteTo<uint16_t>(packed) : WriteTo<float>(packed);
+  CheckType(packed);
+  return {[packed](const RowPart& part) { WritePixels(part, packed); }};
 }
 
 void WriteLuminance(const RowPart& part, float* luminance) {

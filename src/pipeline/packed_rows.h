@@ -9,8 +9,9 @@ namespace lumvik {
 // The rows of a packed image, 16-bit (CV_16UC4) or working (CV_32FC4, source / 65535). Shares its pixels.
 RowSource RowsOf(const cv::Mat& packed);
 
-// Fills a part from packed values, kChannels per pixel.
-void LoadPixels(const float* packed, const RowPart& part);
+// Fills a part from the same pixels of `packed`, and stores them there.
+void ReadPixels(const cv::Mat& packed, const RowPart& part);
+void WritePixels(const RowPart& part, const cv::Mat& packed);
 
 // Stores rows in a packed image of either type. 16-bit values are rounded to nearest and clamped to 0..65535;
 // NaN gives 0.

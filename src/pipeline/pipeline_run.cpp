@@ -1,5 +1,6 @@
 #include "pipeline/pipeline_run.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "base/large_image.h"
@@ -18,10 +19,10 @@ constexpr int kCheapCost = 4;
 }  // namespace
 
 PipelineRun::PipelineRun(const cv::Mat& source, const Adjustments& adjustments)
-    : adjustments_(adjustments), image_(RowsOf(source)), final_size_(source.size()) {}
+    : adjustments_(adjustments), image_(RowsOf(source)), pixels_(source), final_size_(source.size()) {}
 
-void PipelineRun::Prepare(const Crop& crop) {
-  final_size_ = crop.area(adjustments_, final_size_).size();
+void PipelineRun::Prepare(const View& view) {
+  final_size_ = view.make(adjustments_, final_size_).area.size();
 }
 
 void PipelineRun::Prepare(const Drawn& drawn) {
@@ -29,7 +30,7 @@ void PipelineRun::Prepare(const Drawn& drawn) {
 }
 
 void PipelineRun::Add(const Point& point) {
-  AddStep(point.make(adjustments_, image_.size));
+  AddStep(point.make(adjustments_, FrameSize()));
 }
 
 void PipelineRun::Add(const Area& area) {
@@ -46,13 +47,20 @@ void PipelineRun::Add(const Whole& whole) {
 }
 
 void PipelineRun::Add(const Frame& frame) {
-  KeepWorkingImage();
-  image_ = frame.make(adjustments_, working_);
+  const FrameTransform transform = frame.make(adjustments_, FrameSize());
+  const bool is_stored = !pixels_.empty() && steps_.empty();
+  const auto streamed = is_stored || IsWorthStoring() ? std::nullopt : Streamed(transform, FrameSize());
+  if (streamed) {
+    steps_.emplace_back(*streamed);
+    return;
+  }
+  if (!is_stored) KeepWorkingImage();
+  image_ = Transformed(pixels_, transform);
+  pixels_.release();
 }
 
-void PipelineRun::Add(const Crop& crop) {
-  if (!steps_.empty()) KeepWorkingImage();
-  image_ = Cropped(image_, crop.area(adjustments_, image_.size));
+void PipelineRun::Add(const View& view) {
+  steps_.emplace_back(view.make(adjustments_, FrameSize()));
 }
 
 void PipelineRun::Add(const Drawn& drawn) {
@@ -60,7 +68,7 @@ void PipelineRun::Add(const Drawn& drawn) {
 }
 
 void PipelineRun::Finish(cv::Mat& developed, int type) const {
-  cv::Mat target = IsReusable(developed, type) ? developed : LargeImage(image_.size, type);
+  cv::Mat target = IsReusable(developed, type) ? developed : LargeImage(FrameSize(), type);
   RunRowSteps(image_, steps_, StoreIn(target));
   developed = target;
 }
@@ -73,7 +81,7 @@ void PipelineRun::AddStep(RowStep step) {
 // Stores the image as it is after the steps so far.
 StoreRows PipelineRun::StoreHere() {
   return [this](int type, RowSink (*sink)(const cv::Mat&)) {
-    cv::Mat stored = LargeImage(image_.size, type);
+    cv::Mat stored = LargeImage(FrameSize(), type);
     StoreSteps(sink(stored));
     return stored;
   };
@@ -90,19 +98,28 @@ void PipelineRun::StoreSteps(const RowSink& sink) {
   }
 }
 
+// Whether reading some rows twice costs more.
+bool PipelineRun::IsWorthStoring() const {
+  return std::any_of(steps_.begin(), steps_.end(), [](const RowStep& step) {
+    return std::holds_alternative<AreaTransform>(step) || std::holds_alternative<StreamedFrame>(step);
+  });
+}
+
 // The previous working image, from which this one is read, becomes the memory of the next.
 void PipelineRun::KeepWorkingImage() {
-  cv::Mat next = spare_.size() == image_.size ? spare_ : LargeImage(image_.size, CV_32FC4);
+  const cv::Size size = FrameSize();
+  cv::Mat next = spare_.size() == size ? spare_ : LargeImage(size, CV_32FC4);
   RunRowSteps(image_, steps_, StoreIn(next));
   steps_.clear();
   spare_ = working_;
   working_ = next;
-  image_ = RowsOf(working_);
+  pixels_ = next;
+  image_ = RowsOf(next);
 }
 
 // The size and type fit, and nobody else holds the pixels.
 bool PipelineRun::IsReusable(const cv::Mat& developed, int type) const {
-  return developed.size() == image_.size && developed.type() == type && developed.u != nullptr &&
+  return developed.size() == FrameSize() && developed.type() == type && developed.u != nullptr &&
          developed.u->refcount == 1;
 }
 

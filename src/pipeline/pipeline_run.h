@@ -30,12 +30,12 @@ struct Whole {
 
 // Pixels move.
 struct Frame {
-  RowSource (*make)(const Adjustments&, cv::Mat& working);
+  FrameTransform (*make)(const Adjustments&, cv::Size frame);
 };
 
-// A part of the image is kept.
-struct Crop {
-  cv::Rect (*area)(const Adjustments&, cv::Size frame);
+// The pixels are those of a part of the image, or mirrored.
+struct View {
+  FrameView (*make)(const Adjustments&, cv::Size frame);
 };
 
 // Something that is drawn in sequence while the stages before it run is added.
@@ -45,14 +45,14 @@ struct Drawn {
 };
 
 // Steps are held back until an operation needs their result or the run ends, and then pass over the rows
-// together. Only frame operations need the working image in memory.
+// together. Only frame operations need the image in memory.
 class PipelineRun {
  public:
   // `source` is CV_16UC4 or CV_32FC4. Both must outlive the run.
   PipelineRun(const cv::Mat& source, const Adjustments& adjustments);
 
   // To be called for every active operation before the first Add: starts what runs concurrently.
-  void Prepare(const Crop& crop);
+  void Prepare(const View& view);
   void Prepare(const Drawn& drawn);
   template <typename Kind>
   void Prepare(const Kind& /*kind*/) {}
@@ -62,7 +62,7 @@ class PipelineRun {
   void Add(const Area& area);
   void Add(const Whole& whole);
   void Add(const Frame& frame);
-  void Add(const Crop& crop);
+  void Add(const View& view);
   void Add(const Drawn& drawn);
 
   // Overwrites an earlier result of `type` where it can, because fresh memory is slow. Nothing can fail after
@@ -74,10 +74,13 @@ class PipelineRun {
   StoreRows StoreHere();
   void StoreSteps(const RowSink& sink);
   void KeepWorkingImage();
+  bool IsWorthStoring() const;
+  cv::Size FrameSize() const { return SizeAfter(image_.size, steps_); }
   bool IsReusable(const cv::Mat& developed, int type) const;
 
   const Adjustments& adjustments_;
   RowSource image_;  // before the steps
+  cv::Mat pixels_;   // of that image, or empty if it is computed
   RowSteps steps_;
   cv::Mat working_;  // the last one kept
   cv::Mat spare_;

@@ -33,14 +33,16 @@ struct RowPart {
   PartColumns columns;
   int x;  // of the first column in the frame
   int y;
+  int next_y = y + 1;  // where this strip of columns is read next
 };
 
-// The three below are called from several threads at once.
+// The sources, transforms and sinks below are called from several threads at once.
 
 // An image that may be computed while it is read: `read` fills in the pixels of a part, parts in any order.
 struct RowSource {
   cv::Size size;
   std::function<void(const RowPart&)> read;
+  bool is_sampled = false;  // a row is made from several rows of another image
 };
 
 // Changes the pixels of a part in place; each depends on itself and its position alone.
@@ -48,6 +50,13 @@ struct RowTransform {
   std::function<void(const RowPart&)> apply;  // empty for the identity
 
   bool IsIdentity() const { return !apply; }
+};
+
+// Another frame on the same pixels: those of `area`, then mirrored.
+struct FrameView {
+  cv::Rect area;
+  bool flip_h = false;
+  bool flip_v = false;
 };
 
 // Stores the pixels of a part, or something made of them.

@@ -6,12 +6,16 @@
 #include <vector>
 
 #include "pipeline/area_transform.h"
+#include "pipeline/frame_transform.h"
 
 namespace lumvik {
 
 // The blur of an area transform must not be wide here.
-using RowStep = std::variant<RowTransform, AreaTransform>;
+using RowStep = std::variant<RowTransform, AreaTransform, FrameView, StreamedFrame>;
 using RowSteps = std::vector<RowStep>;
+
+// The size of a frame after steps.
+cv::Size SizeAfter(cv::Size frame, const RowSteps& steps);
 
 // Passes every row of `source` through the steps, in order, and to `sink`, on OpenCV's worker threads. All
 // that can fail does so before the first row is stored: if there is no memory for tasks, the calling thread

@@ -5,6 +5,7 @@
 #include <utility>
 #include <vector>
 
+#include "pipeline/frame_stream.h"
 #include "pipeline/gaussian_blur.h"
 #include "pipeline/mirrored_border.h"
 #include "pipeline/packed_rows.h"
@@ -39,6 +40,59 @@ class TransformStream : public RowStream {
  private:
   std::unique_ptr<RowStream> input_;
   const RowTransform& transform_;
+};
+
+template <int lanes>
+Lanes<lanes> Reversed(const Lanes<lanes>& values) {
+  if constexpr (lanes == 16) {
+    return __builtin_shufflevector(values, values, 15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0);
+  } else if constexpr (lanes == 8) {
+    return __builtin_shufflevector(values, values, 7, 6, 5, 4, 3, 2, 1, 0);
+  } else {
+    return __builtin_shufflevector(values, values, 3, 2, 1, 0);
+  }
+}
+
+// Swaps vectors from both ends, then the values between them.
+template <int lanes>
+void Reverse(float* values, int count) {
+  float* first = values;
+  float* last = values + count;
+  for (; last - first >= 2 * lanes; first += lanes) {
+    last -= lanes;
+    const auto front = LoadLanes<lanes>(first);
+    StoreLanes(Reversed<lanes>(LoadLanes<lanes>(last)), first);
+    StoreLanes(Reversed<lanes>(front), last);
+  }
+  std::reverse(first, last);
+}
+
+void Reverse(const RowPart& part) {
+  VectorizedByLanes([&part](auto lanes) {
+    for (float* values : {part.red, part.green, part.blue, part.alpha}) Reverse<lanes>(values, part.columns);
+  });
+}
+
+class ViewStream : public RowStream {
+ public:
+  ViewStream(std::unique_ptr<RowStream> input, const FrameView& view)
+      : input_(std::move(input)), view_(view) {}
+
+  void Read(const RowPart& part) override {
+    const cv::Rect& area = view_.area;
+    RowPart from = part;
+    from.x = area.x + (view_.flip_h ? area.width - part.x - part.columns : part.x);
+    from.y = RowAt(part.y);
+    from.next_y = RowAt(part.next_y);
+    input_->Read(from);
+    if (view_.flip_h) Reverse(part);
+  }
+
+ private:
+  int RowAt(int y) const { return view_.area.y + (view_.flip_v ? view_.area.height - 1 - y : y); }
+
+  std::unique_ptr<RowStream> input_;
+  FrameView view_;
 };
 
 // Holds the rows of a strip that the blur's kernel covers.
@@ -144,7 +198,11 @@ class AreaStream : public RowStream {
 int ColumnsAfter(const RowSteps& steps, size_t i) {
   int columns = kStripColumns;
   for (size_t later = steps.size() - 1; later > i; --later) {
-    if (const int radius = RadiusOf(steps[later]); radius > 0) columns = WidenedColumns(columns, radius);
+    // Even without a radius: columns that a view has moved are no longer aligned.
+    if (std::holds_alternative<AreaTransform>(steps[later])) {
+      columns = WidenedColumns(columns, RadiusOf(steps[later]));
+    }
+    if (std::holds_alternative<StreamedFrame>(steps[later])) columns = TileColumns(columns);
   }
   return columns;
 }
@@ -153,11 +211,17 @@ int ColumnsAfter(const RowSteps& steps, size_t i) {
 
 std::unique_ptr<RowStream> MakeRowStream(const RowSource& source, const RowSteps& steps) {
   std::unique_ptr<RowStream> stream = std::make_unique<SourceStream>(source);
+  cv::Size frame = source.size;
   for (size_t i = 0; i < steps.size(); ++i) {
     if (const auto* transform = std::get_if<RowTransform>(&steps[i])) {
       stream = std::make_unique<TransformStream>(std::move(stream), *transform);
+    } else if (const auto* view = std::get_if<FrameView>(&steps[i])) {
+      stream = std::make_unique<ViewStream>(std::move(stream), *view);
+      frame = view->area.size();
+    } else if (const auto* streamed = std::get_if<StreamedFrame>(&steps[i])) {
+      stream = MakeFrameStream(std::move(stream), frame, ColumnsAfter(steps, i), *streamed);
     } else {
-      stream = std::make_unique<AreaStream>(std::move(stream), source.size, ColumnsAfter(steps, i),
+      stream = std::make_unique<AreaStream>(std::move(stream), frame, ColumnsAfter(steps, i),
                                             std::get<AreaTransform>(steps[i]));
     }
   }
@@ -166,7 +230,10 @@ std::unique_ptr<RowStream> MakeRowStream(const RowSource& source, const RowSteps
 
 int ExtraRows(const RowSteps& steps) {
   int extra = 0;
-  for (const RowStep& step : steps) extra += 2 * RadiusOf(step);
+  for (const RowStep& step : steps) {
+    extra += 2 * RadiusOf(step);
+    if (const auto* streamed = std::get_if<StreamedFrame>(&step)) extra += streamed->rows;
+  }
   return extra;
 }
 

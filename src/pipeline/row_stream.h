@@ -22,7 +22,7 @@ class RowStream {
 // A stream that is read at most kStripColumns columns at a time. It refers to its arguments.
 std::unique_ptr<RowStream> MakeRowStream(const RowSource& source, const RowSteps& steps);
 
-// Rows that the area transforms read above and below a chunk of rows.
+// Rows that the steps read above and below a chunk of rows.
 int ExtraRows(const RowSteps& steps);
 
 }  // namespace lumvik

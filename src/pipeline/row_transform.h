@@ -29,13 +29,13 @@ Sample* PixelsOf(const cv::Mat& image, const RowPart& part) {
                                    image.elemSize() * static_cast<size_t>(part.x));
 }
 
-// Prefetches the pixels below the part: rows are visited a strip of columns at a time, and the hardware
+// Prefetches the pixels of the next row: rows are visited a strip of columns at a time, and the hardware
 // prefetcher does not cross pages. GCC drops calls to a function that only prefetches unless it is inlined
 // early.
 [[gnu::always_inline]] inline void PrefetchNextRow(const cv::Mat& image, const RowPart& part) {
   constexpr size_t kCacheLine = 64;
-  if (part.y + 1 >= image.rows) return;
-  const uint8_t* next = image.ptr(part.y + 1) + static_cast<size_t>(part.x) * image.elemSize();
+  if (part.next_y < 0 || part.next_y >= image.rows) return;
+  const uint8_t* next = image.ptr(part.next_y) + static_cast<size_t>(part.x) * image.elemSize();
   const size_t bytes = static_cast<size_t>(part.columns) * image.elemSize();
   for (size_t at = 0; at < bytes; at += kCacheLine) __builtin_prefetch(next + at);
 }

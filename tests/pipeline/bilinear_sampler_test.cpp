@@ -45,7 +45,7 @@ cv::Point2f Position(int x, int y, cv::Size size) {
           0.9F * static_cast<float>(size.height) * std::cos(0.03F * static_cast<float>(x))};
 }
 
-TEST(Sampled, IsOpenCvsRemap) {
+TEST(BilinearSampling, IsOpenCvsRemap) {
   std::vector<cv::Size> sizes = test::OddSizes();
   sizes.emplace_back(kMaxPart + 77, 35);
   for (const cv::Size size : sizes) {
@@ -63,9 +63,15 @@ TEST(Sampled, IsOpenCvsRemap) {
         positions.y[i] = NearestPosition(place.y * kPositionsPerPixel);
       }
     };
-    EXPECT_LT(cv::norm(Stored(Sampled(working, locate)), expected, cv::NORM_INF), 1e-6) << size;
-    test::WithEachInstructionSet(
-        [&] { EXPECT_LT(cv::norm(Stored(Sampled(working, locate)), expected, cv::NORM_INF), 1e-6) << size; });
+    EXPECT_LT(cv::norm(Stored(Transformed(working, BilinearSampling(size, locate))), expected, cv::NORM_INF),
+              1e-6)
+        << size;
+    test::WithEachInstructionSet([&] {
+      EXPECT_LT(
+          cv::norm(Stored(Transformed(working, BilinearSampling(size, locate))), expected, cv::NORM_INF),
+          1e-6)
+          << size;
+    });
   }
 }
 

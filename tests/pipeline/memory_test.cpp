@@ -53,6 +53,31 @@ TEST(RenderMemory, AreaStagesKeepOnlyTheRowsOfTheirKernels) {
   EXPECT_LT(PeakOf(a, source), 16 * kMegabyte);
 }
 
+TEST(RenderMemory, FlipsACropAndOneTransformNeedNoImage) {
+  const cv::Mat source = test::ResizedPhotograph("cat.jpg", kWide);
+  Adjustments a = test::NeutralAdjustments();
+  a.flip_h = 1;
+  a.flip_v = 1;
+  a.crop = {0.1F, 0.1F, 0.8F, 0.8F};
+  EXPECT_LT(PeakOf(a, source), 16 * kMegabyte);
+  for (float Adjustments::*transform : {&Adjustments::distortion, &Adjustments::ca_correction,
+                                        &Adjustments::rotation, &Adjustments::perspective_h}) {
+    Adjustments alone = test::NeutralAdjustments();
+    alone.*transform = 2;
+    EXPECT_LT(PeakOf(alone, source), 16 * kMegabyte);
+  }
+}
+
+TEST(RenderMemory, PointStagesAndStraighteningNeedNoImage) {
+  const cv::Mat source = test::ResizedPhotograph("cat.jpg", kWide);
+  Adjustments a;
+  a.exposure = 0.5F;
+  a.flip_h = 1;
+  a.rotation = 1.5F;
+  a.crop = {0.1F, 0.1F, 0.8F, 0.8F};
+  EXPECT_LT(PeakOf(a, source), 16 * kMegabyte);
+}
+
 TEST(RenderMemory, EverythingTakesAtMostThreeWorkingImages) {
   const cv::Mat source = test::ResizedPhotograph("cat.jpg", {1000, 667});
   Adjustments a;

@@ -59,25 +59,23 @@ int Pixels(int length, float fraction) {
 
 }  // namespace
 
-RowSource Flipped(cv::Mat& working, bool horizontally, bool vertically) {
-  if (horizontally) cv::flip(working, working, 1);
-  if (vertically) cv::flip(working, working, 0);
-  return RowsOf(working);
+FrameView Flip(cv::Size frame, bool horizontally, bool vertically) {
+  return {{{0, 0}, frame}, horizontally, vertically};
 }
 
-RowSource Rotated(const cv::Mat& working, float degrees) {
-  const cv::Point2f center(static_cast<float>(working.cols) * 0.5F, static_cast<float>(working.rows) * 0.5F);
+FrameTransform Rotation(cv::Size frame, float degrees) {
+  const cv::Point2f center(static_cast<float>(frame.width) * 0.5F, static_cast<float>(frame.height) * 0.5F);
   cv::Matx23d forward = cv::getRotationMatrix2D(center, static_cast<double>(degrees), 1.0);
   cv::Matx23d back;
   cv::invertAffineTransform(forward, back);
   constexpr double kFine = 1 << kFineBits;
-  std::vector<int> along_x(static_cast<size_t>(working.cols));
+  std::vector<int> along_x(static_cast<size_t>(frame.width));
   std::vector<int> along_y(along_x.size());
-  for (int x = 0; x < working.cols; ++x) {
+  for (int x = 0; x < frame.width; ++x) {
     along_x[static_cast<size_t>(x)] = cvRound(back(0, 0) * x * kFine);
     along_y[static_cast<size_t>(x)] = cvRound(back(1, 0) * x * kFine);
   }
-  return Sampled(working, [=](const RowPart& part, SamplePositions& positions) {
+  return BilinearSampling(frame, [=](const RowPart& part, SamplePositions& positions) {
     constexpr int kHalfPosition = 1 << (kFineToPosition - 1);
     const int row_x = cvRound((back(0, 1) * part.y + back(0, 2)) * kFine) + kHalfPosition;
     const int row_y = cvRound((back(1, 1) * part.y + back(1, 2)) * kFine) + kHalfPosition;
@@ -92,9 +90,9 @@ RowSource Rotated(const cv::Mat& working, float degrees) {
   });
 }
 
-RowSource PerspectiveCorrected(const cv::Mat& working, float horizontal, float vertical) {
-  const auto width = static_cast<float>(working.cols);
-  const auto height = static_cast<float>(working.rows);
+FrameTransform Perspective(cv::Size frame, float horizontal, float vertical) {
+  const auto width = static_cast<float>(frame.width);
+  const auto height = static_cast<float>(frame.height);
   const float dx = width * (horizontal / 100.0F * kPerspectiveStrength);
   const float dy = height * (vertical / 100.0F * kPerspectiveStrength);
   const std::vector<cv::Point2f> from = {{0, 0}, {width, 0}, {width, height}, {0, height}};
@@ -105,8 +103,8 @@ RowSource PerspectiveCorrected(const cv::Mat& working, float horizontal, float v
   cv::invert(forward, back);
   // cv::warpPerspective evaluates the matrix anew per block of columns, which affects the last bits of a
   // position.
-  const int block = std::min(kBlockPixels / std::min(kBlockRows, working.rows), working.cols);
-  return Sampled(working, [back, block](const RowPart& part, SamplePositions& positions) {
+  const int block = std::min(kBlockPixels / std::min(kBlockRows, frame.height), frame.width);
+  return BilinearSampling(frame, [back, block](const RowPart& part, SamplePositions& positions) {
     for (int i = 0; i < part.columns;) {
       const int x = part.x + i;
       const int first = x / block * block;
@@ -126,16 +124,6 @@ cv::Rect CropArea(const CropRectangle& crop, cv::Size frame) {
   const int width = std::min(Pixels(frame.width, crop.w), frame.width - x);
   const int height = std::min(Pixels(frame.height, crop.h), frame.height - y);
   return width < kSmallestSide || height < kSmallestSide ? whole : cv::Rect(x, y, width, height);
-}
-
-RowSource Cropped(const RowSource& image, const cv::Rect& area) {
-  const auto read = [=](const RowPart& part) {
-    RowPart from = part;
-    from.x += area.x;
-    from.y += area.y;
-    image.read(from);
-  };
-  return {area.size(), read};
 }
 
 }  // namespace lumvik

@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "base/code_scale.h"
 #include "base/vectorized.h"
 #include "pipeline/bilinear_sampler.h"
 #include "pipeline/packed_rows.h"
@@ -70,68 +71,128 @@ Line ResizedLine(int length, double factor, int resized_length, bool is_cut) {
   return line;
 }
 
-// One color of the working image, resized.
+// Columns whose two sources lie at the same distances from them.
+struct Run {
+  Columns columns;
+  int to_first;
+  int to_second;
+};
+
+std::vector<Run> RunsOf(const Line& line) {
+  std::vector<Run> runs;
+  for (size_t i = 0; i < line.first.size(); ++i) {
+    const int x = static_cast<int>(i);
+    const int to_first = line.first[i] - x;
+    const int to_second = line.second[i] - x;
+    if (runs.empty() || runs.back().to_first != to_first || runs.back().to_second != to_second) {
+      runs.push_back({{x, x}, to_first, to_second});
+    }
+    runs.back().columns.last = x + 1;
+  }
+  return runs;
+}
+
+// One color of an image, resized.
 class ResizedColor {
  public:
-  ResizedColor(const cv::Mat& working, int color, float factor) : working_(working), color_(color) {
+  ResizedColor(cv::Size frame, int color, float factor) : color_(color) {
     const auto scale = static_cast<double>(factor);
-    const cv::Size resized(cvRound(working.cols * scale), cvRound(working.rows * scale));
+    const cv::Size resized(cvRound(frame.width * scale), cvRound(frame.height * scale));
     CV_Assert(!resized.empty());
     // OpenCV copies a plane whose size does not change.
-    const double used_scale = resized == working.size() ? 1.0 : scale;
+    const double used_scale = resized == frame ? 1.0 : scale;
     // Sizes are compared because half the difference is 0 for a plane one pixel too small.
-    const bool is_cut = resized.width >= working.cols && resized.height >= working.rows;
-    columns_ = ResizedLine(working.cols, used_scale, resized.width, is_cut);
-    rows_ = ResizedLine(working.rows, used_scale, resized.height, is_cut);
+    const bool is_cut = resized.width >= frame.width && resized.height >= frame.height;
+    columns_ = ResizedLine(frame.width, used_scale, resized.width, is_cut);
+    rows_ = ResizedLine(frame.height, used_scale, resized.height, is_cut);
+    runs_ = RunsOf(columns_);
   }
 
-  void Read(const RowPart& part, float* __restrict values) const {
+  // The rectangle between the first and the last of the pixels that a part is made of.
+  cv::Rect Needs(const RowPart& part) const {
+    const auto left = static_cast<size_t>(part.x);
+    const size_t right = left + static_cast<size_t>(part.columns) - 1;
     const auto y = static_cast<size_t>(part.y);
-    const float* top = working_.ptr<float>(rows_.first[y]) + color_;
-    const float* bottom = working_.ptr<float>(rows_.second[y]) + color_;
-    const float top_weight = rows_.first_weight[y];
-    const float bottom_weight = rows_.second_weight[y];
-    const int* first = columns_.first.data() + part.x;
-    const int* second = columns_.second.data() + part.x;
-    const float* left_weight = columns_.first_weight.data() + part.x;
-    const float* right_weight = columns_.second_weight.data() + part.x;
-    Vectorized([=, columns = part.columns] {
-      for (int i = 0; i < columns; ++i) {
-        const int left = first[i] * kChannels;
-        const int right = second[i] * kChannels;
-        const float above = top[left] * left_weight[i] + top[right] * right_weight[i];
-        const float below = bottom[left] * left_weight[i] + bottom[right] * right_weight[i];
+    return {cv::Point(columns_.first[left], rows_.first[y]),
+            cv::Point(columns_.second[right] + 1, rows_.second[y] + 1)};
+  }
+
+  void Read(const ImageTile& tile, const RowPart& part, float* values) const {
+    for (const Run& run : runs_) {
+      const int first = std::max(run.columns.first, part.x);
+      const int last = std::min(run.columns.last, part.x + part.columns);
+      if (first >= last) continue;
+      if (tile.pixels.depth() == CV_16U) {
+        ReadRun<uint64_t>(tile, run, {first, last}, part.y, values + (first - part.x));
+      } else {
+        ReadRun<cv::Vec4f>(tile, run, {first, last}, part.y, values + (first - part.x));
+      }
+    }
+  }
+
+ private:
+  static float ColorOf(uint64_t pixel, int color) {
+    return static_cast<float>(static_cast<int>((pixel >> (16 * color)) & 0xFFFF)) * kUnitPerCode;
+  }
+  static float ColorOf(const cv::Vec4f& pixel, int color) { return pixel[color]; }
+
+  template <typename Pixel>
+  void ReadRun(const ImageTile& tile, const Run& run, Columns columns, int y,
+               float* __restrict values) const {
+    const auto row = static_cast<size_t>(y);
+    const auto pixels_of = [&](int source_row) {
+      return reinterpret_cast<const Pixel*>(tile.pixels.ptr(source_row - tile.origin.y)) + columns.first -
+             tile.origin.x;
+    };
+    const Pixel* top = pixels_of(rows_.first[row]);
+    const Pixel* bottom = pixels_of(rows_.second[row]);
+    const float top_weight = rows_.first_weight[row];
+    const float bottom_weight = rows_.second_weight[row];
+    const float* left_weight = columns_.first_weight.data() + columns.first;
+    const float* right_weight = columns_.second_weight.data() + columns.first;
+    Vectorized([=, left = run.to_first, right = run.to_second, color = color_] {
+      for (int i = 0; i < columns.Count(); ++i) {
+        const float above =
+            ColorOf(top[i + left], color) * left_weight[i] + ColorOf(top[i + right], color) * right_weight[i];
+        const float below = ColorOf(bottom[i + left], color) * left_weight[i] +
+                            ColorOf(bottom[i + right], color) * right_weight[i];
         values[i] = above * top_weight + below * bottom_weight;
       }
     });
   }
 
- private:
-  cv::Mat working_;
   int color_;
   Line columns_;
   Line rows_;
+  std::vector<Run> runs_;
 };
 
 }  // namespace
 
-RowSource CorrectDistortion(const cv::Mat& working, float amount) {
-  const Lens lens(working.size(), amount / 100.0F * kDistortionStrength);
-  return Sampled(working, [lens](const RowPart& part, SamplePositions& positions) {
+FrameTransform DistortionCorrection(cv::Size frame, float amount) {
+  const Lens lens(frame, amount / 100.0F * kDistortionStrength);
+  return BilinearSampling(frame, [lens](const RowPart& part, SamplePositions& positions) {
     Vectorized([&] { LocatePixels(lens, part.x, part.y, part.columns, positions.x, positions.y); });
   });
 }
 
-RowSource CorrectChromaticAberration(const cv::Mat& working, float amount) {
+FrameTransform AberrationCorrection(cv::Size frame, float amount) {
   const float strength = amount / 100.0F * kAberrationStrength;
-  const auto red = std::make_shared<const ResizedColor>(working, kRed, 1.0F + strength);
-  const auto blue = std::make_shared<const ResizedColor>(working, kBlue, 1.0F - strength);
-  const auto read = [unchanged = RowsOf(working).read, red, blue](const RowPart& part) {
-    unchanged(part);
-    red->Read(part, part.red);
-    blue->Read(part, part.blue);
+  const auto red = std::make_shared<const ResizedColor>(frame, kRed, 1.0F + strength);
+  const auto blue = std::make_shared<const ResizedColor>(frame, kBlue, 1.0F - strength);
+  const auto needs = [red, blue](const RowPart& part) {
+    return red->Needs(part) | blue->Needs(part) | cv::Rect(part.x, part.y, part.columns, 1);
   };
-  return {working.size(), read};
+  const auto read = [red, blue](const ImageTile& tile, const RowPart& part) {
+    RowPart unchanged = part;
+    unchanged.x -= tile.origin.x;
+    unchanged.y -= tile.origin.y;
+    unchanged.next_y -= tile.origin.y;
+    ReadPixels(tile.pixels, unchanged);
+    red->Read(tile, part, part.red);
+    blue->Read(tile, part, part.blue);
+  };
+  return {needs, read};
 }
 
 }  // namespace lumvik

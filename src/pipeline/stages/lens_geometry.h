@@ -2,18 +2,16 @@
 #ifndef LUMVIK_PIPELINE_STAGES_LENS_GEOMETRY_H_
 #define LUMVIK_PIPELINE_STAGES_LENS_GEOMETRY_H_
 
-#include "pipeline/packed_rows.h"
+#include "pipeline/frame_transform.h"
 
 namespace lumvik {
 
-// Both refer to `working` (CV_32FC4), which they sample while their rows are read.
-
 // Radial distortion, -100..100 percent: positive values sample closer to the center toward the corners, which
 // corrects barrel distortion. The image is mirrored at its edges.
-RowSource CorrectDistortion(const cv::Mat& working, float amount);
+FrameTransform DistortionCorrection(cv::Size frame, float amount);
 
 // Enlarges red and shrinks blue about the center by up to 0.3 % at 100 percent. Blue is padded with 0.
-RowSource CorrectChromaticAberration(const cv::Mat& working, float amount);
+FrameTransform AberrationCorrection(cv::Size frame, float amount);
 
 }  // namespace lumvik
 

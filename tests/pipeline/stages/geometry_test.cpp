@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "pipeline/packed_rows.h"
 #include "pipeline/row_steps.h"
 #include "reference/geometry.h"
 #include "support/test_images.h"
@@ -10,7 +11,7 @@ namespace lumvik {
 namespace {
 
 // A position that is off by its last bit can be rounded to the next 1/32 of a pixel, which noise shows.
-TEST(PerspectiveCorrected, SamplesTheReferencesPositions) {
+TEST(Perspective, SamplesTheReferencesPositions) {
   for (const cv::Size size : {cv::Size(2100, 400), cv::Size(2100, 5)}) {
     const cv::Mat working = test::WorkingNoise(size);
     for (const float amount : {3.0F, 17.0F, 60.0F, 100.0F}) {
@@ -20,8 +21,9 @@ TEST(PerspectiveCorrected, SamplesTheReferencesPositions) {
       cv::Mat expected = working.clone();
       reference::Geometry(expected, adjustments);
       cv::Mat corrected(size, CV_32FC4);
-      RunRowSteps(PerspectiveCorrected(working, adjustments.perspective_h, adjustments.perspective_v), {},
-                  StoreIn(corrected));
+      const FrameTransform perspective =
+          Perspective(size, adjustments.perspective_h, adjustments.perspective_v);
+      RunRowSteps(Transformed(working, perspective), {}, StoreIn(corrected));
       EXPECT_LT(cv::norm(corrected, expected, cv::NORM_INF), 1e-6) << size << ' ' << amount;
     }
   }
