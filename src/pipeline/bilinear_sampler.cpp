@@ -143,9 +143,9 @@ Pairs<lanes> LoadPairs(const At& at, const uint16_t* /*type*/) {
 }
 
 template <typename Sample>
-class Sampler {
+class PixelSampler {
  public:
-  Sampler(const ImageTile& tile, cv::Size frame)
+  PixelSampler(const ImageTile& tile, cv::Size frame)
       : tile_(tile),
         frame_(frame),
         pixels_(tile.pixels.ptr<Sample>()),
@@ -300,9 +300,9 @@ FrameTransform BilinearSampling(cv::Size frame, const LocatePart& locate) {
     SamplePositions positions;  // NOLINT(cppcoreguidelines-pro-type-member-init): filled in by locate
     locate(part, positions);
     if (tile.pixels.depth() == CV_16U) {
-      Sampler<uint16_t>(tile, frame).Read(part, positions);
+      PixelSampler<uint16_t>(tile, frame).Read(part, positions);
     } else {
-      Sampler<float>(tile, frame).Read(part, positions);
+      PixelSampler<float>(tile, frame).Read(part, positions);
     }
   };
   return {needs, read};
