@@ -30,7 +30,7 @@ RowSource Transformed(const cv::Mat& image, const FrameTransform& transform);
 // rows at a time are enough.
 struct StreamedFrame {
   FrameTransform transform;
-  int rows;
+  int rows = 0;
 };
 
 // Nothing if the tile would have to be too large, or to move up.
