@@ -76,6 +76,8 @@ void Vectorized(const Loop& loop) {
 inline constexpr int kMaxLanes = 16;
 
 // A vector of N floats, for loops that the compiler does not vectorize well. Arithmetic is element-wise.
+// Functions that take or return one are always inlined: clang would compile them for the baseline, which
+// passes wide vectors in another way than the instruction set of their caller.
 template <int lanes>
 struct LanesOf {
   using Type __attribute__((vector_size(lanes * sizeof(float)))) = float;
@@ -84,14 +86,14 @@ template <int lanes>
 using Lanes = typename LanesOf<lanes>::Type;
 
 template <int lanes>
-Lanes<lanes> LoadLanes(const float* from) {
+[[gnu::always_inline]] inline Lanes<lanes> LoadLanes(const float* from) {
   Lanes<lanes> loaded;
   std::memcpy(&loaded, from, sizeof(loaded));
   return loaded;
 }
 
 template <typename Vector>
-void StoreLanes(const Vector& vector, float* to) {
+[[gnu::always_inline]] inline void StoreLanes(const Vector& vector, float* to) {
   std::memcpy(to, &vector, sizeof(vector));
 }
 

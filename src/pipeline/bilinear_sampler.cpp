@@ -50,7 +50,7 @@ void FindCorners(const SamplePositions& positions, int count, cv::Point origin, 
 
 // The lower or upper halves of each four values of two vectors, alternating.
 template <int lanes>
-Lanes<lanes> InterleaveLow(const Lanes<lanes>& a, const Lanes<lanes>& b) {
+[[gnu::always_inline]] inline Lanes<lanes> InterleaveLow(const Lanes<lanes>& a, const Lanes<lanes>& b) {
   if constexpr (lanes == 16) {
     return __builtin_shufflevector(a, b, 0, 16, 1, 17, 4, 20, 5, 21, 8, 24, 9, 25, 12, 28, 13, 29);
   } else if constexpr (lanes == 8) {
@@ -61,7 +61,7 @@ Lanes<lanes> InterleaveLow(const Lanes<lanes>& a, const Lanes<lanes>& b) {
 }
 
 template <int lanes>
-Lanes<lanes> InterleaveHigh(const Lanes<lanes>& a, const Lanes<lanes>& b) {
+[[gnu::always_inline]] inline Lanes<lanes> InterleaveHigh(const Lanes<lanes>& a, const Lanes<lanes>& b) {
   if constexpr (lanes == 16) {
     return __builtin_shufflevector(a, b, 2, 18, 3, 19, 6, 22, 7, 23, 10, 26, 11, 27, 14, 30, 15, 31);
   } else if constexpr (lanes == 8) {
@@ -73,9 +73,11 @@ Lanes<lanes> InterleaveHigh(const Lanes<lanes>& a, const Lanes<lanes>& b) {
 
 // Four values at each of at(i), at(i + 4), ... in one vector.
 template <int lanes, typename At>
-Lanes<lanes> LoadEveryFourth(const At& at, int i) {
-  const auto one = [&at](int k) { return LoadLanes<4>(at(k)); };
-  const auto two = [&one](int k) {
+[[gnu::always_inline]] inline Lanes<lanes> LoadEveryFourth(const At& at, int i) {
+  const auto one = [&at](int k) __attribute__((always_inline)) {
+    return LoadLanes<4>(at(k));
+  };
+  const auto two = [&one](int k) __attribute__((always_inline)) {
     return __builtin_shufflevector(one(k), one(k + 4), 0, 1, 2, 3, 4, 5, 6, 7);
   };
   if constexpr (lanes == 16) {
@@ -94,7 +96,7 @@ struct Four {
 };
 
 template <int lanes, typename At>
-Four<lanes> LoadTransposed(const At& at) {
+[[gnu::always_inline]] inline Four<lanes> LoadTransposed(const At& at) {
   const auto a = LoadEveryFourth<lanes>(at, 0);
   const auto b = LoadEveryFourth<lanes>(at, 1);
   const auto c = LoadEveryFourth<lanes>(at, 2);
@@ -115,7 +117,7 @@ struct Pairs {
 };
 
 template <int lanes, typename At>
-Pairs<lanes> LoadPairs(const At& at, const float* /*type*/) {
+[[gnu::always_inline]] inline Pairs<lanes> LoadPairs(const At& at, const float* /*type*/) {
   return {LoadTransposed<lanes>(at), LoadTransposed<lanes>([&at](int i) { return at(i) + kChannels; })};
 }
 
@@ -127,12 +129,13 @@ struct WordsOf {
 
 // Two pixels of 16 bits are four words of 32.
 template <int lanes, typename At>
-Pairs<lanes> LoadPairs(const At& at, const uint16_t* /*type*/) {
+[[gnu::always_inline]] inline Pairs<lanes> LoadPairs(const At& at, const uint16_t* /*type*/) {
   using Words = typename WordsOf<lanes>::Type;
   const Four<lanes> words =
       LoadTransposed<lanes>([&at](int i) { return reinterpret_cast<const float*>(at(i)); });
-  const auto channels = [](const Lanes<lanes>& red_green, const Lanes<lanes>& blue_alpha) {
-    const auto unit = [](const Words& codes) {
+  const auto channels =
+      [](const Lanes<lanes>& red_green, const Lanes<lanes>& blue_alpha) __attribute__((always_inline)) {
+    const auto unit = [](const Words& codes) __attribute__((always_inline)) {
       return __builtin_convertvector(codes & 0xFFFF, Lanes<lanes>) * kUnitPerCode;
     };
     const auto low = reinterpret_cast<Words>(red_green);
@@ -196,7 +199,7 @@ class PixelSampler {
   }
 
   template <int lanes>
-  void MixVector(const Corners& corners, int first, const RowPart& to) const {
+  [[gnu::always_inline]] inline void MixVector(const Corners& corners, int first, const RowPart& to) const {
     const auto pixels_at = [this](const uint32_t* offsets) {
       return [this, offsets](int i) { return pixels_ + static_cast<size_t>(offsets[i]) * kChannels; };
     };
@@ -206,7 +209,7 @@ class PixelSampler {
     const auto top_right = LoadLanes<lanes>(corners.top_right_weight + first);
     const auto bottom_left = LoadLanes<lanes>(corners.bottom_left_weight + first);
     const auto bottom_right = LoadLanes<lanes>(corners.bottom_right_weight + first);
-    const auto mix = [&](int channel) {
+    const auto mix = [&](int channel) __attribute__((always_inline)) {
       return top.left.at[channel] * top_left + top.right.at[channel] * top_right +
              bottom.left.at[channel] * bottom_left + bottom.right.at[channel] * bottom_right;
     };

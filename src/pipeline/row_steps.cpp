@@ -24,7 +24,7 @@ bool IsUpsideDown(const RowSteps& steps) {
   bool upside_down = false;
   for (const RowStep& step : steps) {
     const auto* view = std::get_if<FrameView>(&step);
-    if (view != nullptr) upside_down ^= view->flip_v;
+    if (view != nullptr && view->flip_v) upside_down = !upside_down;
     if (std::holds_alternative<StreamedFrame>(step)) upside_down = false;
   }
   return upside_down;

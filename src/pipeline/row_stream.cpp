@@ -43,7 +43,7 @@ class TransformStream : public RowStream {
 };
 
 template <int lanes>
-Lanes<lanes> Reversed(const Lanes<lanes>& values) {
+[[gnu::always_inline]] inline Lanes<lanes> Reversed(const Lanes<lanes>& values) {
   if constexpr (lanes == 16) {
     return __builtin_shufflevector(values, values, 15, 14, 13, 12, 11, 10, 9, 8, 7, 6, 5, 4, 3, 2, 1, 0);
   } else if constexpr (lanes == 8) {

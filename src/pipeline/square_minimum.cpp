@@ -19,7 +19,7 @@ constexpr int kMinimumColumns = 1024;
 constexpr int kMinimumStripesPerThread = 2;
 
 template <int lanes>
-Lanes<lanes> Smaller(const Lanes<lanes>& left, const Lanes<lanes>& right) {
+[[gnu::always_inline]] inline Lanes<lanes> Smaller(const Lanes<lanes>& left, const Lanes<lanes>& right) {
   return right < left ? right : left;
 }
 
