@@ -10,6 +10,7 @@
 namespace lumvik {
 namespace {
 
+constexpr int kRgb = 3;  // colors
 constexpr int kSecondGreen = 3;
 constexpr int kMaximumRowsPerTask = 64;
 
@@ -62,7 +63,6 @@ bool BayerLibRaw::LeavesBlackPattern() const {
 
 bool BayerLibRaw::IsOrdinaryBayer() {
   constexpr unsigned kLastSpecialPattern = 1000;
-  constexpr int kRgb = 3;
   constexpr int kMinSide = 16;  // more than the frames that LibRaw does not demosaic
   constexpr float kNoCameraBalance = 1e-5F;
   constexpr double kMinSquareAspect = 0.995;
@@ -114,7 +114,6 @@ void BayerLibRaw::HideRows(void* libraw) {
 
 // At half size LibRaw would now average the two greens and go on with three colors.
 void BayerLibRaw::ShowRows(void* libraw) {
-  constexpr int kRgb = 3;
   BayerLibRaw& raw = Object(libraw);
   if (raw.imgdata.params.half_size == 0) {
     raw.imgdata.sizes.height = static_cast<ushort>(raw.visible_height_);
