@@ -67,7 +67,8 @@ RULES = [
          r"|visual)is(e[ds]?|ers?|ing|able|ations?)(?![a-z])", "-ize, as in normalize"),
     Rule(r"\b(ana|cata|para)lys(e|ed|ers?|ing)\b", "-yze, as in analyze"),
     Rule(r"\b(cancel|label|level|model|signal|travel)l(ed|ers?|ing)\b", "a single l, as in canceled"),
-    Rule(r"\b(artefact|catalogue|judgement|licence|amongst|whilst|fulfil|skilful|speciality)s?\b", "American spelling"),
+    Rule(r"\b(artefact|catalogue|judgement|licence|amongst|whilst|fulfil|skilful|speciality)s?\b", "American spelling",
+         fine=r"\bcollect[-_]licences\.sh\b|\blicences\.md\b|\bcollect_licences\b"),
 ]
 COMPILED = [(re.compile(rule.pattern, re.IGNORECASE), re.compile(rule.fine, re.IGNORECASE) if rule.fine else None, rule)
             for rule in RULES]
