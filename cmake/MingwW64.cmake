@@ -1,5 +1,5 @@
 # Toolchain file: Windows on x86-64 with Debian's mingw-w64. Libraries are searched only in CMAKE_FIND_ROOT_PATH, which
-# the caller sets to the prefix that scripts/windows-dependencies.sh built.
+# the caller sets to the prefix that scripts/static-dependencies.sh built.
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 

@@ -10,6 +10,8 @@
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+# shellcheck source-path=SCRIPTDIR source=static-prefix.sh
+source "$ROOT/scripts/static-prefix.sh"
 
 BUILD=$ROOT/build/windows
 CACHE=${LUMVIK_WINDOWS_CACHE:-$ROOT/build/windows-cache}
@@ -17,17 +19,7 @@ CACHE=${LUMVIK_WINDOWS_CACHE:-$ROOT/build/windows-cache}
 step "Packages"
 "$ROOT/scripts/install-dependencies.sh" --build --windows
 
-# The build script, the compiler, and the versions that determine the sources.
-key=$({
-  cat "$ROOT/scripts/windows-dependencies.sh" "$ROOT/cmake/MingwW64.cmake"
-  dpkg-query -W g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 mingw-w64-x86-64-dev nasm libopencv-core-dev \
-    libraw20 libexif12 liblcms2-2 libjpeg62-turbo libpng16-16 libwebp7 libtiff6 zlib1g libexpat1 libexiv2-27 \
-    libcli11-dev nlohmann-json3-dev libxxhash-dev googletest
-} | sha256sum | cut -c 1-16)
-prefix=$CACHE/$key
-
-step "Libraries: $prefix"
-[[ -d $prefix ]] || "$ROOT/scripts/windows-dependencies.sh" "$prefix"
+static_prefix windows "$CACHE"
 
 # strip and zip store the time: the same bytes need the same time.
 export SOURCE_DATE_EPOCH=946684800 # the year 2000

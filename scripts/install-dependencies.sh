@@ -11,6 +11,7 @@
 #   --pictures      scripts/make-doc-pictures.sh (with --build)
 #   --package       scripts/package.sh (with --build)
 #   --bare-system   scripts/test-on-bare-system.sh and scripts/test-packages.sh
+#   --linux         scripts/package-linux.sh (with --build)
 #   --windows       scripts/build-windows.sh (with --build)
 #   --windows-test  scripts/test-windows.sh (with --build --windows)
 set -euo pipefail
@@ -60,11 +61,19 @@ bare_system_packages=(
   debootstrap # makes the bare system
   git         # clones the tree into it
 )
+static_packages=(
+  dpkg-dev    # unpacks Debian's source packages
+  nasm        # SIMD code of the JPEG library
+  googletest  # GoogleTest as source
+)
+linux_packages=(
+  "${static_packages[@]}"
+  debian-archive-keyring  # signature of the oldest supported system
+  xz-utils                # makes the package
+)
 windows_packages=(
+  "${static_packages[@]}"
   g++-mingw-w64-x86-64-posix  # the cross compiler, with std::thread
-  dpkg-dev                    # unpacks Debian's source packages
-  nasm                        # SIMD code of the JPEG library
-  googletest                  # GoogleTest as source
   zip                         # makes the package
 )
 windows_test_packages=(
@@ -88,6 +97,7 @@ for argument in "$@"; do
     --package) sets+=("${package_packages[@]}") ;;
     --bare-system) sets+=("${bare_system_packages[@]}") ;;
     --fuzz) sets+=("${fuzz_packages[@]}") ;;
+    --linux) sets+=("${linux_packages[@]}") ;;
     --windows) sets+=("${windows_packages[@]}") ;;
     --windows-test) sets+=("${windows_test_packages[@]}") ;;
     *)

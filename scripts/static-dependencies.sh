@@ -1,23 +1,31 @@
 #!/usr/bin/env bash
-# Builds the libraries lumvik needs for Windows x86-64, as static libraries, from Debian's source packages, in the same
-# versions as the native packages if the archive still has them.
+# Builds the libraries lumvik needs as static libraries, for Windows or for the archive for Linux, both on x86-64, from
+# Debian's source packages, in the same versions as the native packages if the archive still has them.
 #
-#   scripts/windows-dependencies.sh PREFIX
+#   scripts/static-dependencies.sh windows|linux PREFIX
 #
-# PREFIX is created only once it is complete. After a failure the downloaded sources are reused.
+# scripts/static-windows.sh and scripts/static-linux.sh hold what differs. PREFIX is created only once it is complete.
+# After a failure the downloaded sources are reused.
 set -euo pipefail
 # shellcheck source-path=SCRIPTDIR source=common.sh
 source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
+# shellcheck source-path=SCRIPTDIR source=debian-archive.sh
+source "$ROOT/scripts/debian-archive.sh"
 
-(($# == 1)) || fail "usage: scripts/windows-dependencies.sh PREFIX"
-PREFIX=$(realpath -m -- "$1")
+(($# == 2)) || fail "usage: scripts/static-dependencies.sh windows|linux PREFIX"
+SYSTEM=$1
+PREFIX=$(realpath -m -- "$2")
 WORK=$PREFIX.work
 OUT=$WORK/prefix
 SOURCES=$WORK/sources
 
-TRIPLET=x86_64-w64-mingw32
+[[ -e $ROOT/scripts/static-$SYSTEM.sh ]] || fail "unknown system: $SYSTEM"
+# shellcheck source=/dev/null
+source "$ROOT/scripts/static-$SYSTEM.sh"
+
 CCACHE=$(command -v ccache || true)
-# The flags of Debian, and no path of this machine, so that the bytes do not depend on the folder.
+export CCACHE_BASEDIR=$WORK # hits for another PREFIX too
+# The optimization of Debian, and no path of this machine, so that the bytes do not depend on the folder.
 FLAGS="-O2 -DNDEBUG -ffile-prefix-map=$WORK=."
 
 # SOURCE:BINARY, where BINARY is a package of that source that the native build has installed.
@@ -34,29 +42,6 @@ packages=(
   exiv2:libexiv2-27
   opencv:libopencv-core-dev
 )
-
-# A separate index of source packages: the system may have none, and its configuration is not touched.
-apt_options=(
-  -q
-  -o Dir::Etc::sourcelist="$WORK/apt/sources.list"
-  -o Dir::Etc::sourceparts="$WORK/apt/parts"
-  -o Dir::State::lists="$WORK/apt/lists"
-  -o Dir::Cache="$WORK/apt/cache"
-  -o Acquire::Retries=3
-  -o APT::Sandbox::User=root
-)
-
-make_source_index() {
-  mkdir -p "$WORK/apt"/{parts,lists/partial,cache/archives/partial}
-  touch "$WORK/apt/sources.list"
-  if [[ -e /etc/apt/sources.list ]]; then
-    sed -n 's/^deb /deb-src /p' /etc/apt/sources.list >"$WORK/apt/sources.list"
-  fi
-  if [[ -e /etc/apt/sources.list.d/debian.sources ]]; then
-    sed 's/^Types:.*/Types: deb-src/' /etc/apt/sources.list.d/debian.sources >"$WORK/apt/parts/debian.sources"
-  fi
-  apt-get "${apt_options[@]}" update
-}
 
 # fetch SOURCE PACKAGE: the installed version, or the newest that can be downloaded, since the index of a mirror may list
 # versions whose files it does not have.
@@ -77,10 +62,10 @@ fetch() {
 # cmake_library NAME FOLDER [CMAKE OPTION...]
 cmake_library() {
   # OpenCV's error texts contain source file names; as in Debian's build, they are relative to its tree. Some libraries
-  # contain the install prefix, so it is always the same.
-  local flags="$FLAGS -ffile-prefix-map=$SOURCES/$2=."
+  # contain the install prefix, so it is always the same. ccache makes paths relative to the build folder.
+  local flags="$FLAGS -ffile-prefix-map=$SOURCES/$2=. -ffile-prefix-map=../../sources/$2=."
   step "$1"
-  cmake -S "$SOURCES/$2" -B "$WORK/build/$1" -G Ninja --toolchain "$ROOT/cmake/MingwW64.cmake" \
+  cmake -S "$SOURCES/$2" -B "$WORK/build/$1" -G Ninja --toolchain "$toolchain" \
     -D CMAKE_BUILD_TYPE=Release -D CMAKE_C_FLAGS_RELEASE="$flags" -D CMAKE_CXX_FLAGS_RELEASE="$flags" \
     -D CMAKE_C_COMPILER_LAUNCHER="$CCACHE" -D CMAKE_CXX_COMPILER_LAUNCHER="$CCACHE" \
     -D CMAKE_FIND_ROOT_PATH="$OUT" -D CMAKE_INSTALL_PREFIX=/lumvik -D CMAKE_INSTALL_LIBDIR:STRING=lib \
@@ -91,18 +76,19 @@ cmake_library() {
   DESTDIR=$OUT cmake --install "$WORK/build/$1" --prefix / >>"$WORK/$1.log"
 }
 
-# plain_library NAME COMPILER FOLDER "FLAGS" FILE...: for sources whose build system does not support the compiler.
+# plain_library NAME FOLDER "FLAGS" FILE...: for sources whose build system does not support the compiler.
 plain_library() {
-  local name=$1 compiler=$2 folder=$3 flags=$4
-  shift 4
-  step "$name"
-  mkdir -p "$WORK/build/$name" "$OUT/lib"
-  # shellcheck disable=SC2086 # split into words
-  printf '%s\n' "$@" | (cd "$SOURCES/$folder" && xargs -P "$JOBS" -I {} sh -c '
-    object=$1/$(printf %s "$2" | tr / _).o
-    shift 2
-    exec "$@" -o "$object"' sh "$WORK/build/$name" {} $CCACHE "$TRIPLET-$compiler-posix" $FLAGS -w $flags -c {})
-  "$TRIPLET-ar" rcsD "$OUT/lib/lib$name.a" "$WORK/build/$name"/*.o
+  local name=$1 folder=$2/static flags=$3
+  shift 3
+  mkdir -p "$SOURCES/$folder"
+  cat >"$SOURCES/$folder/CMakeLists.txt" <<END
+cmake_minimum_required(VERSION 3.25)
+project($name C CXX)
+add_library($name STATIC $(printf '"%s" ' "$@"))
+target_compile_options($name PRIVATE -w $flags)
+install(TARGETS $name ARCHIVE DESTINATION lib)
+END
+  cmake_library "$name" "$folder"
 }
 
 # pkg_config NAME VERSION "LIBRARIES" "FLAGS"
@@ -111,7 +97,7 @@ pkg_config() {
   cat >"$OUT/lib/pkgconfig/$1.pc" <<END
 prefix=\${pcfiledir}/../..
 Name: $1
-Description: $1, static, for Windows
+Description: $1, static
 Version: $2
 Libs: -L\${prefix}/lib $3
 Cflags: -I\${prefix}/include $4
@@ -127,15 +113,16 @@ headers() {
 
 rm -rf "$WORK"/{build,prefix}
 mkdir -p "$SOURCES" "$OUT/licenses"
+prepare_system
 step "Sources"
-make_source_index
+index_sources "$WORK/apt"
 for package in "${packages[@]}"; do
   fetch "${package%:*}" "${package#*:}"
   cp "$SOURCES/${package%:*}/debian/copyright" "$OUT/licenses/${package%:*}.txt"
 done
 cat "$SOURCES"/*.version >"$OUT/versions.txt"
 
-plain_library z gcc zlib "" "$SOURCES"/zlib/*.c
+plain_library z zlib "" "$SOURCES"/zlib/*.c
 headers . "$SOURCES"/zlib/{zlib,zconf}.h
 
 cmake_library libjpeg-turbo libjpeg-turbo -D ENABLE_SHARED=OFF -D WITH_TURBOJPEG=OFF -D REQUIRE_SIMD=ON
@@ -144,47 +131,43 @@ cmake_library libwebp libwebp -DWEBP_BUILD_{ANIM_UTILS,CWEBP,DWEBP,GIF2WEBP,IMG2
 cmake_library tiff tiff -Dtiff-{tools,tests,contrib,docs}=OFF -D cxx=OFF \
   -D libdeflate=OFF -D jbig=OFF -D lerc=OFF -D lzma=OFF -D webp=OFF -D zstd=OFF
 
-plain_library lcms2 gcc lcms2 -Iinclude "$SOURCES"/lcms2/src/*.c
+plain_library lcms2 lcms2 "-I$SOURCES/lcms2/include" "$SOURCES"/lcms2/src/*.c
 headers . "$SOURCES"/lcms2/include/*.h
 # `register` is an error in C++17.
 pkg_config lcms2 2.14 -llcms2 -DCMS_NO_REGISTER_KEYWORD
 
 mkdir -p "$WORK/libexif-config"
-printf '#define GETTEXT_PACKAGE "libexif-12"\n#define LOCALEDIR ""\n' >"$WORK/libexif-config/config.h"
+printf '#define %s\n' 'GETTEXT_PACKAGE "libexif-12"' 'LOCALEDIR ""' "${libexif_macros[@]}" >"$WORK/libexif-config/config.h"
 echo '#include <stdint.h>' >"$SOURCES/libexif/libexif/_stdint.h"
-plain_library exif gcc libexif "-I. -I$WORK/libexif-config" "$SOURCES"/libexif/libexif/{.,*}/*.c
+plain_library exif libexif "-I$SOURCES/libexif -I$WORK/libexif-config" "$SOURCES"/libexif/libexif/{.,*}/*.c
 headers libexif "$SOURCES"/libexif/libexif/*.h
 pkg_config libexif 0.6.24 -lexif ""
 
-# LibRaw and its users must see the same two macros, or the classes differ.
-libraw_macros="-DLIBRAW_NODLL -DLIBRAW_WIN32_UNICODEPATHS"
 mapfile -t libraw_sources < <(
-  cd "$SOURCES/libraw" && find src -name '*.cpp' ! -name '*_ph.cpp' ! -name libraw_cxx.cpp | sort)
-plain_library raw_r g++ libraw \
-  "-std=c++11 -D_USE_MATH_DEFINES -I. -I$OUT/include -DUSE_JPEG -DUSE_JPEG8 -DUSE_LCMS2 $libraw_macros" \
+  find "$SOURCES/libraw/src" -name '*.cpp' ! -name '*_ph.cpp' ! -name libraw_cxx.cpp | sort)
+plain_library raw_r libraw \
+  "-std=c++11 -D_USE_MATH_DEFINES -I$SOURCES/libraw -I$OUT/include -DUSE_JPEG -DUSE_JPEG8 -DUSE_LCMS2 $libraw_macros" \
   "${libraw_sources[@]}"
 headers libraw "$SOURCES"/libraw/libraw/*.h
-pkg_config libraw_r 0.20.2 "-lraw_r -llcms2 -ljpeg -lws2_32" "$libraw_macros -DCMS_NO_REGISTER_KEYWORD"
+pkg_config libraw_r 0.20.2 "-lraw_r -llcms2 -ljpeg $libraw_libraries" "$libraw_macros -DCMS_NO_REGISTER_KEYWORD"
 
 # Expat's CMake files define XML_DTD without a value, which Debian's patches compare with 1.
 mkdir -p "$WORK/expat-config"
 printf '#define %s\n' 'XML_DTD 1' 'XML_NS 1' 'XML_CONTEXT_BYTES 1024' 'BYTEORDER 1234' 'HAVE_MEMMOVE 1' \
   >"$WORK/expat-config/expat_config.h"
-plain_library expat gcc expat/expat "-I$WORK/expat-config" "$SOURCES"/expat/expat/lib/xml{parse,role,tok}.c
+plain_library expat expat/expat "-I$WORK/expat-config" "$SOURCES"/expat/expat/lib/xml{parse,role,tok}.c
 headers . "$SOURCES"/expat/expat/lib/expat{,_external}.h
 
 cmake_library exiv2 exiv2 -DEXIV2_BUILD_{SAMPLES,EXIV2_COMMAND}=OFF -D EXIV2_ENABLE_BMFF=ON
-pkg_config exiv2 0.27.6 "-lexiv2 -lexiv2-xmp -lexpat -lz -lpsapi -lws2_32 -lshell32" ""
+pkg_config exiv2 0.27.6 "-lexiv2 -lexiv2-xmp -lexpat -lz $exiv2_libraries" ""
 
-# OpenCV looks for pthread.h on UNIX only.
 cmake_library opencv opencv -D BUILD_LIST=core,imgproc,imgcodecs \
   -D CPU_BASELINE=SSE2 -D CPU_BASELINE_DISABLE=SSE3 -D ENABLE_PRECOMPILED_HEADERS=OFF \
-  -D WITH_PTHREADS_PF=ON -D HAVE_PTHREAD=1 -D OPENCV_GENERATE_PKGCONFIG=OFF \
+  -D WITH_PTHREADS_PF=ON -D OPENCV_GENERATE_PKGCONFIG=OFF \
   -DWITH_{1394,ADE,EIGEN,FFMPEG,GDAL,GDCM,GSTREAMER,IPP,ITT,JASPER,LAPACK,OPENCL,OPENEXR,OPENJPEG,PROTOBUF,QUIRC}=OFF \
-  -DWITH_{DIRECTX,DSHOW,MSMF,WIN32UI}=OFF \
   -DBUILD_{ZLIB,JPEG,PNG,TIFF,WEBP,OPENJPEG,OPENEXR,JASPER}=OFF \
   -DBUILD_{TESTS,PERF_TESTS,EXAMPLES,opencv_apps,JAVA}=OFF \
-  -DOPENCV_{LIB,LIB_ARCHIVE,3P_LIB}_INSTALL_PATH=lib -D OPENCV_CONFIG_INSTALL_PATH=lib/cmake/opencv4
+  -DOPENCV_{LIB,LIB_ARCHIVE,3P_LIB}_INSTALL_PATH=lib -D OPENCV_CONFIG_INSTALL_PATH=lib/cmake/opencv4 "${opencv_options[@]}"
 grep -q 'Parallel framework: *pthreads' "$WORK/opencv.log" || fail "OpenCV was configured without threads"
 
 step "Headers and tests"
