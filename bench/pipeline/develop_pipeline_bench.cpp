@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "alternating.h"
+#include "base/large_image.h"
 #include "instruction_set.h"
 #include "pipeline/develop_pipeline.h"
 #include "reference/develop_pipeline.h"
@@ -60,9 +61,10 @@ Comparison Render(cv::Size size, const Setting& setting) {
   setting.set(adjustments);
   const auto rendered = std::make_shared<cv::Mat>();
   const auto bytes = static_cast<int64_t>(source.total() * source.elemSize());
-  return {[=] { DevelopPipeline(source, adjustments, *rendered); },
-          [=] { reference::DevelopPipeline(source, adjustments); }, static_cast<int64_t>(source.total()),
-          2 * bytes};
+  return {
+      [=, reuse = std::make_shared<LargeImageReuse>()] { DevelopPipeline(source, adjustments, *rendered); },
+      [=] { reference::DevelopPipeline(source, adjustments); }, static_cast<int64_t>(source.total()),
+      2 * bytes};
 }
 
 const bool kRegistered = [] {

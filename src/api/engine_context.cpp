@@ -26,8 +26,16 @@ void ResetAdjustments(EngineContext& context) {
   context.render_valid = false;
 }
 
+void Render(EngineContext& context) {
+  // A photograph that is rendered twice is being edited, and many renders follow. One that is not, as in a batch,
+  // should not take the memory.
+  if (context.was_rendered && !context.reuse) context.reuse.emplace();
+  DevelopPipeline(context.source, context.adjustments, context.rendered);
+  context.was_rendered = true;
+}
+
 void RenderIfStale(EngineContext& context) {
-  if (!context.render_valid) DevelopPipeline(context.source, context.adjustments, context.rendered);
+  if (!context.render_valid) Render(context);
 }
 
 }  // namespace lumvik

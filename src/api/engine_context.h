@@ -2,9 +2,11 @@
 #ifndef LUMVIK_API_ENGINE_CONTEXT_H_
 #define LUMVIK_API_ENGINE_CONTEXT_H_
 
+#include <optional>
 #include <string>
 
 #include "base/adjustments.h"
+#include "base/large_image.h"
 #include "image/image_buffer.h"
 #include "image/raw_decoder.h"
 #include "lumvik.h"
@@ -37,6 +39,8 @@ struct EngineContext {
   lumvik::IccProfileHolder output_profile;
   lumvik::Adjustments adjustments;
   bool render_valid = false;
+  bool was_rendered = false;                     // the loaded photograph, at least once
+  std::optional<lumvik::LargeImageReuse> reuse;  // of the memory of a render in the next
   std::string last_error;   // text of the latest failure; success never clears it
   std::string source_path;  // of the loaded photograph; empty when nothing is loaded
   cv::Mat mask;             // subject mask; survives loads and unloads
@@ -54,6 +58,9 @@ int Fail(EngineContext& context, std::string text);
 
 // Restores the default adjustments and marks the render as stale.
 void ResetAdjustments(EngineContext& context);
+
+// Renders into context.rendered.
+void Render(EngineContext& context);
 
 // Renders when the last render is stale, and leaves it marked as stale: an export does not affect whether
 // the next one renders.

@@ -7,11 +7,18 @@
 namespace lumvik {
 namespace {
 
+// Frees the memory kept for more renders of the photograph.
+void ForgetRenders(EngineContext& context) {
+  context.was_rendered = false;
+  context.reuse.reset();
+}
+
 // Only moves, which cannot throw: an exception during a load leaves the earlier photograph intact.
 void ReplacePhotograph(EngineContext& context, DecodedImage decoded, ImageBuffer source, std::string path) {
   context.decoded = std::move(decoded);
   context.source = std::move(source);
   context.source_path = std::move(path);
+  ForgetRenders(context);
   ResetAdjustments(context);
 }
 
@@ -49,6 +56,7 @@ void lumvik_unload(EngineContext* ctx) {
   ctx->decoded = lumvik::DecodedImage();
   ctx->source.release();
   ctx->rendered.release();
+  lumvik::ForgetRenders(*ctx);
   ctx->render_valid = false;
   ctx->source_path.clear();
 }

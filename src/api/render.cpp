@@ -4,15 +4,14 @@
 #include "analysis/histogram.h"
 #include "analysis/preview.h"
 #include "api/engine_context.h"
-#include "pipeline/develop_pipeline.h"
 
 namespace lumvik {
 namespace {
 
 constexpr int kPreviewChannels = 4;
 
-void Render(EngineContext& context) {
-  DevelopPipeline(context.source, context.adjustments, context.rendered);
+void RenderAnew(EngineContext& context) {
+  Render(context);
   context.render_valid = true;
 }
 
@@ -26,7 +25,7 @@ const cv::Mat& CurrentImage(const EngineContext& context) {
 
 int lumvik_process(EngineContext* ctx) {
   if (ctx == nullptr || !lumvik::RequireImage(*ctx)) return lumvik::kFailure;
-  lumvik::Render(*ctx);
+  lumvik::RenderAnew(*ctx);
   return lumvik::kSuccess;
 }
 
@@ -40,7 +39,7 @@ int lumvik_get_height(EngineContext* ctx) {
 
 int lumvik_get_preview(EngineContext* ctx, uint8_t* out, int capacity) {
   if (ctx == nullptr || out == nullptr || !lumvik::RequireImage(*ctx)) return lumvik::kFailure;
-  lumvik::Render(*ctx);
+  lumvik::RenderAnew(*ctx);
   const cv::Mat& rendered = ctx->rendered;
   if (rendered.empty()) return lumvik::Fail(*ctx, "pipeline produced empty result");
   if (capacity < static_cast<int>(rendered.total()) * lumvik::kPreviewChannels) {
@@ -58,7 +57,7 @@ int lumvik_get_histogram(EngineContext* ctx, uint32_t* red, uint32_t* green, uin
   }
   if (!ctx->render_valid) {
     if (!lumvik::RequireImage(*ctx)) return lumvik::kFailure;
-    lumvik::Render(*ctx);
+    lumvik::RenderAnew(*ctx);
   }
   const lumvik::Histograms counts = lumvik::CountLevels(ctx->rendered);
   std::copy(counts.red.begin(), counts.red.end(), red);

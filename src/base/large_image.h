@@ -11,8 +11,18 @@ namespace lumvik {
 // the memory costs more than running a simple stage over it.
 cv::Mat LargeImage(cv::Size size, int type);
 
-// The same for memory that was allocated elsewhere and not yet touched.
-void PreferHugePages(void* memory, size_t bytes);
+// While one exists, the memory of freed large images is kept for later ones of about the same size, at most
+// kMostKeptBytes of it: touching fresh memory can cost more than a stage. The system may take its pages when it
+// needs them. The last one to be destroyed frees what is kept.
+class LargeImageReuse {
+ public:
+  static constexpr size_t kMostKeptBytes = size_t{640} << 20;
+
+  LargeImageReuse() noexcept;
+  ~LargeImageReuse();
+  LargeImageReuse(const LargeImageReuse&) = delete;
+  LargeImageReuse& operator=(const LargeImageReuse&) = delete;
+};
 
 }  // namespace lumvik
 

@@ -9,7 +9,7 @@
 #include <new>
 #include <string_view>
 
-#include "base/large_image.h"
+#include "base/pages.h"
 #include "image/raw/arw2_rows.h"
 #include "image/raw/known_libraw.h"
 #include "image/raw/own_thread.h"

@@ -1,5 +1,8 @@
 // When the engine renders, and which render an export writes.
+#include <opencv2/imgproc.hpp>
+
 #include "api_test.h"
+#include "support/counting_allocator.h"
 
 namespace lumvik::test {
 namespace {
@@ -194,6 +197,34 @@ TEST_F(RenderTest, ACropChangesTheReportedSizeOnceRendered) {
   EXPECT_EQ(lumvik_get_width(ctx()), 24);
   EXPECT_EQ(lumvik_get_height(ctx()), 16);
   EXPECT_EQ(Exported().size(), cv::Size(24, 16));
+}
+
+TEST_F(RenderTest, RepeatedRendersReuseMemoryUntilThePhotographIsReplaced) {
+  cv::Mat picture;
+  cv::resize(SmallPicture(), picture, {1000, 700});
+  const std::string path = WritePicture("large.png", picture);
+  const test::CountingAllocator memory;
+  ASSERT_EQ(lumvik_load_arw(ctx(), path.c_str(), 1), LUMVIK_OK);
+  const auto edit = [this](float rotation) {
+    lumvik_set_rotation(ctx(), rotation);
+    lumvik_set_distortion(ctx(), 10);
+    lumvik_set_clarity(ctx(), 30);
+    return lumvik_process(ctx());
+  };
+  ASSERT_EQ(edit(1), LUMVIK_OK);
+  const size_t rendered_once = memory.Living();
+  ASSERT_EQ(edit(2), LUMVIK_OK);
+  const size_t rendered_twice = memory.Living();
+  EXPECT_GT(rendered_twice, rendered_once + picture.total() * sizeof(cv::Vec4f)) << "a working image is kept";
+  ASSERT_EQ(edit(3), LUMVIK_OK);
+  EXPECT_EQ(memory.Living(), rendered_twice) << "nothing was added";
+
+  ASSERT_EQ(lumvik_load_arw(ctx(), path.c_str(), 1), LUMVIK_OK);
+  EXPECT_EQ(memory.Living(), rendered_once) << "nothing is kept";
+  ASSERT_EQ(edit(1), LUMVIK_OK);
+  ASSERT_EQ(edit(2), LUMVIK_OK);
+  lumvik_unload(ctx());
+  EXPECT_EQ(memory.Living(), 0);
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 
 namespace lumvik::test {
 
-// During its lifetime, tracks the peak of the bytes of all live matrices.
+// During its lifetime, tracks the bytes of all live matrices, and their peak.
 class CountingAllocator : public cv::MatAllocator {
  public:
   CountingAllocator() : before_(cv::Mat::getDefaultAllocator()) { cv::Mat::setDefaultAllocator(this); }
@@ -33,6 +33,7 @@ class CountingAllocator : public cv::MatAllocator {
     cv::Mat::getStdAllocator()->deallocate(matrix);
   }
 
+  size_t Living() const { return living_; }
   size_t Peak() const { return peak_; }
 
  private:

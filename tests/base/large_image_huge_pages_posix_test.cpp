@@ -29,12 +29,6 @@ bool IsHugePageAdvised(const void* address) {
   return false;
 }
 
-TEST(LargeImage, HasTheSizeAndTheType) {
-  const cv::Mat image = LargeImage({3, 5}, CV_32FC4);
-  EXPECT_EQ(image.size(), cv::Size(3, 5));
-  EXPECT_EQ(image.type(), CV_32FC4);
-}
-
 TEST(LargeImage, IsInHugePages) {
   if (!std::filesystem::exists("/sys/kernel/mm/transparent_hugepage")) GTEST_SKIP() << "no huge pages here";
   const cv::Mat image = LargeImage({4000, 1000}, CV_32FC4);
