@@ -27,8 +27,8 @@ void ResetAdjustments(EngineContext& context) {
 }
 
 void Render(EngineContext& context) {
-  // A photograph that is rendered twice is being edited, and many renders follow. One that is not, as in a batch,
-  // should not take the memory.
+  // A photograph that is rendered twice is being edited, and many renders follow. One that is not, as in a
+  // batch, should not take the memory.
   if (context.was_rendered && !context.reuse) context.reuse.emplace();
   DevelopPipeline(context.source, context.adjustments, context.rendered);
   context.was_rendered = true;

@@ -41,10 +41,10 @@ struct EngineContext {
   bool render_valid = false;
   bool was_rendered = false;                     // the loaded photograph, at least once
   std::optional<lumvik::LargeImageReuse> reuse;  // of the memory of a render in the next
-  std::string last_error;   // text of the latest failure; success never clears it
-  std::string source_path;  // of the loaded photograph; empty when nothing is loaded
-  cv::Mat mask;             // subject mask; survives loads and unloads
-  float bg_blur = 0;        // percent
+  std::string last_error;                        // text of the latest failure; success never clears it
+  std::string source_path;                       // of the loaded photograph; empty when nothing is loaded
+  cv::Mat mask;                                  // subject mask; survives loads and unloads
+  float bg_blur = 0;                             // percent
   bool mask_valid = false;
 };
 

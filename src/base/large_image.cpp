@@ -11,7 +11,8 @@ namespace {
 // Smaller ones are cheap to allocate.
 constexpr size_t kSmallestKept = 1 << 20;
 
-// The freed images, without a lock: a child process made with fork() while another thread held one would hang.
+// The freed images, without a lock: a child process made with fork() while another thread held one would
+// hang.
 class KeptImages {
  public:
   // One of this size in bytes, or a little larger; null if there is none.
@@ -107,7 +108,8 @@ class KeepingAllocator : public cv::MatAllocator {
 
 cv::Mat LargeImage(cv::Size size, int type) {
   // Never destroyed, since images of other threads may be freed while the process ends.
-  static auto* const kAllocator = new KeepingAllocator;  // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
+  // NOLINTNEXTLINE(cppcoreguidelines-avoid-non-const-global-variables)
+  static auto* const kAllocator = new KeepingAllocator;
   cv::Mat image;
   image.allocator = kAllocator;
   image.create(size, type);

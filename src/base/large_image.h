@@ -12,8 +12,8 @@ namespace lumvik {
 cv::Mat LargeImage(cv::Size size, int type);
 
 // While one exists, the memory of freed large images is kept for later ones of about the same size, at most
-// kMostKeptBytes of it: touching fresh memory can cost more than a stage. The system may take its pages when it
-// needs them. The last one to be destroyed frees what is kept.
+// kMostKeptBytes of it: touching fresh memory can cost more than a stage. The system may take its pages when
+// it needs them. The last one to be destroyed frees what is kept.
 class LargeImageReuse {
  public:
   static constexpr size_t kMostKeptBytes = size_t{640} << 20;
