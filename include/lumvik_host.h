@@ -445,6 +445,7 @@ typedef struct lumvik_host_preview_options {
   int32_t channels;      /**< 4 for RGBA (default), with alpha 255, or 3 for RGB. */
   size_t stride;         /**< Bytes from row to row; 0: width x channels. */
   float background_blur; /**< Percent, 0 to 100: blur around the subject, if one was found. */
+  int32_t blue_first;    /**< Not 0: BGRA or BGR, the order of Windows bitmaps. */
 } lumvik_host_preview_options;
 
 /** Renders now, unless the latest render has these settings. */
@@ -498,6 +499,7 @@ typedef struct lumvik_host_frame {
   int32_t width;         /**< Pixels; 0 without pixels. */
   int32_t height;        /**< See width. */
   int32_t channels;      /**< 4 or 3. */
+  int32_t blue_first;    /**< 1 for BGRA or BGR, 0 for RGBA or RGB. */
   size_t stride;         /**< Bytes from row to row. */
   const uint8_t* pixels; /**< Rows from top to bottom; null without pixels. */
   const char* error;     /**< The text of the failure; "" on success. */

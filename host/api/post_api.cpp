@@ -50,6 +50,7 @@ void ServePost(PhotoObject& object) {
     frame.width = rendering.layout.width;
     frame.height = rendering.layout.height;
     frame.channels = rendering.layout.channels;
+    frame.blue_first = rendering.layout.blue_first ? 1 : 0;
     frame.stride = rendering.layout.stride;
     frame.pixels = rendering.pixels->pixels.get();
   } catch (...) {

@@ -29,6 +29,10 @@ int Proportional(int side, int from, int to) {
   return static_cast<int>(std::max<std::int64_t>(reduced, 1));
 }
 
+bool HasFrameFormat(const PreviewLayout& layout) {
+  return layout.channels == kFrameChannels && !layout.blue_first;
+}
+
 // Memory bandwidth takes more than one core to use up.
 void CopyRows(const cv::Mat& from, cv::Mat& to) {
   cv::parallel_for_(cv::Range(0, from.rows), [&](const cv::Range& rows) {
@@ -37,11 +41,13 @@ void CopyRows(const cv::Mat& from, cv::Mat& to) {
   });
 }
 
-void ConvertRows(const cv::Mat& from, cv::Mat& to) {
-  if (from.channels() == to.channels()) {
+void ConvertRows(const cv::Mat& from, const PreviewLayout& layout, cv::Mat& to) {
+  if (HasFrameFormat(layout)) {
     CopyRows(from, to);
+  } else if (layout.channels == kRgbChannels) {
+    cv::cvtColor(from, to, layout.blue_first ? cv::COLOR_RGBA2BGR : cv::COLOR_RGBA2RGB);
   } else {
-    cv::cvtColor(from, to, cv::COLOR_RGBA2RGB);
+    cv::cvtColor(from, to, cv::COLOR_RGBA2BGRA);
   }
 }
 
@@ -86,11 +92,11 @@ PreviewLayout LayoutOf(const lumvik_host_preview_options& options, const Frame& 
     throw OutOfRange("stride", std::to_string(stride),
                      "in " + std::to_string(row) + ".." + std::to_string(kMaxStride));
   }
-  return {size.width, size.height, channels, stride};
+  return {size.width, size.height, channels, stride, options.blue_first != 0};
 }
 
 bool IsWholeFrame(const PreviewLayout& layout, const Frame& frame) {
-  return layout.width == frame.width && layout.height == frame.height && layout.channels == kFrameChannels &&
+  return layout.width == frame.width && layout.height == frame.height && HasFrameFormat(layout) &&
          layout.stride == static_cast<std::size_t>(layout.width) * kFrameChannels;
 }
 
@@ -99,13 +105,13 @@ void CopyPreview(const Frame& frame, const PreviewLayout& layout, std::uint8_t* 
     const cv::Mat whole(frame.height, frame.width, CV_8UC4, frame.pixels.get());
     cv::Mat preview(layout.height, layout.width, CV_8UC(layout.channels), pixels, layout.stride);
     if (preview.size() == whole.size()) {
-      ConvertRows(whole, preview);
-    } else if (layout.channels == kFrameChannels) {
+      ConvertRows(whole, layout, preview);
+    } else if (HasFrameFormat(layout)) {
       cv::resize(whole, preview, preview.size(), 0, 0, cv::INTER_AREA);
     } else {
       cv::Mat reduced;
       cv::resize(whole, reduced, preview.size(), 0, 0, cv::INTER_AREA);
-      ConvertRows(reduced, preview);
+      ConvertRows(reduced, layout, preview);
     }
     return LUMVIK_OK;
   });

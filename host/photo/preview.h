@@ -15,7 +15,8 @@ struct PreviewLayout {
   int width = 0;
   int height = 0;
   int channels = kFrameChannels;
-  std::size_t stride = 0;  // bytes from row to row
+  std::size_t stride = 0;   // bytes from row to row
+  bool blue_first = false;  // BGRA or BGR
 
   // Bytes; the last row has no padding.
   std::size_t Size() const;

@@ -156,6 +156,29 @@ TEST_F(PostTest, ThePreviewHasTheOptions) {
   }
 }
 
+TEST_F(PostTest, TheFrameStatesTheOrderOfItsChannels) {
+  for (const int blue_first : {0, 7}) {
+    lumvik_host_preview_options options{};
+    options.struct_size = sizeof(options);
+    options.blue_first = blue_first;
+    int stated = -1;
+    const auto store = [](const lumvik_host_frame* frame, void* user) {
+      *static_cast<int*>(user) = frame->blue_first;
+    };
+    ASSERT_EQ(lumvik_host_post(photo_.get(), nullptr, &options, store, &stated, nullptr), LUMVIK_HOST_OK);
+    EXPECT_EQ(Wait(0), LUMVIK_HOST_OK);
+    EXPECT_EQ(stated, blue_first == 0 ? 0 : 1);
+  }
+}
+
+TEST_F(PostTest, ABlueFirstFrameIsThatPreview) {
+  lumvik_host_preview_options options{};
+  options.blue_first = 1;
+  Post({{"temperature", 5000.0F}}, options);
+  EXPECT_EQ(Wait(0), LUMVIK_HOST_OK);
+  EXPECT_EQ(receiver_.All().at(0).preview, PreviewForTest(photo_, options));
+}
+
 TEST_F(PostTest, NullSettingsKeepThePresentOnes) {
   SetForTest(photo_, {{"exposure", 1.0F}});
   EXPECT_EQ(lumvik_host_post(photo_.get(), nullptr, nullptr, Receiver::Callback, &receiver_, nullptr),

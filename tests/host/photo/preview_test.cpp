@@ -103,6 +103,24 @@ TEST_F(PreviewTest, IsReducedToFitByAveragingAreas) {
   }
 }
 
+TEST_F(PreviewTest, BlueMayComeFirst) {
+  for (const int max_width : {0, 48}) {
+    for (const int channels : {3, 4}) {
+      lumvik_host_preview_options options = PreviewOptions();
+      options.max_width = max_width;
+      options.channels = channels;
+      const TestPreview red_first = PreviewForTest(photo_, options);
+      options.blue_first = 1;
+      const TestPreview blue_first = PreviewForTest(photo_, options);
+      cv::Mat expected;
+      cv::cvtColor(View(red_first, channels), expected,
+                   channels == 3 ? cv::COLOR_RGB2BGR : cv::COLOR_RGBA2BGRA);
+      EXPECT_EQ(blue_first.pixels, lumvik::test::BytesOf(expected)) << max_width << ", " << channels;
+      EXPECT_NE(blue_first.pixels, red_first.pixels);
+    }
+  }
+}
+
 TEST_F(PreviewTest, AveragesAreas) {
   const TestPreview whole = PreviewForTest(photo_);
   lumvik_host_preview_options options = PreviewOptions();
