@@ -30,6 +30,8 @@ for component in "${!package_of[@]}"; do
 done
 
 "$collect" "$prefix" "$folder/first"
+mkdir "$folder/second"
+echo stale >"$folder/second/removed.txt" # of an earlier run
 "$collect" "$prefix" "$folder/second"
 diff -r "$folder/first" "$folder/second" || fail "the same prefix gave different files"
 for component in "${!package_of[@]}" cli11 nlohmann-json3 xxhash gcc; do
