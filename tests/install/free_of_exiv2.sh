@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# Fails if a binary contains Exiv2 or needs its library: its license would apply to every host. Exiv2 lives in a namespace
+# of this name, so that the names of its types are in every binary that contains it, stripped or not.
+#
+#   free_of_exiv2.sh MODULE BINARY...
+#
+# MODULE is the metadata module, for which both must be found.
+set -euo pipefail
+
+fail() {
+  echo "$*" >&2
+  exit 1
+}
+
+# uses_exiv2 BINARY: for ELF and PE.
+uses_exiv2() {
+  grep -aq '5Exiv2' "$1" || objdump -p "$1" | grep -qiE '(NEEDED|DLL Name:).*exiv2'
+}
+
+(($# > 1)) || fail "usage: free_of_exiv2.sh MODULE BINARY..."
+for binary in "$@"; do
+  objdump -p "$binary" | grep -qE 'NEEDED|DLL Name:' || fail "$binary is not a shared binary"
+done
+uses_exiv2 "$1" || fail "$1 does not use Exiv2: this test sees nothing"
+for binary in "${@:2}"; do
+  ! uses_exiv2 "$binary" || fail "$binary uses Exiv2"
+done
