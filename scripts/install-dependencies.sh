@@ -74,6 +74,7 @@ linux_packages=(
 windows_packages=(
   "${static_packages[@]}"
   g++-mingw-w64-x86-64-posix  # the cross compiler, with std::thread
+  python3                     # makes the relink kit
   zip                         # makes the package
 )
 windows_test_packages=(

@@ -41,11 +41,13 @@ of these two, or of the other libraries in lib:
 """
 
 
+def output(*command):
+    return subprocess.run(command, check=True, text=True, stdout=subprocess.PIPE).stdout
+
+
 def link_commands(build):
     """The arguments of the links of both libraries, in their order."""
-    commands = subprocess.run(["ninja", "-C", build, "-t", "commands", "lumvik_host"], check=True, text=True,
-                              capture_output=True).stdout
-    for command in commands.splitlines():
+    for command in output("ninja", "-C", build, "-t", "commands", "lumvik_host").splitlines():
         # The shell runs ": && LINK && STEPS AFTER IT".
         for part in command.split(" && "):
             words = shlex.split(part)
@@ -76,8 +78,8 @@ class Kit:
         if path.is_relative_to(self.prefix):
             return self.copy(path, "lib/" + path.name)
         if path.suffix in (".o", ".obj", ".res", ".map", ".def") and path.exists():
-            name = re.sub(r"[^\w.]+", "_", str(path.relative_to(self.build) if path.is_relative_to(self.build) else path.name))
-            return self.copy(path, "objects/" + name)
+            name = path.relative_to(self.build) if path.is_relative_to(self.build) else path.name
+            return self.copy(path, "objects/" + re.sub(r"[^\w.]+", "_", str(name)))
         sys.exit(f"make-relink-kit.py: what is {word}?")
 
     def arguments(self, words):
@@ -109,7 +111,7 @@ def main():
     names = []
     for words in link_commands(build):
         compiler = pathlib.Path(words[0]).name
-        version = subprocess.run([words[0], "-dumpversion"], check=True, text=True, capture_output=True).stdout.split("-")[0].strip()
+        version = output(words[0], "-dumpversion").split("-")[0].strip()
         arguments = list(kit.arguments(words))
         names.append(pathlib.Path(arguments[arguments.index("-o") + 1]).name + ".arguments")
         (folder / names[-1]).write_text("".join(argument + "\n" for argument in arguments))

@@ -22,8 +22,8 @@ static class Develop {
         BgraImage preview = photo.Preview(800, 600);
         photo.Save(arguments[1], true); // with its metadata
         Exif exif = photo.Exif;
-        Console.WriteLine("{0} {1}, ISO {2}; a preview of {3} x {4}", Utf8.Text(exif.make), Utf8.Text(exif.model), exif.iso,
-          preview.Width, preview.Height);
+        Console.WriteLine("{0} {1}, ISO {2}; a preview of {3} x {4}", Utf8.Text(exif.make), Utf8.Text(exif.model),
+          exif.iso, preview.Width, preview.Height);
       }
       return 0;
     } catch (LumvikException failure) {

@@ -76,15 +76,16 @@ namespace Lumvik {
         } finally {
           pinned.Free();
         }
-        if (status == Status.Ok && image.Pixels.Length == image.Width * image.Height * BytesPerPixel) return image;
-        if (status != Status.Ok && status != Status.BufferTooSmall) LumvikException.Check(status);
+        int size = image.Width * image.Height * BytesPerPixel;
+        if (status == Status.Ok && image.Pixels.Length == size) return image;
+        if (status != Status.BufferTooSmall) LumvikException.Check(status);
         // Another thread changed the crop since the size was read.
       }
     }
 
     /// <summary>
-    /// Renders straight to a bitmap, such as the back buffer of a WriteableBitmap or what Bitmap.LockBits returns: "stride"
-    /// bytes from row to row, "capacity" in all.
+    /// Renders straight to a bitmap, such as the back buffer of a WriteableBitmap or what Bitmap.LockBits returns:
+    /// "stride" bytes from row to row, "capacity" in all.
     /// </summary>
     public void CopyPreview(IntPtr bitmap, int stride, long capacity, int maxWidth = 0, int maxHeight = 0) {
       PreviewOptions options = BgraOptions(maxWidth, maxHeight);
@@ -98,11 +99,13 @@ namespace Lumvik {
     /// Renders in the background with these settings (null: the present ones) and returns a ticket. A worker thread calls
     /// "done" with the preview, or with null and the reason, such as Status.Stale if a newer render replaced this one.
     /// </summary>
-    public ulong Post(Settings settings, Action<BgraImage, LumvikException> done, int maxWidth = 0, int maxHeight = 0) {
+    public ulong Post(
+      Settings settings, Action<BgraImage, LumvikException> done, int maxWidth = 0, int maxHeight = 0) {
       PreviewOptions options = BgraOptions(maxWidth, maxHeight);
       GCHandle user = GCHandle.Alloc(done);
       ulong ticket;
-      Status status = lumvik_host_post(Handle, HandleOf(settings), ref options, callBack, GCHandle.ToIntPtr(user), out ticket);
+      Status status = lumvik_host_post(Handle, HandleOf(settings), ref options, callBack, GCHandle.ToIntPtr(user),
+        out ticket);
       if (status != Status.Ok) user.Free();
       LumvikException.Check(status);
       return ticket;
@@ -111,7 +114,8 @@ namespace Lumvik {
     /// <summary>Waits for a posted render; ticket 0 is the latest. Returns how it ended.</summary>
     public Status Wait(ulong ticket = 0, int milliseconds = -1) {
       Status status = lumvik_host_wait(Handle, ticket, milliseconds);
-      if (status != Status.Stale && status != Status.Canceled && status != Status.TimedOut) LumvikException.Check(status);
+      bool expected = status == Status.Stale || status == Status.Canceled || status == Status.TimedOut;
+      if (!expected) LumvikException.Check(status);
       return status;
     }
 

@@ -65,7 +65,8 @@ def functions(header, macro):
 
 def declared_functions(source):
     for result, name, parameters in re.findall(r"static extern ([\w\[\]]+) (\w+)\(([^)]*)\);", source):
-        yield name, (result, [parameter.strip().rsplit(" ", 1)[0] for parameter in parameters.split(",") if parameter.strip()])
+        arguments = [parameter.strip() for parameter in parameters.split(",") if parameter.strip()]
+        yield name, (result, [argument.rsplit(" ", 1)[0] for argument in arguments])
 
 
 def structs(header):
@@ -116,7 +117,8 @@ def main():
     wrong += compare("struct", expected_structs, dict(declared_structs(source)))
     statuses = re.search(r"enum Status \{(.*?)\}", source, re.S)
     wrong += compare("status",
-                     enumerators(re.search(r"enum lumvik_host_status \{(.*?)\}", host, re.S)[1], r"LUMVIK_HOST_(\w+) = (\d+)"),
+                     enumerators(host[host.index("enum lumvik_host_status"):host.index("} lumvik_host_status")],
+                                 r"LUMVIK_HOST_(\w+) = (\d+)"),
                      enumerators(statuses[1] if statuses else "", r"(\w+) = (\d+)"))
     for found in ANSI.findall(source):
         print(f"{found} uses the ANSI code page on Windows")

@@ -12,14 +12,18 @@ fail() {
   exit 1
 }
 
-# uses_exiv2 BINARY: for ELF and PE.
+# needed BINARY: the libraries that it needs; for ELF and PE.
+needed() {
+  objdump -p "$1" | sed -nE 's/^\s*(NEEDED|DLL Name:)\s*//p'
+}
+
 uses_exiv2() {
-  grep -aq '5Exiv2' "$1" || objdump -p "$1" | grep -qiE '(NEEDED|DLL Name:).*exiv2'
+  grep -aq '5Exiv2' "$1" || [[ $(needed "$1") == *[Ee]xiv2* ]]
 }
 
 (($# > 1)) || fail "usage: free_of_exiv2.sh MODULE BINARY..."
 for binary in "$@"; do
-  objdump -p "$binary" | grep -qE 'NEEDED|DLL Name:' || fail "$binary is not a shared binary"
+  [[ -n $(needed "$binary") ]] || fail "$binary is not a shared binary"
 done
 uses_exiv2 "$1" || fail "$1 does not use Exiv2: this test sees nothing"
 for binary in "${@:2}"; do
