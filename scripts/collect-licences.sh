@@ -94,6 +94,12 @@ lumvik contains the following components, in these versions of Debian's packages
 license of each is in the file of its name; "common" has the licenses to which these files
 refer.
 
+LibRaw and libexif and their use are covered by the GNU Lesser General Public License,
+version 2.1, in common/LGPL-2.1.txt. The relink kit, which is offered in the same place as
+this software, has their sources and what it takes to link changed versions of them. If
+the metadata module is included, it contains Exiv2, which is covered by the GNU General
+Public License, version 2 or later; its source is in the relink kit too.
+
 This software is based in part on the work of the Independent JPEG Group.
 
 END

@@ -42,6 +42,7 @@ done
 for file in $(grep -rhoE 'common/[A-Za-z0-9.-]+\.txt' "$folder/first"/*.txt | sort -u); do
   [[ -s $folder/first/$file ]] || fail "$file is missing"
 done
+grep -q 'covered by the GNU Lesser General Public License' "$folder/first/NOTICES.txt" || fail "no notice of the LGPL"
 grep -q 'GNU LESSER GENERAL PUBLIC LICENSE' "$folder/first/common/LGPL-2.1.txt" || fail "not the LGPL"
 grep -q 'COMMON DEVELOPMENT AND DISTRIBUTION LICENSE' "$folder/first/libraw.txt" || fail "not LibRaw's license"
 grep -q 'Roland Karlsson' "$folder/first/libraw.txt" || fail "the notices of LibRaw's parts are missing"
