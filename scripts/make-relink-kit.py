@@ -72,7 +72,7 @@ class Kit:
         return "relinked/" + pathlib.Path(path).name
 
     def file(self, word):
-        path = self.build / word
+        path = (self.build / word).resolve()
         if word in self.outputs:
             return "relinked/" + path.name
         if path.is_relative_to(self.prefix):
@@ -92,7 +92,7 @@ class Kit:
                 yield from ("-o", self.made(next(words)))
             elif word == "-isystem":
                 next(words)
-            elif re.match(r"--sysroot=|-B|-nostdinc|-Wl,--dependency-file", word):
+            elif re.match(r"--sysroot=|-B|-L|-nostdinc|-Wl,--dependency-file", word):
                 pass  # the user's own system
             elif word.startswith("-Wl,-rpath,"):
                 yield "-Wl,-rpath,$ORIGIN"
