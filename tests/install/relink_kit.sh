@@ -26,7 +26,7 @@ run=(env LD_LIBRARY_PATH=kit/relinked)
 if [[ -e kit/lumvik.dll.arguments ]]; then
   cc=x86_64-w64-mingw32-gcc
   ar=x86_64-w64-mingw32-ar
-  library=kit/relinked/lumvik.dll.a
+  library=kit/relinked/lumvik.dll
   run=(env WINEPATH=kit/relinked wine)
 fi
 
