@@ -51,7 +51,8 @@ void LimitJpegScans(j_common_ptr jpeg) {
 }
 
 void DecodeJpeg(std::string_view bytes, jpeg_decompress_struct& jpeg, JpegErrors& errors) {
-  jpeg_mem_src(&jpeg, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+  jpeg_mem_src(&jpeg, reinterpret_cast<const unsigned char*>(bytes.data()),
+               static_cast<unsigned long>(bytes.size()));
   jpeg_read_header(&jpeg, TRUE);
   errors.is_decoding = true;
   jpeg.scale_num = 1;  // an eighth of the size: every bit is read, but little is computed
