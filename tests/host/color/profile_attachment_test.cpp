@@ -45,7 +45,8 @@ std::string ProfileByLibjpeg(const std::string& bytes) {
   jpeg_error_mgr errors{};
   jpeg.err = jpeg_std_error(&errors);
   jpeg_create_decompress(&jpeg);
-  jpeg_mem_src(&jpeg, reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size());
+  jpeg_mem_src(&jpeg, reinterpret_cast<const unsigned char*>(bytes.data()),
+               static_cast<unsigned long>(bytes.size()));
   jpeg_save_markers(&jpeg, JPEG_APP0 + 2, 0xFFFF);
   jpeg_read_header(&jpeg, TRUE);
   JOCTET* data = nullptr;
