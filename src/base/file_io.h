@@ -3,10 +3,14 @@
 #define LUMVIK_BASE_FILE_IO_H_
 
 #include <cstdint>
+#include <filesystem>
 #include <string>
 #include <vector>
 
 namespace lumvik {
+
+// The path for the standard library, which on Windows takes a string to be in the process's code page.
+std::filesystem::path SystemPath(const std::string& path);
 
 // The bytes of a regular file. Empty when the file is empty, 4 GiB or larger, not a regular file, or cannot
 // be opened. Bytes that a failed read did not deliver are zero; the decoder decides what they are worth.

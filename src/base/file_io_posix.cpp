@@ -34,6 +34,10 @@ constexpr mode_t kNewFileMode = 0666;
 
 }  // namespace
 
+std::filesystem::path SystemPath(const std::string& path) {
+  return path;
+}
+
 std::vector<uint8_t> ReadWholeFile(const std::string& path) {
   // Without O_NONBLOCK, opening a named pipe would wait for a writer forever.
   const FileDescriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));

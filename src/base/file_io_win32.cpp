@@ -36,6 +36,10 @@ std::wstring WidePath(const std::string& path) {
   return wide;
 }
 
+std::filesystem::path SystemPath(const std::string& path) {
+  return WidePath(path);
+}
+
 std::vector<uint8_t> ReadWholeFile(const std::string& path) {
   const FileHandle file(::CreateFileW(WidePath(path).c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr,
                                       OPEN_EXISTING, 0, nullptr));

@@ -6,6 +6,7 @@
 #include <iterator>
 #include <sstream>
 
+#include "base/file_io.h"
 #include "image/exif_data.h"
 
 namespace lumvik {
@@ -28,7 +29,7 @@ std::vector<uint8_t> SerializeExif(ExifData& data) {
 
 // False when the file cannot be opened, is empty, or cannot be read completely.
 bool ReadStream(const std::string& path, std::vector<uint8_t>& bytes) {
-  std::ifstream input(path, std::ios::binary);
+  std::ifstream input(SystemPath(path), std::ios::binary);
   std::ostringstream content;
   content << input.rdbuf();
   if (!input || !content) return false;
@@ -76,7 +77,7 @@ bool CopyExifToJpeg(const std::string& source_path, const std::string& jpeg_path
   const std::vector<uint8_t> exif = SerializeExif(*data);
   if (exif.empty()) return false;
   const std::vector<uint8_t> spliced = SpliceExif(jpeg, exif);
-  std::ofstream output(jpeg_path, std::ios::binary | std::ios::trunc);
+  std::ofstream output(SystemPath(jpeg_path), std::ios::binary | std::ios::trunc);
   output.write(reinterpret_cast<const char*>(spliced.data()), static_cast<std::streamsize>(spliced.size()));
   output.close();
   return output.good();
