@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <fstream>
+#include <system_error>
 
 #include "base/failure.h"
 
@@ -43,6 +44,14 @@ std::string ReadBytes(std::ifstream& file, const std::string& path, std::size_t 
 }
 
 }  // namespace
+
+std::filesystem::path PathOf(const std::string& utf8) {
+  try {
+    return fs::u8path(utf8);
+  } catch (const std::system_error&) {
+    throw Failure(LUMVIK_HOST_INVALID_ARGUMENT, "the path '" + utf8 + "' is not UTF-8");
+  }
+}
 
 void RequireReadable(const std::string& path) {
   std::error_code error;

@@ -9,10 +9,8 @@
 
 namespace lumvik::host {
 
-// Paths of the interface are UTF-8.
-inline std::filesystem::path PathOf(const std::string& utf8) {
-  return std::filesystem::u8path(utf8);
-}
+// Paths of the interface are UTF-8. Others are accepted where the system accepts them.
+std::filesystem::path PathOf(const std::string& utf8);
 
 // Requires a regular file that can be read. A pipe or a device could block a decoder forever.
 void RequireReadable(const std::string& path);
