@@ -1,5 +1,5 @@
-// Pins the DLL in memory. OpenCV's worker threads outlive the calls that started them and are never joined:
-// after FreeLibrary they would run unmapped code.
+// Pins the DLL in memory. The worker threads of OpenCV and of the host library outlive the calls that started
+// them and are never joined: after FreeLibrary they would run unmapped code.
 #include <windows.h>
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID /*reserved*/) {
