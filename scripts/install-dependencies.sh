@@ -81,6 +81,9 @@ windows_test_packages=(
   wine      # runs Windows programs
   wine64    # 64-bit ones
   mono-mcs  # C# compiler, for a host in C#
+  clang     # builds a host for Microsoft's ABI
+  lld       # links it
+  llvm      # makes its import libraries
 )
 fuzz_packages=(
   clang           # the compiler that has libFuzzer

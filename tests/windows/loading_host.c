@@ -4,17 +4,10 @@
 
      loading_host LIBRARY PHOTOGRAPH */
 #include <stdint.h>
-#include <stdio.h>
-#include <stdlib.h>
 #include <string.h>
-#include <windows.h>
 
+#include "loading.h"
 #include "lumvik.h"
-
-#define ROUNDS 8
-#define THREADS 4
-#define CHECK(condition) \
-  ((condition) ? (void)0 : (fprintf(stderr, "line %d: %s\n", __LINE__, #condition), exit(1)))
 
 /* Pointers to the functions of the library, with the types declared in the header. */
 #define DECLARE(name) static __typeof__(&lumvik_##name) name
@@ -51,10 +44,6 @@ static void Resolve(HMODULE library) {
 static char photograph[4 * MAX_PATH];
 static char written[4 * MAX_PATH];
 
-static void ToUtf8(const wchar_t* wide, char* utf8) {
-  CHECK(WideCharToMultiByte(CP_UTF8, 0, wide, -1, utf8, 4 * MAX_PATH, NULL, NULL) > 0);
-}
-
 static EngineContext* Load(void) {
   EngineContext* context = create_context();
   CHECK(context != NULL);
@@ -83,35 +72,14 @@ static DWORD WINAPI Develop(void* unused) {
   return sum;
 }
 
-static DWORD DevelopInThreads(void) {
-  HANDLE threads[THREADS];
-  for (int i = 0; i < THREADS; ++i) {
-    threads[i] = CreateThread(NULL, 0, Develop, NULL, 0, NULL);
-    CHECK(threads[i] != NULL);
-  }
-  DWORD first = 0;
-  for (int i = 0; i < THREADS; ++i) {
-    DWORD sum = 0;
-    CHECK(WaitForSingleObject(threads[i], INFINITE) == WAIT_OBJECT_0);
-    CHECK(GetExitCodeThread(threads[i], &sum));
-    CloseHandle(threads[i]);
-    if (i == 0) first = sum;
-    CHECK(sum == first);
-  }
-  return first;
-}
-
 int wmain(int count, wchar_t** arguments) {
   CHECK(count == 3);
   CHECK(GetACP() != CP_UTF8);
 
-  /* Names that the code page cannot represent. */
-  wchar_t folder[MAX_PATH];
   wchar_t source[MAX_PATH];
   wchar_t target[MAX_PATH];
-  CHECK(GetTempPathW(MAX_PATH, folder) > 0);
-  swprintf(source, MAX_PATH, L"%ls\\\u5199\u771F \u00E9t\u00E9.ARW", folder);
-  swprintf(target, MAX_PATH, L"%ls\\\u5199\u771F \u00E9t\u00E9.png", folder);
+  TemporaryName(L".ARW", source);
+  TemporaryName(L".png", target);
   CHECK(CopyFileW(arguments[2], source, FALSE));
   ToUtf8(source, photograph);
   ToUtf8(target, written);
@@ -122,7 +90,7 @@ int wmain(int count, wchar_t** arguments) {
     CHECK(library != NULL);
     Resolve(library);
     CHECK(strcmp(version(), "1.0.0") == 0);
-    const DWORD sum = DevelopInThreads();
+    const DWORD sum = RunInThreads(Develop);
     if (round == 0) expected = sum;
     CHECK(sum == expected);
     CHECK(FreeLibrary(library));
