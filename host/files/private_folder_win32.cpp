@@ -24,7 +24,9 @@ PrivateFolder::~PrivateFolder() {
 }
 
 void PointTo(const std::filesystem::path& name, const std::filesystem::path& target) {
-  std::filesystem::copy_file(target, name, std::filesystem::copy_options::overwrite_existing);
+  // The C++ library of MinGW takes any two files for the same one, and refuses to replace one by the other.
+  std::filesystem::remove(name);
+  std::filesystem::copy_file(target, name);
 }
 
 }  // namespace lumvik::host

@@ -45,8 +45,8 @@ TEST_F(OutputOptionsTest, TheTimeOfAccessIsKept) {
 
 TEST_F(OutputOptionsTest, TheTimesOfThePhotographAreKept) {
   const std::string in = Photograph("in.png");
-  const fs::file_time_type shot = fs::file_time_type::clock::now() - std::chrono::hours(1000);
-  fs::last_write_time(in, shot);
+  fs::last_write_time(in, fs::file_time_type::clock::now() - std::chrono::hours(1000));
+  const fs::file_time_type shot = fs::last_write_time(in);  // as precise as the system is
   ASSERT_EQ(Develop(in, Path("new.jpg")).status, kSuccess);
   EXPECT_NE(fs::last_write_time(Path("new.jpg")), shot);
   ASSERT_EQ(Develop(in, Path("kept.jpg"), {"--keep-times"}).status, kSuccess);

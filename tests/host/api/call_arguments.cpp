@@ -169,7 +169,8 @@ const char* CallArguments::InputFile(const std::string& valid) {
   if (Takes("a missing file", LUMVIK_HOST_NOT_FOUND)) return Kept(Path("missing.png"));
   if (Takes("a folder", LUMVIK_HOST_INVALID_ARGUMENT)) return Kept(folder_.path().u8string());
   if (Takes("a long path", kAnyFailure)) return Kept(std::string(kVeryLong, 'p'));
-  if (Takes("a path that is not UTF-8", kAnyFailure)) return Kept(Path("\xFF\xFE.png"));
+  if (Takes("a path that is not UTF-8", kAnyFailure))
+    return Kept(folder_.path().u8string() + "/\xFF\xFE.png");
   return Kept(valid);
 }
 

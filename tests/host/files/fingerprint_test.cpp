@@ -48,7 +48,8 @@ TEST_F(FingerprintTest, IsThatOfTheContent) {
     const std::uint64_t fingerprint = Of(bytes);
     EXPECT_EQ(Of(bytes), fingerprint) << size;
     const std::string copy = dir_.File("another name.arw");
-    std::filesystem::copy(dir_.File("a"), copy, std::filesystem::copy_options::overwrite_existing);
+    std::filesystem::remove(copy);
+    std::filesystem::copy(dir_.File("a"), copy);
     std::uint64_t of_copy = 0;
     EXPECT_EQ(lumvik_host_fingerprint(copy.c_str(), &of_copy), LUMVIK_HOST_OK);
     EXPECT_EQ(of_copy, fingerprint) << size;

@@ -108,6 +108,10 @@ TEST_F(SettingsFileTest, TheMostSpecificSidecarIsFound) {
   EXPECT_EQ(Sidecar("IMG.ARW"), "IMG.ARW.lumvik.json");
   EXPECT_EQ(Sidecar("IMG.JPG"), "IMG.lumvik.json");
   EXPECT_EQ(Sidecar("IMG.ARW", ".xmp"), "IMG.xmp");
+}
+
+TEST_F(SettingsFileTest, ASidecarInAnotherCaseIsNotFound) {
+  Written("IMG.xmp", "");
   EXPECT_EQ(Sidecar("IMG.ARW", ".XMP"), "");
 }
 
