@@ -26,7 +26,7 @@ export SOURCE_DATE_EPOCH=946684800 # the year 2000
 step "Build"
 cmake -S "$ROOT" -B "$BUILD" -G Ninja --toolchain "$ROOT/cmake/MingwW64.cmake" -D CMAKE_BUILD_TYPE=Release \
   -D CMAKE_INSTALL_LIBDIR=lib \
-  -D CMAKE_FIND_ROOT_PATH="$prefix" -D CMAKE_CROSSCOMPILING_EMULATOR=wine -D LUMVIK_BUILD_BENCH=OFF
+  -D CMAKE_FIND_ROOT_PATH="$prefix" -D CMAKE_CROSSCOMPILING_EMULATOR=wine
 cmake --build "$BUILD" --target lumvik lumvik_cli
 
 step "Package"
