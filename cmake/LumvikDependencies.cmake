@@ -27,3 +27,9 @@ else()
     target_link_libraries(lumvik_dependencies INTERFACE ${LUMVIK_OPENCV_${module}})
   endforeach()
 endif()
+
+if(WIN32)
+  # Same results as glibc's, and fast, unlike those of mingw, which is linked later: scripts/windows-math.
+  find_library(LUMVIK_MATH glibc_math REQUIRED)
+  target_link_libraries(lumvik_dependencies INTERFACE ${LUMVIK_MATH})
+endif()

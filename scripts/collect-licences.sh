@@ -21,6 +21,7 @@ component_of() {
     libexif.a) echo libexif ;;
     libexiv2.a | libexiv2-xmp.a) echo exiv2 ;;
     libexpat.a) echo expat ;;
+    libglibc_math.a) echo musl ;;
     libjpeg.a) echo libjpeg-turbo ;;
     liblcms2.a) echo lcms2 ;;
     libopencv_*.a) echo opencv ;;

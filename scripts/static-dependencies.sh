@@ -41,6 +41,7 @@ packages=(
   expat:libexpat1
   exiv2:libexiv2-27
   opencv:libopencv-core-dev
+  "${system_packages[@]}"
 )
 
 # fetch SOURCE PACKAGE: the installed version, or the newest that can be downloaded, since the index of a mirror may list
@@ -169,6 +170,8 @@ cmake_library opencv opencv -D BUILD_LIST=core,imgproc,imgcodecs \
   -DBUILD_{TESTS,PERF_TESTS,EXAMPLES,opencv_apps,JAVA}=OFF \
   -DOPENCV_{LIB,LIB_ARCHIVE,3P_LIB}_INSTALL_PATH=lib -D OPENCV_CONFIG_INSTALL_PATH=lib/cmake/opencv4 "${opencv_options[@]}"
 grep -q 'Parallel framework: *pthreads' "$WORK/opencv.log" || fail "OpenCV was configured without threads"
+
+build_system_libraries
 
 step "Headers and tests"
 cp -r /usr/include/{CLI,nlohmann,xxhash.h} "$OUT/include"

@@ -7,6 +7,11 @@ libraw_macros=
 libraw_libraries=-lm
 exiv2_libraries=-lpthread
 opencv_options=()
+system_packages=()
+
+build_system_libraries() {
+  :
+}
 
 prepare_system() {
   step "Headers and libraries of the oldest supported system"

@@ -11,7 +11,7 @@ static_prefix() {
     libexpat1 libexiv2-27 libcli11-dev nlohmann-json3-dev libxxhash-dev googletest)
   case $system in
     windows)
-      files+=("$ROOT/cmake/MingwW64.cmake")
+      files+=("$ROOT/cmake/MingwW64.cmake" "$ROOT"/scripts/windows-math/*)
       packages+=(g++-mingw-w64-x86-64-posix binutils-mingw-w64-x86-64 mingw-w64-x86-64-dev)
       ;;
     linux)

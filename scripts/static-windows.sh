@@ -10,6 +10,13 @@ exiv2_libraries="-lpsapi -lws2_32 -lshell32"
 # OpenCV looks for pthread.h on UNIX only.
 opencv_options=(-D HAVE_PTHREAD=1 -DWITH_{DIRECTX,DSHOW,MSMF,WIN32UI}=OFF)
 
+system_packages=(musl:musl)
+
+build_system_libraries() {
+  ln -sfn "$ROOT/scripts/windows-math" "$SOURCES/windows-math"
+  cmake_library glibc_math windows-math -D MUSL="$SOURCES/musl"
+}
+
 prepare_system() {
   :
 }

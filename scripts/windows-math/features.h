@@ -1,0 +1,1 @@
+// Included by sources of musl, which need nothing of it.
