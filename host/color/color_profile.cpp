@@ -131,13 +131,17 @@ cv::Mat ColorProfile::ConvertToSrgb(const cv::Mat& image) const {
 
 std::string ColorProfile::Serialize() const {
   constexpr std::size_t kDateOffset = 24;
+  constexpr std::size_t kPlatformOffset = 40;
   // 2000-01-01 00:00:00, as six numbers of two bytes.
   constexpr std::array<char, 12> kDate = {0x07, static_cast<char>(0xD0), 0, 1, 0, 1};
+  // Little CMS writes the platform it was built for, on Linux that of Apple.
+  constexpr std::string_view kPlatform = "APPL";
   cmsUInt32Number size = 0;
   if (cmsSaveProfileToMem(Handle(), nullptr, &size) == 0) throw std::bad_alloc();
   std::string bytes(size, '\0');
   if (cmsSaveProfileToMem(Handle(), bytes.data(), &size) == 0) throw std::bad_alloc();
   bytes.replace(kDateOffset, kDate.size(), kDate.data(), kDate.size());
+  bytes.replace(kPlatformOffset, kPlatform.size(), kPlatform);
   return bytes;
 }
 

@@ -31,7 +31,7 @@ class ColorProfile {
   // gray profile CV_8UC1 or CV_16UC1.
   cv::Mat ConvertToSrgb(const cv::Mat& image) const;
 
-  // The same bytes at any time.
+  // The same bytes at any time and on any system.
   std::string Serialize() const;
 
  private:

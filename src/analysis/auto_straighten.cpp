@@ -4,6 +4,7 @@
 #include <cmath>
 #include <opencv2/imgproc.hpp>
 
+#include "analysis/arc_tangent.h"
 #include "analysis/reduced_copy.h"
 
 namespace lumvik {
@@ -14,7 +15,7 @@ constexpr float kPi = 3.1415927F;
 
 // Image rows grow downward: a segment that rises to the right has a negative angle.
 float AngleOf(float dx, float dy) {
-  float angle = std::atan2(dy, dx) * 180.0F / kPi;
+  float angle = ArcTangent(dy, dx) * 180.0F / kPi;
   while (angle > 90.0F) angle -= 180.0F;
   while (angle < -90.0F) angle += 180.0F;
   return angle;

@@ -14,7 +14,6 @@ struct EditText {
 };
 
 constexpr EditText kSingleEdits[] = {
-    {"neutral", R"("temperature": 6500)"},
     {"exposure_up", R"("exposure": 0.7)"},
     {"exposure_down", R"("exposure": -1.3)"},
     {"brightness", R"("brightness": 15)"},

@@ -1,5 +1,7 @@
 #include "engine_checksums.h"
 
+#include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -61,9 +63,19 @@ void AddLoads(const Photograph& photograph, ChecksumList& list) {
   list.AddBytes(photograph.name + "/exif", &exif, sizeof(exif));
 }
 
+// What follows the EXIF header of a JPEG. That which LibRaw adds to a preview without one has undefined
+// bytes.
+std::vector<std::uint8_t> WithoutExif(const std::vector<std::uint8_t>& jpeg) {
+  constexpr std::size_t kMarkers = 4;  // of the file and of the header
+  constexpr std::uint8_t kExifMarker = 0xE1;
+  if (jpeg.size() < kMarkers + 2 || jpeg[3] != kExifMarker) return jpeg;
+  const std::size_t length = std::size_t{jpeg[kMarkers]} << 8U | jpeg[kMarkers + 1];
+  return {jpeg.begin() + static_cast<std::ptrdiff_t>(std::min(kMarkers + length, jpeg.size())), jpeg.end()};
+}
+
 void AddPathTools(const Photograph& photograph, ChecksumList& list) {
   list.AddHash(photograph.name + "/hash", engine::PerceptualHash(photograph.path));
-  list.AddBytes(photograph.name + "/thumbnail", engine::ExtractThumbnail(photograph.path));
+  list.AddBytes(photograph.name + "/thumbnail", WithoutExif(engine::ExtractThumbnail(photograph.path)));
 }
 
 void AddSubject(const Photograph& photograph, const std::string& folder, ChecksumList& list) {

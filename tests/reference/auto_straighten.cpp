@@ -3,6 +3,7 @@
 #include <cmath>
 #include <opencv2/imgproc.hpp>
 
+#include "analysis/arc_tangent.h"
 #include "reference/clamp.h"
 #include "reference/reduced_copy.h"
 
@@ -15,7 +16,7 @@ float Vote(const std::vector<cv::Vec4i>& segments) {
     const auto dx = static_cast<float>(s[2] - s[0]);
     const auto dy = static_cast<float>(s[3] - s[1]);
     const float length = sqrtf(dx * dx + dy * dy);
-    float angle = atan2f(dy, dx) * 180.0F / 3.1415927F;
+    float angle = ArcTangent(dy, dx) * 180.0F / 3.1415927F;
     while (angle > 90.0F) angle -= 180.0F;
     while (angle < -90.0F) angle += 180.0F;
     if (fabsf(angle) <= 30.0F && length > 20.0F) {

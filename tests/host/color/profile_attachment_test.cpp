@@ -136,10 +136,11 @@ TEST(ProfileAttachmentTest, CorruptFilesAreReported) {
   }
 }
 
-TEST(ProfileAttachmentTest, SrgbProfileHasTheSameBytesAtAnyTime) {
+TEST(ProfileAttachmentTest, SrgbProfileHasTheSameBytesAtAnyTimeOnAnySystem) {
   const std::string icc = ColorProfile::Srgb().Serialize();
   EXPECT_EQ(icc, ColorProfile::Srgb().Serialize());
   EXPECT_EQ(icc.substr(24, 12), std::string("\x07\xD0\0\1\0\1\0\0\0\0\0\0", 12));
+  EXPECT_EQ(icc.substr(40, 4), "APPL");
   EXPECT_TRUE(ColorProfile(icc).IsLikeSrgb());
 }
 
