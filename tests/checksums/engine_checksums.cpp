@@ -10,6 +10,7 @@
 
 #include "fresh_thread.h"
 #include "lumvik.hpp"
+#include "lumvik_host.hpp"
 
 namespace lumvik::checksums {
 namespace {
@@ -95,22 +96,42 @@ void AddExports(const Photograph& photograph, const std::string& folder, Checksu
   engine::Context photo;
   Load(photo, photograph, 2);
   photo.Process();
+  const auto path_of = [&](const std::string& file) { return folder + "/" + file; };
   const auto add = [&](const std::string& file) {
-    list.AddBytes(photograph.name + "/export_" + file, FileBytes(folder + "/" + file));
+    list.AddBytes(photograph.name + "/export_" + file, FileBytes(path_of(file)));
   };
   for (const int quality : {1, 50, 90, 100}) {
     const std::string file = "quality_" + std::to_string(quality) + ".jpg";
-    photo.ExportJpeg(folder + "/" + file, quality, false);
+    photo.ExportJpeg(path_of(file), quality, false);
     add(file);
   }
-  photo.ExportJpeg(folder + "/with_exif.jpg", 80, true);
+  photo.ExportJpeg(path_of("with_exif.jpg"), 80, true);
   add("with_exif.jpg");
-  photo.ExportPng(folder + "/8_bits.png");
+  photo.ExportPng(path_of("8_bits.png"));
   add("8_bits.png");
-  photo.ExportPng(folder + "/16_bits.png", engine::BitDepth::k16);
+  photo.ExportPng(path_of("16_bits.png"), engine::BitDepth::k16);
   add("16_bits.png");
-  photo.ExportTiff(folder + "/16_bits.tif");
+  photo.ExportTiff(path_of("16_bits.tif"));
   add("16_bits.tif");
+}
+
+// The suggestions for the 256 median levels an image can have. They depend on log2f, of which C libraries
+// round some results differently.
+void AddExposures(const std::string& folder, ChecksumList& list) {
+  constexpr int kSide = 4;
+  constexpr double kTolerance = 1e-7;
+  const std::string path = folder + "/level.png";
+  api::SaveOptions options;
+  options.overwrite = LUMVIK_HOST_OVERWRITE_ANY;
+  std::vector<double> exposures;
+  engine::Context photo;
+  for (int level = 0; level < LUMVIK_HISTOGRAM_BINS; ++level) {
+    const api::Bytes pixels(kSide * kSide, static_cast<std::uint8_t>(level));
+    api::WritePng(path, {kSide, kSide, 1, pixels}, options);
+    photo.Load(path);
+    exposures.push_back(static_cast<double>(photo.AutoExposure()));
+  }
+  list.AddNear("auto_exposure_of_levels", exposures, kTolerance);
 }
 
 // Names that no single code page of Windows can represent.
@@ -136,6 +157,7 @@ void AddEngineChecksums(const std::vector<Photograph>& photographs, const std::s
   }
   AddExports(PhotographNamed("sample_small.ARW", photographs), folder, list);
   AddExports(PhotographNamed("eiffel_gps_north_east.jpg", photographs), folder, list);
+  AddExposures(folder, list);
   AddForeignName(PhotographNamed("small_8_bits.png", photographs), folder, list);
 }
 

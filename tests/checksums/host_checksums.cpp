@@ -86,16 +86,21 @@ void AddLongEdits(const Photograph& photograph, ChecksumList& list) {
 void AddPreviews(const Photograph& photograph, ChecksumList& list) {
   api::Photo photo = Opened(photograph, kHalfSize);
   photo.SetSettings(TypicalEdit().settings);
-  for (const int channels : {3, 4}) {
-    for (const int side : {0, 256, 97}) {
-      api::PreviewOptions options;
-      options.max_width = side;
-      options.max_height = side;
-      options.channels = channels;
-      list.AddBytes(
-          photograph.name + "/preview_" + std::to_string(channels) + "_channels_" + std::to_string(side),
-          photo.Preview(options).data);
-    }
+  const auto add = [&](const std::string& order, const api::PreviewOptions& options) {
+    list.AddBytes(photograph.name + "/preview_" + order + "_" + std::to_string(options.max_width),
+                  photo.Preview(options).data);
+  };
+  for (const int side : {0, 256, 97}) {
+    api::PreviewOptions options;
+    options.max_width = side;
+    options.max_height = side;
+    add("rgba", options);
+    options.channels = 3;
+    add("rgb", options);
+    options.blue_first = 1;
+    add("bgr", options);
+    options.channels = 4;
+    add("bgra", options);
   }
 }
 
