@@ -41,6 +41,12 @@ function(lumvik_compile_options target)
   if(LUMVIK_WERROR)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
+  if(MINGW)
+    # -g1, function names and lines, for the package's debug symbols. MinGW's linker sets the other flags by default;
+    # they are stated because a package without them would look the same.
+    target_compile_options(${target} PRIVATE -fstack-protector-strong $<$<CONFIG:Release>:-g1>)
+    target_link_options(${target} PRIVATE -fstack-protector-strong -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
+  endif()
   if(LUMVIK_SANITIZE)
     # With the sanitizers' instrumentation GCC warns of uninitialized values in std::function and std::regex.
     target_compile_options(${target} PRIVATE $<$<CXX_COMPILER_ID:GNU>:-Wno-maybe-uninitialized> -fsanitize=${LUMVIK_SANITIZE} -fno-sanitize-recover=all -fno-omit-frame-pointer)
