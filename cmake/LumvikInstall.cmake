@@ -37,6 +37,17 @@ install(FILES ${CMAKE_CURRENT_LIST_DIR}/lumvik-config.cmake ${PROJECT_BINARY_DIR
   DESTINATION ${cmake_folder} COMPONENT development
 )
 
+if(WIN32)
+  configure_file(${CMAKE_CURRENT_LIST_DIR}/windows_readme.txt.in ${PROJECT_BINARY_DIR}/README.txt
+    @ONLY NEWLINE_STYLE CRLF
+  )
+  install(FILES ${PROJECT_BINARY_DIR}/README.txt DESTINATION . COMPONENT development)
+  # For the programs of hosts.
+  install(FILES ${CMAKE_CURRENT_LIST_DIR}/utf8.manifest DESTINATION ${CMAKE_INSTALL_DATADIR}/lumvik
+    COMPONENT development
+  )
+endif()
+
 cmake_path(SET pkgconfig_path ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${pkgconfig_path} OUTPUT_VARIABLE pc_prefix)
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_PREFIX} OUTPUT_VARIABLE pc_libdir)

@@ -75,15 +75,16 @@ windows_packages=(
   "${static_packages[@]}"
   g++-mingw-w64-x86-64-posix  # the cross compiler, with std::thread
   python3                     # makes the relink kit
+  llvm                        # import libraries that Microsoft's linker reads
   zip                         # makes the package
 )
 windows_test_packages=(
   wine      # runs Windows programs
   wine64    # 64-bit ones
   mono-mcs  # C# compiler, for a host in C#
-  clang     # builds a host for Microsoft's ABI
-  lld       # links it
-  llvm      # makes its import libraries
+  clang     # hosts for Microsoft's ABI
+  lld       # links them
+  unzip     # unpacks the package
 )
 fuzz_packages=(
   clang           # the compiler that has libFuzzer
