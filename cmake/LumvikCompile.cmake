@@ -41,11 +41,9 @@ function(lumvik_compile_options target)
   if(LUMVIK_WERROR)
     target_compile_options(${target} PRIVATE -Werror)
   endif()
-  if(MINGW)
-    # -g1, function names and lines, for the package's debug symbols. MinGW's linker sets the other flags by default;
-    # they are stated because a package without them would look the same.
-    target_compile_options(${target} PRIVATE -fstack-protector-strong $<$<CONFIG:Release>:-g1>)
-    target_link_options(${target} PRIVATE -fstack-protector-strong -Wl,--dynamicbase,--high-entropy-va,--nxcompat)
+  if(WIN32)
+    # Function names and lines, for the debug symbols of the package.
+    target_compile_options(${target} PRIVATE $<$<CONFIG:Release>:-g1>)
   endif()
   if(LUMVIK_SANITIZE)
     # With the sanitizers' instrumentation GCC warns of uninitialized values in std::function and std::regex.

@@ -16,8 +16,13 @@ set(ENV{PKG_CONFIG_LIBDIR} "${CMAKE_FIND_ROOT_PATH}/lib/pkgconfig")
 # CMake's try_compile reads this file too; it gets the variables listed here and shares the environment.
 list(APPEND CMAKE_TRY_COMPILE_PLATFORM_VARIABLES CMAKE_FIND_ROOT_PATH)
 
+# All code that handles files is protected, that of the libraries too.
+set(CMAKE_C_FLAGS_INIT -fstack-protector-strong)
+set(CMAKE_CXX_FLAGS_INIT -fstack-protector-strong)
+
 # The compiler's runtime is linked statically, so that the binaries need only what Windows provides, and there is no
-# timestamp, so that the same source gives the same bytes.
-set(CMAKE_EXE_LINKER_FLAGS_INIT "-static -Wl,--no-insert-timestamp")
-set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static -Wl,--no-insert-timestamp")
-set(CMAKE_MODULE_LINKER_FLAGS_INIT "-static -Wl,--no-insert-timestamp")
+# timestamp, so that the same source gives the same bytes. The linker randomizes addresses and makes data not executable
+# by default; that is stated because without it everything would run just as well.
+foreach(kind EXE SHARED MODULE)
+  set(CMAKE_${kind}_LINKER_FLAGS_INIT "-static -Wl,--no-insert-timestamp,--dynamicbase,--high-entropy-va,--nxcompat")
+endforeach()
