@@ -39,6 +39,9 @@ done
 excluded=$(IFS='|' && echo "${not_run[*]}")
 "${fixed[@]}" ctest --test-dir "$BUILD" --output-on-failure --no-tests=error -E "^($excluded)\$" "$@"
 
+"$ROOT/scripts/check-windows-package.sh"
+"$ROOT/scripts/windows-figures.sh" --check
+
 # Renders must equal those of the native build: LibRaw and the engine compute tables with the C library's math functions,
 # but differences in the last bit must not affect a pixel.
 step "Renders against the native build"
