@@ -51,14 +51,14 @@ done
 step "Debug symbols"
 unzip -q "$PACKAGE/$name-debug.zip" -d "$folder"
 for binary in "${binaries[@]}"; do
-  ! llvm-readobj --sections "$binary" | grep -q 'Name: .debug_info' || fail "$binary is not stripped"
-  x86_64-w64-mingw32-objdump -sj .gnu_debuglink "$binary" | grep -q "${binary##*/}" ||
-    fail "$binary does not refer to its symbols"
-  # The whole table: a pipe to grep -q would be cut off.
-  symbols=$(x86_64-w64-mingw32-objdump -t "$binary.debug")
-  grep -q '__stack_chk_fail' <<<"$symbols" || fail "$binary has no stack protector"
-  llvm-dwarfdump --debug-line "$binary.debug" | grep -E 'name: "(main|module_win32|exiv2_file|[a-z_]*api)' >/dev/null ||
-    fail "$binary.debug has no lines of lumvik's sources"
+  ! llvm-readobj --sections "$binary" | grep 'Name: .debug_info' || fail "$binary is not stripped"
+  # Found through the link in the binary, which has no symbols itself.
+  symbols=$(x86_64-w64-mingw32-nm "$binary.debug")
+  function=$(llvm-readobj --coff-exports "$binary" | sed -n '0,/^  Name: /s/^  Name: //p')
+  address=0x$(sed -n "s/ T ${function:-main}\$//p" <<<"$symbols")
+  line=$(x86_64-w64-mingw32-addr2line --exe "$binary" "$address")
+  [[ $line =~ ^(\./)+(src|host|apps)/.*\.cpp:[0-9]+ ]] || fail "$binary: the source of ${function:-main} is $line"
+  grep -q ' T __stack_chk_fail$' <<<"$symbols" || fail "$binary has no stack protector"
   ! grep -aqF -e "$ROOT" -e "${LUMVIK_WINDOWS_CACHE:-$ROOT}" "$binary.debug" ||
     fail "$binary.debug contains a path of this machine"
 done
