@@ -79,15 +79,17 @@ for binary in "${binaries[@]}"; do
   done
 done
 
-step "A host for Microsoft's ABI"
+step "Hosts for Microsoft's ABI"
 mkdir "$folder/tools"
 ln -s "$(command -v clang)" "$folder/tools/clang-cl" # clang takes its role from its name
 PATH=$folder/tools:$PATH cmake -S "$TESTS" -B "$folder/host" -G Ninja --toolchain "$TESTS/clang_cl.cmake" \
   -D CMAKE_PREFIX_PATH="$PWD" >/dev/null
 cmake --build "$folder/host"
-run "$folder/host/windows_host.exe" || fail "the host for Microsoft's ABI failed"
+for library in host lumvik; do
+  run "$folder/host/$library/uses_$library.exe" || fail "the program that links lumvik::$library for Microsoft's ABI failed"
+done
 # Merged as Microsoft's tool does; CMake calls llvm's in a way that this version does not support.
-manifest=$folder/host/CMakeFiles/windows_host.dir/embed.manifest
+manifest=$folder/host/CMakeFiles/uses_host.dir/embed.manifest
 llvm-mt /manifest "$manifest" /manifest share/lumvik/utf8.manifest "/out:$folder/merged.manifest"
 for element in requestedExecutionLevel activeCodePage; do
   grep -q "$element" "$folder/merged.manifest" || fail "no $element in the merged manifest"

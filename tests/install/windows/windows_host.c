@@ -1,22 +1,30 @@
-/* Calls both libraries through their import libraries. Exits with 0 if they have the versions of the
-   headers. */
+/* Calls a library through its import library: the engine if ENGINE is defined, otherwise the host library.
+   Exits with 0 if the library has the version of the header. */
+#ifdef ENGINE
 #include <lumvik.h>
+#define VERSION() lumvik_version()
+#define MAJOR LUMVIK_VERSION_MAJOR
+#define MINOR LUMVIK_VERSION_MINOR
+#define PATCH LUMVIK_VERSION_PATCH
+#else
 #include <lumvik_host.h>
+#define VERSION() lumvik_host_version()
+#define MAJOR LUMVIK_HOST_VERSION_MAJOR
+#define MINOR LUMVIK_HOST_VERSION_MINOR
+#define PATCH LUMVIK_HOST_VERSION_PATCH
+#endif
+
+#define TEXT(number) #number
+#define DOTTED(major, minor, patch) TEXT(major) "." TEXT(minor) "." TEXT(patch)
 
 __declspec(dllimport) __declspec(noreturn) void __stdcall ExitProcess(unsigned int code);
 
-/* "1.0.0" for single digits. */
-static int IsVersion(const char* text, int major, int minor, int patch) {
-  return text[0] == '0' + major && text[1] == '.' && text[2] == '0' + minor && text[3] == '.' &&
-         text[4] == '0' + patch && text[5] == '\0';
-}
-
 void Start(void) {
-  if (!IsVersion(lumvik_version(), LUMVIK_VERSION_MAJOR, LUMVIK_VERSION_MINOR, LUMVIK_VERSION_PATCH))
-    ExitProcess(1);
-  if (!IsVersion(lumvik_host_version(), LUMVIK_HOST_VERSION_MAJOR, LUMVIK_HOST_VERSION_MINOR,
-                 LUMVIK_HOST_VERSION_PATCH)) {
-    ExitProcess(2);
+  const char* actual = VERSION();
+  const char* expected = DOTTED(MAJOR, MINOR, PATCH);
+  while (*actual == *expected && *actual != '\0') {
+    ++actual;
+    ++expected;
   }
-  ExitProcess(0);
+  ExitProcess(*actual != *expected);
 }
