@@ -23,6 +23,9 @@ step "Packages"
 
 static_prefix windows "$CACHE"
 
+# Otherwise ccache may make paths relative, which changes the debug symbols.
+export CCACHE_BASEDIR=
+
 step "Build"
 cmake -S "$ROOT" -B "$BUILD" -G Ninja --toolchain "$ROOT/cmake/MingwW64.cmake" -D CMAKE_BUILD_TYPE=Release \
   -D CMAKE_INSTALL_LIBDIR=lib \
