@@ -1,7 +1,6 @@
 #!/usr/bin/env bash
 # Checks the package that scripts/build-windows.sh made: what is in it, how its binaries are protected and described, and
-# that programs link with it. These are built for Microsoft's ABI with clang and lld, and for MinGW, and run under Wine
-# in $WINEPREFIX.
+# that programs link with it. These are built for Microsoft's ABI with clang and lld, and for MinGW, and run under Wine.
 #
 #   scripts/check-windows-package.sh
 set -euo pipefail
@@ -10,6 +9,7 @@ source "$(dirname "${BASH_SOURCE[0]}")/common.sh"
 
 PACKAGE=$ROOT/build/windows/package
 TESTS=$ROOT/tests/install/windows
+export WINEPREFIX=${WINEPREFIX:-$ROOT/build/windows/wine}
 export WINEDEBUG=-all WINEDLLOVERRIDES='mscoree,mshtml,winedbg.exe=' LC_ALL=C.UTF-8
 
 folder=$(mktemp -d)
@@ -74,7 +74,8 @@ for binary in "${binaries[@]}"; do
   resource=$(run "$folder/file_version.exe" "$binary" | tr -d '\r')
   expected="$version.0 type $type language 0409 code page 1200"$'\n'"FileDescription: Photo-development engine"
   [[ $resource == "$expected"* ]] || fail "$binary: not '$expected' but '$resource'"
-  for line in "FileVersion: $version" "OriginalFilename: ${binary##*/}" "ProductName: lumvik" "ProductVersion: $version"; do
+  for line in "FileVersion: $version" "OriginalFilename: ${binary##*/}" "ProductName: lumvik" \
+    "ProductVersion: $version"; do
     grep -qxF "$line" <<<"$resource" || fail "$binary: no '$line' in '$resource'"
   done
 done
@@ -86,7 +87,7 @@ PATH=$folder/tools:$PATH cmake -S "$TESTS" -B "$folder/host" -G Ninja --toolchai
   -D CMAKE_PREFIX_PATH="$PWD" >/dev/null
 cmake --build "$folder/host"
 for library in host lumvik; do
-  run "$folder/host/$library/uses_$library.exe" || fail "the program that links lumvik::$library for Microsoft's ABI failed"
+  run "$folder/host/$library/uses_$library.exe" || fail "the host for Microsoft's ABI that links lumvik::$library failed"
 done
 # Merged as Microsoft's tool does; CMake calls llvm's in a way that this version does not support.
 manifest=$folder/host/CMakeFiles/uses_host.dir/embed.manifest
