@@ -155,13 +155,18 @@ pkg_config libraw_r 0.20.2 "-lraw_r -llcms2 -ljpeg $libraw_libraries" "$libraw_m
 # Expat's CMake files define XML_DTD without a value, which Debian's patches compare with 1.
 mkdir -p "$WORK/expat-config"
 printf '#define %s\n' 'XML_DTD 1' 'XML_NS 1' 'XML_CONTEXT_BYTES 1024' 'BYTEORDER 1234' 'HAVE_MEMMOVE 1' \
-  >"$WORK/expat-config/expat_config.h"
+  "${expat_macros[@]}" >"$WORK/expat-config/expat_config.h"
 plain_library expat expat/expat "-I$WORK/expat-config" "$SOURCES"/expat/expat/lib/xml{parse,role,tok}.c
 headers . "$SOURCES"/expat/expat/lib/expat{,_external}.h
 
 cmake_library exiv2 exiv2 -DEXIV2_BUILD_{SAMPLES,EXIV2_COMMAND}=OFF -D EXIV2_ENABLE_BMFF=ON
 pkg_config exiv2 0.27.6 "-lexiv2 -lexiv2-xmp -lexpat -lz $exiv2_libraries" ""
 
+# If memory is exhausted while work is distributed to its threads, OpenCV would keep a lock and the next call deadlock.
+pool=$SOURCES/opencv/modules/core/src/parallel_impl.cpp
+release='catch (...) { pthread_mutex_unlock(\&mutex); throw; }'
+sed -i -E "s/^( *)(reconfigure_\(num_threads - 1\);|job = Ptr<ParallelJob>\(.*\);)$/\1try { \2 } $release/" "$pool"
+[[ $(grep -c 'try .* catch' "$pool") == 2 ]] || fail "OpenCV's pool of threads is unknown"
 cmake_library opencv opencv -D BUILD_LIST=core,imgproc,imgcodecs \
   -D CPU_BASELINE=SSE2 -D CPU_BASELINE_DISABLE=SSE3 -D ENABLE_PRECOMPILED_HEADERS=OFF \
   -D WITH_PTHREADS_PF=ON -D OPENCV_GENERATE_PKGCONFIG=OFF \

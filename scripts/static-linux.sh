@@ -5,6 +5,7 @@ toolchain=$ROOT/cmake/PortableLinux.cmake
 libexif_macros=(HAVE_LOCALTIME_R)
 libraw_macros=
 libraw_libraries=-lm
+expat_macros=('HAVE_GETRANDOM 1')
 exiv2_libraries=-lpthread
 opencv_options=()
 system_packages=()

@@ -6,6 +6,7 @@ libexif_macros=()
 # LibRaw and its users must see the same macros, or the classes differ.
 libraw_macros="-DLIBRAW_NODLL -DLIBRAW_WIN32_UNICODEPATHS"
 libraw_libraries=-lws2_32
+expat_macros=()
 exiv2_libraries="-lpsapi -lws2_32 -lshell32"
 # OpenCV looks for pthread.h on UNIX only.
 opencv_options=(-D HAVE_PTHREAD=1 -DWITH_{DIRECTX,DSHOW,MSMF,WIN32UI}=OFF)
