@@ -20,13 +20,15 @@ set(flags "-fPIC -fvisibility=hidden -fno-semantic-interposition -ffunction-sect
 string(APPEND flags " -fstack-protector-strong -D_FORTIFY_SOURCE=2")
 set(CMAKE_C_FLAGS_INIT "${flags}")
 set(CMAKE_CXX_FLAGS_INIT "${flags} -fvisibility-inlines-hidden -nostdinc++")
-foreach(folder c++/10 x86_64-linux-gnu/c++/10)
-  string(APPEND CMAKE_CXX_FLAGS_INIT " -isystem ${CMAKE_SYSROOT}/usr/include/${folder}")
+foreach(folder c++/12 x86_64-linux-gnu/c++/12)
+  string(APPEND CMAKE_CXX_FLAGS_INIT " -isystem /usr/include/${folder}")
 endforeach()
 
-# The start files and libraries of Debian 11's compiler instead of the host compiler's own. What the static libraries
-# export would otherwise be exported again.
-set(flags "-B${CMAKE_SYSROOT}/usr/lib/gcc/x86_64-linux-gnu/10 -Wl,-z,relro,-z,now -Wl,--as-needed -Wl,--gc-sections")
+# The host's own folders, which the compiler would search first, come after these. What the static libraries export would
+# otherwise be exported again.
+set(flags "-B${CMAKE_SYSROOT}/usr/lib/x86_64-linux-gnu -L${CMAKE_SYSROOT}/lib/x86_64-linux-gnu")
+string(APPEND flags " -Wl,-z,relro,-z,now -Wl,--as-needed -Wl,--gc-sections")
 set(CMAKE_EXE_LINKER_FLAGS_INIT "${flags}")
-set(CMAKE_SHARED_LINKER_FLAGS_INIT "${flags} -Wl,--exclude-libs,ALL")
+# OpenCV's worker threads never end: its code stays loaded after dlclose().
+set(CMAKE_SHARED_LINKER_FLAGS_INIT "${flags} -Wl,--exclude-libs,ALL -Wl,-z,nodelete")
 set(CMAKE_MODULE_LINKER_FLAGS_INIT "${flags} -Wl,--exclude-libs,ALL")

@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# Sourced by the scripts that test on a bare Debian: makes a root with nothing but the minimal system, of the host's
-# release and from the host's package sources, and runs commands in it.
+# Sourced by the scripts that test on a bare system: makes a root with nothing but the minimal system, of the host's
+# release and from the host's package sources or of another release, and runs commands in it.
 
 # Debian's own among the host's package sources, in the format of sources.list.
 debian_sources() {
@@ -23,18 +23,21 @@ copy_registry_settings() {
   done
 }
 
-# make_bare_root ROOT: fills the empty folder ROOT; fails with the reason on standard error.
+# make_bare_root ROOT [CODENAME MIRROR KEYRING [SCRIPT]]: fills the empty folder ROOT; fails with the reason on standard
+# error. SCRIPT is debootstrap's for a release that it does not know.
 make_bare_root() {
-  local root=$1 codename mirror log=$1/bare-system.log
+  local root=$1 codename=${2:-} mirror=${3:-} keyring=${4:-} log=$1/bare-system.log
   [[ -e /etc/debian_version ]] || { echo "this system is not Debian" >&2; return 1; }
   ((EUID == 0)) || { echo "only root can make a bare system" >&2; return 1; }
   "$ROOT/scripts/install-dependencies.sh" --bare-system || { echo "debootstrap cannot be installed" >&2; return 1; }
   unshare --mount mount --rbind /dev "$root" 2>/dev/null || { echo "mounting is not permitted" >&2; return 1; }
 
-  codename=$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)
-  [[ $(debian_sources) ]] || apt-get -q update || return
-  mirror=$(debian_sources | awk -v release="$codename" '$3 == release && $4 == "main" { print $2; exit }')
-  [[ $mirror ]] || { echo "apt has no source of $codename" >&2; return 1; }
+  if [[ ! $codename ]]; then
+    codename=$(sed -n 's/^VERSION_CODENAME=//p' /etc/os-release)
+    [[ $(debian_sources) ]] || apt-get -q update || return
+    mirror=$(debian_sources | awk -v release="$codename" '$3 == release && $4 == "main" { print $2; exit }')
+    [[ $mirror ]] || { echo "apt has no source of $codename" >&2; return 1; }
+  fi
 
   chmod 755 "$root" # apt downloads as an unprivileged user
   mkdir -p "$root/etc/dpkg/dpkg.cfg.d"
@@ -43,7 +46,7 @@ make_bare_root() {
   if ! (
     eval "$(apt-config shell http_proxy Acquire::http::Proxy https_proxy Acquire::https::Proxy)"
     export ${http_proxy:+http_proxy} ${https_proxy:+https_proxy}
-    unshare --mount debootstrap --variant=minbase "$codename" "$root" "$mirror"
+    unshare --mount debootstrap --variant=minbase ${keyring:+--keyring="$keyring"} "$codename" "$root" "$mirror" ${5:+"$5"}
   ) >"$log" 2>&1; then
     tail "$log" >&2
     rm "$log"
@@ -51,6 +54,7 @@ make_bare_root() {
   fi
   rm "$log"
   copy_registry_settings "$root"
+  [[ ! ${3:-} ]] || echo "deb $mirror $codename main" >"$root/etc/apt/sources.list"
 }
 
 # in_bare_root ROOT SCRIPT: runs a bash script with the environment of a fresh login. Its mounts exist only in its own

@@ -10,7 +10,7 @@
 #   --bench         bench/compare-commands.sh (with --build)
 #   --pictures      scripts/make-doc-pictures.sh (with --build)
 #   --package       scripts/package.sh (with --build)
-#   --bare-system   scripts/test-on-bare-system.sh and scripts/test-packages.sh
+#   --bare-system   scripts/test-on-bare-system.sh, scripts/test-packages.sh and scripts/test-portable.sh
 #   --linux         scripts/package-linux.sh (with --build)
 #   --windows       scripts/build-windows.sh (with --build)
 #   --windows-test  scripts/test-windows.sh (with --build --windows)
@@ -59,6 +59,7 @@ package_packages=(
 )
 bare_system_packages=(
   debootstrap # makes the bare system
+  gpg         # the key of Ubuntu's releases
   git         # clones the tree into it
 )
 static_packages=(

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
-# Unpacks what a compiler needs to build for Debian 11, whose C library, glibc 2.31, is the oldest that the archive for
-# Linux supports: headers and libraries for C and C++. cmake/PortableLinux.cmake compiles with them.
+# Unpacks what it takes to link for Debian 11, whose C library, glibc 2.31, is the oldest that the archive for Linux
+# supports. cmake/PortableLinux.cmake compiles and links with it.
 #
 #   scripts/linux-sysroot.sh FOLDER
 set -euo pipefail
@@ -11,7 +11,7 @@ source "$ROOT/scripts/debian-archive.sh"
 
 (($# == 1)) || fail "usage: scripts/linux-sysroot.sh FOLDER"
 sysroot=$(realpath -m -- "$1")
-packages=(libc6 libc6-dev linux-libc-dev libgcc-s1 libgcc-10-dev libstdc++6 libstdc++-10-dev)
+packages=(libc6 libc6-dev linux-libc-dev libgcc-s1 libstdc++6)
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -22,8 +22,13 @@ mkdir -p "$sysroot"
 for package in "$work"/packages/*.deb; do
   dpkg-deb --extract "$package" "$sysroot"
 done
+rm -r "$sysroot/usr/share"
+find "$sysroot" -lname '/*' -printf '%p %l\n' | while read -r link target; do
+  ln -sfnr "$sysroot$target" "$link"
+done
 
-# Only the libraries of that compiler are used: its own headers belong to its built-in functions, and its profiling and
-# sanitizer libraries to its instrumentation.
-compiler=$sysroot/usr/lib/gcc/x86_64-linux-gnu/10
-rm -r "$compiler"/{include,lib{asan,gcov,gomp,lsan,tsan,ubsan}*} "$sysroot/usr/share"
+# The headers are those of the compiler. The functions that its C++ library has and the older one lacks, such as
+# std::to_chars() of floating-point numbers, are linked in.
+folder=/usr/lib/x86_64-linux-gnu
+cp "$(g++ -print-file-name=libstdc++.a)" "$sysroot$folder/libstdc++_new.a"
+echo "INPUT($folder/libstdc++.so.6 $folder/libstdc++_new.a)" >"$sysroot$folder/libstdc++.so"

@@ -103,7 +103,8 @@ cpu_set_t ShareOf(unsigned slot, unsigned slots) {
 }
 
 std::string NameOf(int signal) {
-  const char* description = sigdescr_np(signal);
+  // Not sigdescr_np(), which glibc has only since 2.32.
+  const char* const description = strsignal(signal);  // NOLINT(concurrency-mt-unsafe): on one thread
   return "signal " + std::to_string(signal) + (description == nullptr ? "" : std::string(", ") + description);
 }
 
