@@ -60,4 +60,5 @@ pack() {
 }
 pack "$stage" "$name.zip"
 pack "$debug" "$name-debug.zip"
-ls -l "$BUILD"/package/*.zip
+"$ROOT/scripts/package-relink-kit.sh" "$BUILD" "$prefix" "$BUILD/package/$name-relink.tar.xz"
+ls -l "$BUILD"/package/*.zip "$BUILD"/package/*.tar.xz
