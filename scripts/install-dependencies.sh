@@ -66,6 +66,7 @@ static_packages=(
   dpkg-dev    # unpacks Debian's source packages
   nasm        # SIMD code of the JPEG library
   googletest  # GoogleTest as source
+  python3     # makes the relink kit
 )
 linux_packages=(
   "${static_packages[@]}"
@@ -75,7 +76,6 @@ linux_packages=(
 windows_packages=(
   "${static_packages[@]}"
   g++-mingw-w64-x86-64-posix  # the cross compiler, with std::thread
-  python3                     # makes the relink kit
   llvm                        # import libraries that Microsoft's linker reads
   zip                         # makes the package
 )

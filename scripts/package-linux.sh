@@ -36,9 +36,12 @@ rm -rf "$build/package"
 cmake --install "$build" --prefix "$build/package/$name" --strip >/dev/null
 "$ROOT/scripts/collect-licences.sh" "$prefix" "$build/package/$name/share/doc/lumvik/licenses"
 "$ROOT/scripts/check-portable.sh" "$build/package/$name"
+"$ROOT/tests/install/free_of_exiv2.sh" "$build/package/$name"/lib/lumvik/liblumvik_metadata.so \
+  "$build/package/$name"/{lib/liblumvik.so,lib/liblumvik_host.so,bin/lumvik}
 
-SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git -C "$ROOT" log -1 --format=%ct)}
+export SOURCE_DATE_EPOCH=${SOURCE_DATE_EPOCH:-$(git -C "$ROOT" log -1 --format=%ct)}
 # The same bytes every time: one timestamp, one order, no owners, and one thread, since the number of them affects xz.
 tar -C "$build/package" --sort=name --owner=0 --group=0 --numeric-owner --mode=u+w,go-w --mtime="@$SOURCE_DATE_EPOCH" \
   --format=gnu -cf - "$name" | xz -9e --threads=1 >"$build/package/$name.tar.xz"
-ls -l "$build/package/$name.tar.xz"
+"$ROOT/scripts/package-relink-kit.sh" "$build" "$prefix" "$build/package/$name-relink.tar.xz"
+ls -l "$build/package"/*.tar.xz

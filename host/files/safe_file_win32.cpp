@@ -50,7 +50,11 @@ std::error_code FillFile(const std::filesystem::path& path, std::string_view byt
 std::error_code RenameFile(const std::filesystem::path& from, const std::filesystem::path& to,
                            bool replaces) {
   const DWORD flags = replaces ? MOVEFILE_REPLACE_EXISTING : 0;
-  return MoveFileExW(from.c_str(), to.c_str(), flags) != 0 ? std::error_code() : LastError();
+  if (MoveFileExW(from.c_str(), to.c_str(), flags) != 0) return {};
+  const std::error_code error = LastError();
+  // A file that appears at this moment is reported as a sharing violation or a denied access.
+  const bool exists = GetFileAttributesW(to.c_str()) != INVALID_FILE_ATTRIBUTES;
+  return !replaces && exists ? std::make_error_code(std::errc::file_exists) : error;
 }
 
 }  // namespace lumvik::host
