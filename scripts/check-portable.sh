@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Fails if a program or library in the archive for Linux needs more than glibc 2.31 and GCC 10's C++ library, exports
-# more than its interface, or depends on the folder it is in.
+# more than its interface, depends on the folder it is in, or is larger or slower to start than its bounds.
 #
 #   scripts/check-portable.sh TREE
 set -euo pipefail
@@ -13,6 +13,9 @@ tree=$1
 # The newest versions in Debian 11 and Ubuntu 20.04.
 declare -A newest=([GLIBC]=2.31 [GLIBCXX]=3.4.28 [CXXABI]=1.3.12 [GCC]=7.0.0)
 system='(libc|libm)\.so\.6|libpthread\.so\.0|libdl\.so\.2|ld-linux-x86-64\.so\.2|libstdc\+\+\.so\.6|libgcc_s\.so\.1'
+
+# `lumvik --version` under valgrind: about 6 ms. The time itself depends on the load.
+max_start_instructions=21000000
 
 check_versions() {
   local symbol version
@@ -49,4 +52,10 @@ done
 check_exports "$tree/lib/liblumvik.so" 68 '^lumvik_[a-z0-9_]+$'
 check_exports "$tree/lib/liblumvik_host.so" 73 '^lumvik_host_[a-z0-9_]+$'
 check_exports "$tree/lib/lumvik/liblumvik_metadata.so" 1 '^lumvik_metadata_'
-echo "$tree needs glibc ${newest[GLIBC]} and the C++ library of GCC 10, and nothing else."
+"$ROOT/scripts/check-footprint.sh" "$tree" "$ROOT/tests/install/footprint_archive.txt"
+start=$(valgrind --tool=callgrind --callgrind-out-file=/dev/null "$tree/bin/lumvik" --version 2>&1 >/dev/null |
+  sed -n 's/.*Collected : //p')
+[[ $start ]] || fail "valgrind counted nothing"
+((start <= max_start_instructions)) || fail "a start takes $start instructions, more than $max_start_instructions"
+
+echo "$tree needs glibc ${newest[GLIBC]} and the C++ library of GCC 10, and nothing else. A start takes $start instructions."

@@ -71,6 +71,7 @@ static_packages=(
 linux_packages=(
   "${static_packages[@]}"
   debian-archive-keyring  # signature of the oldest supported system
+  valgrind                # counts the instructions of a start
   xz-utils                # makes the package
 )
 windows_packages=(

@@ -22,10 +22,8 @@ step "Packages"
 static_prefix linux "${LUMVIK_LINUX_CACHE:-$ROOT/build/linux-cache}"
 
 step "Build"
-mkdir -p "$build"
-ln -sfn "$prefix" "$build/libraries" # the same commands, so that ccache hits, for another key
 cmake -S "$ROOT" -B "$build" -G Ninja --toolchain "$ROOT/cmake/PortableLinux.cmake" -D CMAKE_BUILD_TYPE=Release \
-  -D CMAKE_FIND_ROOT_PATH="$build/libraries" -D CMAKE_INSTALL_LIBDIR=lib \
+  -D CMAKE_FIND_ROOT_PATH="$prefix" -D CMAKE_INSTALL_LIBDIR=lib \
   -D LUMVIK_BUILD_TESTS=OFF -D LUMVIK_BUILD_BENCH=OFF
 cmake --build "$build" --target lumvik lumvik_host lumvik_metadata lumvik_cli lumvik_cli_manual
 

@@ -36,8 +36,8 @@ ubuntu_keyring() {
     /usr/lib/apt/apt-helper -o APT::Sandbox::User=root download-file \
       "$ubuntu/pool/main/u/ubuntu-keyring/ubuntu-keyring_2021.03.26_all.deb" "$folder/package.deb" >&2
     dpkg-deb --extract "$folder/package.deb" "$folder"
-    gpg --homedir "$folder/gnupg" --quiet --import "$folder/usr/share/keyrings/ubuntu-archive-keyring.gpg"
-    gpg --homedir "$folder/gnupg" --export "$key" >"$folder/key.gpg"
+    gpg --no-autostart --homedir "$folder/gnupg" --quiet --import "$folder/usr/share/keyrings/ubuntu-archive-keyring.gpg"
+    gpg --no-autostart --homedir "$folder/gnupg" --export "$key" >"$folder/key.gpg"
   fi
   [[ -s $folder/key.gpg ]] || fail "Ubuntu's keyring lacks the key $key"
   echo "$folder/key.gpg"
@@ -104,7 +104,7 @@ for system in "${systems[@]}"; do
       fail "$(cat "$work/log")"
     in_bare_root "$root" 'cd /lumvik
       export CMAKE_PREFIX_PATH="/opt/any folder" PKG_CONFIG_PATH=/lumvik/unpacked/lib/pkgconfig
-      ./examples.sh examples sample_small.ARW hosts'
+      ./examples.sh /lumvik/examples /lumvik/sample_small.ARW hosts'
   fi
   rm -rf --one-file-system "$root"
 done
