@@ -27,6 +27,7 @@ static_prefix windows "$CACHE"
 export CCACHE_BASEDIR=
 
 step "Build"
+forget_other_prefix "$BUILD"
 cmake -S "$ROOT" -B "$BUILD" -G Ninja --toolchain "$ROOT/cmake/MingwW64.cmake" -D CMAKE_BUILD_TYPE=Release \
   -D CMAKE_INSTALL_LIBDIR=lib \
   -D CMAKE_FIND_ROOT_PATH="$prefix" -D CMAKE_CROSSCOMPILING_EMULATOR=wine

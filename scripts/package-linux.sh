@@ -22,6 +22,7 @@ step "Packages"
 static_prefix linux "${LUMVIK_LINUX_CACHE:-$ROOT/build/linux-cache}"
 
 step "Build"
+forget_other_prefix "$build"
 cmake -S "$ROOT" -B "$build" -G Ninja --toolchain "$ROOT/cmake/PortableLinux.cmake" -D CMAKE_BUILD_TYPE=Release \
   -D CMAKE_FIND_ROOT_PATH="$prefix" -D CMAKE_INSTALL_LIBDIR=lib \
   -D LUMVIK_BUILD_TESTS=OFF -D LUMVIK_BUILD_BENCH=OFF

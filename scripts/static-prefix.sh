@@ -24,3 +24,9 @@ static_prefix() {
   step "Libraries: $prefix"
   [[ -d $prefix ]] || "$ROOT/scripts/static-dependencies.sh" "$system" "$prefix"
 }
+
+# forget_other_prefix BUILD: drops what CMake has found in another prefix.
+forget_other_prefix() {
+  [[ ! -e $1/CMakeCache.txt ]] || grep -qxE "CMAKE_FIND_ROOT_PATH:[A-Z]+=$prefix" "$1/CMakeCache.txt" ||
+    rm -r "$1/CMakeCache.txt" "$1/CMakeFiles"
+}
