@@ -75,7 +75,7 @@ class KeepingAllocator : public cv::MatAllocator {
     size_t bytes = CV_ELEM_SIZE(type);
     for (int i = dims - 1; i >= 0; --i) {
       if (step != nullptr) step[i] = bytes;
-      bytes *= sizes[i];
+      bytes *= static_cast<size_t>(sizes[i]);
     }
     if (cv::UMatData* image = kept.Take(bytes)) return image;
     cv::UMatData* image = nullptr;
