@@ -115,11 +115,10 @@ void AddExports(const Photograph& photograph, const std::string& folder, Checksu
   add("16_bits.tif");
 }
 
-// The suggestions for the 256 median levels an image can have. They depend on log2f, of which C libraries
-// round some results differently.
+// The suggestions for the 256 median levels an image can have. They depend on log2f, of which some C
+// libraries round some results differently.
 void AddExposures(const std::string& folder, ChecksumList& list) {
   constexpr int kSide = 4;
-  constexpr double kTolerance = 1e-7;
   const std::string path = folder + "/level.png";
   api::SaveOptions options;
   options.overwrite = LUMVIK_HOST_OVERWRITE_ANY;
@@ -131,7 +130,7 @@ void AddExposures(const std::string& folder, ChecksumList& list) {
     photo.Load(path);
     exposures.push_back(static_cast<double>(photo.AutoExposure()));
   }
-  list.AddNear("auto_exposure_of_levels", exposures, kTolerance);
+  list.AddDoubles("auto_exposure_of_levels", exposures);
 }
 
 // Names that no single code page of Windows can represent.
